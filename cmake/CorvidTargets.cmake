@@ -1,0 +1,36 @@
+# What every target of the project has in common.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+include(GNUInstallDirs)
+include(GenerateExportHeader)
+
+# A shared library with hidden visibility whose sources come from its folders' target_sources.
+#   corvid_add_library(<target> <export name>)
+# makes <target> and the alias Corvid::<export name>; the export macro's header is
+# <binary dir of the project>/generated/<target>/Export.h.
+function(corvid_add_library target export_name)
+  add_library(${target} SHARED)
+  add_library(Corvid::${export_name} ALIAS ${target})
+  string(TOUPPER ${target} upper)
+  generate_export_header(${target}
+    EXPORT_MACRO_NAME ${upper}_EXPORT
+    EXPORT_FILE_NAME ${PROJECT_BINARY_DIR}/generated/${target}/Export.h)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  target_include_directories(${target} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+    $<BUILD_INTERFACE:${PROJECT_BINARY_DIR}/generated>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/corvid>)
+  set_target_properties(${target} PROPERTIES
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    EXPORT_NAME ${export_name})
+endfunction()
+
+# Names of source files in messages are relative to the project.
+add_compile_options($<$<CXX_COMPILER_ID:GNU,Clang>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
