@@ -1,0 +1,7 @@
+#include "host/dataio/DataSink.h"
+
+namespace Corvid::DataIO {
+
+DataSink::~DataSink() = default;
+
+} // namespace Corvid::DataIO

@@ -1,0 +1,7 @@
+#include "host/dataio/DataSource.h"
+
+namespace Corvid::DataIO {
+
+DataSource::~DataSource() = default;
+
+} // namespace Corvid::DataIO

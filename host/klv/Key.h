@@ -1,0 +1,54 @@
+#pragma once
+
+#include "host/types/IdentifierBytes.h"
+
+namespace Corvid::KLV {
+
+/// The key of a KLV triplet: 16 bytes (SMPTE ST 336).
+class CORVID_EXPORT Key {
+public:
+    static constexpr std::size_t length = 16;
+
+    Key() noexcept : bytes_{} {}
+    explicit Key(const std::array<Types::u8, length>& bytes) noexcept : bytes_(bytes) {}
+    explicit Key(const Types::u8* bytes) noexcept;
+    /// @throws InvalidFormat  the text is not of the form that toString() gives.
+    Key(const unsigned short* text, Types::StringRepresentationEncodingType);
+
+    Utf16Text toString(Types::StringRepresentationEncodingType = Types::dottedHexadecimal) const;
+
+    /// The bytes of the key in a file.
+    std::size_t serializedSize() const noexcept { return length; }
+    static std::size_t serializedSize(const Key& key) noexcept { return key.serializedSize(); }
+    void serialize(DataIO::DataSink& sink) const { sink.write(bytes_.data(), length); }
+
+    const std::array<Types::u8, length>& bytes() const noexcept { return bytes_; }
+    Types::u8 operator[](std::size_t index) const noexcept { return bytes_[index]; }
+
+    /// The key with a version byte of zero. That byte, the eighth, takes no part in matching.
+    std::array<Types::u8, length> withoutVersion() const noexcept {
+        auto result = bytes_;
+        result[7] = 0;
+        return result;
+    }
+
+    friend bool operator==(const Key& a, const Key& b) noexcept { return a.bytes_ == b.bytes_; }
+    friend bool operator!=(const Key& a, const Key& b) noexcept { return a.bytes_ != b.bytes_; }
+    friend bool operator<(const Key& a, const Key& b) noexcept { return a.bytes_ < b.bytes_; }
+
+private:
+    std::array<Types::u8, length> bytes_;
+};
+
+/// True for two keys that differ in their version byte at most.
+inline bool matches(const Key& a, const Key& b) noexcept {
+    return a.withoutVersion() == b.withoutVersion();
+}
+
+/// True for the key of a structural metadata set (SMPTE ST 377-1).
+CORVID_EXPORT bool isStructuralMetadataSet(const Key& key) noexcept;
+
+/// True for the key of a set of properties with local tags and lengths of two bytes each.
+CORVID_EXPORT bool isLocalSet(const Key& key) noexcept;
+
+} // namespace Corvid::KLV
