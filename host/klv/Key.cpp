@@ -7,7 +7,7 @@ namespace Corvid::KLV {
 namespace {
 
 /// Compares the front of a key, the version byte left out.
-template <std::size_t Size> bool startsWith(const Key& key, const Types::u8 (&front)[Size]) noexcept {
+template <std::size_t Size> bool startsWith(const Key& key, const unsigned char (&front)[Size]) noexcept {
     for (std::size_t i = 0; i != Size; ++i) {
         if (i != 7 && key[i] != front[i]) {
             return false;
@@ -18,7 +18,7 @@ template <std::size_t Size> bool startsWith(const Key& key, const Types::u8 (&fr
 
 } // namespace
 
-Key::Key(const Types::u8* bytes) noexcept { std::copy_n(bytes, length, bytes_.begin()); }
+Key::Key(const unsigned char* bytes) noexcept { std::copy_n(bytes, length, bytes_.begin()); }
 
 Key::Key(const unsigned short* text, Types::StringRepresentationEncodingType) {
     Types::fromDottedHexadecimal(text, bytes_.data(), length);
@@ -29,13 +29,13 @@ Utf16Text Key::toString(Types::StringRepresentationEncodingType) const {
 }
 
 bool isStructuralMetadataSet(const Key& key) noexcept {
-    static constexpr Types::u8 front[] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01,
+    static constexpr unsigned char front[] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01,
                                           0x01, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01};
     return startsWith(key, front);
 }
 
 bool isLocalSet(const Key& key) noexcept {
-    static constexpr Types::u8 front[] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01};
+    static constexpr unsigned char front[] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01};
     return startsWith(key, front);
 }
 

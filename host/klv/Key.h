@@ -1,6 +1,9 @@
 #pragma once
 
-#include "host/types/IdentifierBytes.h"
+#include "host/base/IdentifierText.h"
+#include "host/dataio/DataSink.h"
+
+#include <array>
 
 namespace Corvid::KLV {
 
@@ -10,8 +13,8 @@ public:
     static constexpr std::size_t length = 16;
 
     Key() noexcept : bytes_{} {}
-    explicit Key(const std::array<Types::u8, length>& bytes) noexcept : bytes_(bytes) {}
-    explicit Key(const Types::u8* bytes) noexcept;
+    explicit Key(const std::array<unsigned char, length>& bytes) noexcept : bytes_(bytes) {}
+    explicit Key(const unsigned char* bytes) noexcept;
     /// @throws InvalidFormat  the text is not of the form that toString() gives.
     Key(const unsigned short* text, Types::StringRepresentationEncodingType);
 
@@ -22,11 +25,11 @@ public:
     static std::size_t serializedSize(const Key& key) noexcept { return key.serializedSize(); }
     void serialize(DataIO::DataSink& sink) const { sink.write(bytes_.data(), length); }
 
-    const std::array<Types::u8, length>& bytes() const noexcept { return bytes_; }
-    Types::u8 operator[](std::size_t index) const noexcept { return bytes_[index]; }
+    const std::array<unsigned char, length>& bytes() const noexcept { return bytes_; }
+    unsigned char operator[](std::size_t index) const noexcept { return bytes_[index]; }
 
     /// The key with a version byte of zero. That byte, the eighth, takes no part in matching.
-    std::array<Types::u8, length> withoutVersion() const noexcept {
+    std::array<unsigned char, length> withoutVersion() const noexcept {
         auto result = bytes_;
         result[7] = 0;
         return result;
@@ -37,7 +40,7 @@ public:
     friend bool operator<(const Key& a, const Key& b) noexcept { return a.bytes_ < b.bytes_; }
 
 private:
-    std::array<Types::u8, length> bytes_;
+    std::array<unsigned char, length> bytes_;
 };
 
 /// True for two keys that differ in their version byte at most.

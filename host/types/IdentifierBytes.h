@@ -1,21 +1,9 @@
 #pragma once
 
-#include "host/base/Text.h"
+#include "host/base/IdentifierText.h"
 #include "host/types/FixedBytes.h"
 
 namespace Corvid::Types {
-
-/// Chooses the text form of an identifier.
-enum StringRepresentationEncodingType : int {
-    dottedHexadecimal = 0, ///< lower-case pairs of hexadecimal digits joined by full stops: 06.0e.2b
-};
-
-/// Writes bytes as dotted hexadecimal text.
-CORVID_EXPORT Utf16Text toDottedHexadecimal(const u8* bytes, std::size_t size);
-
-/// Reads dotted hexadecimal text of exactly size bytes, in either case.
-/// @throws InvalidFormat  the text is no such text; it is quoted.
-CORVID_EXPORT void fromDottedHexadecimal(const u16* text, u8* bytes, std::size_t size);
 
 /// An identifier of Size bytes. Compared as a sequence of bytes.
 template <std::size_t Size> class IdentifierBytes : public FixedBytes<Size> {

@@ -1,4 +1,4 @@
-#include "host/types/IdentifierBytes.h"
+#include "host/base/IdentifierText.h"
 
 #include "host/base/Exceptions.h"
 
@@ -12,7 +12,7 @@ namespace {
 constexpr char digits[] = "0123456789abcdef";
 
 /// The value of a hexadecimal digit, or 16 where the unit is none.
-constexpr unsigned digitValue(u16 unit) {
+constexpr unsigned digitValue(Utf16Unit unit) {
     if (unit >= '0' && unit <= '9') {
         return unit - '0';
     }
@@ -20,9 +20,9 @@ constexpr unsigned digitValue(u16 unit) {
     return unit < 0x80 && lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : 16;
 }
 
-[[noreturn]] void refuse(const u16* text, std::size_t size) {
+[[noreturn]] void refuse(const Utf16Unit* text, std::size_t size) {
     constexpr std::size_t quoted = 200;
-    const std::size_t length = Templates::char_traits<u16>::length(text);
+    const std::size_t length = Templates::char_traits<Utf16Unit>::length(text);
     throw Exceptions::InvalidFormat("identifier '" + Platform::toUtf8(text, std::min(length, quoted)) +
                                         (length > quoted ? "...': " : "': ") + "expected " +
                                         std::to_string(size) +
@@ -32,22 +32,22 @@ constexpr unsigned digitValue(u16 unit) {
 
 } // namespace
 
-Utf16Text toDottedHexadecimal(const u8* bytes, std::size_t size) {
+Utf16Text toDottedHexadecimal(const unsigned char* bytes, std::size_t size) {
     Utf16Text text;
     if (size == 0) {
         return text;
     }
     text.resize(size * 3 - 1, '.');
-    u16* to = text.data();
+    Utf16Unit* to = text.data();
     for (std::size_t i = 0; i != size; ++i, to += 3) {
-        to[0] = static_cast<u16>(digits[bytes[i] >> 4]);
-        to[1] = static_cast<u16>(digits[bytes[i] & 15]);
+        to[0] = static_cast<Utf16Unit>(digits[bytes[i] >> 4]);
+        to[1] = static_cast<Utf16Unit>(digits[bytes[i] & 15]);
     }
     return text;
 }
 
-void fromDottedHexadecimal(const u16* text, u8* bytes, std::size_t size) {
-    const u16* next = text;
+void fromDottedHexadecimal(const Utf16Unit* text, unsigned char* bytes, std::size_t size) {
+    const Utf16Unit* next = text;
     for (std::size_t i = 0; i != size; ++i) {
         if (i != 0 && *next++ != '.') {
             refuse(text, size);
@@ -57,7 +57,7 @@ void fromDottedHexadecimal(const u16* text, u8* bytes, std::size_t size) {
         if (low == 16) {
             refuse(text, size);
         }
-        bytes[i] = static_cast<u8>(high << 4 | low);
+        bytes[i] = static_cast<unsigned char>(high << 4 | low);
         next += 2;
     }
     if (*next != 0) {
