@@ -1,0 +1,22 @@
+#pragma once
+
+#include "Corvid/Export.h"
+
+namespace Corvid::MetaMetadata {
+
+class AbstractMetaAttributeVisitor;
+
+/// What an element of a set is according to the dictionary: a property of this set, a property of
+/// other sets only, or unknown.
+class CORVID_EXPORT AbstractMetaAttribute {
+public:
+    AbstractMetaAttribute() = default;
+    AbstractMetaAttribute(const AbstractMetaAttribute&) = delete;
+    AbstractMetaAttribute& operator=(const AbstractMetaAttribute&) = delete;
+    virtual ~AbstractMetaAttribute();
+
+    /// Calls the visit() of the concrete class.
+    virtual void accept(AbstractMetaAttributeVisitor& visitor) const = 0;
+};
+
+} // namespace Corvid::MetaMetadata

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "host/dictionary/AbstractMetaAttribute.h"
+
+namespace Corvid::MetaMetadata {
+
+class MetaElement;
+
+/// A property that the dictionary knows, but that has no place in the set where it stands.
+class CORVID_EXPORT MisplacedAttribute : public AbstractMetaAttribute {
+public:
+    /// @param metaElement  must outlive the object.
+    explicit MisplacedAttribute(const MetaElement& metaElement) noexcept : metaElement_(&metaElement) {}
+    ~MisplacedAttribute() override;
+
+    void accept(AbstractMetaAttributeVisitor& visitor) const override;
+
+    const MetaElement& metaElement() const noexcept { return *metaElement_; }
+
+private:
+    const MetaElement* metaElement_;
+};
+
+} // namespace Corvid::MetaMetadata
