@@ -1,0 +1,71 @@
+#include "host/metadata/Element.h"
+
+#include "host/dictionary/AbstractMetaAttributeVisitor.h"
+#include "host/dictionary/MetaAttribute.h"
+#include "host/dictionary/MetaCollectionElement.h"
+#include "host/dictionary/MisplacedAttribute.h"
+#include "host/metadata/Elements.h"
+
+namespace Corvid::Metadata {
+
+namespace {
+
+namespace Identifiers = Types::Identifiers;
+
+class DefinitionFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
+public:
+    void visit(const MetaMetadata::UnknownAttribute&) override {}
+    void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
+        definition = &attribute.metaElement();
+    }
+    void visit(const MetaMetadata::MetaAttribute& attribute) override {
+        definition = &attribute.metaElement();
+    }
+
+    const MetaMetadata::MetaElement* definition = nullptr;
+};
+
+bool isReference(Identifiers::Identifier type) {
+    return type == Identifiers::StrongReference || type == Identifiers::WeakReference;
+}
+
+template <class Kind> Templates::auto_ptr<Element> make(Element::Attribute attribute) {
+    return Templates::auto_ptr<Element>(new Kind(std::move(attribute)));
+}
+
+} // namespace
+
+const MetaMetadata::MetaElement*
+definitionOf(const MetaMetadata::AbstractMetaAttribute& attribute) noexcept {
+    DefinitionFinder finder;
+    attribute.accept(finder);
+    return finder.definition;
+}
+
+Element::~Element() = default;
+
+const Element::Attribute& Element::metaAttribute() const noexcept { return attribute_; }
+
+Templates::auto_ptr<Element> createElement(Element::Attribute attribute) {
+    const MetaMetadata::MetaElement* definition = definitionOf(*attribute);
+    if (definition == nullptr) {
+        return make<SimpleElement>(std::move(attribute));
+    }
+    const Identifiers::Identifier type = definition->dataType();
+    if (isReference(type)) {
+        return make<ReferenceElement>(std::move(attribute));
+    }
+    if (type != Identifiers::Array && type != Identifiers::Batch) {
+        return make<SimpleElement>(std::move(attribute));
+    }
+    const auto& collection = static_cast<const MetaMetadata::MetaCollectionElement&>(*definition);
+    const bool ofReferences = isReference(collection.dataSubType());
+    if (type == Identifiers::Array) {
+        return ofReferences ? make<ReferenceArrayElement>(std::move(attribute))
+                            : make<ArrayElement>(std::move(attribute));
+    }
+    return ofReferences ? make<ReferenceBatchElement>(std::move(attribute))
+                        : make<BatchElement>(std::move(attribute));
+}
+
+} // namespace Corvid::Metadata

@@ -1,0 +1,143 @@
+#pragma once
+
+#include "host/metadata/Element.h"
+#include "host/types/Collections.h"
+#include "host/types/References.h"
+
+namespace Corvid::Metadata {
+
+/// An element with one value that is neither a reference nor a collection.
+class CORVID_EXPORT SimpleElement : public Element {
+public:
+    explicit SimpleElement(Attribute attribute) noexcept : Element(std::move(attribute)) {}
+
+    /// The value, or null. Lives until the element gets another.
+    const Types::SimpleDataType* value() const noexcept { return value_.get(); }
+    /// Stores a value; null takes it away.
+    /// @param keepPresent  when true, a value that is there already is kept.
+    void set(Templates::auto_ptr<Types::SimpleDataType> value, bool keepPresent = false);
+
+    bool isSkipped() const noexcept override { return !value_; }
+    void accept(Visitors::ElementVisitor& visitor) const override;
+    void accept(Visitors::NonConstElementVisitor& visitor) override;
+    bool parse(Types::ByteView bytes) override;
+    std::size_t serializedSize() const override;
+    void serialize(DataIO::DataSink& sink) const override;
+
+protected:
+    /// Called after the value has changed.
+    virtual void changed() noexcept {}
+
+private:
+    Templates::auto_ptr<Types::SimpleDataType> value_;
+};
+
+/// An element with one reference.
+class CORVID_EXPORT ReferenceElement : public Element {
+public:
+    explicit ReferenceElement(Attribute attribute) noexcept : Element(std::move(attribute)) {}
+
+    /// The reference, or null. Lives until the element gets another.
+    const Types::Reference* value() const noexcept { return value_.get(); }
+    /// Refers to a set by the InstanceUID that it has.
+    void set(const MetadataSet* target);
+    /// Stores a reference whose target need not be there.
+    void setUnverifiedReference(Templates::auto_ptr<Types::Reference> reference);
+
+    bool isSkipped() const noexcept override { return !value_; }
+    void accept(Visitors::ElementVisitor& visitor) const override;
+    void accept(Visitors::NonConstElementVisitor& visitor) override;
+    bool parse(Types::ByteView bytes) override;
+    std::size_t serializedSize() const override;
+    void serialize(DataIO::DataSink& sink) const override;
+
+private:
+    Templates::auto_ptr<Types::Reference> value_;
+};
+
+/// An element with any number of references of one kind.
+class CORVID_EXPORT ReferenceCollectionElement : public Element {
+public:
+    /// The number of references.
+    virtual Types::u32 size() const noexcept;
+    /// @param index  below size().
+    virtual const Types::Reference& at(Types::u32 index) const noexcept;
+
+    /// Appends a reference to a set by the InstanceUID that it has.
+    void add(const MetadataSet* target);
+    /// Appends a reference whose target need not be there.
+    void addUnverifiedReference(Templates::auto_ptr<Types::Reference> reference);
+    /// @param index  below size().
+    void remove(Types::u32 index);
+
+    /// True when there is no collection; an empty one is there all the same.
+    bool isSkipped() const noexcept override { return !present_; }
+    bool parse(Types::ByteView bytes) override;
+    std::size_t serializedSize() const override;
+    void serialize(DataIO::DataSink& sink) const override;
+
+protected:
+    using Element::Element;
+
+private:
+    Templates::vector<Templates::auto_ptr<Types::Reference>> references_;
+    bool present_ = false;
+};
+
+/// References whose order means nothing.
+class CORVID_EXPORT ReferenceBatchElement : public ReferenceCollectionElement {
+public:
+    explicit ReferenceBatchElement(Attribute attribute) noexcept
+        : ReferenceCollectionElement(std::move(attribute)) {}
+    void accept(Visitors::ElementVisitor& visitor) const override;
+    void accept(Visitors::NonConstElementVisitor& visitor) override;
+};
+
+/// References whose order means something.
+class CORVID_EXPORT ReferenceArrayElement : public ReferenceCollectionElement {
+public:
+    explicit ReferenceArrayElement(Attribute attribute) noexcept
+        : ReferenceCollectionElement(std::move(attribute)) {}
+    void accept(Visitors::ElementVisitor& visitor) const override;
+    void accept(Visitors::NonConstElementVisitor& visitor) override;
+};
+
+/// An element with a collection of values.
+class CORVID_EXPORT CollectionElement : public Element {
+public:
+    /// The collection, or null. Lives until the element gets another.
+    const Types::Collection* value() const noexcept { return value_.get(); }
+    void set(Templates::auto_ptr<Types::Collection> value);
+    /// Appends an item to the collection, which must be there. A null pointer appends nothing.
+    void add(Templates::auto_ptr<Types::SimpleDataType> item);
+
+    /// True when there is no collection; an empty one is there all the same.
+    bool isSkipped() const noexcept override { return !value_; }
+    bool parse(Types::ByteView bytes) override;
+    std::size_t serializedSize() const override;
+    void serialize(DataIO::DataSink& sink) const override;
+
+protected:
+    using Element::Element;
+
+private:
+    Templates::auto_ptr<Types::Collection> value_;
+};
+
+/// Values whose order means nothing.
+class CORVID_EXPORT BatchElement : public CollectionElement {
+public:
+    explicit BatchElement(Attribute attribute) noexcept : CollectionElement(std::move(attribute)) {}
+    void accept(Visitors::ElementVisitor& visitor) const override;
+    void accept(Visitors::NonConstElementVisitor& visitor) override;
+};
+
+/// Values whose order means something.
+class CORVID_EXPORT ArrayElement : public CollectionElement {
+public:
+    explicit ArrayElement(Attribute attribute) noexcept : CollectionElement(std::move(attribute)) {}
+    void accept(Visitors::ElementVisitor& visitor) const override;
+    void accept(Visitors::NonConstElementVisitor& visitor) override;
+};
+
+} // namespace Corvid::Metadata

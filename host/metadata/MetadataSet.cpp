@@ -1,0 +1,169 @@
+#include "host/metadata/MetadataSet.h"
+
+#include "host/klv/BerOutput.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/metadata/PartitionDictionary.h"
+#include "host/metadata/PartitionMetadata.h"
+
+#include <algorithm>
+
+namespace Corvid::Metadata {
+
+namespace {
+
+/// The element by which references find the set: a change of its value is a change of the partition.
+class InstanceUIDElement : public SimpleElement {
+public:
+    InstanceUIDElement(Attribute attribute, PartitionMetadata& partition) noexcept
+        : SimpleElement(std::move(attribute)), partition_(partition) {}
+
+protected:
+    void changed() noexcept override { partition_.forgetReferences(); }
+
+private:
+    PartitionMetadata& partition_;
+};
+
+bool isInstanceUID(const Types::UniversalLabel& label) noexcept {
+    return label.withoutVersion() == Structural::StructuralMetadataULs::instanceUID().withoutVersion();
+}
+
+} // namespace
+
+namespace Structural {
+
+const Types::UniversalLabel& StructuralMetadataULs::instanceUID() {
+    static const Types::UniversalLabel label(std::array<Types::u8, 16>{
+        0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01, 0x01, 0x01, 0x15, 0x02, 0, 0, 0, 0});
+    return label;
+}
+
+const KLV::Key& StructuralMetadataKeys::preface() {
+    static const KLV::Key key(std::array<unsigned char, 16>{
+        0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2f, 0});
+    return key;
+}
+
+} // namespace Structural
+
+MetadataSet::MetadataSet(PartitionMetadata& partition, const KLV::Key& key,
+                         const MetaMetadata::MetaMetadataSet* definition)
+    : partition_(partition), definition_(definition), key_(key) {}
+
+MetadataSet::~MetadataSet() {
+    for (const Entry& entry : elements_) {
+        delete entry.second;
+    }
+    for (const Element* element : invalid_) {
+        delete element;
+    }
+}
+
+const MetaMetadata::MetaMetadataSet* MetadataSet::metaMetadataSet() const noexcept { return definition_; }
+const KLV::Key& MetadataSet::key() const noexcept { return key_; }
+void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
+void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor& visitor) { visitor.visit(*this); }
+
+Element* MetadataSet::find(const Types::UniversalLabel& label) const noexcept {
+    const auto wanted = label.withoutVersion();
+    for (const Entry& entry : elements_) {
+        if (entry.first.withoutVersion() == wanted) {
+            return entry.second;
+        }
+    }
+    return nullptr;
+}
+
+Element& MetadataSet::createElement(const Types::UniversalLabel& label, Element::Attribute attribute,
+                                    Types::u16 localTag) {
+    const bool identifies = isInstanceUID(label);
+    auto element = identifies ? Templates::auto_ptr<Element>(
+                                    new InstanceUIDElement(std::move(attribute), partition_))
+                              : Metadata::createElement(std::move(attribute));
+    element->localTag_ = localTag;
+    element->position_ = static_cast<Types::u16>(elements_.size() + invalid_.size());
+    const auto place = std::upper_bound(
+        elements_.begin(), elements_.end(), label,
+        [](const Types::UniversalLabel& a, const Entry& b) { return a < b.first; });
+    const auto entry = elements_.insert(place, Entry(label, element.get()));
+    if (identifies) {
+        instanceUID_ = static_cast<SimpleElement*>(element.get());
+    }
+    element.release();
+    return *entry->second;
+}
+
+Element& MetadataSet::createInvalidElement(Element::Attribute attribute, Types::u16 localTag) {
+    auto element = Metadata::createElement(std::move(attribute));
+    element->localTag_ = localTag;
+    element->position_ = static_cast<Types::u16>(elements_.size() + invalid_.size());
+    invalid_.push_back(element.get());
+    return *element.release();
+}
+
+bool MetadataSet::hasInstanceUID() const noexcept {
+    return instanceUID_ != nullptr && instanceUID_->value() != nullptr;
+}
+
+Types::UUID MetadataSet::instanceUID() const {
+    if (!hasInstanceUID()) {
+        return {};
+    }
+    const Types::SimpleDataType& value = *instanceUID_->value();
+    return Types::UUID(Types::ByteView{value.rawBuffer(), value.serializedSize()});
+}
+
+Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> MetadataSet::inStoredOrder() const {
+    Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> order;
+    order.reserve(elements_.size() + invalid_.size());
+    for (const Entry& entry : elements_) {
+        if (!entry.second->isSkipped()) {
+            order.emplace_back(&entry.first, entry.second);
+        }
+    }
+    for (const Element* element : invalid_) {
+        if (!element->isSkipped()) {
+            order.emplace_back(nullptr, element);
+        }
+    }
+    std::sort(order.begin(), order.end(),
+              [](const auto& a, const auto& b) { return a.second->position() < b.second->position(); });
+    return order;
+}
+
+std::size_t MetadataSet::countValues() const noexcept {
+    const auto has = [](const Element* element) { return !element->isSkipped(); };
+    return static_cast<std::size_t>(
+        std::count_if(elements_.begin(), elements_.end(), [&](const Entry& e) { return has(e.second); }) +
+        std::count_if(invalid_.begin(), invalid_.end(), has));
+}
+
+std::size_t MetadataSet::valueSize() const {
+    std::size_t size = 0;
+    for (const auto& [label, element] : inStoredOrder()) {
+        size += 4 + element->serializedSize();
+    }
+    return size;
+}
+
+std::size_t MetadataSet::serializedSize() const {
+    const std::size_t size = valueSize();
+    return KLV::Key::length + KLV::berOctets(size, berLength_) + size;
+}
+
+void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary& primer) const {
+    key_.serialize(sink);
+    KLV::writeBer(sink, valueSize(), berLength_);
+    for (const auto& [label, element] : inStoredOrder()) {
+        const Types::u16 tag = element->localTag() != 0 ? element->localTag()
+                               : label != nullptr       ? primer.findOrGenerate(*label).value()
+                                                        : primer.tagOf(*element->metaAttribute()).value();
+        Types::u8 head[4];
+        Types::writeBigEndian(head, tag);
+        Types::writeBigEndian(head + 2, static_cast<Types::u16>(element->serializedSize()));
+        sink.write(head, sizeof head);
+        element->serialize(sink);
+    }
+}
+
+} // namespace Corvid::Metadata

@@ -1,0 +1,109 @@
+#pragma once
+
+#include "host/klv/Key.h"
+#include "host/metadata/Elements.h"
+#include "host/types/IdentifierTypes.h"
+
+#include <utility>
+
+namespace Corvid::MetaMetadata {
+class MetaMetadataSet;
+}
+
+namespace Corvid::Metadata {
+
+class PartitionDictionary;
+class PartitionMetadata;
+
+namespace Structural {
+
+/// Labels of properties that the model itself needs.
+struct CORVID_EXPORT StructuralMetadataULs {
+    static const Types::UniversalLabel& instanceUID();
+};
+
+/// Keys of sets that the model itself needs.
+struct CORVID_EXPORT StructuralMetadataKeys {
+    static const KLV::Key& preface();
+};
+
+} // namespace Structural
+
+/// One set: a key and its elements. Owned by its partition.
+class CORVID_EXPORT MetadataSet {
+public:
+    using Entry = std::pair<Types::UniversalLabel, Element*>;
+    using Elements = Templates::vector<Entry>;
+    using iterator = Elements::iterator;
+    using const_iterator = Elements::const_iterator;
+    using invalid_iterator = Templates::vector<Element*>::const_iterator;
+
+    /// @param definition  the class of the set, or null; must outlive the set.
+    MetadataSet(PartitionMetadata& partition, const KLV::Key& key,
+                const MetaMetadata::MetaMetadataSet* definition);
+    MetadataSet(const MetadataSet&) = delete;
+    MetadataSet& operator=(const MetadataSet&) = delete;
+    virtual ~MetadataSet();
+
+    /// The set's class in the dictionary, or null.
+    virtual const MetaMetadata::MetaMetadataSet* metaMetadataSet() const noexcept;
+    virtual const KLV::Key& key() const noexcept;
+    virtual void accept(Visitors::MetadataSetVisitor& visitor) const;
+    virtual void accept(Visitors::NonConstMetadataSetVisitor& visitor);
+
+    /// The elements that the set's class lists, by label, in label order.
+    iterator begin() noexcept { return elements_.begin(); }
+    iterator end() noexcept { return elements_.end(); }
+    const_iterator begin() const noexcept { return elements_.begin(); }
+    const_iterator end() const noexcept { return elements_.end(); }
+
+    /// The elements that do not belong to the set's class, in stored order.
+    invalid_iterator invalidBegin() const noexcept { return invalid_.begin(); }
+    invalid_iterator invalidEnd() const noexcept { return invalid_.end(); }
+
+    /// The element of a label (its version byte takes no part), or null.
+    Element* find(const Types::UniversalLabel& label) const noexcept;
+
+    /// Adds an element without value that the set's class lists.
+    /// @param localTag  the tag that it had in its file, or 0.
+    Element& createElement(const Types::UniversalLabel& label, Element::Attribute attribute,
+                           Types::u16 localTag = 0);
+    /// Adds an element without value behind the invalid ones.
+    Element& createInvalidElement(Element::Attribute attribute, Types::u16 localTag = 0);
+
+    /// The octets of the length field that the set had in its file or is to have, 1 to 9.
+    unsigned char berLength() const noexcept { return berLength_; }
+    void setBerLength(unsigned char octets) noexcept { berLength_ = octets; }
+
+    /// The set's InstanceUID; zeros where it has none.
+    Types::UUID instanceUID() const;
+    bool hasInstanceUID() const noexcept;
+
+    /// The bytes of the whole set in a file: key, length, and the properties that have a value in
+    /// their stored order. Tags that the primer lacks are added to it.
+    std::size_t serializedSize() const;
+    void serialize(DataIO::DataSink& sink, PartitionDictionary& primer) const;
+
+    /// The whole number of properties that have a value.
+    std::size_t countValues() const noexcept;
+
+    static void* operator new(std::size_t size) { return Platform::malloc_alloc::allocate(size); }
+    static void operator delete(void* memory, std::size_t size) noexcept {
+        Platform::malloc_alloc::deallocate(memory, size);
+    }
+
+private:
+    /// Every element with a value and its label (null for an invalid one), in stored order.
+    Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> inStoredOrder() const;
+    std::size_t valueSize() const;
+
+    PartitionMetadata& partition_;
+    const MetaMetadata::MetaMetadataSet* definition_;
+    SimpleElement* instanceUID_ = nullptr;
+    Elements elements_;
+    Templates::vector<Element*> invalid_;
+    KLV::Key key_;
+    unsigned char berLength_ = 4;
+};
+
+} // namespace Corvid::Metadata

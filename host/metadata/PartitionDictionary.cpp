@@ -1,0 +1,82 @@
+#include "host/metadata/PartitionDictionary.h"
+
+#include "host/base/Exceptions.h"
+#include "host/dictionary/AbstractMetaAttributeVisitor.h"
+#include "host/dictionary/MetaAttribute.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/dictionary/MisplacedAttribute.h"
+#include "host/dictionary/UnknownAttribute.h"
+
+namespace Corvid::Metadata {
+
+namespace {
+
+constexpr Types::u16 firstDynamicTag = 0x8000;
+
+class TagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
+public:
+    explicit TagFinder(PartitionDictionary& partition) : partition_(partition) {}
+
+    void visit(const MetaMetadata::UnknownAttribute& attribute) override { tag = attribute.localTag(); }
+    void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
+        tag = partition_.findOrGenerate(attribute.metaElement().label());
+    }
+    void visit(const MetaMetadata::MetaAttribute& attribute) override {
+        tag = partition_.findOrGenerate(attribute.metaElement().label());
+    }
+
+    Types::LocalTag tag;
+
+private:
+    PartitionDictionary& partition_;
+};
+
+} // namespace
+
+const Types::UniversalLabel* PartitionDictionary::find(const Types::LocalTag& tag, bool alsoStatic) const {
+    if (const auto entry = byTag_.find(tag.value()); entry != byTag_.end()) {
+        return &entries_[entry->second].second;
+    }
+    if (alsoStatic) {
+        if (const auto* definition = dictionary_->findElementByStaticTag(tag.value())) {
+            return &definition->label();
+        }
+    }
+    return nullptr;
+}
+
+Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel& label) {
+    if (const auto entry = byLabel_.find(label.withoutVersion()); entry != byLabel_.end()) {
+        return entries_[entry->second].first;
+    }
+    const auto* definition = dictionary_->findElement(label);
+    Types::u16 tag = definition == nullptr ? Types::u16{0} : definition->staticLocalTag();
+    if (tag == 0 || byTag_.count(tag) != 0) {
+        while (nextDynamicTag_ >= firstDynamicTag && byTag_.count(nextDynamicTag_) != 0) {
+            --nextDynamicTag_;
+        }
+        if (nextDynamicTag_ < firstDynamicTag) {
+            throw Exceptions::LimitExceeded(
+                "all 32768 dynamic local tags of the partition are in use, so a property gets none",
+                CORVID_HERE);
+        }
+        tag = nextDynamicTag_;
+    }
+    add(Types::LocalTag(tag), label);
+    return Types::LocalTag(tag);
+}
+
+Types::LocalTag PartitionDictionary::tagOf(const MetaMetadata::AbstractMetaAttribute& attribute) {
+    TagFinder finder(*this);
+    attribute.accept(finder);
+    return finder.tag;
+}
+
+void PartitionDictionary::add(const Types::LocalTag& tag, const Types::UniversalLabel& label) {
+    const std::size_t index = entries_.size();
+    entries_.emplace_back(tag, label);
+    byTag_.emplace(tag.value(), index);
+    byLabel_.emplace(label.withoutVersion(), index);
+}
+
+} // namespace Corvid::Metadata

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "host/dictionary/Dictionary.h"
+#include "host/types/IdentifierTypes.h"
+
+#include <array>
+#include <utility>
+
+namespace Corvid::Metadata {
+
+/// The local tags of one partition, as its primer pack gives them, and the dictionary behind them.
+class CORVID_EXPORT PartitionDictionary {
+public:
+    using Entry = std::pair<Types::LocalTag, Types::UniversalLabel>;
+    using const_iterator = Templates::vector<Entry>::const_iterator;
+
+    explicit PartitionDictionary(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary) noexcept
+        : dictionary_(std::move(dictionary)) {}
+
+    const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary() const noexcept {
+        return dictionary_;
+    }
+
+    /// The label of a local tag, or null.
+    /// @param alsoStatic  whether the dictionary's static tags count where the primer has none.
+    const Types::UniversalLabel* find(const Types::LocalTag& tag, bool alsoStatic) const;
+
+    /// The local tag of a label, whatever its version byte. A label that has none gets its static
+    /// tag, if that is free, or else the highest dynamic one that is.
+    /// @throws LimitExceeded  all dynamic tags are in use.
+    Types::LocalTag findOrGenerate(const Types::UniversalLabel& label);
+
+    /// The local tag for an element with that attribute: an unknown one names it itself.
+    Types::LocalTag tagOf(const MetaMetadata::AbstractMetaAttribute& attribute);
+
+    /// Adds an entry of a primer pack. Of two entries with one tag, or with one label, the first
+    /// counts; all are kept.
+    void add(const Types::LocalTag& tag, const Types::UniversalLabel& label);
+
+    /// The entries in the order of the primer pack.
+    const_iterator begin() const noexcept { return entries_.begin(); }
+    const_iterator end() const noexcept { return entries_.end(); }
+
+private:
+    Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
+    Templates::vector<Entry> entries_;
+    Templates::map<Types::u16, std::size_t> byTag_;
+    Templates::map<std::array<Types::u8, 16>, std::size_t> byLabel_;
+    Types::u16 nextDynamicTag_ = 0xFFFF;
+};
+
+} // namespace Corvid::Metadata

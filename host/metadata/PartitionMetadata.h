@@ -1,0 +1,78 @@
+#pragma once
+
+#include "host/metadata/DarkMetadataSet.h"
+#include "host/metadata/DarkParsedGroup.h"
+#include "host/metadata/PartitionDictionary.h"
+#include "host/metadata/ReferenceIndex.h"
+
+#include <memory>
+
+namespace Corvid::Metadata {
+
+/// The header metadata of one partition: its sets, its dark sets, its local tags and dictionary.
+///
+/// One thread at a time, also for reading: references are looked up in an index made on demand.
+class CORVID_EXPORT PartitionMetadata {
+public:
+    using Sets = Templates::vector<MetadataSet*>;
+    using DarkSets = Templates::list<DarkMetadataSet*>;
+
+    explicit PartitionMetadata(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary);
+    PartitionMetadata(const PartitionMetadata&) = delete;
+    PartitionMetadata& operator=(const PartitionMetadata&) = delete;
+    virtual ~PartitionMetadata();
+
+    virtual PartitionDictionary& partitionDictionary() noexcept { return dictionary_; }
+    const PartitionDictionary& partitionDictionary() const noexcept { return dictionary_; }
+
+    /// All sets in the order in which they came.
+    Sets::const_iterator begin() const noexcept { return sets_.begin(); }
+    Sets::const_iterator end() const noexcept { return sets_.end(); }
+    std::size_t size() const noexcept { return sets_.size(); }
+
+    /// All sets with that key, whatever its version byte, in the partition's order.
+    Sets find(const KLV::Key& key) const;
+
+    /// The sets whose InstanceUID the reference names; empty where it dangles.
+    Targets resolve(const Types::Reference& reference) const;
+    Targets resolve(const Types::UUID& uuid) const;
+
+    /// Appends the sets in the order in which a file is to hold them: the tree that the strong
+    /// references of the first Preface span, depth first, then the sets outside of it as they came.
+    ///
+    /// @param withFloating    whether the sets outside the tree are listed at all.
+    /// @param structuralOnly  whether sets with other than structural keys are left out.
+    /// @return how many of the sets appended, the last ones, stand outside the tree.
+    std::size_t calculateSerializationOrder(Templates::vector<const MetadataSet*>& order,
+                                            bool withFloating, bool structuralOnly) const;
+
+    /// Makes a set with every element that its class and its ancestors list, without values but for
+    /// a fresh InstanceUID.
+    /// @throws InvalidArgument  the dictionary does not know the key.
+    MetadataSet& createMetadataSet(const KLV::Key& key);
+
+    /// Makes a set of a class without any element, to be filled from a file.
+    MetadataSet& createEmptyMetadataSet(const KLV::Key& key,
+                                        const MetaMetadata::MetaMetadataSet& definition);
+    DarkParsedGroup& createDarkParsedGroup(const KLV::Key& key);
+
+    DarkSets::const_iterator darkBegin() const noexcept { return darkSets_.begin(); }
+    DarkSets::const_iterator darkEnd() const noexcept { return darkSets_.end(); }
+    void addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> set);
+
+    /// Takes the last set away again, which must be this one.
+    void removeLast(const MetadataSet& set) noexcept;
+
+    /// To be called when an InstanceUID has changed.
+    void forgetReferences() const noexcept { references_.reset(); }
+
+private:
+    template <class Set> Set& own(Templates::auto_ptr<Set> set);
+
+    PartitionDictionary dictionary_;
+    Sets sets_;
+    DarkSets darkSets_;
+    mutable std::unique_ptr<ReferenceIndex> references_; ///< made on first use after a change
+};
+
+} // namespace Corvid::Metadata
