@@ -32,5 +32,14 @@ function(corvid_add_library target export_name)
     EXPORT_NAME ${export_name})
 endfunction()
 
-# Names of source files in messages are relative to the project.
-add_compile_options($<$<CXX_COMPILER_ID:GNU,Clang>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>)
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+  # Names of source files in messages are relative to the project.
+  add_compile_options(
+    -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}/=build/)
+endif()
+
+# The rest serves those who work on Corvid; inside another project that one decides.
+if(PROJECT_IS_TOP_LEVEL)
+  include(cmake/CorvidDevelopment.cmake)
+endif()

@@ -1,0 +1,36 @@
+# Warnings, sanitizers and what makes builds quick.
+
+option(CORVID_STRICT "Warnings are errors" OFF)
+set(CORVID_SANITIZE "" CACHE STRING "Sanitizers to build with, e.g. address,undefined")
+
+if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
+  add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+  if(CORVID_STRICT)
+    add_compile_options(-Werror)
+  endif()
+  if(CORVID_SANITIZE)
+    add_compile_options(-fsanitize=${CORVID_SANITIZE} -fno-sanitize-recover=all)
+    add_link_options(-fsanitize=${CORVID_SANITIZE})
+  endif()
+endif()
+
+find_program(CORVID_CCACHE ccache)
+mark_as_advanced(CORVID_CCACHE)
+if(CORVID_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CORVID_CCACHE})
+endif()
+
+# A faster linker, where there is one. GCC's link-time optimisation needs the linker that it has
+# a plug-in for.
+if(NOT CMAKE_INTERPROCEDURAL_OPTIMIZATION)
+  find_program(CORVID_LINKER NAMES ld.mold ld.lld)
+  mark_as_advanced(CORVID_LINKER)
+  if(CORVID_LINKER MATCHES "ld\\.(mold|lld)$")
+    set(corvid_linker_flag -fuse-ld=${CMAKE_MATCH_1})
+    include(CheckLinkerFlag)
+    check_linker_flag(CXX ${corvid_linker_flag} CORVID_LINKER_WORKS)
+    if(CORVID_LINKER_WORKS)
+      add_link_options(${corvid_linker_flag})
+    endif()
+  endif()
+endif()
