@@ -5,7 +5,6 @@
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
 
-#include <cstddef>
 #include <memory>
 
 namespace Corvid::MetaMetadata {
@@ -58,6 +57,7 @@ public:
 private:
     struct Content;
     explicit Dictionary(std::unique_ptr<Content> content) noexcept;
+    static Templates::SharedPtr<Dictionary> make(std::unique_ptr<Content> content);
 
     std::unique_ptr<Content> content_;
 };

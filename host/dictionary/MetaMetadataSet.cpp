@@ -19,15 +19,14 @@ struct MetaMetadataSet::Inherited {
     std::vector<std::pair<LabelMatch, std::uint32_t>> byLabel; // sorted; second: place in all
 };
 
-MetaMetadataSet::MetaMetadataSet(const Names& names, const KLV::Key& key,
-                                 const MetaMetadataSet* parent, bool concrete)
-    : MetaDefinition(names), key_(key), parent_(parent), concrete_(concrete),
-      inherited_(std::make_unique<Inherited>()) {}
+MetaMetadataSet::MetaMetadataSet(const Names& names, const KLV::Key& key, bool concrete)
+    : MetaDefinition(names), key_(key), concrete_(concrete), inherited_(std::make_unique<Inherited>()) {}
 
 MetaMetadataSet::~MetaMetadataSet() = default;
 
 void MetaMetadataSet::add(const MetaElement& element, AttributeRequiredStatus::Status status) {
-    own_.push_back(Attribute(new MetaAttribute(element, status)));
+    own_.push_back(Attribute(
+        Templates::auto_ptr<const AbstractMetaAttribute>(new MetaAttribute(element, status))));
 }
 
 const MetaMetadataSet::Inherited& MetaMetadataSet::inherited() const {

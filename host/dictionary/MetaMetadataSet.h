@@ -20,9 +20,7 @@ public:
     using Attribute = Templates::SharedPtr<const AbstractMetaAttribute>;
     using Attributes = Templates::vector<Attribute>;
 
-    /// @param parent  the set that this one inherits from, or null. Must outlive the object.
-    MetaMetadataSet(const Names& names, const KLV::Key& key, const MetaMetadataSet* parent,
-                    bool concrete);
+    MetaMetadataSet(const Names& names, const KLV::Key& key, bool concrete);
     ~MetaMetadataSet() override;
 
     /// The key as it stands in files (local set with 2-byte tags and lengths), version byte included.
@@ -42,7 +40,11 @@ public:
     /// null. May be called by any number of threads; the pointer lives as long as the set.
     const Attribute* find(const Types::UniversalLabel& label) const;
 
-    /// Adds a property of the set's own. Only its dictionary calls this, while it is built.
+    /// Sets the parent, which must outlive the object. Only its dictionary calls this, while it is
+    /// built; so with add().
+    void inheritFrom(const MetaMetadataSet& parent) noexcept { parent_ = &parent; }
+
+    /// Adds a property of the set's own.
     void add(const MetaElement& element, AttributeRequiredStatus::Status status);
 
 private:
@@ -50,7 +52,7 @@ private:
     const Inherited& inherited() const;
 
     KLV::Key key_;
-    const MetaMetadataSet* parent_;
+    const MetaMetadataSet* parent_ = nullptr;
     bool concrete_;
     Attributes own_;
     // Made on first use: most sets of a dictionary never occur in a file.

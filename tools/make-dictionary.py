@@ -1,0 +1,265 @@
+#!/usr/bin/env python3
+"""Writes the dictionary's data files from tables of the SMPTE metadata registers.
+
+    tools/make-dictionary.py REGISTERS_DIR [OUTPUT_DIR]
+
+REGISTERS_DIR holds groups.csv, group_elements.csv, elements.csv, type_mapping.csv and
+element_overrides.csv; OUTPUT_DIR is host/dictionary/smpte unless given. What the registers do not
+tell (names of namespaces, types, who must write a property) stands in the tables below; everything
+else is derived by rule. The output depends on the input alone.
+"""
+
+import csv
+import heapq
+import sys
+from collections import defaultdict
+from pathlib import Path
+
+# Which file a group's area goes to, what the file holds, and in this order they are loaded.
+FILES = {
+    "st377-1-structural": ("Structural metadata (SMPTE ST 377-1)", ["structural"]),
+    "descriptors": ("Essence descriptors (SMPTE ST 377-1 and the mapping standards)", ["descriptor"]),
+    "subdescriptors": ("Sub-descriptors of the essence mappings", ["subdescriptor"]),
+    "mca": ("Multichannel audio labels (SMPTE ST 377-4)", ["mca"]),
+    "aaf": ("Structure and descriptors that come from AAF", ["aaf-structural", "aaf-descriptor"]),
+    "definitions": ("Definition objects and the dictionary set (SMPTE ST 377-2)", ["aaf-definition"]),
+    "meta-dictionary": ("Class, property and type definitions (SMPTE ST 377-2)", ["metadictionary"]),
+    "dms-1": ("Descriptive metadata scheme 1 (SMPTE ST 380)", ["dms-1"]),
+    "dms-crypto": ("Encryption (SMPTE ST 429-6)", ["dms-crypto"]),
+    "dms-text": ("Text-based metadata (SMPTE RP 2057)", ["dms-text"]),
+    "dms-eidr": ("EIDR identifiers (SMPTE RP 2089)", ["dms-eidr"]),
+    "acquisition": ("Camera and lens metadata (SMPTE RDD 18)", ["acquisition"]),
+    "as-03": ("AMWA AS-03", ["as-03"]),
+    "as-07": ("FADGI AS-07, also published as SMPTE RDD 48", ["as-07"]),
+    "as-10": ("AMWA AS-10", ["as-10"]),
+    "as-11": ("AMWA AS-11 and the UK DPP's framework", ["as-11"]),
+    "as-12": ("AMWA AS-12 and its slate", ["as-12"]),
+    "bbc-archive": ("Archive preservation (BBC WHP 167 and 233)", ["bbc-archive"]),
+    "ebucore": ("EBUCore (EBU Tech 3293)", ["ebucore"]),
+}
+
+# Register namespace to prefix and URI. The owner of a namespace is told from its last part.
+SMPTE_GROUPS = ("s377m", "urn:SMPTE:S377M")
+SMPTE_ELEMENTS = ("rp210", "urn:SMPTE:RP210")
+GROUP_NAMESPACES = {"reg/395/2014": SMPTE_GROUPS, "reg/395/2014/13/1/aaf": SMPTE_GROUPS}
+ELEMENT_NAMESPACES = {"reg/335/2012": SMPTE_ELEMENTS}
+OWNERS = {
+    "13/1/aaf": ("aaf", "urn:AMWA:AAF"),
+    "13/1/amwa/as_common": ("amwa", "urn:AMWA:Common"),
+    "13/1/amwa/as10": ("as10", "urn:AMWA:AS10"),
+    "13/1/amwa/as11": ("as11", "urn:AMWA:AS11"),
+    "13/1/amwa/as12": ("as12", "urn:AMWA:AS12"),
+    "13/1/amwa/rules": ("amwaRules", "urn:AMWA:Rules"),
+    "13/4/archive": ("bbcArchive", "urn:BBC:Archive"),
+    "13/12/as11": ("ukdpp", "urn:UKDPP:AS11"),
+    "13/13": ("adid", "urn:AdID:Slate"),
+    "14/9": ("dolby", "urn:Dolby:MXF"),
+    "avconservation": ("as07", "urn:FADGI:AS07"),
+    "class13/group": ("ebucore", "urn:EBU:EBUCore"),
+    "class13/element": ("ebucore", "urn:EBU:EBUCore"),
+}
+
+# The two identifiers that the document writes as attributes bear the names of SMPTE ST 377-1.
+RENAMED = {"InstanceID": "InstanceUID", "LinkedGenerationID": "GenerationUID"}
+
+# Bytes that no value type describes stay a run of bytes.
+BYTES = "DataStream"
+AS_BYTES = {"none", "DataValue", "Unknown"}
+
+# Who must write or understand a property, where SMPTE ST 377-1 tells more than the register's flag
+# "optional", by the symbol of the class that lists it.
+STATUS = {
+    "required": [
+        "Component.ComponentDataDefinition", "EssenceData.EssenceStreamID",
+        "FileDescriptor.SampleRate", "FileDescriptor.ContainerFormat",
+        "Identification.FileModificationDate", "SourceReference.SourcePackageID",
+        "SourceClip.StartPosition", "Track.EssenceTrackNumber",
+    ],
+    "decoder-required": [
+        "PictureDescriptor.PictureCompression", "SoundDescriptor.SoundCompression",
+        "DataEssenceDescriptor.DataEssenceCoding",
+    ],
+    "best-effort": [
+        "Component.ComponentLength", "PictureDescriptor.StoredWidth",
+        "PictureDescriptor.StoredHeight", "PictureDescriptor.FrameLayout",
+        "PictureDescriptor.ImageAspectRatio", "PictureDescriptor.VideoLineMap",
+        "CDCIDescriptor.ComponentDepth", "CDCIDescriptor.HorizontalSubsampling",
+        "RGBADescriptor.PixelLayout", "SoundDescriptor.AudioSampleRate",
+        "SoundDescriptor.ChannelCount", "SoundDescriptor.QuantizationBits",
+    ],
+}
+
+HEAD = """\
+# {title}
+#
+# One definition per row; columns are separated by blanks, names are prefix:name.
+#   namespace  prefix, URI
+#   set        name, key as in files, name of the set it inherits from or -, concrete or abstract
+#   property   of the set above: name, label, static local tag or -, value type, status, SchemaIndex
+#   use        a property of the set above that stands elsewhere as well: name, status
+# Status: required, encoder-required, decoder-required, best-effort, optional.
+# Made by tools/make-dictionary.py; to change a row, change that and run it again.
+"""
+
+
+def read(folder, name):
+    with open(folder / name, newline="", encoding="utf-8") as table:
+        return list(csv.DictReader(table))
+
+
+def namespace_of(uri, known, suffix):
+    """The prefix and URI for a register's namespace."""
+    tail = uri.split("//", 1)[1].split("/", 1)[1]
+    if tail in known:
+        return known[tail]
+    for end, (prefix, urn) in OWNERS.items():
+        if tail.endswith("/" + end) or tail == end:
+            return (prefix, urn + ":Groups") if suffix == "Groups" else (prefix + "El", urn + ":Elements")
+    sys.exit(f"no prefix for namespace {tail}")
+
+
+class Registers:
+    """The groups that can stand in header metadata, and their elements."""
+
+    def __init__(self, folder):
+        self.groups = [g for g in read(folder, "groups.csv")
+                       if "53" in g["klv_syntax"].split() and g["practice"] != "not-header"]
+        by_ul = {g["ul"]: g for g in self.groups}
+        self.types = {t["type_ul"]: t["value_type"] for t in read(folder, "type_mapping.csv")}
+        self.overrides = {o["element_ul"]: o["value_type"] for o in read(folder, "element_overrides.csv")}
+        self.elements = {e["ul"]: e for e in read(folder, "elements.csv")}
+        self.rank = {ul: place for place, ul in enumerate(self.elements)}
+        self.parent = {g["ul"]: by_ul.get(g["parent_ul"]) for g in self.groups}
+        self.uses = defaultdict(list)
+        self.tags = {}
+        for row in read(folder, "group_elements.csv"):
+            if row["group_ul"] in by_ul:
+                self.uses[row["group_ul"]].append((row["element_ul"], row["optional"] == "1"))
+                tag = int(row["local_tag"] or "8000", 16)
+                if tag < 0x8000:
+                    self.tags[row["element_ul"]] = f"{tag >> 8:02x}.{tag & 255:02x}"
+        self.instance_id = next(ul for ul, e in self.elements.items()
+                                if e["symbol"] == "InstanceID" and e["namespace"].endswith("335/2012"))
+        for group in self.groups:
+            if group["concrete"] == "1" and self.instance_id not in self.inherited(group):
+                self.uses[group["ul"]].insert(0, (self.instance_id, False))
+
+    def inherited(self, group):
+        labels = set()
+        while group:
+            labels.update(ul for ul, _ in self.uses[group["ul"]])
+            group = self.parent[group["ul"]]
+        return labels
+
+    def value_type(self, label):
+        element = self.elements[label]
+        found = self.overrides.get(label) or self.types.get(element["type_ul"], "none")
+        return BYTES if found in AS_BYTES else found
+
+    def order(self):
+        """One number per property: ancestors' before descendants', else as in the register."""
+        after, waits = defaultdict(set), defaultdict(int)
+        for group in self.groups:
+            above = self.parent[group["ul"]]
+            while above and not self.uses[above["ul"]]:
+                above = self.parent[above["ul"]]
+            for first, _ in self.uses[above["ul"]] if above else []:
+                for then, _ in self.uses[group["ul"]]:
+                    if then not in after[first]:
+                        after[first].add(then)
+                        waits[then] += 1
+        used = {label for rows in self.uses.values() for label, _ in rows}
+        ready = [self.rank[label] for label in used if not waits[label]]
+        heapq.heapify(ready)
+        labels = list(self.elements)
+        result = {}
+        while ready:
+            label = labels[heapq.heappop(ready)]
+            result[label] = len(result) + 1
+            for then in after[label]:
+                waits[then] -= 1
+                if not waits[then]:
+                    heapq.heappush(ready, self.rank[then])
+        if len(result) != len(used):
+            sys.exit("the order of ancestors contradicts itself for " + ", ".join(
+                sorted(self.elements[label]["symbol"] for label in used - set(result))))
+        return result
+
+
+def group_name(group):
+    return namespace_of(group["namespace"], GROUP_NAMESPACES, "Groups"), group["symbol"]
+
+
+def element_name(element):
+    symbol = RENAMED.get(element["symbol"], element["symbol"])
+    return namespace_of(element["namespace"], ELEMENT_NAMESPACES, "Elements"), symbol
+
+
+def file_rows(registers, areas, order, refined, defined):
+    """The rows of one file as lists of columns, and the namespaces that they name."""
+    rows, spaces = [], {}
+
+    def qualified(name):
+        (prefix, uri), symbol = name
+        spaces[prefix] = uri
+        return f"{prefix}:{symbol}"
+
+    for group in registers.groups:
+        if group["area"] not in areas:
+            continue
+        parent = registers.parent[group["ul"]]
+        rows.append(["set", qualified(group_name(group)), group["mxf_key"],
+                     qualified(group_name(parent)) if parent else "-",
+                     "concrete" if group["concrete"] == "1" else "abstract"])
+        for label, optional in registers.uses[group["ul"]]:
+            element = registers.elements[label]
+            status = refined.get(f"{group['symbol']}.{element['symbol']}",
+                                 "optional" if optional else "required")
+            if label == registers.instance_id:
+                status = "required"
+            name = qualified(element_name(element))
+            if label in defined:
+                rows.append(["use", name, status])
+                continue
+            defined.add(label)
+            rows.append(["property", name, label, registers.tags.get(label, "-"),
+                         registers.value_type(label), status, str(order[label])])
+    return rows, spaces
+
+
+def text_of(title, rows, spaces):
+    lines = [HEAD.format(title=title)]
+    width = max(map(len, spaces))
+    lines += [f"namespace  {prefix.ljust(width)}  {spaces[prefix]}\n" for prefix in sorted(spaces)]
+    names = max(len(row[1]) for row in rows)
+    types = max((len(row[4]) for row in rows if row[0] == "property"), default=0)
+    for row in rows:
+        cells = [row[0].ljust(8), row[1].ljust(names)] + row[2:]
+        if row[0] == "property":
+            cells[3], cells[4], cells[5] = cells[3].ljust(5), cells[4].ljust(types), cells[5].ljust(16)
+        lines.append(("\n" if row[0] == "set" else "") + "  ".join(cells).rstrip() + "\n")
+    return "".join(lines)
+
+
+def main():
+    if len(sys.argv) not in (2, 3):
+        sys.exit(__doc__)
+    registers = Registers(Path(sys.argv[1]))
+    output = Path(sys.argv[2]) if len(sys.argv) == 3 else (
+        Path(__file__).resolve().parent.parent / "host" / "dictionary" / "smpte")
+    refined = {place: status for status, places in STATUS.items() for place in places}
+    listed = {f"{g['symbol']}.{registers.elements[label]['symbol']}"
+              for g in registers.groups for label, _ in registers.uses[g["ul"]]}
+    if set(refined) - listed:
+        sys.exit("no such property: " + ", ".join(sorted(set(refined) - listed)))
+    unplaced = {g["area"] for g in registers.groups} - {a for _, areas in FILES.values() for a in areas}
+    if unplaced:
+        sys.exit("no file for area " + ", ".join(sorted(unplaced)))
+    order, defined = registers.order(), set()
+    for name, (title, areas) in FILES.items():
+        rows, spaces = file_rows(registers, areas, order, refined, defined)
+        (output / f"{name}.dict").write_text(text_of(title, rows, spaces), encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()
