@@ -1,0 +1,209 @@
+#include "host/xmlutils/ParserSafety.h"
+
+#include "host/base/Exceptions.h"
+#include "host/xmlutils/LoadDocument.h"
+#include "host/xmlutils/XmlText.h"
+
+#include <string>
+#include <vector>
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/framework/Wrapper4InputSource.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/parsers/AbstractDOMParser.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+#include <xercesc/util/XMLUni.hpp>
+#include <xercesc/validators/DTD/DocTypeHandler.hpp>
+
+namespace Corvid::XMLUtils {
+
+namespace {
+
+using namespace xercesc;
+
+/// Reaches the scanner of a parser, which alone tells line and column while it parses.
+class ScannerAccess : public AbstractDOMParser {
+public:
+    static XMLScanner& of(const AbstractDOMParser& parser) {
+        return *(parser.*&ScannerAccess::getScanner)();
+    }
+};
+
+[[noreturn]] void throwHere(const XMLScanner& scanner, const std::string& text) {
+    const Locator& at = *scanner.getLocator();
+    throwParseError(at.getLineNumber(), at.getColumnNumber(), text.c_str());
+}
+
+/// Keeps the first error and ends the parse.
+class FirstError final : public DOMErrorHandler {
+public:
+    bool handleError(const DOMError& error) override {
+        if (error.getSeverity() == DOMError::DOM_SEVERITY_WARNING) {
+            return true;
+        }
+        if (!found_) {
+            found_ = true;
+            text_ = Platform::toUtf8(fromXml(error.getMessage()));
+            line_ = error.getLocation()->getLineNumber();
+            column_ = error.getLocation()->getColumnNumber();
+        }
+        return false;
+    }
+
+    void throwIfFound() const {
+        if (found_) {
+            throwParseError(line_, column_, text_.c_str());
+        }
+    }
+
+private:
+    bool found_ = false;
+    std::string text_;
+    XMLFileLoc line_ = 0;
+    XMLFileLoc column_ = 0;
+};
+
+/// Lets every node pass and minds how deep the elements stand.
+class DepthLimit final : public DOMLSParserFilter {
+public:
+    explicit DepthLimit(const XMLScanner& scanner) : scanner_(scanner) {}
+
+    FilterAction startElement(DOMElement* element) override {
+        while (!open_.empty() && open_.back() != element->getParentNode()) {
+            open_.pop_back();
+        }
+        open_.push_back(element);
+        if (open_.size() > maximumElementDepth) {
+            throwHere(scanner_, "element " + Platform::toUtf8(fromXml(element->getNodeName())) +
+                                    " stands " + std::to_string(open_.size()) +
+                                    " deep, expected at most " +
+                                    std::to_string(maximumElementDepth));
+        }
+        return FILTER_ACCEPT;
+    }
+
+    FilterAction acceptNode(DOMNode*) override { return FILTER_ACCEPT; }
+    DOMNodeFilter::ShowType getWhatToShow() const override { return 0; }
+
+private:
+    const XMLScanner& scanner_;
+    std::vector<const DOMNode*> open_;
+};
+
+/// Ends the parse at a document type, before any of its declarations or its file is read.
+class NoDocumentType final : public DocTypeHandler {
+public:
+    NoDocumentType(const XMLScanner& scanner, DocTypeHandler* replaced)
+        : scanner_(scanner), replaced_(replaced) {}
+
+    void doctypeDecl(const DTDElementDecl&, const XMLCh*, const XMLCh*, bool, bool) override {
+        throwHere(scanner_, "document type found, expected none");
+    }
+    void resetDocType() override {
+        if (replaced_ != nullptr) {
+            replaced_->resetDocType();
+        }
+    }
+
+    void attDef(const DTDElementDecl&, const DTDAttDef&, bool) override {}
+    void doctypeComment(const XMLCh*) override {}
+    void doctypePI(const XMLCh*, const XMLCh*) override {}
+    void doctypeWhitespace(const XMLCh*, XMLSize_t) override {}
+    void elementDecl(const DTDElementDecl&, bool) override {}
+    void endAttList(const DTDElementDecl&) override {}
+    void endIntSubset() override {}
+    void endExtSubset() override {}
+    void entityDecl(const DTDEntityDecl&, bool, bool) override {}
+    void notationDecl(const XMLNotationDecl&, bool) override {}
+    void startAttList(const DTDElementDecl&) override {}
+    void startIntSubset() override {}
+    void startExtSubset() override {}
+    void TextDecl(const XMLCh*, const XMLCh*) override {}
+
+private:
+    const XMLScanner& scanner_;
+    DocTypeHandler* replaced_;
+};
+
+/// Puts the guards into a parser and takes them out again.
+class Guarded {
+public:
+    Guarded(DOMLSParser& parser, XMLScanner& scanner)
+        : parser_(parser), scanner_(scanner), depth_(scanner),
+          documentType_(scanner, scanner.getDocTypeHandler()),
+          oldFilter_(const_cast<DOMLSParserFilter*>(parser.getFilter())),
+          oldDocTypeHandler_(scanner.getDocTypeHandler()),
+          oldErrorHandler_(config().getParameter(XMLUni::fgDOMErrorHandler)),
+          oldSecurity_(config().getParameter(XMLUni::fgXercesSecurityManager)) {
+        configure();
+        security_.setEntityExpansionLimit(0);
+        config().setParameter(XMLUni::fgXercesSecurityManager, &security_);
+        config().setParameter(XMLUni::fgDOMErrorHandler, &error_);
+        parser_.setFilter(&depth_);
+        scanner_.setDocTypeHandler(&documentType_);
+    }
+    Guarded(const Guarded&) = delete;
+    Guarded& operator=(const Guarded&) = delete;
+    ~Guarded() {
+        scanner_.setDocTypeHandler(oldDocTypeHandler_);
+        parser_.setFilter(oldFilter_);
+        config().setParameter(XMLUni::fgDOMErrorHandler, oldErrorHandler_);
+        config().setParameter(XMLUni::fgXercesSecurityManager, oldSecurity_);
+    }
+
+    DOMDocument* parse(const InputSource& input) {
+        const Wrapper4InputSource wrapper(const_cast<InputSource*>(&input), false);
+        DOMDocument* const document = parser_.parse(&wrapper);
+        error_.throwIfFound();
+        if (document == nullptr || document->getDocumentElement() == nullptr) {
+            throwHere(scanner_, "no root element, expected one");
+        }
+        return document;
+    }
+
+private:
+    DOMConfiguration& config() const { return *parser_.getDomConfig(); }
+
+    void configure() {
+        config().setParameter(XMLUni::fgDOMNamespaces, true);
+        config().setParameter(XMLUni::fgDOMValidate, false);
+        config().setParameter(XMLUni::fgDOMValidateIfSchema, false);
+        config().setParameter(XMLUni::fgDOMEntities, false);
+        config().setParameter(XMLUni::fgXercesSchema, false);
+        config().setParameter(XMLUni::fgXercesDoXInclude, false);
+        config().setParameter(XMLUni::fgXercesLoadExternalDTD, false);
+        config().setParameter(XMLUni::fgXercesLoadSchema, false);
+        config().setParameter(XMLUni::fgXercesDisableDefaultEntityResolution, true);
+        config().setParameter(XMLUni::fgXercesContinueAfterFatalError, false);
+    }
+
+    DOMLSParser& parser_;
+    XMLScanner& scanner_;
+    FirstError error_;
+    DepthLimit depth_;
+    NoDocumentType documentType_;
+    SecurityManager security_;
+    DOMLSParserFilter* oldFilter_;
+    DocTypeHandler* oldDocTypeHandler_;
+    const void* oldErrorHandler_;
+    const void* oldSecurity_;
+};
+
+} // namespace
+
+DOMDocument* parseSafely(const InputSource& input, DOMLSParser& parser) {
+    auto* const based = dynamic_cast<AbstractDOMParser*>(&parser);
+    if (based == nullptr) {
+        throw Exceptions::InvalidArgument(
+            "XML parser of an unknown implementation, expected one based on Xerces-C", CORVID_HERE);
+    }
+    return Guarded(parser, ScannerAccess::of(*based)).parse(input);
+}
+
+void throwParseError(unsigned long long line, unsigned long long column, const char* text) {
+    const Utf16Text message = Platform::fromUtf8("line " + std::to_string(line) + ", column " +
+                                                 std::to_string(column) + ": " + text);
+    throw SAXParseException(toXml(message), nullptr, nullptr, line, column);
+}
+
+} // namespace Corvid::XMLUtils

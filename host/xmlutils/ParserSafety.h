@@ -1,0 +1,22 @@
+#pragma once
+
+#include "host/xmlutils/XercesForward.h"
+
+#include <memory>
+
+XERCES_CPP_NAMESPACE_BEGIN
+class InputSource;
+XERCES_CPP_NAMESPACE_END
+
+namespace Corvid::XMLUtils {
+
+/// Parses one document with everything off that reads or makes more than the document's own bytes.
+/// @throws xercesc::SAXParseException  the document is not well-formed or exceeds a limit.
+/// @throws InvalidArgument             the parser is not based on Xerces-C's.
+xercesc::DOMDocument* parseSafely(const xercesc::InputSource& input, xercesc::DOMLSParser& parser);
+
+/// Throws a xercesc::SAXParseException whose message is "line L, column C: " and `text`.
+[[noreturn]] void throwParseError(unsigned long long line, unsigned long long column,
+                                  const char* text);
+
+} // namespace Corvid::XMLUtils

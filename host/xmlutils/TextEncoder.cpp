@@ -1,0 +1,114 @@
+#include "host/xmlutils/TextEncoder.h"
+
+#include "host/dataio/DataSink.h"
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace Corvid::XMLUtils {
+
+namespace {
+
+constexpr std::size_t bufferSize = 64 * 1024;
+constexpr std::size_t longestUnit = 4;
+
+bool machineIsBigEndian() noexcept {
+    const unsigned short probe = 1;
+    unsigned char first = 0;
+    std::memcpy(&first, &probe, 1);
+    return first == 0;
+}
+
+} // namespace
+
+TextEncoder::TextEncoder(EncodingType encoding, DataIO::DataSink& sink)
+    : form_(encoding == EncodingType::utf8      ? Form::utf8
+            : encoding == EncodingType::utf16LE ? Form::utf16LE
+            : encoding == EncodingType::utf16BE ? Form::utf16BE
+            : machineIsBigEndian()              ? Form::utf16BE
+                                                : Form::utf16LE),
+      sink_(sink), buffer_(bufferSize) {}
+
+void TextEncoder::ascii(std::string_view text) {
+    if (form_ == Form::utf8 && text.size() <= buffer_.size() - used_) {
+        std::memcpy(buffer_.data() + used_, text.data(), text.size());
+        used_ += text.size();
+        return;
+    }
+    XMLCh wide[64];
+    while (!text.empty()) {
+        const std::size_t count = std::min(text.size(), std::size(wide));
+        std::copy_n(text.begin(), count, wide);
+        units(wide, count);
+        text.remove_prefix(count);
+    }
+}
+
+void TextEncoder::units(const XMLCh* text, std::size_t count) {
+    if (form_ == Form::utf8) {
+        toUtf8(text, count);
+    } else {
+        toUtf16(text, count);
+    }
+}
+
+void TextEncoder::flush() {
+    if (used_ != 0) {
+        sink_.write(buffer_.data(), used_);
+        used_ = 0;
+    }
+}
+
+/// How many code units fit, whatever they are; never 0.
+std::size_t TextEncoder::room() {
+    if (buffer_.size() - used_ < 2 * longestUnit) {
+        flush();
+    }
+    return (buffer_.size() - used_) / longestUnit;
+}
+
+void TextEncoder::toUtf8(const XMLCh* text, std::size_t count) {
+    const XMLCh* const end = text + count;
+    while (text != end) {
+        const XMLCh* const stop = text + std::min<std::size_t>(room(), end - text);
+        unsigned char* to = buffer_.data() + used_;
+        // The second unit of a pair may lie behind `stop`: the first one's four bytes pay for both.
+        while (text < stop) {
+            const unsigned long unit = *text++;
+            if (unit < 0x80) {
+                *to++ = static_cast<unsigned char>(unit);
+            } else if (unit < 0x800) {
+                *to++ = static_cast<unsigned char>(0xC0 | unit >> 6);
+                *to++ = static_cast<unsigned char>(0x80 | (unit & 0x3F));
+            } else if (unit < 0xD800 || unit > 0xDFFF) {
+                *to++ = static_cast<unsigned char>(0xE0 | unit >> 12);
+                *to++ = static_cast<unsigned char>(0x80 | (unit >> 6 & 0x3F));
+                *to++ = static_cast<unsigned char>(0x80 | (unit & 0x3F));
+            } else {
+                const unsigned long point = 0x10000 + ((unit & 0x3FF) << 10) + (*text++ & 0x3FF);
+                *to++ = static_cast<unsigned char>(0xF0 | point >> 18);
+                *to++ = static_cast<unsigned char>(0x80 | (point >> 12 & 0x3F));
+                *to++ = static_cast<unsigned char>(0x80 | (point >> 6 & 0x3F));
+                *to++ = static_cast<unsigned char>(0x80 | (point & 0x3F));
+            }
+        }
+        used_ = static_cast<std::size_t>(to - buffer_.data());
+    }
+}
+
+void TextEncoder::toUtf16(const XMLCh* text, std::size_t count) {
+    const std::size_t high = form_ == Form::utf16BE ? 0 : 1;
+    const XMLCh* const end = text + count;
+    while (text != end) {
+        const XMLCh* const stop = text + std::min<std::size_t>(room(), end - text);
+        unsigned char* to = buffer_.data() + used_;
+        for (; text != stop; ++text, to += 2) {
+            to[high] = static_cast<unsigned char>(*text >> 8);
+            to[1 - high] = static_cast<unsigned char>(*text & 0xFF);
+        }
+        used_ = static_cast<std::size_t>(to - buffer_.data());
+    }
+}
+
+} // namespace Corvid::XMLUtils
