@@ -18,12 +18,12 @@ from pathlib import Path
 # Which file a group's area goes to, what the file holds, and in this order they are loaded.
 FILES = {
     "st377-1-structural": ("Structural metadata (SMPTE ST 377-1)", ["structural"]),
-    "descriptors": ("Essence descriptors (SMPTE ST 377-1 and the mapping standards)", ["descriptor"]),
+    "descriptors": ("Essence descriptors (SMPTE ST 377-1 and essence mappings)", ["descriptor"]),
     "subdescriptors": ("Sub-descriptors of the essence mappings", ["subdescriptor"]),
     "mca": ("Multichannel audio labels (SMPTE ST 377-4)", ["mca"]),
     "aaf": ("Structure and descriptors that come from AAF", ["aaf-structural", "aaf-descriptor"]),
-    "definitions": ("Definition objects and the dictionary set (SMPTE ST 377-2)", ["aaf-definition"]),
-    "meta-dictionary": ("Class, property and type definitions (SMPTE ST 377-2)", ["metadictionary"]),
+    "definitions": ("Definition objects and their dictionary (SMPTE ST 377-2)", ["aaf-definition"]),
+    "meta-dictionary": ("Classes, properties and types (SMPTE ST 377-2)", ["metadictionary"]),
     "dms-1": ("Descriptive metadata scheme 1 (SMPTE ST 380)", ["dms-1"]),
     "dms-crypto": ("Encryption (SMPTE ST 429-6)", ["dms-crypto"]),
     "dms-text": ("Text-based metadata (SMPTE RP 2057)", ["dms-text"]),
@@ -114,7 +114,7 @@ def namespace_of(uri, known, suffix):
         return known[tail]
     for end, (prefix, urn) in OWNERS.items():
         if tail.endswith("/" + end) or tail == end:
-            return (prefix, urn + ":Groups") if suffix == "Groups" else (prefix + "El", urn + ":Elements")
+            return prefix + ("El" if suffix == "Elements" else ""), f"{urn}:{suffix}"
     sys.exit(f"no prefix for namespace {tail}")
 
 
@@ -126,7 +126,8 @@ class Registers:
                        if "53" in g["klv_syntax"].split() and g["practice"] != "not-header"]
         by_ul = {g["ul"]: g for g in self.groups}
         self.types = {t["type_ul"]: t["value_type"] for t in read(folder, "type_mapping.csv")}
-        self.overrides = {o["element_ul"]: o["value_type"] for o in read(folder, "element_overrides.csv")}
+        self.overrides = {o["element_ul"]: o["value_type"]
+                          for o in read(folder, "element_overrides.csv")}
         self.elements = {e["ul"]: e for e in read(folder, "elements.csv")}
         self.rank = {ul: place for place, ul in enumerate(self.elements)}
         self.parent = {g["ul"]: by_ul.get(g["parent_ul"]) for g in self.groups}
@@ -138,8 +139,9 @@ class Registers:
                 tag = int(row["local_tag"] or "8000", 16)
                 if tag < 0x8000:
                     self.tags[row["element_ul"]] = f"{tag >> 8:02x}.{tag & 255:02x}"
-        self.instance_id = next(ul for ul, e in self.elements.items()
-                                if e["symbol"] == "InstanceID" and e["namespace"].endswith("335/2012"))
+        self.instance_id = next(
+            ul for ul, e in self.elements.items()
+            if e["symbol"] == "InstanceID" and e["namespace"].endswith("335/2012"))
         for group in self.groups:
             if group["concrete"] == "1" and self.instance_id not in self.inherited(group):
                 self.uses[group["ul"]].insert(0, (self.instance_id, False))
@@ -157,17 +159,25 @@ class Registers:
         return BYTES if found in AS_BYTES else found
 
     def order(self):
-        """One number per property: ancestors' before descendants', else as in the register."""
+        """One number per property, so that within each set the ancestors' properties come first
+        and each class's own stand as in the register; where that leaves a choice, as there too."""
         after, waits = defaultdict(set), defaultdict(int)
+
+        def put_in_order(first, then):
+            if then not in after[first]:
+                after[first].add(then)
+                waits[then] += 1
+
         for group in self.groups:
+            own = sorted((label for label, _ in self.uses[group["ul"]]), key=self.rank.get)
             above = self.parent[group["ul"]]
             while above and not self.uses[above["ul"]]:
                 above = self.parent[above["ul"]]
             for first, _ in self.uses[above["ul"]] if above else []:
-                for then, _ in self.uses[group["ul"]]:
-                    if then not in after[first]:
-                        after[first].add(then)
-                        waits[then] += 1
+                for then in own:
+                    put_in_order(first, then)
+            for first, then in zip(own, own[1:]):
+                put_in_order(first, then)
         used = {label for rows in self.uses.values() for label, _ in rows}
         ready = [self.rank[label] for label in used if not waits[label]]
         heapq.heapify(ready)
@@ -236,7 +246,7 @@ def text_of(title, rows, spaces):
     for row in rows:
         cells = [row[0].ljust(8), row[1].ljust(names)] + row[2:]
         if row[0] == "property":
-            cells[3], cells[4], cells[5] = cells[3].ljust(5), cells[4].ljust(types), cells[5].ljust(16)
+            cells[3:6] = cells[3].ljust(5), cells[4].ljust(types), cells[5].ljust(16)
         lines.append(("\n" if row[0] == "set" else "") + "  ".join(cells).rstrip() + "\n")
     return "".join(lines)
 
@@ -252,7 +262,8 @@ def main():
               for g in registers.groups for label, _ in registers.uses[g["ul"]]}
     if set(refined) - listed:
         sys.exit("no such property: " + ", ".join(sorted(set(refined) - listed)))
-    unplaced = {g["area"] for g in registers.groups} - {a for _, areas in FILES.values() for a in areas}
+    placed = {area for _, areas in FILES.values() for area in areas}
+    unplaced = {g["area"] for g in registers.groups} - placed
     if unplaced:
         sys.exit("no file for area " + ", ".join(sorted(unplaced)))
     order, defined = registers.order(), set()

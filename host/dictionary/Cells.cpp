@@ -59,7 +59,9 @@ std::optional<Identifier> namedType(std::string_view text) {
 }
 
 bool isLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_'; }
-bool isNameCharacter(char c) { return isLetter(c) || (c >= '0' && c <= '9') || c == '-' || c == '.'; }
+bool isNameCharacter(char c) {
+    return isLetter(c) || (c >= '0' && c <= '9') || c == '-' || c == '.';
+}
 
 } // namespace
 
@@ -117,7 +119,8 @@ bool isName(std::string_view text) {
 
 bool isUri(std::string_view text) {
     const auto fits = [](char c) {
-        return c > ' ' && c < 0x7F && std::string_view("<>\"{}|\\^`").find(c) == std::string_view::npos;
+        return c > ' ' && c < 0x7F &&
+               std::string_view("<>\"{}|\\^`").find(c) == std::string_view::npos;
     };
     return text.find(':') != std::string_view::npos && text.front() != ':' &&
            std::all_of(text.begin(), text.end(), fits);

@@ -39,7 +39,9 @@ void claim(Map& index, const Key& key, const Definitions& definitions, const Ent
 } // namespace
 
 void Collector::add(const TablesView& tables) {
-    const auto text = [&tables](std::uint32_t place) { return Platform::toUtf8(tables.text(place)); };
+    const auto text = [&tables](std::uint32_t place) {
+        return Platform::toUtf8(tables.text(place));
+    };
     for (const NamespaceRow& row : tables.namespaces) {
         addNamespace({text(row.prefix), text(row.uri), {}});
     }
@@ -79,8 +81,9 @@ void Collector::addNamespace(NamespaceEntry entry) {
         return;
     }
     const auto taken = [&](const NamespaceEntry& other) {
-        refuse(entry.origin, "prefix " + entry.prefix + " for " + entry.uri + " contradicts prefix " +
-                                 other.prefix + " for " + other.uri + " in " + toString(other.origin));
+        refuse(entry.origin, "prefix " + entry.prefix + " for " + entry.uri +
+                                 " contradicts prefix " + other.prefix + " for " + other.uri +
+                                 " in " + toString(other.origin));
     };
     if (byPrefix != prefixes_.end()) {
         taken(known[byPrefix->second]);
@@ -157,7 +160,8 @@ void Collector::resolveExtensions() {
         if (found == nullptr) {
             refuse(extension.origin, "set " + extension.name + " to extend is not defined");
         }
-        auto& uses = definitions_.sets[static_cast<std::size_t>(found - definitions_.sets.data())].uses;
+        auto& uses =
+            definitions_.sets[static_cast<std::size_t>(found - definitions_.sets.data())].uses;
         std::move(extension.uses.begin(), extension.uses.end(), std::back_inserter(uses));
     }
 }

@@ -12,8 +12,8 @@
 
 namespace Corvid::MetaMetadata {
 
-/// Gathers definitions and refuses those that contradict others. Names that rows refer to are looked
-/// up when everything is there, so texts may come in any order.
+/// Gathers definitions and refuses those that contradict others. Names that rows refer to are
+/// looked up when everything is there, so texts may come in any order.
 class Collector {
 public:
     /// Takes over a compiled dictionary.

@@ -43,11 +43,12 @@ struct Collector::Place {
 
     std::string_view column(std::size_t index) const { return reader.columns()[index]; }
     Origin origin() const { return reader.origin(); }
-    [[noreturn]] void refuse(const std::string& reason) const { MetaMetadata::refuse(origin(), reason); }
+    [[noreturn]] void refuse(const std::string& reason) const {
+        MetaMetadata::refuse(origin(), reason);
+    }
 
     /// The value of a column, or an error that tells what it must be.
-    template <class T>
-    T expect(std::optional<T> value, std::size_t index, const char* form) const {
+    template <class T> T expect(std::optional<T> value, std::size_t index, const char* form) const {
         if (!value) {
             refuse(quoted(column(index)) + " is not " + form);
         }
@@ -82,22 +83,26 @@ void Collector::add(const DictionaryText& text) {
         void (Collector::*read)(Place&);
     };
     constexpr Kind kinds[] = {
-        {"namespace", 3, &Collector::readNamespace}, {"set", 5, &Collector::readSet},
-        {"extend", 2, &Collector::readExtend},       {"property", 7, &Collector::readProperty},
+        {"namespace", 3, &Collector::readNamespace},
+        {"set", 5, &Collector::readSet},
+        {"extend", 2, &Collector::readExtend},
+        {"property", 7, &Collector::readProperty},
         {"use", 3, &Collector::readUse},
     };
     RowReader reader(text);
     Place place{reader};
     while (reader.next()) {
-        const auto kind = std::find_if(std::begin(kinds), std::end(kinds), [&reader](const Kind& known) {
-            return known.name == reader.columns()[0];
-        });
+        const auto kind =
+            std::find_if(std::begin(kinds), std::end(kinds), [&reader](const Kind& known) {
+                return known.name == reader.columns()[0];
+            });
         if (kind == std::end(kinds)) {
             place.refuse(quoted(reader.columns()[0]) + " is no kind of row");
         }
         if (reader.columns().size() != kind->columns) {
-            place.refuse("a " + std::string(kind->name) + " row has " + std::to_string(kind->columns) +
-                         " columns, found " + std::to_string(reader.columns().size()));
+            place.refuse("a " + std::string(kind->name) + " row has " +
+                         std::to_string(kind->columns) + " columns, found " +
+                         std::to_string(reader.columns().size()));
         }
         (this->*kind->read)(place);
     }
@@ -130,8 +135,9 @@ void Collector::readSet(Place& place) {
     entry.tagName = tag;
     entry.key = place.expect(Cells::label(place.column(2)), 2, "16 bytes in hexadecimal");
     if (!std::equal(std::begin(localSetKey), std::end(localSetKey), entry.key.begin())) {
-        place.refuse(quoted(place.column(2)) + " is not the key of a local set with tags and lengths "
-                                               "of two bytes (06.0e.2b.34.02.53...)");
+        place.refuse(quoted(place.column(2)) +
+                     " is not the key of a local set with tags and lengths "
+                     "of two bytes (06.0e.2b.34.02.53...)");
     }
     if (place.column(3) != "-") {
         place.name(3);

@@ -14,8 +14,8 @@ namespace Corvid::MetaMetadata {
 
 /// Where a definition stands.
 struct Origin {
-    std::string_view text;  ///< name of the text, borrowed
-    std::size_t line = 0;   ///< counted from 1; 0 for what the extended dictionary brings along
+    std::string_view text; ///< name of the text, borrowed
+    std::size_t line = 0;  ///< counted from 1; 0 for what the extended dictionary brings along
 };
 
 /// "text:line", or words for what the extended dictionary brings along.
@@ -36,7 +36,7 @@ struct NamespaceEntry {
 };
 
 struct UseEntry {
-    std::string name;             ///< the property's; empty where `element` is known at once
+    std::string name; ///< the property's; empty where `element` is known at once
     std::size_t element = noEntry;
     AttributeRequiredStatus::Status status = AttributeRequiredStatus::required;
     Origin origin;
@@ -46,7 +46,7 @@ struct SetEntry {
     LabelBytes key{};
     std::size_t space = noEntry;
     std::string tagName;
-    std::string parentName;       ///< empty for none, or where `parent` is known at once
+    std::string parentName; ///< empty for none, or where `parent` is known at once
     std::size_t parent = noEntry;
     bool concrete = true;
     std::vector<UseEntry> uses;

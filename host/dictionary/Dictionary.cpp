@@ -28,9 +28,9 @@ public:
 
     /// The row, or noRow.
     std::uint32_t find(const Key& key) const noexcept {
-        const auto place =
-            std::lower_bound(entries_.begin(), entries_.end(), key,
-                             [](const auto& entry, const Key& wanted) { return Less()(entry.first, wanted); });
+        const auto place = std::lower_bound(
+            entries_.begin(), entries_.end(), key,
+            [](const auto& entry, const Key& wanted) { return Less()(entry.first, wanted); });
         return place == entries_.end() || Less()(key, place->first) ? noRow : place->second;
     }
 
@@ -60,8 +60,8 @@ struct Dictionary::Content {
     TablesView tables;
     std::vector<std::unique_ptr<MetaMetadataSet>> ownedSets;
     std::vector<std::unique_ptr<MetaElement>> ownedElements;
-    std::vector<const MetaMetadataSet*> sets;   // in the order of their rows
-    std::vector<const MetaElement*> elements;   // in the order of their rows
+    std::vector<const MetaMetadataSet*> sets; // in the order of their rows
+    std::vector<const MetaElement*> elements; // in the order of their rows
     SortedIndex<LabelMatch, LabelMatchLess> setsByKey;
     SortedIndex<LabelMatch, LabelMatchLess> elementsByLabel;
     SortedIndex<unsigned short, std::less<unsigned short>> elementsByTag;
@@ -96,8 +96,8 @@ void Dictionary::Content::build() {
     setsByKey.reserve(tables.sets.size());
     for (const SetRow& row : tables.sets) {
         setsByKey.add(matchOf(row.key), sets.size());
-        ownedSets.push_back(std::make_unique<MetaMetadataSet>(names(row.space, row.tagName),
-                                                              KLV::Key(row.key), row.concrete != 0));
+        ownedSets.push_back(std::make_unique<MetaMetadataSet>(
+            names(row.space, row.tagName), KLV::Key(row.key), row.concrete != 0));
         sets.push_back(ownedSets.back().get());
     }
     for (std::size_t i = 0; i != tables.sets.size(); ++i) {
@@ -106,8 +106,9 @@ void Dictionary::Content::build() {
             ownedSets[i]->inheritFrom(*sets[row.parent]);
         }
         for (std::uint32_t use = row.firstUse; use != row.firstUse + row.useCount; ++use) {
-            ownedSets[i]->add(*elements[tables.uses[use].element],
-                              static_cast<AttributeRequiredStatus::Status>(tables.uses[use].status));
+            ownedSets[i]->add(
+                *elements[tables.uses[use].element],
+                static_cast<AttributeRequiredStatus::Status>(tables.uses[use].status));
         }
     }
     setsByKey.finish();

@@ -22,8 +22,8 @@ public:
     Dictionary(const Dictionary&) = delete;
     Dictionary& operator=(const Dictionary&) = delete;
 
-    /// The dictionary that comes with the library: what the SMPTE registers hold. Made on first use,
-    /// the same object for every caller; safe to call from any thread.
+    /// The dictionary that comes with the library: what the SMPTE registers hold. Made on first
+    /// use, the same object for every caller; safe to call from any thread.
     static Templates::SharedPtr<Dictionary> builtIn();
 
     /// A dictionary with everything in `base` and in the texts, which may refer to each other.
@@ -44,8 +44,8 @@ public:
     ElementIterator metaElementBegin() const noexcept;
     ElementIterator metaElementEnd() const noexcept;
 
-    /// The set with that key, whatever its version byte (the eighth), or null. A key of another coding
-    /// than local sets with 2-byte tags and lengths (sixth byte 53) is never found.
+    /// The set with that key, whatever its version byte (the eighth), or null. A key of another
+    /// coding than local sets with 2-byte tags and lengths (sixth byte 53) is never found.
     const MetaMetadataSet* findSet(const KLV::Key& key) const noexcept;
 
     /// The property with that label, whatever its version byte (the eighth), or null.

@@ -36,9 +36,12 @@ public:
         }
         const auto missed = std::find(visited_.begin(), visited_.end(), false);
         if (missed != visited_.end()) {
-            const auto& set = definitions_.sets[static_cast<std::size_t>(missed - visited_.begin())];
-            refuse(set.origin, "set " + definitions_.nameOf(set) + " is its own ancestor, or inherits "
-                               "from a set that is, by way of " + ancestorOf(set));
+            const auto& set =
+                definitions_.sets[static_cast<std::size_t>(missed - visited_.begin())];
+            refuse(set.origin, "set " + definitions_.nameOf(set) +
+                                   " is its own ancestor, or inherits "
+                                   "from a set that is, by way of " +
+                                   ancestorOf(set));
         }
     }
 

@@ -17,7 +17,8 @@ public:
     explicit TextPool(std::vector<unsigned short>& units) : units_(units) {}
 
     std::uint32_t place(const std::string& text) {
-        const auto [known, fresh] = places_.emplace(text, static_cast<std::uint32_t>(units_.size()));
+        const auto [known, fresh] =
+            places_.emplace(text, static_cast<std::uint32_t>(units_.size()));
         if (fresh) {
             const Utf16Text wide = Platform::fromUtf8(text);
             units_.insert(units_.end(), wide.begin(), wide.end());
@@ -63,10 +64,10 @@ Tables compile(const Definitions& definitions) {
     }
     for (const std::size_t i : elements.order) {
         const ElementEntry& entry = definitions.elements[i];
-        result.elements.push_back({entry.label, spaces.place[entry.space], texts.place(entry.tagName),
-                                   texts.place(std::to_string(entry.schemaIndex)), entry.staticTag,
-                                   static_cast<std::uint8_t>(entry.type),
-                                   static_cast<std::uint8_t>(entry.itemType)});
+        result.elements.push_back(
+            {entry.label, spaces.place[entry.space], texts.place(entry.tagName),
+             texts.place(std::to_string(entry.schemaIndex)), entry.staticTag,
+             static_cast<std::uint8_t>(entry.type), static_cast<std::uint8_t>(entry.itemType)});
     }
     for (const std::size_t i : sets.order) {
         const SetEntry& entry = definitions.sets[i];

@@ -12,7 +12,9 @@ MisplacedAttribute::~MisplacedAttribute() = default;
 UnknownAttribute::~UnknownAttribute() = default;
 
 void MetaAttribute::accept(AbstractMetaAttributeVisitor& visitor) const { visitor.visit(*this); }
-void MisplacedAttribute::accept(AbstractMetaAttributeVisitor& visitor) const { visitor.visit(*this); }
+void MisplacedAttribute::accept(AbstractMetaAttributeVisitor& visitor) const {
+    visitor.visit(*this);
+}
 void UnknownAttribute::accept(AbstractMetaAttributeVisitor& visitor) const { visitor.visit(*this); }
 
 } // namespace Corvid::MetaMetadata

@@ -9,9 +9,10 @@ namespace Corvid::MetaMetadata {
 /// The definition of a property: its label, local tag, type and name.
 class CORVID_EXPORT MetaElement : public MetaDefinition {
 public:
-    MetaElement(const Names& names, const Types::UniversalLabel& label, unsigned short staticLocalTag,
-                Types::Identifiers::Identifier dataType) noexcept
-        : MetaDefinition(names), label_(label), staticLocalTag_(staticLocalTag), dataType_(dataType) {}
+    MetaElement(const Names& names, const Types::UniversalLabel& label,
+                unsigned short staticLocalTag, Types::Identifiers::Identifier dataType) noexcept
+        : MetaDefinition(names), label_(label), staticLocalTag_(staticLocalTag),
+          dataType_(dataType) {}
     ~MetaElement() override;
 
     /// The label as registered, version byte included.
@@ -20,7 +21,8 @@ public:
     /// The local tag that the standard gives the property for good; 0 where each file gives one.
     unsigned short staticLocalTag() const noexcept { return staticLocalTag_; }
 
-    /// The type of the value. Array or Batch for a collection, which then is a MetaCollectionElement.
+    /// The type of the value. Array or Batch for a collection, which then is a
+    /// MetaCollectionElement.
     Types::Identifiers::Identifier dataType() const noexcept { return dataType_; }
 
     /// True for a MetaCollectionElement.

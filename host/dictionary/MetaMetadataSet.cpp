@@ -20,7 +20,8 @@ struct MetaMetadataSet::Inherited {
 };
 
 MetaMetadataSet::MetaMetadataSet(const Names& names, const KLV::Key& key, bool concrete)
-    : MetaDefinition(names), key_(key), concrete_(concrete), inherited_(std::make_unique<Inherited>()) {}
+    : MetaDefinition(names), key_(key), concrete_(concrete),
+      inherited_(std::make_unique<Inherited>()) {}
 
 MetaMetadataSet::~MetaMetadataSet() = default;
 
@@ -48,9 +49,8 @@ const MetaMetadataSet::Inherited& MetaMetadataSet::inherited() const {
             byLabel.emplace_back(known.metaElement().label().withoutVersion(),
                                  static_cast<std::uint32_t>(byLabel.size()));
         }
-        std::sort(byLabel.begin(), byLabel.end(), [](const auto& a, const auto& b) {
-            return LabelMatchLess()(a.first, b.first);
-        });
+        std::sort(byLabel.begin(), byLabel.end(),
+                  [](const auto& a, const auto& b) { return LabelMatchLess()(a.first, b.first); });
         result.all = std::move(all);
         result.byLabel = std::move(byLabel);
     });
@@ -62,9 +62,10 @@ const MetaMetadataSet::Attributes& MetaMetadataSet::attributes() const { return 
 const MetaMetadataSet::Attribute* MetaMetadataSet::find(const Types::UniversalLabel& label) const {
     const Inherited& known = inherited();
     const LabelMatch wanted = label.withoutVersion();
-    const auto place = std::lower_bound(
-        known.byLabel.begin(), known.byLabel.end(), wanted,
-        [](const auto& entry, const LabelMatch& match) { return LabelMatchLess()(entry.first, match); });
+    const auto place = std::lower_bound(known.byLabel.begin(), known.byLabel.end(), wanted,
+                                        [](const auto& entry, const LabelMatch& match) {
+                                            return LabelMatchLess()(entry.first, match);
+                                        });
     if (place == known.byLabel.end() || place->first != wanted) {
         return nullptr;
     }

@@ -23,7 +23,8 @@ public:
     MetaMetadataSet(const Names& names, const KLV::Key& key, bool concrete);
     ~MetaMetadataSet() override;
 
-    /// The key as it stands in files (local set with 2-byte tags and lengths), version byte included.
+    /// The key as it stands in files (local set with 2-byte tags and lengths), version byte
+    /// included.
     const KLV::Key& key() const noexcept { return key_; }
 
     /// The set that this one inherits from, or null.
@@ -32,8 +33,8 @@ public:
     /// False for a class that only others inherit from. Files hold such sets nevertheless.
     bool isConcrete() const noexcept { return concrete_; }
 
-    /// The MetaAttributes of the set, inherited ones included: those of the oldest ancestor first, each
-    /// class's own in the order of the dictionary. May be called by any number of threads.
+    /// The MetaAttributes of the set, inherited ones included: those of the oldest ancestor first,
+    /// each class's own in the order of the dictionary. May be called by any number of threads.
     const Attributes& attributes() const;
 
     /// The attribute among attributes() whose label is the given one but for the version byte, or

@@ -10,7 +10,8 @@ class MetaElement;
 class CORVID_EXPORT MisplacedAttribute : public AbstractMetaAttribute {
 public:
     /// @param metaElement  must outlive the object.
-    explicit MisplacedAttribute(const MetaElement& metaElement) noexcept : metaElement_(&metaElement) {}
+    explicit MisplacedAttribute(const MetaElement& metaElement) noexcept
+        : metaElement_(&metaElement) {}
     ~MisplacedAttribute() override;
 
     void accept(AbstractMetaAttributeVisitor& visitor) const override;

@@ -38,15 +38,16 @@ void write(std::ostream& out, const std::array<unsigned char, 16>& bytes) {
 void write(std::ostream& out, const SetRow& row) {
     out << '{';
     write(out, row.key);
-    out << ',' << row.space << ',' << row.tagName << ',' << row.parent << "U," << row.concrete << ','
-        << row.firstUse << ',' << row.useCount << "},";
+    out << ',' << row.space << ',' << row.tagName << ',' << row.parent << "U," << row.concrete
+        << ',' << row.firstUse << ',' << row.useCount << "},";
 }
 
 void write(std::ostream& out, const ElementRow& row) {
     out << '{';
     write(out, row.label);
     out << ',' << row.space << ',' << row.tagName << ',' << row.schemaIndex << ',' << row.staticTag
-        << ',' << static_cast<unsigned>(row.type) << ',' << static_cast<unsigned>(row.itemType) << "},";
+        << ',' << static_cast<unsigned>(row.type) << ',' << static_cast<unsigned>(row.itemType)
+        << "},";
 }
 
 template <class T>
@@ -74,7 +75,8 @@ void writeSource(std::ostream& out, const Tables& tables) {
     out << "template <class T, std::size_t Size> constexpr Rows<T> rows(const T (&table)[Size]) {\n"
            "    return {table, Size};\n}\n\n} // namespace\n\n"
            "TablesView builtInTables() noexcept {\n"
-           "    return {rows(texts), rows(namespaces), rows(sets), rows(uses), rows(elements)};\n}\n\n"
+           "    return {rows(texts), rows(namespaces), rows(sets), rows(uses), "
+           "rows(elements)};\n}\n\n"
            "} // namespace Corvid::MetaMetadata\n";
 }
 

@@ -1,0 +1,174 @@
+#include "host/dictionary/Dictionary.h"
+
+#include "tests/dictionary/DictionarySupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <set>
+
+namespace Corvid::Testing {
+
+namespace {
+
+using namespace MetaMetadata;
+
+using Row = std::map<std::string, std::string>;
+
+std::vector<std::string> cellsOf(const std::string& line) {
+    std::vector<std::string> cells(1);
+    bool quoted = false;
+    for (const char c : line) {
+        if (c == '"') {
+            quoted = !quoted;
+        } else if (c == ',' && !quoted) {
+            cells.emplace_back();
+        } else if (c != '\r') {
+            cells.back() += c;
+        }
+    }
+    return cells;
+}
+
+std::vector<Row> table(const char* name) {
+    std::istringstream file(contentOf(registersDir() / name));
+    std::string line;
+    std::getline(file, line);
+    const auto columns = cellsOf(line);
+    std::vector<Row> rows;
+    while (std::getline(file, line)) {
+        const auto cells = cellsOf(line);
+        Row row;
+        for (std::size_t i = 0; i != std::min(columns.size(), cells.size()); ++i) {
+            row[columns[i]] = cells[i];
+        }
+        rows.push_back(row);
+    }
+    return rows;
+}
+
+/// The registers' groups of local sets that stand in header metadata.
+std::vector<Row> headerGroups() {
+    std::vector<Row> groups;
+    for (const Row& row : table("groups.csv")) {
+        if (row.at("klv_syntax").find("53") != std::string::npos &&
+            row.at("practice") != "not-header") {
+            groups.push_back(row);
+        }
+    }
+    return groups;
+}
+
+class Registers : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (registersDir().empty()) {
+            GTEST_SKIP() << "no folder with the tables of the SMPTE registers";
+        }
+    }
+    const Templates::SharedPtr<Dictionary> dictionary = Dictionary::builtIn();
+};
+
+} // namespace
+
+TEST_F(Registers, everyGroupIsASet) {
+    const auto groups = headerGroups();
+    EXPECT_GT(groups.size(), 300U);
+    EXPECT_EQ(static_cast<std::size_t>(dictionary->metaMetadataSetEnd() -
+                                       dictionary->metaMetadataSetBegin()),
+              groups.size());
+    for (const Row& group : groups) {
+        const auto* set = dictionary->findSet(key(group.at("mxf_key")));
+        ASSERT_NE(set, nullptr) << group.at("symbol");
+        EXPECT_EQ(dotted(set->key()), group.at("mxf_key"));
+        EXPECT_EQ(textOf(*set, "XMLTagName"), group.at("symbol"));
+        EXPECT_EQ(set->isConcrete(), group.at("concrete") == "1") << group.at("symbol");
+        EXPECT_EQ(set->parent() == nullptr ? "" : textOf(*set->parent(), "XMLTagName"),
+                  group.at("parent_symbol"));
+    }
+}
+
+TEST_F(Registers, everyElementOfAGroupIsAProperty) {
+    std::map<std::string, const MetaMetadataSet*> sets;
+    for (const Row& group : headerGroups()) {
+        sets[group.at("ul")] = dictionary->findSet(key(group.at("mxf_key")));
+    }
+    std::set<std::string> labels;
+    std::map<const MetaMetadataSet*, std::size_t> uses;
+    for (const Row& row : table("group_elements.csv")) {
+        const auto set = sets.find(row.at("group_ul"));
+        if (set == sets.end()) {
+            continue;
+        }
+        const std::string place = row.at("group_symbol") + " " + row.at("element_symbol");
+        labels.insert(row.at("element_ul"));
+        ++uses[set->second];
+        const auto* found = set->second->find(label(row.at("element_ul")));
+        ASSERT_NE(found, nullptr) << place;
+        const MetaElement& element = metaAttribute(**found)->metaElement();
+        EXPECT_EQ(dotted(element.label()), row.at("element_ul")) << place;
+        const std::string& symbol = row.at("element_symbol");
+        EXPECT_EQ(textOf(element, "XMLTagName"), symbol == "InstanceID"           ? "InstanceUID"
+                                                 : symbol == "LinkedGenerationID" ? "GenerationUID"
+                                                                                  : symbol);
+        const unsigned long tag = std::strtoul(row.at("local_tag").c_str(), nullptr, 16);
+        if (tag != 0 && tag < 0x8000) {
+            EXPECT_EQ(element.staticLocalTag(), tag) << place;
+        }
+    }
+    EXPECT_EQ(
+        static_cast<std::size_t>(dictionary->metaElementEnd() - dictionary->metaElementBegin()),
+        labels.size());
+    for (const auto& [ul, set] : sets) {
+        const std::size_t inherited =
+            set->parent() == nullptr ? 0 : set->parent()->attributes().size();
+        const std::size_t forgotten = textOf(*set, "XMLTagName") == "MetaDictionary" ? 1 : 0;
+        EXPECT_EQ(set->attributes().size() - inherited, uses[set] + forgotten) << nameOf(*set);
+    }
+}
+
+TEST_F(Registers, orderOfASetsOwnPropertiesIsTheRegisters) {
+    std::map<std::string, std::size_t> rank;
+    for (const Row& row : table("elements.csv")) {
+        rank.emplace(row.at("ul"), rank.size());
+    }
+    for (auto i = dictionary->metaMetadataSetBegin(); i != dictionary->metaMetadataSetEnd(); ++i) {
+        auto properties = propertiesOf(**i);
+        if ((*i)->parent() != nullptr) {
+            properties.erase(properties.begin(),
+                             properties.begin() +
+                                 static_cast<std::ptrdiff_t>((*i)->parent()->attributes().size()));
+        }
+        std::sort(properties.begin(), properties.end(), [](auto a, auto b) {
+            return schemaIndexOf(a->metaElement()) < schemaIndexOf(b->metaElement());
+        });
+        for (std::size_t p = 1; p < properties.size(); ++p) {
+            EXPECT_LT(rank.at(dotted(properties[p - 1]->metaElement().label())),
+                      rank.at(dotted(properties[p]->metaElement().label())))
+                << nameOf(**i);
+        }
+    }
+}
+
+TEST_F(Registers, scriptMakesTheTextsAsTheyStand) {
+    if (python().empty()) {
+        GTEST_SKIP() << "no Python 3";
+    }
+    const TemporaryDir made;
+    const std::string command = "'" + python() + "' '" +
+                                (sourceDir() / "tools" / "make-dictionary.py").string() + "' '" +
+                                registersDir().string() + "' '" + made.path().string() + "'";
+    ASSERT_EQ(std::system(command.c_str()), 0);
+    std::size_t count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(made.path())) {
+        ++count;
+        const auto committed =
+            sourceDir() / "host" / "dictionary" / "smpte" / entry.path().filename();
+        EXPECT_TRUE(contentOf(entry.path()) == contentOf(committed)) << entry.path().filename();
+    }
+    const std::filesystem::directory_iterator committed(sourceDir() / "host" / "dictionary" /
+                                                        "smpte");
+    EXPECT_EQ(count, static_cast<std::size_t>(std::distance(begin(committed), end(committed))));
+}
+
+} // namespace Corvid::Testing
