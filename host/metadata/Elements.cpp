@@ -12,7 +12,8 @@ namespace Identifiers = Types::Identifiers;
 using Types::ByteView;
 using Types::Reference;
 
-template <class T> Templates::auto_ptr<Reference> makeReference(Identifiers::Identifier type, T&& from) {
+template <class T>
+Templates::auto_ptr<Reference> makeReference(Identifiers::Identifier type, T&& from) {
     return type == Identifiers::StrongReference
                ? Templates::auto_ptr<Reference>(new Types::StrongReference(std::forward<T>(from)))
                : Templates::auto_ptr<Reference>(new Types::WeakReference(std::forward<T>(from)));
@@ -98,6 +99,7 @@ bool ReferenceCollectionElement::parse(ByteView bytes) {
         references_.push_back(makeReference(type, head.item(i)));
     }
     present_ = true;
+    emptyItemSize_ = head.count == 0 ? head.itemSize : Types::u32{Reference::fixedSize};
     return true;
 }
 
@@ -108,14 +110,17 @@ std::size_t ReferenceCollectionElement::serializedSize() const {
 void ReferenceCollectionElement::serialize(DataIO::DataSink& sink) const {
     Types::u8 head[8];
     Types::writeBigEndian(head, size());
-    Types::writeBigEndian(head + 4, static_cast<Types::u32>(Reference::fixedSize));
+    Types::writeBigEndian(head + 4,
+                          references_.empty() ? emptyItemSize_ : Types::u32{Reference::fixedSize});
     sink.write(head, sizeof head);
     for (const auto& reference : references_) {
         reference->serialize(sink);
     }
 }
 
-void CollectionElement::set(Templates::auto_ptr<Types::Collection> value) { value_ = std::move(value); }
+void CollectionElement::set(Templates::auto_ptr<Types::Collection> value) {
+    value_ = std::move(value);
+}
 
 void CollectionElement::add(Templates::auto_ptr<Types::SimpleDataType> item) {
     value_->add(std::move(item));

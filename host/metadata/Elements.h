@@ -81,6 +81,8 @@ protected:
 
 private:
     Templates::vector<Templates::auto_ptr<Types::Reference>> references_;
+    Types::u32 emptyItemSize_ =
+        Types::Reference::fixedSize; ///< some writers say 0 where there is none
     bool present_ = false;
 };
 
