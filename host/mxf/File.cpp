@@ -1,0 +1,131 @@
+#include "host/mxf/File.h"
+
+#include "host/base/Exceptions.h"
+#include "host/dataio/OpenSource.h"
+
+namespace Corvid::mxf {
+
+namespace {
+
+std::string describe(std::size_t number, const Partition& partition) {
+    return "partition " + std::to_string(number) + " (" + partition.pack.kindName() + ", " +
+           partition.pack.statusName() + ")";
+}
+
+} // namespace
+
+File::File(const std::string& path, Templates::SharedPtr<MetaMetadata::Dictionary> dictionary,
+           WarningSink& warnings)
+    : File(DataIO::openSource(path), std::move(dictionary), warnings) {}
+
+File::File(Templates::auto_ptr<DataIO::RandomAccessSource> source,
+           Templates::SharedPtr<MetaMetadata::Dictionary> dictionary, WarningSink& warnings)
+    : source_(std::move(source)), dictionary_(std::move(dictionary)), warnings_(warnings),
+      window_(*source_), header_(findHeaderPartition(window_, warnings)) {}
+
+File::~File() = default;
+
+const Partitions& File::partitions() {
+    if (partitions_.empty()) {
+        partitions_ = findPartitions(window_, header_, warnings_);
+    }
+    return partitions_;
+}
+
+HeaderMetadata File::readMetadata(PartitionChoice choice) {
+    switch (choice.kind()) {
+    case PartitionChoice::Kind::automatic:
+        break;
+    case PartitionChoice::Kind::header:
+        return readChosen(0, header_);
+    case PartitionChoice::Kind::footer: {
+        const Partitions& all = partitions();
+        for (std::size_t i = all.size(); i != 0; --i) {
+            if (all[i - 1].pack.kind == PartitionKind::footer) {
+                return readChosen(i - 1, all[i - 1]);
+            }
+        }
+        throw Exceptions::InvalidFormat("no footer partition among the " +
+                                            std::to_string(all.size()) + " that the file tells of",
+                                        CORVID_HERE);
+    }
+    case PartitionChoice::Kind::number:
+        if (choice.number() >= partitions().size()) {
+            throw Exceptions::InvalidFormat("no partition " + std::to_string(choice.number()) +
+                                                ", the last is " +
+                                                std::to_string(partitions().size() - 1),
+                                            CORVID_HERE);
+        }
+        return readChosen(choice.number(), partitions()[choice.number()]);
+    }
+    return readAutomatically();
+}
+
+HeaderMetadata File::readChosen(std::size_t number, const Partition& partition) {
+    const auto start = findHeaderMetadata(window_, partition);
+    if (!start) {
+        throw Exceptions::InvalidFormat("no header metadata in " + describe(number, partition),
+                                        CORVID_HERE);
+    }
+    HeaderMetadata result = readHeaderMetadata(window_, partition, *start, dictionary_, warnings_);
+    result.partition = number;
+    return result;
+}
+
+HeaderMetadata File::readAutomatically() {
+    const Partitions& all = partitions();
+    const auto warn = [&](std::size_t number, const std::string& text) {
+        Warning warning;
+        warning.text = describe(number, all[number]) + text;
+        warning.offset = all[number].offset();
+        warnings_.warn(warning);
+    };
+
+    // Incomplete partitions come into play when no complete one is whole. The best that is not
+    // whole is kept for the case that nothing is.
+    HeaderMetadata best;
+    std::string lastError;
+    for (const bool complete : {true, false}) {
+        for (std::size_t number = all.size(); number-- != 0;) {
+            if (all[number].pack.isComplete() != complete) {
+                continue;
+            }
+            const auto start = findHeaderMetadata(window_, all[number]);
+            if (!start) {
+                continue;
+            }
+            HeaderMetadata result;
+            try {
+                result = readHeaderMetadata(window_, all[number], *start, dictionary_, warnings_);
+            } catch (const Exceptions::LimitExceeded& error) {
+                lastError = Platform::toUtf8(error.message());
+                warn(number, ": header metadata can't be read: " + lastError);
+                continue;
+            }
+            result.partition = number;
+            if (result.isWhole) {
+                if (!complete) {
+                    warn(number, ": taken, as no complete partition has whole header metadata");
+                }
+                return result;
+            }
+            warn(number, ": header metadata is not whole");
+            const bool isBetter =
+                !best.metadata || (best.metadata->size() == 0 && result.metadata->size() != 0);
+            if (isBetter) {
+                best = std::move(result);
+            }
+        }
+    }
+    if (!best.metadata) {
+        throw Exceptions::InvalidFormat(
+            lastError.empty() ? "no header metadata in any of the " + std::to_string(all.size()) +
+                                    " partitions that the file tells of"
+                              : "no header metadata can be read: " + lastError,
+            CORVID_HERE);
+    }
+    warn(best.partition, ": taken, as no partition has whole header metadata");
+    return best;
+}
+
+} // namespace Corvid::mxf

@@ -1,0 +1,264 @@
+#include "host/mxf/HeaderMetadataReader.h"
+
+#include "host/base/Exceptions.h"
+#include "host/mxf/Keys.h"
+#include "host/mxf/LocalSet.h"
+#include "host/mxf/PrimerPack.h"
+#include "host/mxf/SetReader.h"
+
+#include <algorithm>
+
+namespace Corvid::mxf {
+
+namespace {
+
+/// How far to read ahead where the end of the metadata is not known: essence may follow.
+constexpr std::uint64_t cautiousReadAhead = 4096;
+
+std::string at(std::uint64_t offset) { return "byte " + std::to_string(offset); }
+
+class Reader {
+public:
+    Reader(DataIO::ReadWindow& window, const Partition& partition, const MetadataStart& start,
+           const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary, WarningSink& warnings)
+        : window_(window), partition_(partition), start_(start), warnings_(warnings),
+          result_(new Metadata::PartitionMetadata(dictionary)), position_(start.triplet.offset) {}
+
+    HeaderMetadata read() {
+        findDeclaredEnd();
+        readPrimer();
+        SetReader sets(*result_, warnings_);
+        while (const auto triplet = nextTriplet()) {
+            readOne(*triplet, sets);
+        }
+        window_.readAheadUpTo(0);
+        checkSets();
+        HeaderMetadata header;
+        header.metadata = std::move(result_);
+        header.begin = start_.triplet.offset;
+        // A fill that is cut off ends with the file.
+        header.end =
+            header.begin + window_.source().available(header.begin, position_ - header.begin);
+        header.isWhole = !isCut_ && hasPreface_;
+        return header;
+    }
+
+private:
+    void warn(std::uint64_t offset, std::string text, std::string set = {}) {
+        Warning warning;
+        warning.text = std::move(text);
+        warning.offset = offset;
+        warning.set = std::move(set);
+        warnings_.warn(warning);
+    }
+
+    void cut(std::uint64_t offset, const std::string& why) {
+        warn(offset, why + "; header metadata is read up to here");
+        isCut_ = true;
+    }
+
+    bool isThere(std::uint64_t begin, std::uint64_t end) {
+        return end >= begin && window_.source().available(begin, end - begin) == end - begin;
+    }
+
+    void findDeclaredEnd() {
+        const std::uint64_t count = partition_.pack.headerByteCount;
+        if (count == 0) {
+            warn(partition_.offset(),
+                 "partition pack says that there is no header metadata, but there is");
+            return;
+        }
+        const std::uint64_t end = position_ + count;
+        if (!isThere(position_, end)) {
+            warn(partition_.offset(), "header metadata of " + std::to_string(count) +
+                                          " bytes runs past the end of the file");
+            declaredPastFile_ = true;
+            return;
+        }
+        declaredEnd_ = end;
+        window_.readAheadUpTo(end);
+    }
+
+    void forgetDeclaredEnd(std::uint64_t offset, const std::string& why) {
+        warn(offset, why + ", so HeaderByteCount is not used");
+        declaredEnd_.reset();
+    }
+
+    void readPrimer() {
+        if (!start_.isPrimer) {
+            warn(position_, "no primer pack before the first set");
+            return;
+        }
+        const KLV::Triplet& triplet = start_.triplet;
+        const auto size = static_cast<std::size_t>(
+            std::min<std::uint64_t>(triplet.length.value, greatestPrimerSize));
+        const auto value = window_.view(triplet.valueOffset(), size);
+        for (const auto& [tag, label] :
+             parsePrimerPack({value.data, value.size}, triplet.offset, warnings_)) {
+            result_->partitionDictionary().add(tag, label);
+        }
+        if (size != triplet.length.value) {
+            warn(triplet.offset, "primer pack of " + std::to_string(triplet.length.value) +
+                                     " bytes is longer than one with every tag");
+        }
+        position_ = triplet.end();
+    }
+
+    /// The head of the next KLV that is no fill; nothing where the header metadata ends.
+    std::optional<KLV::Triplet> nextTriplet() {
+        while (!ended_ && window_.source().available(position_, 1) != 0) {
+            const bool atDeclaredEnd = declaredEnd_ && position_ >= *declaredEnd_;
+            if (!declaredEnd_) {
+                window_.readAheadUpTo(position_ + cautiousReadAhead);
+            }
+            KLV::Triplet triplet;
+            try {
+                triplet = KLV::readTriplet(window_, position_);
+            } catch (const Exceptions::InvalidLength& error) {
+                if (!atDeclaredEnd) {
+                    cut(position_, Platform::toUtf8(error.message()));
+                }
+                return std::nullopt;
+            }
+            if (atDeclaredEnd) {
+                if (!KLV::isStructuralMetadataSet(triplet.key)) {
+                    return std::nullopt;
+                }
+                forgetDeclaredEnd(position_, "a set follows behind the end of the header metadata");
+            }
+            if (endsHeaderMetadata(triplet.key) || (!declaredEnd_ && isSingleItem(triplet.key))) {
+                if (declaredEnd_) {
+                    warn(position_, "header metadata ends before its HeaderByteCount says");
+                }
+                return std::nullopt;
+            }
+            if (!isFill(triplet.key)) {
+                return triplet;
+            }
+            position_ = triplet.end();
+        }
+        isCut_ = isCut_ || declaredPastFile_;
+        return std::nullopt;
+    }
+
+    void readOne(const KLV::Triplet& triplet, SetReader& sets) {
+        if (!isThere(triplet.valueOffset(), triplet.end())) {
+            return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
+                                     " bytes runs past the end of the file");
+        }
+        if (declaredEnd_ && triplet.end() > *declaredEnd_) {
+            if (!isExactLocalSet(triplet)) {
+                return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
+                                         " bytes runs past the end of the header metadata");
+            }
+            forgetDeclaredEnd(triplet.offset, "the header metadata ends inside a set");
+        }
+        if (triplet.length.value > greatestSetSize) {
+            if (!declaredEnd_ && !KLV::isLocalSet(triplet.key)) {
+                return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
+                                         " bytes can't be metadata");
+            }
+            throw Exceptions::LimitExceeded(
+                "KLV at " + at(triplet.offset) + " inside header metadata has " +
+                    std::to_string(triplet.length.value) + " bytes, expected " +
+                    std::to_string(greatestSetSize) + " at most",
+                CORVID_HERE);
+        }
+        const auto value =
+            window_.view(triplet.valueOffset(), static_cast<std::size_t>(triplet.length.value));
+        const auto* set = sets.read(triplet, {value.data, value.size});
+        hasPreface_ =
+            hasPreface_ ||
+            (set != nullptr &&
+             KLV::matches(set->key(), Metadata::Structural::StructuralMetadataKeys::preface()));
+        if (set != nullptr) {
+            offsets_.push_back(triplet.offset);
+        }
+        position_ = triplet.end();
+    }
+
+    void stop(const KLV::Triplet& triplet, const std::string& why) {
+        cut(triplet.offset, why);
+        ended_ = true;
+    }
+
+    /// Whether the properties of a local set of any length fill it exactly. Only their heads are
+    /// read.
+    bool isExactLocalSet(const KLV::Triplet& triplet) {
+        if (!KLV::isLocalSet(triplet.key)) {
+            return false;
+        }
+        std::uint64_t next = triplet.valueOffset();
+        while (next < triplet.end()) {
+            const auto head = window_.view(next, 4);
+            if (head.size != 4) {
+                return false;
+            }
+            next += 4u + Types::readBigEndian<Types::u16>(head.data + 2);
+        }
+        return next == triplet.end();
+    }
+
+    void checkSets() {
+        if (!hasPreface_) {
+            warn(start_.triplet.offset, "header metadata has no Preface");
+        }
+        std::size_t i = 0;
+        for (const Metadata::MetadataSet* set : *result_) {
+            const auto targets =
+                set->hasInstanceUID() ? result_->resolve(set->instanceUID()) : Metadata::Targets();
+            if (!targets.empty() && &targets.front() != set) {
+                warn(offsets_[i],
+                     "has the InstanceUID " +
+                         Platform::toUtf8(set->instanceUID().toString(Types::dottedHexadecimal)) +
+                         " of a set before it, so no reference finds it",
+                     nameOfSet(set->key(), set->metaMetadataSet()));
+            }
+            ++i;
+        }
+    }
+
+    DataIO::ReadWindow& window_;
+    const Partition& partition_;
+    const MetadataStart& start_;
+    WarningSink& warnings_;
+    Templates::auto_ptr<Metadata::PartitionMetadata> result_;
+    std::uint64_t position_;
+    std::optional<std::uint64_t> declaredEnd_; ///< while HeaderByteCount is believed
+    Templates::vector<std::uint64_t> offsets_; ///< of the sets in the file, for warnings
+    bool declaredPastFile_ = false;
+    bool isCut_ = false;
+    bool ended_ = false; ///< nothing behind the position can be read
+    bool hasPreface_ = false;
+};
+
+} // namespace
+
+std::optional<MetadataStart> findHeaderMetadata(DataIO::ReadWindow& window,
+                                                const Partition& partition) {
+    try {
+        KLV::Triplet triplet = KLV::readTriplet(window, partition.triplet.end());
+        while (isFill(triplet.key)) {
+            triplet = KLV::readTriplet(window, triplet.end());
+        }
+        if (isPrimerPack(triplet.key)) {
+            return MetadataStart{triplet, true};
+        }
+        if (partition.pack.headerByteCount != 0 && KLV::isLocalSet(triplet.key) &&
+            !endsHeaderMetadata(triplet.key)) {
+            return MetadataStart{triplet, false};
+        }
+    } catch (const Exceptions::InvalidLength&) {
+        // The file ends here, or goes on with something that is no KLV.
+    }
+    return std::nullopt;
+}
+
+HeaderMetadata readHeaderMetadata(DataIO::ReadWindow& window, const Partition& partition,
+                                  const MetadataStart& start,
+                                  const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+                                  WarningSink& warnings) {
+    return Reader(window, partition, start, dictionary, warnings).read();
+}
+
+} // namespace Corvid::mxf

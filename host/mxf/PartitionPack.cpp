@@ -1,0 +1,99 @@
+#include "host/mxf/PartitionPack.h"
+
+#include "host/base/Exceptions.h"
+#include "host/types/FixedBytes.h"
+
+#include <algorithm>
+#include <string>
+
+namespace Corvid::mxf {
+
+namespace {
+
+/// Takes numbers and labels one behind the other.
+class Fields {
+public:
+    explicit Fields(const Types::u8* bytes) noexcept : next_(bytes) {}
+
+    template <class Number> void take(Number& number) noexcept {
+        number = Types::readBigEndian<Number>(next_);
+        next_ += sizeof(Number);
+    }
+    void take(Types::UniversalLabel& label) noexcept {
+        label = Types::UniversalLabel(Types::ByteView{next_, KLV::Key::length});
+        next_ += KLV::Key::length;
+    }
+
+private:
+    const Types::u8* next_;
+};
+
+} // namespace
+
+const char* PartitionPack::kindName() const noexcept {
+    switch (kind) {
+    case PartitionKind::header:
+        return "header";
+    case PartitionKind::body:
+        return "body";
+    case PartitionKind::footer:
+        return "footer";
+    }
+    return "unknown";
+}
+
+const char* PartitionPack::statusName() const noexcept {
+    switch (status) {
+    case PartitionStatus::openIncomplete:
+        return "open and incomplete";
+    case PartitionStatus::closedIncomplete:
+        return "closed and incomplete";
+    case PartitionStatus::openComplete:
+        return "open and complete";
+    case PartitionStatus::closedComplete:
+        return "closed and complete";
+    case PartitionStatus::genericStream:
+        return "a generic stream";
+    }
+    return "of unknown status";
+}
+
+PartitionPack parsePartitionPack(const KLV::Key& key, Types::ByteView value) {
+    if (value.size < partitionPackHead) {
+        throw Exceptions::InvalidLength("partition pack of " + std::to_string(value.size) +
+                                            " bytes, expected " +
+                                            std::to_string(partitionPackHead) + " at least",
+                                        CORVID_HERE);
+    }
+    PartitionPack pack;
+    pack.kind = static_cast<PartitionKind>(key[13]);
+    pack.status = static_cast<PartitionStatus>(key[14]);
+    Fields fields(value.data);
+    fields.take(pack.majorVersion);
+    fields.take(pack.minorVersion);
+    fields.take(pack.kagSize);
+    fields.take(pack.thisPartition);
+    fields.take(pack.previousPartition);
+    fields.take(pack.footerPartition);
+    fields.take(pack.headerByteCount);
+    fields.take(pack.indexByteCount);
+    fields.take(pack.indexSid);
+    fields.take(pack.bodyOffset);
+    fields.take(pack.bodySid);
+    fields.take(pack.operationalPattern);
+    Types::u32 count = 0;
+    Types::u32 itemSize = 0;
+    fields.take(count);
+    fields.take(itemSize);
+    if (itemSize == KLV::Key::length) {
+        const std::size_t there = (value.size - partitionPackHead) / KLV::Key::length;
+        pack.essenceContainers.resize(
+            std::min({there, greatestEssenceContainerCount, std::size_t{count}}));
+        for (Types::UniversalLabel& label : pack.essenceContainers) {
+            fields.take(label);
+        }
+    }
+    return pack;
+}
+
+} // namespace Corvid::mxf

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "host/klv/Triplet.h"
+#include "host/types/IdentifierTypes.h"
+
+namespace Corvid::mxf {
+
+/// Where in its file a partition stands.
+enum class PartitionKind : unsigned char {
+    header = 2, ///< the first one
+    body = 3,   ///< any other
+    footer = 4, ///< the last one, without essence
+};
+
+/// What the header metadata of a partition is worth.
+enum class PartitionStatus : unsigned char {
+    openIncomplete = 1,   ///< values may still change and some are missing
+    closedIncomplete = 2, ///< final, but some values are unknown
+    openComplete = 3,     ///< every value is there, but may still change
+    closedComplete = 4,   ///< final
+    genericStream = 0x11, ///< holds data other than essence, and no metadata (SMPTE ST 410)
+};
+
+/// The fields of a partition pack (SMPTE ST 377-1). Offsets count in bytes from the first byte of
+/// the header partition pack.
+struct PartitionPack {
+    PartitionKind kind = PartitionKind::header;
+    PartitionStatus status = PartitionStatus::openIncomplete; ///< as in the key, also if it is none
+    Types::u16 majorVersion = 0;
+    Types::u16 minorVersion = 0;
+    Types::u32 kagSize = 0;
+    Types::u64 thisPartition = 0;
+    Types::u64 previousPartition = 0;
+    Types::u64 footerPartition = 0; ///< 0 where it is not known
+    Types::u64 headerByteCount = 0; ///< from the primer pack on, the fill behind the sets included
+    Types::u64 indexByteCount = 0;
+    Types::u32 indexSid = 0;
+    Types::u64 bodyOffset = 0;
+    Types::u32 bodySid = 0;
+    Types::UniversalLabel operationalPattern;
+    Templates::vector<Types::UniversalLabel> essenceContainers;
+
+    bool isComplete() const noexcept {
+        return status == PartitionStatus::openComplete || status == PartitionStatus::closedComplete;
+    }
+    bool isClosed() const noexcept {
+        return status == PartitionStatus::closedIncomplete ||
+               status == PartitionStatus::closedComplete;
+    }
+    /// "header", "body" or "footer".
+    const char* kindName() const noexcept;
+    /// "open and incomplete" and so on.
+    const char* statusName() const noexcept;
+};
+
+/// The bytes of a partition pack's value before its list of essence containers, that list's head
+/// included.
+constexpr std::size_t partitionPackHead = 88;
+
+/// The most essence containers that are taken from a partition pack.
+constexpr std::size_t greatestEssenceContainerCount = 4096;
+
+/// Reads the fields.
+/// @param key    a partition pack's.
+/// @param value  its value, or the front of it; of a cut list of essence containers what is there
+///               is taken.
+/// @throws InvalidLength  the value ends before the fields of fixed size do.
+CORVID_EXPORT PartitionPack parsePartitionPack(const KLV::Key& key, Types::ByteView value);
+
+} // namespace Corvid::mxf

@@ -1,0 +1,213 @@
+#include "host/mxf/Partitions.h"
+
+#include "host/base/Exceptions.h"
+#include "host/mxf/Keys.h"
+#include "host/mxf/RandomIndexPack.h"
+#include "host/types/FixedBytes.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+#include <string>
+
+namespace Corvid::mxf {
+
+namespace {
+
+using Exceptions::InvalidLength;
+
+std::string at(std::uint64_t offset) { return "byte " + std::to_string(offset); }
+
+/// Reads the partition pack whose head has been read, and of its value no more than it needs.
+/// @throws InvalidLength  the source ends before the fields do.
+Partition readPack(DataIO::ReadWindow& window, const KLV::Triplet& triplet) {
+    const auto value = [&](std::uint64_t size) {
+        const auto view = window.view(
+            triplet.valueOffset(), static_cast<std::size_t>(std::min(triplet.length.value, size)));
+        return Types::ByteView{view.data, view.size};
+    };
+    const Types::ByteView head = value(partitionPackHead);
+    std::uint64_t labels = 0;
+    if (head.size == partitionPackHead) {
+        const auto count = Types::readBigEndian<Types::u32>(head.data + partitionPackHead - 8);
+        labels = std::min<std::uint64_t>(count, greatestEssenceContainerCount) * KLV::Key::length;
+    }
+    return {triplet, parsePartitionPack(triplet.key, value(partitionPackHead + labels))};
+}
+
+class Finder {
+public:
+    Finder(DataIO::ReadWindow& window, const Partition& header, WarningSink& warnings)
+        : window_(window), warnings_(warnings), front_(header.offset()) {
+        found_.emplace(header.offset(), header);
+    }
+
+    Partitions find() {
+        const bool complete = takeRandomIndexPack();
+        const bool footerIsNew = takeFooter();
+        if (!complete || footerIsNew) {
+            followChain();
+        }
+        Partitions result;
+        result.reserve(found_.size());
+        for (auto& [offset, partition] : found_) {
+            result.push_back(std::move(partition));
+        }
+        return result;
+    }
+
+private:
+    void warn(std::uint64_t offset, std::string text) {
+        Warning warning;
+        warning.text = std::move(text);
+        warning.offset = offset;
+        warnings_.warn(warning);
+    }
+
+    /// The partition at an offset in the file, or nothing.
+    std::optional<Partition> readAt(std::uint64_t offset) {
+        try {
+            const KLV::Triplet triplet = KLV::readTriplet(window_, offset);
+            if (isPartitionPack(triplet.key)) {
+                return readPack(window_, triplet);
+            }
+        } catch (const InvalidLength&) {
+            // Nothing that could be a pack; the caller knows who told of it.
+        }
+        return std::nullopt;
+    }
+
+    /// Takes in the partition at an offset that counts from the header partition.
+    /// @param source  what tells of it.
+    /// @return false where there is none.
+    bool take(std::uint64_t told, std::uint64_t teller, const char* source) {
+        const std::uint64_t offset = told + front_;
+        if (offset < told || window_.source().available(offset, 1) == 0) {
+            warn(teller, std::string(source) + " tells of a partition at " + at(told) +
+                             ", which is past the end of the file");
+            return false;
+        }
+        if (found_.count(offset) != 0) {
+            return true;
+        }
+        auto partition = readAt(offset);
+        // Some writers count from the front of the run-in.
+        if (!partition && front_ != 0 && found_.count(told) == 0) {
+            partition = readAt(told);
+        }
+        if (!partition) {
+            warn(teller, std::string(source) + " tells of a partition at " + at(told) +
+                             ", where no partition pack stands");
+            return false;
+        }
+        if (partition->pack.thisPartition + front_ != partition->offset()) {
+            warn(partition->offset(), "partition pack says that it stands at " +
+                                          at(partition->pack.thisPartition) + " of the file");
+        }
+        found_.emplace(partition->offset(), std::move(*partition));
+        return true;
+    }
+
+    bool takeRandomIndexPack() {
+        const auto pack = findRandomIndexPack(window_, warnings_);
+        if (!pack) {
+            return false;
+        }
+        Templates::vector<std::uint64_t> offsets;
+        offsets.reserve(pack->entries.size());
+        for (const auto& entry : pack->entries) {
+            offsets.push_back(entry.offset);
+        }
+        std::sort(offsets.begin(), offsets.end());
+        offsets.erase(std::unique(offsets.begin(), offsets.end()), offsets.end());
+        // One lie, and the rest is not worth looking at: it may be as long as the file.
+        return std::all_of(offsets.begin(), offsets.end(), [&](std::uint64_t offset) {
+            return take(offset, pack->offset, "random index pack");
+        });
+    }
+
+    /// @return whether the footer partition was not known before.
+    bool takeFooter() {
+        const std::size_t before = found_.size();
+        const PartitionPack& header = found_.begin()->second.pack;
+        if (header.footerPartition != 0) {
+            take(header.footerPartition, front_, "header partition");
+        }
+        return found_.size() != before;
+    }
+
+    void followChain() {
+        auto current = std::prev(found_.end());
+        // The offsets must go down, so no chain is endless.
+        while (current->first != front_) {
+            const std::uint64_t previous = current->second.pack.previousPartition;
+            if (previous + front_ >= current->first || previous + front_ < previous) {
+                warn(current->first, "partition pack tells of a previous partition at " +
+                                         at(previous) + ", which is not before it");
+                return;
+            }
+            if (!take(previous, current->first, "partition pack")) {
+                return;
+            }
+            current = std::prev(current);
+        }
+    }
+
+    DataIO::ReadWindow& window_;
+    WarningSink& warnings_;
+    std::uint64_t front_; ///< of the header partition, in bytes from the front of the file
+    std::map<std::uint64_t, Partition> found_;
+};
+
+/// The offset of the first partition pack's key, or nothing.
+std::optional<std::uint64_t> searchPartitionPack(DataIO::ReadWindow& window) {
+    constexpr std::size_t piece = 4096;
+    for (std::size_t start = 0; start <= greatestRunIn; start += piece) {
+        const std::size_t places = std::min(piece, greatestRunIn + 1 - start);
+        const auto bytes = window.view(start, places + KLV::Key::length - 1);
+        for (std::size_t i = 0; i + KLV::Key::length <= bytes.size; ++i) {
+            if (bytes.data[i] == 0x06 && isPartitionPack(KLV::Key(bytes.data + i))) {
+                return start + i;
+            }
+        }
+        if (bytes.size < places + KLV::Key::length - 1) {
+            break;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+Partition findHeaderPartition(DataIO::ReadWindow& window, WarningSink& warnings) {
+    const auto offset = searchPartitionPack(window);
+    if (!offset) {
+        throw Exceptions::InvalidFormat("no MXF file: no partition pack in the first " +
+                                            std::to_string(greatestRunIn + KLV::Key::length) +
+                                            " bytes",
+                                        CORVID_HERE);
+    }
+    Partition header;
+    try {
+        header = readPack(window, KLV::readTriplet(window, *offset));
+    } catch (const InvalidLength& error) {
+        throw InvalidLength("header partition pack at " + at(*offset) +
+                                " can't be read: " + Platform::toUtf8(error.message()),
+                            CORVID_HERE);
+    }
+    if (header.pack.kind != PartitionKind::header) {
+        Warning warning;
+        warning.text = std::string("the first partition is a ") + header.pack.kindName() +
+                       " partition, expected the header partition";
+        warning.offset = *offset;
+        warnings.warn(warning);
+    }
+    return header;
+}
+
+Partitions findPartitions(DataIO::ReadWindow& window, const Partition& header,
+                          WarningSink& warnings) {
+    return Finder(window, header, warnings).find();
+}
+
+} // namespace Corvid::mxf

@@ -1,0 +1,171 @@
+#include "host/mxf/SetReader.h"
+
+#include "host/dictionary/MetaMetadataSet.h"
+#include "host/mxf/LocalSet.h"
+
+namespace Corvid::mxf {
+
+namespace {
+
+using Metadata::Element;
+using Metadata::MetadataSet;
+
+/// The most properties of a set; the places of a set's elements are numbers of 16 bits, and a
+/// property that does not fit its class takes two.
+constexpr std::size_t greatestPropertyCount = 0x7FFF;
+
+struct Walk {
+    std::size_t properties = 0;
+    std::size_t rest = 0; ///< bytes behind the last property
+    bool hasInstanceUID = false;
+};
+
+Walk walk(Types::ByteView value, TagMeanings& meanings) {
+    Walk result;
+    LocalSet set(value);
+    while (const auto property = set.next()) {
+        ++result.properties;
+        result.hasInstanceUID =
+            result.hasInstanceUID || (property->value.size == Types::UUID::fixedSize &&
+                                      meanings.of(property->tag).isInstanceUID);
+    }
+    result.rest = value.size - set.position();
+    return result;
+}
+
+} // namespace
+
+/// Where a warning is about.
+struct SetReader::Place {
+    const KLV::Key& key;
+    const MetaMetadata::MetaMetadataSet* definition;
+    std::uint64_t offset; ///< in bytes from the front of the file
+    const TagMeaning* meaning = nullptr;
+};
+
+std::string nameOfSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet* definition) {
+    const auto* name = definition == nullptr ? nullptr : definition->attribute("XMLTagName");
+    return Platform::toUtf8(name == nullptr ? key.toString() : Utf16Text(name));
+}
+
+void SetReader::warn(const Place& place, std::string text) const {
+    Warning warning;
+    warning.text = std::move(text);
+    warning.offset = place.offset;
+    warning.set = nameOfSet(place.key, place.definition);
+    if (place.meaning != nullptr) {
+        warning.localTag = place.meaning->tag;
+        warning.property = place.meaning->name();
+    }
+    warnings_.warn(warning);
+}
+
+const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView value) {
+    const auto& dictionary = *partition_.partitionDictionary().dictionary();
+    const auto* definition = dictionary.findSet(triplet.key);
+    if (definition == nullptr && !KLV::isLocalSet(triplet.key)) {
+        addDark(triplet, value);
+        return nullptr;
+    }
+    const Place place{triplet.key, definition, triplet.offset};
+    const Walk found = walk(value, meanings_);
+    if (found.rest != 0 || found.properties > greatestPropertyCount) {
+        warn(place, found.rest != 0
+                        ? "the last " + std::to_string(found.rest) + " of its " +
+                              std::to_string(value.size) +
+                              " bytes hold no whole property, so it is kept as a dark set"
+                        : "has " + std::to_string(found.properties) + " properties, more than " +
+                              std::to_string(greatestPropertyCount) +
+                              ", so it is kept as a dark set");
+        addDark(triplet, value);
+        return nullptr;
+    }
+    if (definition == nullptr) {
+        if (!found.hasInstanceUID) {
+            addDark(triplet, value);
+            return nullptr;
+        }
+        return readDarkGroup(triplet, value);
+    }
+    MetadataSet& set = partition_.createEmptyMetadataSet(triplet.key, *definition);
+    set.setBerLength(triplet.length.octets);
+    fill(set, value, triplet.valueOffset());
+    if (!set.hasInstanceUID()) {
+        warn(place, "has no InstanceUID, so no reference finds it");
+    }
+    return &set;
+}
+
+void SetReader::fill(MetadataSet& set, Types::ByteView value, std::uint64_t valueOffset) {
+    LocalSet properties(value);
+    while (const auto property = properties.next()) {
+        TagMeaning& meaning = meanings_.of(property->tag);
+        addProperty(set, meaning, property->value,
+                    {set.key(), set.metaMetadataSet(), valueOffset + property->offset, &meaning});
+    }
+}
+
+void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
+                            const Place& place) {
+    if (!meaning.inPrimer) {
+        warn(place, meaning.label == nullptr
+                        ? "the primer pack lacks the tag, so the property is kept as unknown"
+                        : "the primer pack lacks the tag, so it is taken as the static one");
+    }
+    const auto* attribute = meaning.attributeIn(*set.metaMetadataSet());
+    if (attribute == nullptr) {
+        addInvalid(set, meaning, bytes, place);
+        return;
+    }
+    if (set.find(meaning.definition->label()) != nullptr) {
+        warn(place, "stands in the set more than once; the first is the property, this one is kept "
+                    "beside it");
+        addInvalid(set, meaning, bytes, place);
+        return;
+    }
+    Element& element = set.createElement(meaning.definition->label(), *attribute, meaning.tag);
+    if (!element.parse(bytes)) {
+        addInvalid(set, meaning, bytes, place);
+    }
+}
+
+/// Adds a property that is none of the set's class, or none that it may be.
+void SetReader::addInvalid(MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
+                           const Place& place) {
+    if (meaning.definition != nullptr) {
+        // An element cannot be taken back, so whether the bytes fit is tried on one of its own.
+        if (Metadata::createElement(meaning.misplaced)->parse(bytes)) {
+            set.createInvalidElement(meaning.misplaced, meaning.tag).parse(bytes);
+            return;
+        }
+        warn(place, "the value of " + std::to_string(bytes.size) +
+                        " bytes does not fit the property's type, so it is kept as bytes");
+    }
+    set.createInvalidElement(meaning.definition == nullptr ? meaning.unknown : meaning.unfit,
+                             meaning.tag)
+        .parse(bytes);
+}
+
+const MetadataSet* SetReader::readDarkGroup(const KLV::Triplet& triplet, Types::ByteView value) {
+    Metadata::DarkParsedGroup& group = partition_.createDarkParsedGroup(triplet.key);
+    group.setBerLength(triplet.length.octets);
+    LocalSet properties(value);
+    while (const auto property = properties.next()) {
+        const TagMeaning& meaning = meanings_.of(property->tag);
+        if (meaning.isInstanceUID && !group.hasInstanceUID() &&
+            Types::UUID::fits(property->value)) {
+            group.setInstanceUID(Types::UUID(property->value), property->tag);
+        } else {
+            group.createInvalidElement(meaning.unknown, property->tag).parse(property->value);
+        }
+    }
+    return &group;
+}
+
+void SetReader::addDark(const KLV::Triplet& triplet, Types::ByteView value) {
+    KLV::Value bytes(value.data, value.size);
+    partition_.addDarkMetadataSet(Templates::auto_ptr<Metadata::DarkMetadataSet>(
+        new Metadata::DarkMetadataSet(triplet.key, triplet.length.octets, bytes)));
+}
+
+} // namespace Corvid::mxf

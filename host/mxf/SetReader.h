@@ -1,0 +1,52 @@
+#pragma once
+
+#include "host/klv/Triplet.h"
+#include "host/metadata/PartitionMetadata.h"
+#include "host/mxf/TagMeanings.h"
+#include "host/mxf/Warnings.h"
+
+namespace Corvid::mxf {
+
+/// Makes sets of the KLV triplets of header metadata. Nothing is lost: what the dictionary does not
+/// know, or what does not fit it, is kept as dark or unknown.
+class CORVID_EXPORT SetReader {
+public:
+    /// @param partition  takes the sets; the primer pack's entries are in its dictionary already.
+    ///                   Borrowed, as the warnings are.
+    SetReader(Metadata::PartitionMetadata& partition, WarningSink& warnings)
+        : partition_(partition), warnings_(warnings), meanings_(partition.partitionDictionary()) {}
+
+    /// Adds the set of a triplet to the partition:
+    /// - a set of a class that the dictionary knows, with its properties in the order of the file;
+    /// - a DarkParsedGroup where the dictionary does not know the key of a local set, but its
+    ///   properties can be told apart and one is an InstanceUID;
+    /// - else a DarkMetadataSet. That is also what becomes of a set of a known class whose
+    /// properties
+    ///   do not fill its length exactly: as a dark set it keeps every byte, as a set of its class
+    ///   it could not.
+    /// @param value  the whole value; borrowed for the call.
+    /// @return the set; null for a DarkMetadataSet.
+    const Metadata::MetadataSet* read(const KLV::Triplet& triplet, Types::ByteView value);
+
+private:
+    struct Place;
+
+    void fill(Metadata::MetadataSet& set, Types::ByteView value, std::uint64_t valueOffset);
+    void addProperty(Metadata::MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
+                     const Place& place);
+    void addInvalid(Metadata::MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
+                    const Place& place);
+    const Metadata::MetadataSet* readDarkGroup(const KLV::Triplet& triplet, Types::ByteView value);
+    void addDark(const KLV::Triplet& triplet, Types::ByteView value);
+    void warn(const Place& place, std::string text) const;
+
+    Metadata::PartitionMetadata& partition_;
+    WarningSink& warnings_;
+    TagMeanings meanings_;
+};
+
+/// What a warning calls a set: its name in the dictionary, or its key.
+CORVID_EXPORT std::string nameOfSet(const KLV::Key& key,
+                                    const MetaMetadata::MetaMetadataSet* definition);
+
+} // namespace Corvid::mxf
