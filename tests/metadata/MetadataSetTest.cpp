@@ -1,0 +1,103 @@
+#include "host/types/Strings.h"
+#include "tests/metadata/MetadataSupport.h"
+
+#include <algorithm>
+
+namespace Corvid::Testing {
+namespace {
+
+using namespace Metadata;
+using MetadataSetTest = MetadataTest;
+
+template <class Visitor, class Set> class Noting : public Visitor {
+public:
+    void visit(Set& set) override { seen.push_back(&set); }
+    std::vector<Set*> seen;
+};
+
+TEST_F(MetadataSetTest, isVisitedWithItself) {
+    auto& set = partition.createMetadataSet(prefaceKey());
+    Noting<Visitors::NonConstMetadataSetVisitor, MetadataSet> changing;
+    set.accept(changing);
+    EXPECT_EQ(changing.seen, std::vector<MetadataSet*>{&set});
+    Noting<Visitors::MetadataSetVisitor, const MetadataSet> constant;
+    static_cast<const MetadataSet&>(set).accept(constant);
+    EXPECT_EQ(constant.seen, std::vector<const MetadataSet*>{&set});
+}
+
+TEST_F(MetadataSetTest, listsItsElementsInTheOrderOfTheirLabels) {
+    auto& set = makeSet(prefaceKey(), 1);
+    for (const auto& label : {dynamic, number, childArray, text}) {
+        add<Element>(set, label);
+    }
+    const std::vector<Types::UniversalLabel> expected = {instanceUID(), number, text, childArray,
+                                                         dynamic};
+    std::vector<Types::UniversalLabel> listed;
+    for (const auto& entry : set) {
+        listed.push_back(entry.first);
+        EXPECT_EQ(set.find(entry.first), entry.second);
+    }
+    EXPECT_EQ(listed, expected);
+}
+
+TEST_F(MetadataSetTest, findsAnElementWhateverTheVersionOfItsLabel) {
+    auto& set = makeSet(prefaceKey(), 1);
+    auto& element = add<Element>(set, number);
+    EXPECT_EQ(set.find(labelOf(1, 0x0D)), &element);
+    EXPECT_EQ(set.find(text), nullptr);
+}
+
+TEST_F(MetadataSetTest, listsInvalidElementsInStoredOrder) {
+    auto& set = makeSet(prefaceKey(), 1);
+    std::vector<Element*> expected = {&set.createInvalidElement(unknown(0x9000), 0x9000)};
+    add<Element>(set, number);
+    expected.push_back(&set.createInvalidElement(misplaced(otherOnly)));
+    expected.push_back(&set.createInvalidElement(misplaced(number), 0x1101));
+    EXPECT_EQ(std::vector<Element*>(set.invalidBegin(), set.invalidEnd()), expected);
+    EXPECT_EQ(expected[0]->localTag(), 0x9000);
+    EXPECT_EQ(expected[0]->position(), 1);
+    EXPECT_EQ(expected[1]->localTag(), 0);
+    EXPECT_EQ(expected[1]->position(), 3);
+    EXPECT_EQ(set.countValues(), 1U);
+}
+
+TEST_F(MetadataSetTest, serialisesItsPropertiesInStoredOrderUnderTheirTags) {
+    auto& set = partition.createEmptyMetadataSet(prefaceKey(), *dictionary->findSet(prefaceKey()));
+    set.setBerLength(4);
+    auto& primer = partition.partitionDictionary();
+    primer.add(Types::LocalTag(u16{0xABCD}), labelOf(2, 7));
+
+    ASSERT_TRUE(
+        set.createInvalidElement(unknown(0x9000), 0x9000).parse(viewOf({0xCA, 0xFE, 0xEE})));
+    ASSERT_TRUE(add(set, text, 0x1102).parse(viewOf({0, 'a', 0, 0}))); // a static tag is kept
+    add(set, labelOf(0x20));                                           // has no value
+    add(set, instanceUID()).set(uuidOf(0x01020304).clone());
+    ASSERT_TRUE(
+        set.createInvalidElement(misplaced(text)).parse(viewOf({0, 'b'}))); // the primer's tag
+    ASSERT_TRUE(add(set, number).parse(viewOf({0x12, 0x34})));
+    ASSERT_TRUE(add(set, dynamic).parse(viewOf({0, 0, 0, 5})));
+    ASSERT_TRUE(set.createInvalidElement(unknown(0x0000), 0).parse(viewOf({})));
+    ASSERT_TRUE(add<ArrayElement>(set, numbers).parse(viewOf({0, 0, 0, 1, 0, 0, 0, 2, 0, 9})));
+
+    // clang-format off
+    const Bytes expected = {
+        0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01,
+        0x0d, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2f, 0x00,
+        0x83, 0x00, 0x00, 0x49,
+        0x90, 0x00, 0x00, 0x03, 0xCA, 0xFE, 0xEE,
+        0x11, 0x02, 0x00, 0x04, 0x00, 'a', 0x00, 0x00,
+        0x3c, 0x0a, 0x00, 0x10, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 2, 3, 4,
+        0xAB, 0xCD, 0x00, 0x02, 0x00, 'b',
+        0x11, 0x01, 0x00, 0x02, 0x12, 0x34,
+        0xFF, 0xFF, 0x00, 0x04, 0x00, 0x00, 0x00, 0x05,
+        0x00, 0x00, 0x00, 0x00,
+        0x11, 0x07, 0x00, 0x0A, 0, 0, 0, 1, 0, 0, 0, 2, 0x00, 0x09};
+    // clang-format on
+    EXPECT_EQ(bytesOf(set, partition), expected);
+    EXPECT_EQ(set.countValues(), 8U);
+    ASSERT_NE(primer.find(Types::LocalTag(u16{0xFFFF}), false), nullptr);
+    EXPECT_EQ(*primer.find(Types::LocalTag(u16{0xFFFF}), false), dynamic);
+}
+
+} // namespace
+} // namespace Corvid::Testing

@@ -1,0 +1,76 @@
+#include "tests/metadata/MetadataSupport.h"
+
+#include <set>
+
+namespace Corvid::Testing {
+namespace {
+
+using namespace Metadata;
+using Types::LocalTag;
+
+class PartitionDictionaryTest : public MetadataTest {
+protected:
+    PartitionDictionary& primer = partition.partitionDictionary();
+};
+
+TEST_F(PartitionDictionaryTest, findsPrimerBeforeStaticTags) {
+    const LocalTag tag(u16{0x1101});
+    EXPECT_EQ(primer.find(tag, false), nullptr);
+    ASSERT_NE(primer.find(tag, true), nullptr);
+    EXPECT_EQ(*primer.find(tag, true), number);
+    primer.add(tag, labelOf(0x77));
+    EXPECT_EQ(*primer.find(tag, true), labelOf(0x77));
+    EXPECT_EQ(primer.find(LocalTag(u16{0x8000}), true), nullptr);
+    EXPECT_EQ(primer.find(LocalTag(u16{0}), true), nullptr);
+    EXPECT_EQ(primer.dictionary().get(), dictionary.get());
+}
+
+TEST_F(PartitionDictionaryTest, keepsDuplicatesAndTakesTheFirst) {
+    primer.add(LocalTag(u16{0x9001}), labelOf(1));
+    primer.add(LocalTag(u16{0x9001}), labelOf(2));
+    primer.add(LocalTag(u16{0x9002}), labelOf(1, 9));
+    EXPECT_EQ(*primer.find(LocalTag(u16{0x9001}), false), labelOf(1));
+    EXPECT_EQ(primer.findOrGenerate(labelOf(1)).value(), 0x9001);
+    EXPECT_EQ(primer.findOrGenerate(labelOf(2)).value(), 0x9001);
+    const std::vector<PartitionDictionary::Entry> entries(primer.begin(), primer.end());
+    ASSERT_EQ(entries.size(), 3U);
+    EXPECT_EQ(entries[1].second, labelOf(2));
+    EXPECT_EQ(entries[2].second, labelOf(1, 9));
+}
+
+TEST_F(PartitionDictionaryTest, generatesTheStaticTagIfItIsFree) {
+    EXPECT_EQ(primer.findOrGenerate(labelOf(1, 9)).value(), 0x1101);
+    EXPECT_EQ(*primer.find(LocalTag(u16{0x1101}), false), labelOf(1, 9));
+    primer.add(LocalTag(u16{0x1102}), labelOf(0x77));
+    EXPECT_EQ(primer.findOrGenerate(text).value(), 0xFFFF);
+    EXPECT_EQ(primer.findOrGenerate(text).value(), 0xFFFF);
+}
+
+TEST_F(PartitionDictionaryTest, generatesTheHighestFreeDynamicTag) {
+    primer.add(LocalTag(u16{0xFFFE}), labelOf(0x100));
+    EXPECT_EQ(primer.findOrGenerate(labelOf(0x101)).value(), 0xFFFF);
+    EXPECT_EQ(primer.findOrGenerate(labelOf(0x102)).value(), 0xFFFD);
+}
+
+TEST_F(PartitionDictionaryTest, throwsWhenAllDynamicTagsAreInUse) {
+    std::set<u16> tags;
+    for (u32 i = 0; i != 0x8000; ++i) {
+        const LocalTag tag = primer.findOrGenerate(labelOf(static_cast<u16>(0x1000 + i)));
+        ASSERT_FALSE(tag.isStaticLocalTag());
+        ASSERT_TRUE(tags.insert(tag.value()).second);
+    }
+    EXPECT_THROW(primer.findOrGenerate(labelOf(0x9FFF)), Exceptions::LimitExceeded);
+    EXPECT_THROW(primer.findOrGenerate(labelOf(0x9FFF)), Exceptions::LimitExceeded);
+    EXPECT_EQ(primer.findOrGenerate(number).value(), 0x1101); // static ones are still free
+    EXPECT_EQ(primer.findOrGenerate(labelOf(0x1000)).value(), 0xFFFF);
+}
+
+TEST_F(PartitionDictionaryTest, namesTheTagOfEveryKindOfAttribute) {
+    EXPECT_EQ(primer.tagOf(*unknown(0x8123)).value(), 0x8123);
+    EXPECT_EQ(primer.tagOf(*misplaced(otherOnly)).value(), 0x1201);
+    const auto* attribute = dictionary->findSet(prefaceKey())->find(number);
+    EXPECT_EQ(primer.tagOf(**attribute).value(), 0x1101);
+}
+
+} // namespace
+} // namespace Corvid::Testing
