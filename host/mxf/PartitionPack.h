@@ -23,7 +23,7 @@ enum class PartitionStatus : unsigned char {
 
 /// The fields of a partition pack (SMPTE ST 377-1). Offsets count in bytes from the first byte of
 /// the header partition pack.
-struct PartitionPack {
+struct CORVID_EXPORT PartitionPack {
     PartitionKind kind = PartitionKind::header;
     PartitionStatus status = PartitionStatus::openIncomplete; ///< as in the key, also if it is none
     Types::u16 majorVersion = 0;
