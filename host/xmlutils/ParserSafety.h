@@ -2,8 +2,6 @@
 
 #include "host/xmlutils/XercesForward.h"
 
-#include <memory>
-
 XERCES_CPP_NAMESPACE_BEGIN
 class InputSource;
 XERCES_CPP_NAMESPACE_END

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <fstream>
-#include <memory>
+#include <string>
 #include <xercesc/sax/InputSource.hpp>
 
 namespace Corvid::XMLUtils {

@@ -253,6 +253,14 @@ TEST(LoadDocument, tellsWhyAFileCannotBeRead) {
               folder.u8string() + ": is a directory, expected a file");
 }
 
+TEST(LoadDocument, tellsThatReadingFails) {
+    const std::filesystem::path path("/proc/self/mem");
+    if (!std::filesystem::exists(path)) {
+        GTEST_SKIP() << "no file at hand that can be opened and not be read";
+    }
+    EXPECT_EQ(fileError(pathText(path).c_str()), path.u8string() + ": can't be read");
+}
+
 TEST(LoadDocument, refusesAnEmptyFile) {
     const auto path = temporaryFile("empty.xml");
     std::ofstream(path, std::ios::binary).flush();
