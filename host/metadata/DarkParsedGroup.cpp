@@ -12,8 +12,8 @@ DarkParsedGroup::~DarkParsedGroup() = default;
 void DarkParsedGroup::setInstanceUID(const Types::UUID& uuid, Types::u16 localTag) {
     Element::Attribute attribute(new MetaMetadata::UnknownAttribute(
         Types::LocalTag(localTag), MetaMetadata::UnknownAttribute::unknownLabel));
-    auto& element = static_cast<SimpleElement&>(
-        createElement(Structural::StructuralMetadataULs::instanceUID(), std::move(attribute), localTag));
+    auto& element = static_cast<SimpleElement&>(createElement(
+        Structural::StructuralMetadataULs::instanceUID(), std::move(attribute), localTag));
     element.set(uuid.clone());
 }
 

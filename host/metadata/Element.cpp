@@ -35,8 +35,8 @@ template <class Kind> Templates::auto_ptr<Element> make(Element::Attribute attri
 
 } // namespace
 
-const MetaMetadata::MetaElement*
-definitionOf(const MetaMetadata::AbstractMetaAttribute& attribute) noexcept {
+const MetaMetadata::MetaElement* definitionOf(
+    const MetaMetadata::AbstractMetaAttribute& attribute) noexcept {
     DefinitionFinder finder;
     attribute.accept(finder);
     return finder.definition;

@@ -12,8 +12,8 @@ class MetaElement;
 namespace Corvid::Metadata {
 
 /// The definition behind an attribute; null for an unknown one.
-CORVID_EXPORT const MetaMetadata::MetaElement*
-definitionOf(const MetaMetadata::AbstractMetaAttribute& attribute) noexcept;
+CORVID_EXPORT const MetaMetadata::MetaElement* definitionOf(
+    const MetaMetadata::AbstractMetaAttribute& attribute) noexcept;
 
 /// One property of a set: what the dictionary says of it, and its value, or none.
 class CORVID_EXPORT Element {
@@ -55,7 +55,9 @@ public:
 protected:
     explicit Element(Attribute attribute) noexcept : attribute_(std::move(attribute)) {}
 
-    const MetaMetadata::MetaElement* definition() const noexcept { return definitionOf(*attribute_); }
+    const MetaMetadata::MetaElement* definition() const noexcept {
+        return definitionOf(*attribute_);
+    }
 
 private:
     friend class MetadataSet;

@@ -1,7 +1,7 @@
 #include "host/metadata/MetadataSet.h"
 
-#include "host/klv/BerOutput.h"
 #include "host/dictionary/MetaElement.h"
+#include "host/klv/BerOutput.h"
 #include "host/metadata/PartitionDictionary.h"
 #include "host/metadata/PartitionMetadata.h"
 
@@ -11,7 +11,8 @@ namespace Corvid::Metadata {
 
 namespace {
 
-/// The element by which references find the set: a change of its value is a change of the partition.
+/// The element by which references find the set: a change of its value is a change of the
+/// partition.
 class InstanceUIDElement : public SimpleElement {
 public:
     InstanceUIDElement(Attribute attribute, PartitionMetadata& partition) noexcept
@@ -25,7 +26,8 @@ private:
 };
 
 bool isInstanceUID(const Types::UniversalLabel& label) noexcept {
-    return label.withoutVersion() == Structural::StructuralMetadataULs::instanceUID().withoutVersion();
+    return label.withoutVersion() ==
+           Structural::StructuralMetadataULs::instanceUID().withoutVersion();
 }
 
 } // namespace
@@ -39,8 +41,9 @@ const Types::UniversalLabel& StructuralMetadataULs::instanceUID() {
 }
 
 const KLV::Key& StructuralMetadataKeys::preface() {
-    static const KLV::Key key(std::array<unsigned char, 16>{
-        0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, 0x01, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01, 0x2f, 0});
+    static const KLV::Key key(std::array<unsigned char, 16>{0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53,
+                                                            0x01, 0x01, 0x0d, 0x01, 0x01, 0x01,
+                                                            0x01, 0x01, 0x2f, 0});
     return key;
 }
 
@@ -59,7 +62,9 @@ MetadataSet::~MetadataSet() {
     }
 }
 
-const MetaMetadata::MetaMetadataSet* MetadataSet::metaMetadataSet() const noexcept { return definition_; }
+const MetaMetadata::MetaMetadataSet* MetadataSet::metaMetadataSet() const noexcept {
+    return definition_;
+}
 const KLV::Key& MetadataSet::key() const noexcept { return key_; }
 void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
 void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor& visitor) { visitor.visit(*this); }
@@ -74,12 +79,13 @@ Element* MetadataSet::find(const Types::UniversalLabel& label) const noexcept {
     return nullptr;
 }
 
-Element& MetadataSet::createElement(const Types::UniversalLabel& label, Element::Attribute attribute,
-                                    Types::u16 localTag) {
+Element& MetadataSet::createElement(const Types::UniversalLabel& label,
+                                    Element::Attribute attribute, Types::u16 localTag) {
     const bool identifies = isInstanceUID(label);
-    auto element = identifies ? Templates::auto_ptr<Element>(
-                                    new InstanceUIDElement(std::move(attribute), partition_))
-                              : Metadata::createElement(std::move(attribute));
+    auto element =
+        identifies
+            ? Templates::auto_ptr<Element>(new InstanceUIDElement(std::move(attribute), partition_))
+            : Metadata::createElement(std::move(attribute));
     element->localTag_ = localTag;
     element->position_ = static_cast<Types::u16>(elements_.size() + invalid_.size());
     const auto place = std::upper_bound(
@@ -113,7 +119,8 @@ Types::UUID MetadataSet::instanceUID() const {
     return Types::UUID(Types::ByteView{value.rawBuffer(), value.serializedSize()});
 }
 
-Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> MetadataSet::inStoredOrder() const {
+Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>>
+MetadataSet::inStoredOrder() const {
     Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> order;
     order.reserve(elements_.size() + invalid_.size());
     for (const Entry& entry : elements_) {
@@ -126,16 +133,17 @@ Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> Metad
             order.emplace_back(nullptr, element);
         }
     }
-    std::sort(order.begin(), order.end(),
-              [](const auto& a, const auto& b) { return a.second->position() < b.second->position(); });
+    std::sort(order.begin(), order.end(), [](const auto& a, const auto& b) {
+        return a.second->position() < b.second->position();
+    });
     return order;
 }
 
 std::size_t MetadataSet::countValues() const noexcept {
     const auto has = [](const Element* element) { return !element->isSkipped(); };
-    return static_cast<std::size_t>(
-        std::count_if(elements_.begin(), elements_.end(), [&](const Entry& e) { return has(e.second); }) +
-        std::count_if(invalid_.begin(), invalid_.end(), has));
+    return static_cast<std::size_t>(std::count_if(elements_.begin(), elements_.end(),
+                                                  [&](const Entry& e) { return has(e.second); }) +
+                                    std::count_if(invalid_.begin(), invalid_.end(), has));
 }
 
 std::size_t MetadataSet::valueSize() const {
@@ -157,7 +165,7 @@ void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary& primer)
     for (const auto& [label, element] : inStoredOrder()) {
         const Types::u16 tag = element->localTag() != 0 ? element->localTag()
                                : label != nullptr       ? primer.findOrGenerate(*label).value()
-                                                        : primer.tagOf(*element->metaAttribute()).value();
+                                                  : primer.tagOf(*element->metaAttribute()).value();
         Types::u8 head[4];
         Types::writeBigEndian(head, tag);
         Types::writeBigEndian(head + 2, static_cast<Types::u16>(element->serializedSize()));

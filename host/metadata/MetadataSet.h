@@ -94,7 +94,8 @@ public:
 
 private:
     /// Every element with a value and its label (null for an invalid one), in stored order.
-    Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> inStoredOrder() const;
+    Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> inStoredOrder()
+        const;
     std::size_t valueSize() const;
 
     PartitionMetadata& partition_;

@@ -17,7 +17,9 @@ class TagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
 public:
     explicit TagFinder(PartitionDictionary& partition) : partition_(partition) {}
 
-    void visit(const MetaMetadata::UnknownAttribute& attribute) override { tag = attribute.localTag(); }
+    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
+        tag = attribute.localTag();
+    }
     void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
         tag = partition_.findOrGenerate(attribute.metaElement().label());
     }
@@ -33,7 +35,8 @@ private:
 
 } // namespace
 
-const Types::UniversalLabel* PartitionDictionary::find(const Types::LocalTag& tag, bool alsoStatic) const {
+const Types::UniversalLabel* PartitionDictionary::find(const Types::LocalTag& tag,
+                                                       bool alsoStatic) const {
     if (const auto entry = byTag_.find(tag.value()); entry != byTag_.end()) {
         return &entries_[entry->second].second;
     }

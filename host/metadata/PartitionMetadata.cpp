@@ -40,9 +40,8 @@ Targets PartitionMetadata::resolve(const Types::Reference& reference) const {
     return resolve(reference.uuid());
 }
 
-std::size_t PartitionMetadata::calculateSerializationOrder(Templates::vector<const MetadataSet*>& order,
-                                                           bool withFloating,
-                                                           bool structuralOnly) const {
+std::size_t PartitionMetadata::calculateSerializationOrder(
+    Templates::vector<const MetadataSet*>& order, bool withFloating, bool structuralOnly) const {
     std::unordered_set<const MetadataSet*> seen;
     const auto append = [&](const MetadataSet* set) {
         if (!structuralOnly || KLV::isStructuralMetadataSet(set->key())) {
@@ -53,7 +52,8 @@ std::size_t PartitionMetadata::calculateSerializationOrder(Templates::vector<con
     // Depth first, whatever the depth: the references still to be followed wait in one list, those
     // of a set reversed, so that its first is the next.
     Templates::vector<const MetadataSet*> waiting;
-    if (const Sets prefaces = find(Structural::StructuralMetadataKeys::preface()); !prefaces.empty()) {
+    if (const Sets prefaces = find(Structural::StructuralMetadataKeys::preface());
+        !prefaces.empty()) {
         waiting.push_back(prefaces.front());
     }
     Templates::vector<const Types::Reference*> references;
@@ -104,13 +104,14 @@ MetadataSet& PartitionMetadata::createMetadataSet(const KLV::Key& key) {
     }
     if (auto* identifier = static_cast<SimpleElement*>(
             set.find(Structural::StructuralMetadataULs::instanceUID()))) {
-        identifier->set(Types::Factories::UID::generateUUID(Types::Factories::UID::uniqueVersion).clone());
+        identifier->set(
+            Types::Factories::UID::generateUUID(Types::Factories::UID::uniqueVersion).clone());
     }
     return set;
 }
 
-MetadataSet& PartitionMetadata::createEmptyMetadataSet(const KLV::Key& key,
-                                                       const MetaMetadata::MetaMetadataSet& definition) {
+MetadataSet& PartitionMetadata::createEmptyMetadataSet(
+    const KLV::Key& key, const MetaMetadata::MetaMetadataSet& definition) {
     return own(Templates::auto_ptr<MetadataSet>(new MetadataSet(*this, key, &definition)));
 }
 

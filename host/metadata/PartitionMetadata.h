@@ -22,7 +22,7 @@ public:
     PartitionMetadata& operator=(const PartitionMetadata&) = delete;
     virtual ~PartitionMetadata();
 
-    virtual PartitionDictionary& partitionDictionary() noexcept { return dictionary_; }
+    virtual PartitionDictionary& partitionDictionary() { return dictionary_; }
     const PartitionDictionary& partitionDictionary() const noexcept { return dictionary_; }
 
     /// All sets in the order in which they came.

@@ -44,7 +44,8 @@ private:
             // the sets that share them, and those who count upwards differ in a few bits only.
             Types::u64 halves[2];
             std::memcpy(halves, bytes.data(), sizeof halves);
-            const Types::u64 mixed = (halves[0] ^ (halves[1] >> 29)) * 0x9E3779B97F4A7C15U + halves[1];
+            const Types::u64 mixed =
+                (halves[0] ^ (halves[1] >> 29)) * 0x9E3779B97F4A7C15U + halves[1];
             return static_cast<std::size_t>((mixed ^ (mixed >> 32)) * 0xD6E8FEB86659FD93U);
         }
     };

@@ -8,7 +8,8 @@ namespace {
 
 class Collector : public Visitors::ElementVisitor {
 public:
-    explicit Collector(Templates::vector<const Types::Reference*>& references) : references_(references) {}
+    explicit Collector(Templates::vector<const Types::Reference*>& references)
+        : references_(references) {}
 
     void visit(const ReferenceBatchElement& element) override { addAll(element); }
     void visit(const ReferenceArrayElement& element) override { addAll(element); }
@@ -45,9 +46,8 @@ void appendStrongReferences(const MetadataSet& set,
         elements.push_back(entry.second);
     }
     elements.insert(elements.end(), set.invalidBegin(), set.invalidEnd());
-    std::sort(elements.begin(), elements.end(), [](const Element* a, const Element* b) {
-        return a->position() < b->position();
-    });
+    std::sort(elements.begin(), elements.end(),
+              [](const Element* a, const Element* b) { return a->position() < b->position(); });
     Collector collector(references);
     for (const Element* element : elements) {
         element->accept(collector);

@@ -4,7 +4,9 @@ namespace Corvid::Types {
 
 DataType::~DataType() = default;
 
-void DataType::serialize(DataIO::DataSink& sink) const { sink.write(rawBuffer(), serializedSize()); }
+void DataType::serialize(DataIO::DataSink& sink) const {
+    sink.write(rawBuffer(), serializedSize());
+}
 
 SimpleDataType::~SimpleDataType() = default;
 

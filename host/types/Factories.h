@@ -7,7 +7,8 @@ namespace Corvid::Types::Factories {
 
 /// Makes a value of the type from its bytes in a KLV value.
 /// @return null where the bytes do not fit the type, and for types that are no simple values.
-CORVID_EXPORT Templates::auto_ptr<SimpleDataType> fromBytes(Identifiers::Identifier type, ByteView bytes);
+CORVID_EXPORT Templates::auto_ptr<SimpleDataType> fromBytes(Identifiers::Identifier type,
+                                                            ByteView bytes);
 
 /// Makes an array or a batch from its bytes in a KLV value: item count, item size, items.
 /// @param kind  Array or Batch.

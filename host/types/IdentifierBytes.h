@@ -18,7 +18,9 @@ public:
 
     u16 size() const noexcept { return Size; }
     u8& operator[](int index) noexcept { return this->bytes_[static_cast<std::size_t>(index)]; }
-    u8 operator[](int index) const noexcept { return this->bytes_[static_cast<std::size_t>(index)]; }
+    u8 operator[](int index) const noexcept {
+        return this->bytes_[static_cast<std::size_t>(index)];
+    }
     const std::array<u8, Size>& bytes() const noexcept { return this->bytes_; }
 
     Utf16Text toString(StringRepresentationEncodingType = dottedHexadecimal) const {

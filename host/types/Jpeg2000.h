@@ -8,7 +8,9 @@ namespace Corvid::Types {
 /// The sizing of one JPEG 2000 component (SMPTE ST 422).
 class CORVID_EXPORT J2KPictureComponent : public Visitable<J2KPictureComponent, FixedBytes<3>> {
 public:
-    J2KPictureComponent(u8 sSizi, u8 xRSizi, u8 yRSizi) noexcept { bytes_ = {sSizi, xRSizi, yRSizi}; }
+    J2KPictureComponent(u8 sSizi, u8 xRSizi, u8 yRSizi) noexcept {
+        bytes_ = {sSizi, xRSizi, yRSizi};
+    }
     explicit J2KPictureComponent(ByteView bytes) noexcept : Visitable(bytes) {}
 
     u8 sSizi() const noexcept { return bytes_[0]; }

@@ -5,8 +5,9 @@
 namespace Corvid::Types {
 
 bool RGBALayout::fits(ByteView bytes) noexcept {
-    return bytes.size == fixedSize && std::all_of(bytes.data + 2 * placesInXml, bytes.data + fixedSize,
-                                                  [](u8 byte) { return byte == 0; });
+    return bytes.size == fixedSize &&
+           std::all_of(bytes.data + 2 * placesInXml, bytes.data + fixedSize,
+                       [](u8 byte) { return byte == 0; });
 }
 
 RGBALayout::RGBAComponent RGBALayout::get(u32 index) const noexcept {

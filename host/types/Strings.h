@@ -13,7 +13,9 @@ public:
     explicit UTF16String(const u16* text);
     /// @param bytes  UTF-16, big-endian.
     explicit UTF16String(ByteView bytes);
-    static bool fits(ByteView bytes) noexcept { return ByteRun::fits(bytes) && bytes.size % 2 == 0; }
+    static bool fits(ByteView bytes) noexcept {
+        return ByteRun::fits(bytes) && bytes.size % 2 == 0;
+    }
 
     /// The text in the machine's byte order, zero-terminated.
     const u16* value() const noexcept { return text_.c_str(); }

@@ -17,8 +17,8 @@ CORVID_EXPORT UUID generateUUID(TimeSnapVersion version);
 /// Where the random bytes come from. Fills size bytes.
 using RandomSource = void (*)(u8* bytes, std::size_t size);
 
-/// Takes the place of the system's random source, so that a test's output can be repeated. Null puts
-/// the system's source back. Not to be called while another thread makes UUIDs.
+/// Takes the place of the system's random source, so that a test's output can be repeated. Null
+/// puts the system's source back. Not to be called while another thread makes UUIDs.
 /// @return the source in use before.
 CORVID_EXPORT RandomSource setRandomSource(RandomSource source) noexcept;
 

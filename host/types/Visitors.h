@@ -30,7 +30,8 @@ public:
 class CORVID_EXPORT NullVisitor : public Visitor {
 public:
     ~NullVisitor() override;
-#define CORVID_VALUE_TYPE(Class, Id, Form) void visit(const Class&) override {}
+#define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
+    void visit(const Class&) override {}
 #include "host/types/ValueTypes.def"
 };
 

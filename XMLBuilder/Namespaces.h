@@ -1,0 +1,32 @@
+#pragma once
+
+#include <xercesc/util/XercesDefs.hpp>
+
+/// The namespaces that the document format itself uses, and the names in them that more than one
+/// file needs.
+namespace Corvid::XMLBuilder::Names {
+
+/// A namespace and the prefix that its names are written with.
+struct Namespace {
+    const XMLCh* uri;
+    const XMLCh* prefix;
+};
+
+inline constexpr Namespace s377m{u"urn:SMPTE:S377M", u"s377m"};
+inline constexpr Namespace groups{u"urn:SMPTE:Groups:MXF", u"groups"};
+inline constexpr Namespace types{u"urn:SMPTE:Types:MXF", u"types"};
+inline constexpr Namespace s422mTypes{u"urn:SMPTE:S422MTypes:MXF", u"s422mTypes"};
+
+inline constexpr const XMLCh* floatingDarkMetadata = u"groups:FloatingDarkMetadata";
+inline constexpr const XMLCh* extensionElements = u"groups:ExtensionElements";
+inline constexpr const XMLCh* darkElement = u"groups:DarkElement";
+inline constexpr const XMLCh* darkMetadata = u"groups:DarkMetadata";
+inline constexpr const XMLCh* staticLocalTag = u"groups:StaticLocalTag";
+inline constexpr const XMLCh* universalLabel = u"groups:UniversalLabel";
+inline constexpr const XMLCh* key = u"groups:Key";
+inline constexpr const XMLCh* berOctetCount = u"groups:BEROctetCount";
+inline constexpr const XMLCh* targetInstance = u"types:TargetInstance";
+inline constexpr const XMLCh* instanceUID = u"rp210:InstanceUID";
+inline constexpr const XMLCh* generationUID = u"rp210:GenerationUID";
+
+} // namespace Corvid::XMLBuilder::Names
