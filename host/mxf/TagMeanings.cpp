@@ -17,10 +17,10 @@ Metadata::Element::Attribute makeUnknown(Types::u16 tag, UnknownAttribute::Reaso
 } // namespace
 
 const Metadata::Element::Attribute* TagMeaning::attributeIn(
-    const MetaMetadata::MetaMetadataSet& definition) {
-    if (lastClass != &definition) {
-        lastAttribute = label == nullptr ? nullptr : definition.find(*label);
-        lastClass = &definition;
+    const MetaMetadata::MetaMetadataSet& set) {
+    if (lastClass != &set) {
+        lastAttribute = label == nullptr ? nullptr : set.find(*label);
+        lastClass = &set;
     }
     return lastAttribute;
 }

@@ -28,7 +28,7 @@ struct TagMeaning {
 
     /// The attribute of the property in a class, or null where it has no place in it.
     const Metadata::Element::Attribute* attributeIn(
-        const MetaMetadata::MetaMetadataSet& definition);
+        const MetaMetadata::MetaMetadataSet& set);
     /// The name of the property, or nothing.
     std::string name() const;
 };

@@ -1,0 +1,6 @@
+file(READ ${README} readme)
+file(READ ${PROGRAM} program)
+string(FIND "${readme}" "```cpp\n${program}```\n" place)
+if(place EQUAL -1)
+  message(FATAL_ERROR "${README} does not hold ${PROGRAM} as it is")
+endif()
