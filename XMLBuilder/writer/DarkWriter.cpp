@@ -4,7 +4,7 @@
 #include "XMLBuilder/NumberText.h"
 #include "XMLBuilder/writer/Document.h"
 #include "host/dataio/Memory.h"
-#include "host/klv/BerOutput.h"
+#include "host/klv/BerInput.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/XmlText.h"
 
@@ -50,11 +50,10 @@ void writeDarkParsedGroup(const Metadata::DarkParsedGroup& group,
     root->appendChild(container);
 
     auto* element = createDarkElement(group.key(), group.berLength(), document, namespaces);
-    const std::size_t size = group.serializedSize();
-    DataIO::Memory::MemoryDataSink sink(size);
+    DataIO::Memory::MemoryDataSink sink(group.serializedSize());
     group.serialize(sink, partition.partitionDictionary());
-    const std::size_t head =
-        KLV::Key::length + KLV::berOctets(size - KLV::Key::length, group.berLength());
+    const unsigned char* afterKey = sink.rawBuffer() + KLV::Key::length;
+    const std::size_t head = KLV::Key::length + KLV::berOctetsFromFirst(*afterKey);
     appendHex(element, sink.rawBuffer() + head, sink.serializedSize() - head);
     container->appendChild(element);
 }

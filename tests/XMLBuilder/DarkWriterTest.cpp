@@ -59,6 +59,26 @@ TEST_P(WritesDarkGroup, asTheBytesItWasReadFromWhateverItsLengthField) {
 
 INSTANTIATE_TEST_SUITE_P(, WritesDarkGroup, testing::Values(1, 2, 3, 4, 5, 8, 9));
 
+/// Values whose size is the last that a length field of one octet holds, and those around it.
+class WritesDarkGroupOfSize : public testing::TestWithParam<std::size_t> {};
+
+TEST_P(WritesDarkGroupOfSize, withAllOfItsBytesAndNoOther) {
+    Model model;
+    model.set("Preface", 1);
+    auto& group = model.partition.createDarkParsedGroup(KLV::Key(Model::darkKey()));
+    group.setBerLength(1);
+    model.unknown(group, 0x8001, std::string(GetParam() - 4, '\xEE'));
+    std::string hex = "800100";
+    constexpr char digits[] = "0123456789ABCDEF";
+    hex += {digits[(GetParam() - 4) >> 4], digits[(GetParam() - 4) & 15]};
+    for (std::size_t i = 4; i != GetParam(); ++i) {
+        hex += "EE";
+    }
+    EXPECT_THAT(compactXmlOf(model), HasSubstr(">" + hex + "</groups:DarkMetadata>"));
+}
+
+INSTANTIATE_TEST_SUITE_P(, WritesDarkGroupOfSize, testing::Values(126, 127, 128, 129));
+
 TEST(DarkWriter, writesAGroupOfKeyAndLengthOnlyWithAnEmptyText) {
     Model model;
     model.set("Preface", 1);
