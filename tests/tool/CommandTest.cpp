@@ -1,0 +1,172 @@
+#include "tests/tool/RunCommand.h"
+
+#include <gmock/gmock.h>
+
+using namespace Corvid::Testing;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+namespace {
+
+struct Wrong {
+    const char* name;
+    const char* line;
+    const char* says;
+};
+class WrongCommandLine : public ::testing::TestWithParam<Wrong> {};
+
+TEST_P(WrongCommandLine, endsWithTwoAndOneLine) {
+    const Workshop shop;
+    shop.write("clip.mxf", smallClip());
+    const Outcome outcome = shop.run(GetParam().line);
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.out, IsEmpty());
+    EXPECT_THAT(outcome.err, StartsWith("corvid: "));
+    EXPECT_THAT(outcome.err, HasSubstr(GetParam().says));
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , WrongCommandLine,
+    ::testing::Values(
+        Wrong{"NoVerb", "corvid", "a verb is missing"},
+        Wrong{"UnknownVerb", "corvid sing clip.mxf", "sing"},
+        Wrong{"NoClip", "corvid to-xml", "CLIP.mxf"},
+        Wrong{"NoClipForInfo", "corvid info", "CLIP.mxf"},
+        Wrong{"UnknownOption", "corvid info --loud clip.mxf", "--loud"},
+        Wrong{"TwoClips", "corvid info clip.mxf clip.mxf", "clip.mxf"},
+        Wrong{"Partition", "corvid to-xml clip.mxf --partition last", "--partition"},
+        Wrong{"References", "corvid to-xml clip.mxf --references all", "links or values"},
+        Wrong{"Encoding", "corvid to-xml clip.mxf --encoding latin-1", "utf-8 or utf-16"},
+        Wrong{"Start", "corvid to-xml clip.mxf --start 12", "InstanceUID"},
+        Wrong{"OutputIsInput", "corvid to-xml clip.mxf -o ./clip.mxf", "the input itself"},
+        Wrong{"OutputIsStandardInput", "corvid to-xml - -o clip.mxf <clip.mxf",
+              "the input itself"}),
+    [](const auto& each) { return each.param.name; });
+
+TEST(Command, tellsItsVersion) {
+    const Outcome outcome = Workshop().run("corvid --version");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "corvid " CORVID_TEST_VERSION "\n");
+}
+
+TEST(Command, helpNamesEveryVerb) {
+    const Outcome outcome = Workshop().run("corvid --help");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, IsEmpty());
+    EXPECT_THAT(outcome.out, HasSubstr("to-xml"));
+    EXPECT_THAT(outcome.out, HasSubstr("info"));
+    EXPECT_THAT(outcome.out, HasSubstr("Exit status"));
+}
+
+TEST(Command, helpOfToXmlNamesEveryOption) {
+    const Outcome outcome = Workshop().run("corvid to-xml --help");
+    EXPECT_EQ(outcome.status, 0);
+    for (const char* option :
+         {"CLIP.mxf", "--output", "--partition", "--references", "--structural-only", "--start",
+          "--encoding", "--compact", "--replace-invalid", "--dictionary", "(default: auto)"}) {
+        EXPECT_THAT(outcome.out, HasSubstr(option));
+    }
+}
+
+TEST(Command, helpOfInfoNamesEveryOption) {
+    const Outcome outcome = Workshop().run("corvid info --help");
+    EXPECT_EQ(outcome.status, 0);
+    for (const char* option : {"CLIP.mxf", "--json", "--partition", "--dictionary"}) {
+        EXPECT_THAT(outcome.out, HasSubstr(option));
+    }
+}
+
+TEST(Command, helpFitsInEightyColumns) {
+    std::istringstream lines(Workshop().run("corvid to-xml --help; corvid info -h; corvid -h").out);
+    std::size_t count = 0;
+    for (std::string line; std::getline(lines, line); ++count) {
+        EXPECT_LE(line.size(), 80U) << line;
+    }
+    EXPECT_GT(count, 30U);
+}
+
+TEST(Command, saysThatAFileIsNotThere) {
+    for (const char* verb : {"to-xml", "info"}) {
+        const Outcome outcome = Workshop().run(std::string("corvid ") + verb + " gone.mxf");
+        EXPECT_EQ(outcome.status, 3);
+        EXPECT_EQ(outcome.err, "corvid: gone.mxf: can't open: No such file or directory\n");
+        EXPECT_THAT(outcome.out, IsEmpty());
+    }
+}
+
+TEST(Command, saysThatAFolderIsNoFile) {
+    const Outcome outcome = Workshop().run("corvid info .");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.err, HasSubstr("directory"));
+}
+
+TEST(Command, refusesWhatIsNoMxfFile) {
+    const Workshop shop;
+    shop.write("text.mxf", std::string(100000, 'x'));
+    shop.write("empty.mxf", std::string());
+    for (const char* line : {"corvid info text.mxf", "corvid to-xml text.mxf",
+                             "corvid info empty.mxf", "corvid to-xml - </dev/null"}) {
+        const Outcome outcome = shop.run(line);
+        EXPECT_EQ(outcome.status, 1) << line;
+        EXPECT_THAT(outcome.out, IsEmpty());
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
+}
+
+TEST(Command, refusesABrokenDictionaryWithItsLine) {
+    const Workshop shop;
+    shop.write("clip.mxf", smallClip());
+    shop.write("house.dict", std::string("# mine\nnonsense here\n"));
+    const Outcome outcome = shop.run("corvid info clip.mxf --dictionary house.dict");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, StartsWith("corvid: house.dict:2"));
+}
+
+TEST(Command, saysThatADictionaryIsNotThere) {
+    const Workshop shop;
+    shop.write("clip.mxf", smallClip());
+    const Outcome outcome = shop.run("corvid info clip.mxf --dictionary gone.dict");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.err, HasSubstr("gone.dict"));
+}
+
+TEST(Command, keepsControlCharactersOfNamesFromTheTerminal) {
+    const Outcome outcome = Workshop().run("corvid info \"$(printf 'a\\033[31mb')\"");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.err, HasSubstr("a\\x1b[31mb"));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("\033")));
+}
+
+TEST(Command, tellsWhichPartitionsHaveMetadata) {
+    const Workshop shop;
+    shop.write("clip.mxf", MxfBuilder()
+                               .add(headerPartition())
+                               .add(bodyPartition())
+                               .add(footerPartition(smallMetadata()))
+                               .withRandomIndexPack()
+                               .build());
+    EXPECT_EQ(shop.run("corvid to-xml clip.mxf --partition 0").status, 0);
+    EXPECT_EQ(shop.run("corvid to-xml clip.mxf --partition header").status, 0);
+    EXPECT_EQ(shop.run("corvid to-xml clip.mxf --partition footer").status, 0);
+    for (const char* number : {"1", "3", "4294967295"}) {
+        const Outcome outcome =
+            shop.run(std::string("corvid to-xml clip.mxf --partition ") + number);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.err, HasSubstr("metadata is in 0 (header), 2 (footer)"));
+    }
+}
+
+TEST(Command, infoLoadsNoXmlLibrary) {
+    const Workshop shop;
+    shop.write("clip.mxf", smallClip());
+    const Outcome outcome =
+        shop.run("LD_DEBUG=files LD_DEBUG_OUTPUT=ld corvid info clip.mxf && "
+                 "LD_DEBUG=files LD_DEBUG_OUTPUT=xml corvid to-xml clip.mxf >/dev/null && "
+                 "grep -q xerces xml.* && ! grep -E 'xerces|xqilla|icu' ld.*");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+}
+
+} // namespace

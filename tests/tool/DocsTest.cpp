@@ -1,0 +1,66 @@
+#include "tests/tool/RunCommand.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+
+using namespace Corvid::Testing;
+
+namespace {
+
+/// An example: what people type behind "$ ", and what they then see.
+struct Example {
+    std::string command;
+    std::string output;
+};
+
+/// The examples of a page: blocks of "```console".
+std::vector<Example> examplesOf(const std::filesystem::path& page) {
+    std::ifstream file(page);
+    std::vector<Example> examples;
+    bool isInside = false;
+    for (std::string line; std::getline(file, line);) {
+        if (line.rfind("```", 0) == 0) {
+            isInside = line == "```console";
+        } else if (isInside && line.rfind("$ ", 0) == 0) {
+            examples.push_back({line.substr(2), ""});
+        } else if (isInside && !examples.empty()) {
+            examples.back().output += line + "\n";
+        }
+    }
+    return examples;
+}
+
+/// True for the text, where a line "..." of the pattern stands for any number of lines.
+bool matches(const std::string& pattern, const std::string& text) {
+    const auto gap = pattern.find("...\n");
+    if (gap == std::string::npos) {
+        return pattern == text;
+    }
+    const std::string front = pattern.substr(0, gap);
+    const std::string back = pattern.substr(gap + 4);
+    return text.size() >= front.size() + back.size() && text.compare(0, front.size(), front) == 0 &&
+           text.compare(text.size() - back.size(), back.size(), back) == 0;
+}
+
+class Docs : public ::testing::TestWithParam<const char*> {};
+
+TEST_P(Docs, examplesPrintWhatThePageShows) {
+    const auto examples = examplesOf(sourceDir() / "docs" / (GetParam() + std::string(".md")));
+    ASSERT_FALSE(examples.empty());
+    const Workshop shop;
+    std::filesystem::copy_file(sourceDir() / "examples" / "sample.mxf", shop.path() / "sample.mxf");
+    for (const Example& example : examples) {
+        const Outcome outcome = shop.run(example.command);
+        EXPECT_EQ(outcome.status, 0) << example.command << "\n" << outcome.err;
+        EXPECT_TRUE(matches(example.output, outcome.out))
+            << "$ " << example.command << "\nthe page shows\n"
+            << example.output << "but it prints\n"
+            << outcome.out;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, Docs, ::testing::Values("to-xml", "info"), [](const auto& each) {
+    return std::string(each.param) == "info" ? "Info" : "ToXml";
+});
+
+} // namespace

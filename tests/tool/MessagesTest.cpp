@@ -1,0 +1,83 @@
+#include "tools/corvid/Messages.h"
+
+#include "host/dataio/Memory.h"
+#include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/Output.h"
+#include "tools/corvid/Printable.h"
+#include "tools/corvid/Table.h"
+
+#include <cerrno>
+#include <gtest/gtest.h>
+#include <new>
+#include <stdexcept>
+
+using namespace Corvid;
+using namespace Corvid::Tool;
+
+namespace {
+
+class MessagesOfTheCommand : public ::testing::Test {
+protected:
+    std::string said() const {
+        return {reinterpret_cast<const char*>(sink.rawBuffer()), sink.serializedSize()};
+    }
+
+    DataIO::Memory::MemoryDataSink sink;
+    Messages messages{sink, false};
+};
+
+TEST_F(MessagesOfTheCommand, nameAllThatAWarningKnows) {
+    messages.setFile("in.mxf");
+    mxf::Warning warning;
+    warning.text = "too short";
+    warning.offset = 4132;
+    warning.set = "Preface";
+    warning.localTag = Types::u16{0x3B02};
+    warning.property = "FileLastModified";
+    messages.warn(warning);
+    EXPECT_EQ(said(), "corvid: in.mxf: warning: byte 4132: set Preface: property 3b.02 "
+                      "FileLastModified: too short\n");
+    EXPECT_EQ(messages.warnings(), 1U);
+}
+
+TEST_F(MessagesOfTheCommand, nameTheFileOnce) {
+    messages.setFile("in.mxf");
+    messages.error("can't open in.mxf: No such file or directory");
+    EXPECT_EQ(said(), "corvid: in.mxf: can't open: No such file or directory\n");
+}
+
+TEST_F(MessagesOfTheCommand, exceptionsHaveTheirExitStatus) {
+    const auto statusOf = [&](auto exception) { return guard([&] { throw exception; }, messages); };
+    EXPECT_EQ(guard([] {}, messages), exitDone);
+    EXPECT_EQ(statusOf(Exceptions::InvalidFormat("x", CORVID_HERE)), exitRefused);
+    EXPECT_EQ(statusOf(Exceptions::LimitExceeded("x", CORVID_HERE)), exitRefused);
+    EXPECT_EQ(statusOf(Exceptions::InvalidDictionary("x", CORVID_HERE)), exitRefused);
+    EXPECT_EQ(statusOf(Exceptions::IOError("x", CORVID_HERE)), exitNoFile);
+    EXPECT_EQ(statusOf(OutputError("out", "can't write", ENOSPC)), exitNoFile);
+    EXPECT_EQ(statusOf(std::bad_alloc()), exitRefused);
+    EXPECT_EQ(statusOf(std::runtime_error("x")), exitRefused);
+    EXPECT_EQ(statusOf(UsageError{"x"}), exitUsage);
+}
+
+TEST_F(MessagesOfTheCommand, sayNothingOfAClosedPipe) {
+    EXPECT_EQ(guard([] { throw OutputError("standard output", "can't write", EPIPE); }, messages),
+              exitNoFile);
+    EXPECT_EQ(said(), "");
+}
+
+TEST(Printable, escapesControlCharactersOnly) {
+    EXPECT_EQ(printable("a\tb\x7F\xC2\x85\xC3\xBC\xC2\xA0"), "a\\x09b\\x7f\\x85\xC3\xBC\xC2\xA0");
+    EXPECT_EQ(printable("\xC2"), "\xC2");
+}
+
+TEST(Table, alignsColumnsAndLeavesOutEmptyOnes) {
+    Table table(1);
+    table.add({"Name", "Nothing", "Number"});
+    table.add({"\xC3\xBC", "", "10"});
+    table.add({"longer name", "", ""});
+    EXPECT_EQ(table.toString("<", ">"), "< Name         Number>\n"
+                                        " \xC3\xBC            10\n"
+                                        " longer name\n");
+}
+
+} // namespace

@@ -1,0 +1,147 @@
+#include "tools/corvid/CommandLine.h"
+
+#include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/HelpFormatter.h"
+#include "tools/corvid/Info.h"
+#include "tools/corvid/ToXml.h"
+#include "tools/corvid/XmlModule.h"
+
+#include <algorithm>
+#include <memory>
+#include <sstream>
+
+namespace Corvid::Tool {
+
+namespace {
+
+constexpr const char* input = "Input";
+constexpr const char* processing = "Processing";
+constexpr const char* output = "Output";
+
+/// Gives a verb its options; they live as long as the work that is returned.
+using Work = std::function<void(Messages&)>;
+
+/// Unlike the library's own, it adds nothing to the help: the type's name tells the values.
+CLI::Validator oneOf(std::vector<std::string> values) {
+    return CLI::Validator(
+        [values = std::move(values)](const std::string& text) {
+            const bool isOne = std::find(values.begin(), values.end(), text) != values.end();
+            return isOne ? std::string()
+                         : "expected " + CLI::detail::join(values, " or ") + ", not '" + text + "'";
+        },
+        "");
+}
+
+void declareClip(CLI::App& verb, ClipOptions& options) {
+    verb.add_option("CLIP.mxf", options.path, "MXF file to read; - is standard input")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    verb.add_option("--dictionary", options.dictionaries,
+                    "Definitions of sets and properties beside the built-in ones; may be repeated")
+        ->type_name("FILE")
+        ->allow_extra_args(false)
+        ->group(input);
+    verb.add_option("--partition", options.partition,
+                    "Whose metadata is read: auto (the last complete copy), header, footer, or the "
+                    "number of a partition, from 0")
+        ->type_name("auto|header|footer|N")
+        ->check(
+            [](const std::string& text) {
+                return isPartitionChoice(text)
+                           ? std::string()
+                           : "expected auto, header, footer or a number, not '" + text + "'";
+            },
+            "")
+        ->capture_default_str()
+        ->group(input);
+}
+
+Work declareToXml(CLI::App& verb) {
+    using XMLUtils::EncodingType;
+    const auto options = std::make_shared<ToXmlOptions>();
+    declareClip(verb, options->clip);
+    verb.add_option_function<std::string>(
+            "--references",
+            [options](const std::string& how) { options->referencesAsValues = how == "values"; },
+            "links: sets stand side by side and refer to each other; values: a set stands inside "
+            "the property that owns it")
+        ->type_name("links|values")
+        ->check(oneOf({"links", "values"}))
+        ->default_str("links")
+        ->group(processing);
+    verb.add_flag("--structural-only", options->structuralOnly,
+                  "Leave out sets that are no structural metadata")
+        ->group(processing);
+    verb.add_option("--start", options->start, "Begin with this set instead of the Preface")
+        ->type_name("INSTANCEUID")
+        ->group(processing);
+    verb.add_flag("--replace-invalid", options->replaceInvalid,
+                  "Write U+FFFD for characters that XML can't hold, and say where, instead of "
+                  "refusing them")
+        ->group(processing);
+    verb.add_option("-o,--output", options->output, "File to write; - is standard output")
+        ->type_name("FILE")
+        ->capture_default_str()
+        ->group(output);
+    verb.add_option_function<std::string>(
+            "--encoding",
+            [options](const std::string& name) {
+                options->encoding = name == "utf-16" ? EncodingType::utf16 : EncodingType::utf8;
+            },
+            "Encoding of the text")
+        ->type_name("utf-8|utf-16")
+        ->check(oneOf({"utf-8", "utf-16"}))
+        ->default_str("utf-8")
+        ->group(output);
+    verb.add_flag("--compact", options->compact, "No line breaks and no indentation")
+        ->group(output);
+    return [options](Messages& messages) { xmlVerbs().toXml(*options, messages); };
+}
+
+Work declareInfo(CLI::App& verb, bool colours) {
+    const auto options = std::make_shared<InfoOptions>();
+    options->colours = colours;
+    declareClip(verb, options->clip);
+    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    return [options](Messages& messages) { info(*options, messages); };
+}
+
+} // namespace
+
+Command parseCommandLine(int argc, const char* const* argv, bool colours) {
+    CLI::App app("The header metadata of MXF files (SMPTE ST 377-1) as XML", "corvid");
+    app.formatter(std::make_shared<HelpFormatter>());
+    app.require_subcommand(0, 1);
+    app.set_version_flag("--version", "corvid " CORVID_VERSION, "Print the version and exit");
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    app.footer("corvid VERB --help tells the options of a verb. Exit status: 0 done, 1 data\n"
+               "refused or different, 2 wrong command line, 3 file unreadable or unwritable.\n");
+
+    Work chosen;
+    const auto add = [&](const char* name, const char* what, const auto& declare) {
+        CLI::App* const verb = app.add_subcommand(name, what);
+        Work work = declare(*verb);
+        verb->callback([&chosen, work = std::move(work)] { chosen = work; });
+    };
+    add("to-xml", "Write the header metadata of an MXF file as XML", declareToXml);
+    add("info", "Tell what is in an MXF file at a glance",
+        [colours](CLI::App& verb) { return declareInfo(verb, colours); });
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& end) {
+        std::ostringstream text;
+        std::ostringstream error;
+        if (app.exit(end, text, error) != 0) {
+            throw UsageError{std::string(end.what()) + "; corvid --help tells more"};
+        }
+        return {{}, text.str()};
+    }
+    if (!chosen) {
+        throw UsageError{"a verb is missing; corvid --help lists them"};
+    }
+    return {std::move(chosen), {}};
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,45 @@
+#include "tools/corvid/ExitStatus.h"
+
+#include "tools/corvid/Messages.h"
+#include "tools/corvid/Output.h"
+
+#include <exception>
+#include <new>
+
+namespace Corvid::Tool {
+
+int guard(const std::function<void()>& work, Messages& messages) {
+    const auto textOf = [](const Exceptions::BaseException& error) {
+        return Platform::toUtf8(error.message());
+    };
+    try {
+        work();
+        return exitDone;
+    } catch (const UsageError& error) {
+        messages.error("", error.text);
+        return exitUsage;
+    } catch (const OutputError& error) {
+        if (!error.isClosedPipe()) {
+            messages.error(error.target(), textOf(error));
+        }
+        return exitNoFile;
+    } catch (const Exceptions::IOError& error) {
+        messages.error(textOf(error));
+        return exitNoFile;
+    } catch (const Exceptions::InvalidDictionary& error) {
+        // It names the text and the line itself.
+        messages.error("", textOf(error));
+        return exitRefused;
+    } catch (const Exceptions::BaseException& error) {
+        messages.error(textOf(error));
+        return exitRefused;
+    } catch (const std::bad_alloc&) {
+        messages.error("not enough memory");
+        return exitRefused;
+    } catch (const std::exception& error) {
+        messages.error(error.what());
+        return exitRefused;
+    }
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "tools/corvid/Clip.h"
+
+namespace Corvid::Tool {
+
+class Messages;
+
+/// What `corvid info` can be told.
+struct InfoOptions {
+    ClipOptions clip;
+    bool json = false;
+    bool colours = false; ///< no part of JSON
+};
+
+/// Prints on standard output what an MXF file holds.
+/// @throws IOError, BaseException  as guard() takes them.
+void info(const InfoOptions& options, Messages& messages);
+
+} // namespace Corvid::Tool

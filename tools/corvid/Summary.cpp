@@ -1,0 +1,262 @@
+#include "tools/corvid/Summary.h"
+
+#include "host/dictionary/AbstractMetaAttributeVisitor.h"
+#include "host/dictionary/MisplacedAttribute.h"
+#include "host/dictionary/UnknownAttribute.h"
+#include "tools/corvid/SetValues.h"
+
+#include <cmath>
+#include <cstdio>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Metadata::MetadataSet;
+using Metadata::PartitionMetadata;
+using Structural::SetClass;
+using Sets = std::vector<const MetadataSet*>;
+
+/// Descriptors that hold each other in a circle, or nest out of all proportion, end here.
+constexpr int deepestDescriptor = 8;
+
+Summary::Descriptor describe(const PartitionMetadata& metadata, const MetadataSet& set,
+                             int depth = 0) {
+    Summary::Descriptor descriptor;
+    descriptor.className = className(set);
+    for (const MetadataSet* sub : targets(metadata, set, Structural::subDescriptors)) {
+        descriptor.subDescriptors.push_back(className(*sub));
+    }
+    if (depth != deepestDescriptor) {
+        for (const MetadataSet* part : targets(metadata, set, Structural::fileDescriptors)) {
+            descriptor.parts.push_back(describe(metadata, *part, depth + 1));
+        }
+    }
+    return descriptor;
+}
+
+std::optional<Summary::Timecode> timecodeOf(const MetadataSet& component) {
+    if (!isA(component, SetClass::timecode)) {
+        return std::nullopt;
+    }
+    return Summary::Timecode{number(component, Structural::startTimecode).value_or(0),
+                             number(component, Structural::framesPerSecond).value_or(0),
+                             number(component, Structural::dropFrame).value_or(false)};
+}
+
+/// The names of data definitions, by their label: of those that the file defines.
+using DefinitionNames = std::map<std::array<Types::u8, 16>, std::string>;
+
+DefinitionNames definitionNames(const PartitionMetadata& metadata) {
+    DefinitionNames names;
+    for (const MetadataSet* set : metadata.find(Structural::keyOf(SetClass::definitionOfData))) {
+        if (const auto* label = find(*set, Structural::definitionId)) {
+            names.emplace(label->withoutVersion(), text(*set, Structural::definitionName));
+        }
+    }
+    return names;
+}
+
+std::string trackKind(const Types::UniversalLabel& label, const DefinitionNames& names) {
+    const std::string registered = Structural::trackKind(label);
+    if (!registered.empty()) {
+        return registered;
+    }
+    const auto own = names.find(label.withoutVersion());
+    return own != names.end() && !own->second.empty() ? own->second
+                                                      : Platform::toUtf8(label.toString());
+}
+
+Summary::Track describeTrack(const PartitionMetadata& metadata, const DefinitionNames& names,
+                             const MetadataSet& set) {
+    Summary::Track track;
+    track.className = className(set);
+    track.id = number(set, Structural::trackId);
+    track.number = number(set, Structural::trackNumber);
+    track.name = text(set, Structural::trackName);
+    track.origin = number(set, Structural::origin);
+    const auto* rate = find(set, Structural::editRate);
+    rate = rate == nullptr ? find(set, Structural::eventEditRate) : rate;
+    if (rate != nullptr) {
+        track.editRate = *rate;
+    }
+    const Sets segments = targets(metadata, set, Structural::trackSegment);
+    if (segments.empty()) {
+        return track;
+    }
+    const MetadataSet& segment = *segments.front();
+    if (const auto* definition = find(segment, Structural::dataDefinition)) {
+        track.kind = trackKind(*definition, names);
+    }
+    if (const auto length = number(segment, Structural::duration); length && *length >= 0) {
+        track.duration = length;
+    }
+    track.timecode = timecodeOf(segment);
+    if (!track.timecode) {
+        const Sets parts = targets(metadata, segment, Structural::components);
+        track.timecode = parts.empty() ? std::nullopt : timecodeOf(*parts.front());
+    }
+    return track;
+}
+
+std::string kindOf(const MetadataSet& package, const Sets& descriptors) {
+    if (isA(package, SetClass::materialPackage)) {
+        return "material";
+    }
+    if (!isA(package, SetClass::sourcePackage)) {
+        return className(package);
+    }
+    if (descriptors.empty() || !isA(*descriptors.front(), SetClass::essenceDescriptor)) {
+        return "source";
+    }
+    return isA(*descriptors.front(), SetClass::fileDescriptor) ? "file source" : "physical source";
+}
+
+Summary::Package describePackage(const PartitionMetadata& metadata, const DefinitionNames& names,
+                                 const MetadataSet& set) {
+    Summary::Package package;
+    const Sets descriptors = targets(metadata, set, Structural::descriptor);
+    package.kind = kindOf(set, descriptors);
+    if (const auto* id = find(set, Structural::packageId)) {
+        package.id = Platform::toUtf8(id->toString());
+    }
+    package.name = text(set, Structural::packageName);
+    package.created = text(set, Structural::packageCreated);
+    for (const MetadataSet* track : targets(metadata, set, Structural::tracks)) {
+        package.tracks.push_back(describeTrack(metadata, names, *track));
+    }
+    if (!descriptors.empty()) {
+        package.descriptor = describe(metadata, *descriptors.front());
+    }
+    return package;
+}
+
+void describePreface(const PartitionMetadata& metadata, const MetadataSet& preface,
+                     Summary& summary) {
+    if (const auto* pattern = find(preface, Structural::operationalPattern)) {
+        summary.operationalPattern = *pattern;
+    }
+    summary.essenceContainers = labels(preface, Structural::essenceContainers);
+    for (const MetadataSet* set : targets(metadata, preface, Structural::identifications)) {
+        summary.writers.push_back(
+            {text(*set, Structural::companyName), text(*set, Structural::productName),
+             text(*set, Structural::versionString), text(*set, Structural::productVersion),
+             text(*set, Structural::toolkitVersion), text(*set, Structural::platform),
+             text(*set, Structural::modificationDate)});
+    }
+    const DefinitionNames names = definitionNames(metadata);
+    for (const MetadataSet* storage : targets(metadata, preface, Structural::contentStorage)) {
+        for (const MetadataSet* package : targets(metadata, *storage, Structural::packages)) {
+            summary.packages.push_back(describePackage(metadata, names, *package));
+        }
+    }
+}
+
+/// Counts the elements that do not belong to the class of their set.
+class InvalidElements : public MetaMetadata::AbstractMetaAttributeVisitor {
+public:
+    InvalidElements(const Metadata::PartitionDictionary& tags, const MetadataSet& set,
+                    Summary& summary)
+        : tags_(tags), set_(set), summary_(summary) {}
+
+    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
+        const auto* const label = tags_.find(attribute.localTag(), true);
+        const std::string name = label == nullptr
+                                     ? "tag " + Platform::toUtf8(attribute.localTag().toString())
+                                     : Platform::toUtf8(label->toString());
+        if (attribute.reason() != MetaMetadata::UnknownAttribute::unfitValue) {
+            ++summary_.unknownProperties[name];
+            return;
+        }
+        const auto* const element =
+            label == nullptr ? nullptr : tags_.dictionary()->findElement(*label);
+        ++summary_.unfitProperties[className(set_) + "/" +
+                                   (element == nullptr ? name : tagName(*element))];
+    }
+    void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
+        ++summary_.misplacedProperties[className(set_) + "/" + tagName(attribute.metaElement())];
+    }
+    void visit(const MetaMetadata::MetaAttribute&) override {}
+
+private:
+    const Metadata::PartitionDictionary& tags_;
+    const MetadataSet& set_;
+    Summary& summary_;
+};
+
+void countSets(const PartitionMetadata& metadata, Summary& summary) {
+    for (const MetadataSet* set : metadata) {
+        ++summary.sets;
+        if (set->metaMetadataSet() == nullptr) {
+            auto& count = summary.darkSets[className(*set)];
+            ++count.sets;
+            count.bytes += set->serializedSize();
+            continue;
+        }
+        ++summary.setsByKind[className(*set)];
+        InvalidElements invalid(metadata.partitionDictionary(), *set, summary);
+        for (auto element = set->invalidBegin(); element != set->invalidEnd(); ++element) {
+            (*element)->metaAttribute()->accept(invalid);
+        }
+    }
+    for (auto set = metadata.darkBegin(); set != metadata.darkEnd(); ++set) {
+        ++summary.sets;
+        auto& count = summary.darkSets[Platform::toUtf8((*set)->key().toString())];
+        ++count.sets;
+        count.bytes += KLV::Key::length + (*set)->berLength() + (*set)->value()->size();
+    }
+}
+
+} // namespace
+
+Summary summarise(mxf::File& file, const mxf::HeaderMetadata& header) {
+    Summary summary;
+    summary.file = file.source().name();
+    summary.runIn = file.runIn();
+    summary.partitions = file.partitions();
+    summary.metadataPartition = header.partition;
+    summary.metadataIsWhole = header.isWhole;
+    const auto& pack = summary.partitions[header.partition].pack;
+    summary.operationalPattern = pack.operationalPattern;
+    summary.essenceContainers.assign(pack.essenceContainers.begin(), pack.essenceContainers.end());
+    const auto prefaces =
+        header.metadata->find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (!prefaces.empty()) {
+        describePreface(*header.metadata, *prefaces.front(), summary);
+    }
+    countSets(*header.metadata, summary);
+    return summary;
+}
+
+std::optional<double> seconds(Types::int64 editUnits, const std::optional<Types::Rational>& rate) {
+    if (!rate || rate->numerator() <= 0 || rate->denominator() <= 0) {
+        return std::nullopt;
+    }
+    return static_cast<double>(editUnits) * rate->denominator() / rate->numerator();
+}
+
+std::string timecodeText(const Summary::Timecode& timecode) {
+    const int rate = timecode.framesPerSecond;
+    if (rate <= 0 || timecode.start < 0) {
+        return std::to_string(timecode.start) + " frames";
+    }
+    Types::int64 frame = timecode.start;
+    if (timecode.dropFrame) {
+        // Every minute but each tenth skips the first numbers: 2 of 30, 4 of 60 (SMPTE ST 12-1).
+        const Types::int64 skipped = (rate + 14) / 15;
+        const Types::int64 minute = rate * 60 - skipped;
+        const Types::int64 tenMinutes = rate * 600 - skipped * 9;
+        const Types::int64 rest = frame % tenMinutes;
+        frame += frame / tenMinutes * 9 * skipped;
+        frame += rest < rate * 60 ? 0 : ((rest - rate * 60) / minute + 1) * skipped;
+    }
+    const Types::int64 second = frame / rate;
+    char line[64];
+    std::snprintf(line, sizeof line, "%02lld:%02lld:%02lld%c%02lld",
+                  static_cast<long long>(second / 3600), static_cast<long long>(second / 60 % 60),
+                  static_cast<long long>(second % 60), timecode.dropFrame ? ';' : ':',
+                  static_cast<long long>(frame % rate));
+    return line;
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,202 @@
+#include "tools/corvid/Printable.h"
+#include "tools/corvid/StructuralLabels.h"
+#include "tools/corvid/Summary.h"
+#include "tools/corvid/Table.h"
+
+#include <algorithm>
+#include <fmt/core.h>
+
+namespace Corvid::Tool {
+
+namespace {
+
+/// More partitions than these are not taken in at a glance: those in the middle are counted only.
+constexpr std::size_t partitionsShown = 12;
+constexpr std::size_t partitionsAtEitherEnd = 4;
+
+struct Style {
+    std::string heading;
+    std::string quiet;
+    std::string odd;
+    std::string end;
+
+    explicit Style(bool colours) {
+        if (colours) {
+            heading = "\033[1m";
+            quiet = "\033[2m";
+            odd = "\033[33m";
+            end = "\033[0m";
+        }
+    }
+};
+
+std::string timeText(double seconds) {
+    const auto milliseconds = static_cast<long long>(seconds * 1000 + 0.5);
+    return fmt::format("{:02}:{:02}:{:02}.{:03}", milliseconds / 3600000, milliseconds / 60000 % 60,
+                       milliseconds / 1000 % 60, milliseconds % 1000);
+}
+
+std::string rateText(const std::optional<Types::Rational>& rate) {
+    if (!rate) {
+        return "";
+    }
+    return rate->denominator() == 1 ? fmt::format("{}", rate->numerator())
+                                    : fmt::format("{}/{}", rate->numerator(), rate->denominator());
+}
+
+std::string durationText(const Summary::Track& track) {
+    if (!track.duration) {
+        return track.editRate ? "unknown" : "";
+    }
+    const auto time = seconds(*track.duration, track.editRate);
+    return time ? fmt::format("{} ({})", *track.duration, timeText(*time))
+                : fmt::format("{}", *track.duration);
+}
+
+std::string joined(const std::vector<std::string>& texts, const char* between) {
+    std::string line;
+    for (const auto& text : texts) {
+        line += (line.empty() || text.empty() ? "" : between) + text;
+    }
+    return line;
+}
+
+/// "8 Sequence, 1 Preface": the most frequent first.
+std::string countsText(const std::map<std::string, std::size_t>& counts) {
+    std::vector<std::pair<std::string, std::size_t>> sorted(counts.begin(), counts.end());
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [](const auto& a, const auto& b) { return a.second > b.second; });
+    std::vector<std::string> texts;
+    std::transform(sorted.begin(), sorted.end(), std::back_inserter(texts), [](const auto& entry) {
+        return fmt::format("{} {}", entry.second, printable(entry.first));
+    });
+    return joined(texts, ", ");
+}
+
+std::string descriptorText(const Summary::Descriptor& descriptor) {
+    std::string text = descriptor.className;
+    if (!descriptor.subDescriptors.empty()) {
+        std::map<std::string, std::size_t> counts;
+        for (const auto& sub : descriptor.subDescriptors) {
+            ++counts[sub];
+        }
+        text += " with " + countsText(counts);
+    }
+    std::vector<std::string> parts;
+    std::transform(descriptor.parts.begin(), descriptor.parts.end(), std::back_inserter(parts),
+                   descriptorText);
+    return parts.empty() ? text : text + " of " + joined(parts, " | ");
+}
+
+std::string head(const Summary& summary, const Style& style) {
+    std::string text = style.heading + printable(summary.file) + style.end + "\n";
+    const auto line = [&](const char* name, const std::string& what) {
+        if (!what.empty()) {
+            text += fmt::format("  {:<20}{}\n", name, what);
+        }
+    };
+    const auto& pattern = summary.operationalPattern;
+    const std::string name = Structural::operationalPatternName(pattern);
+    line("Operational pattern",
+         name.empty() ? Platform::toUtf8(pattern.toString())
+                      : fmt::format("{} ({})", name, Structural::operationalPatternWords(pattern)));
+    for (const auto& writer : summary.writers) {
+        const std::string version = writer.version.empty() ? writer.productVersion : writer.version;
+        line("Written by",
+             printable(joined({writer.company, writer.product, version}, " / ") +
+                       (writer.toolkitVersion.empty() ? "" : ", toolkit " + writer.toolkitVersion) +
+                       (writer.platform.empty() ? "" : ", " + writer.platform) +
+                       (writer.date.empty() ? "" : ", " + writer.date)));
+    }
+    const auto& used = summary.partitions[summary.metadataPartition].pack;
+    line("Metadata",
+         fmt::format("from partition {} ({}, {}){}", summary.metadataPartition, used.kindName(),
+                     used.statusName(), summary.metadataIsWhole ? "" : ", not whole"));
+    const char* heading = "Essence containers";
+    for (const auto& label : summary.essenceContainers) {
+        line(heading, Platform::toUtf8(label.toString()));
+        heading = "";
+    }
+    line("Run-in", summary.runIn == 0 ? "" : fmt::format("{} bytes", summary.runIn));
+    return text;
+}
+
+std::string partitions(const Summary& summary, const Style& style) {
+    Table table(2);
+    table.add({"#", "Partition", "Status", "Offset", "Metadata bytes", "Index bytes", "Body SID"});
+    const auto& all = summary.partitions;
+    const auto number = [](std::uint64_t n) { return n == 0 ? "" : fmt::format("{}", n); };
+    for (std::size_t i = 0; i != all.size(); ++i) {
+        if (all.size() > partitionsShown && i == partitionsAtEitherEnd) {
+            const std::size_t left = all.size() - 2 * partitionsAtEitherEnd;
+            table.add({"...", fmt::format("{} more", left)});
+            i += left;
+        }
+        const auto& pack = all[i].pack;
+        table.add({fmt::format("{}", i), pack.kindName(), pack.statusName(),
+                   fmt::format("{}", all[i].offset()), number(pack.headerByteCount),
+                   number(pack.indexByteCount), number(pack.bodySid)});
+    }
+    return table.toString(style.heading, style.end);
+}
+
+std::string package(const Summary::Package& package, const Style& style) {
+    std::string kind = package.kind + " package";
+    kind[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(kind[0])));
+    std::string text = "\n" + style.heading + printable(kind) + style.end;
+    text += package.name.empty() ? "" : " \"" + printable(package.name) + "\"";
+    text += package.created.empty() ? "" : ", created " + package.created;
+    text += "\n";
+    if (!package.tracks.empty()) {
+        Table table(2);
+        table.add({"Track", "Kind", "Edit rate", "Duration", "Start", "Name"});
+        for (const auto& track : package.tracks) {
+            table.add({track.id ? fmt::format("{}", *track.id) : "?", printable(track.kind),
+                       rateText(track.editRate), durationText(track),
+                       track.timecode ? timecodeText(*track.timecode) : "", printable(track.name)});
+        }
+        text += table.toString(style.quiet, style.end);
+    }
+    if (package.descriptor) {
+        text += "  Descriptor  " + printable(descriptorText(*package.descriptor)) + "\n";
+    }
+    return text;
+}
+
+std::string oddities(const Summary& summary, const Style& style) {
+    std::string text;
+    const auto section = [&](const char* name, const auto& entries, const auto& describe) {
+        if (entries.empty()) {
+            return;
+        }
+        text += style.odd + name + style.end + "\n";
+        for (const auto& [key, value] : entries) {
+            text += "  " + printable(key) + describe(value) + "\n";
+        }
+    };
+    const auto times = [](std::size_t count) {
+        return count == 1 ? std::string() : fmt::format(", {} times", count);
+    };
+    section("Dark sets", summary.darkSets, [&](const Summary::Count& count) {
+        return fmt::format(", {} bytes", count.bytes) + times(count.sets);
+    });
+    section("Unknown properties", summary.unknownProperties, times);
+    section("Properties of other sets", summary.misplacedProperties, times);
+    section("Properties whose value does not fit", summary.unfitProperties, times);
+    return text;
+}
+
+} // namespace
+
+std::string toText(const Summary& summary, bool colours) {
+    const Style style(colours);
+    std::string text = head(summary, style) + "\n" + partitions(summary, style);
+    for (const auto& each : summary.packages) {
+        text += package(each, style);
+    }
+    text += fmt::format("\n{}{} sets{}  {}\n", style.heading, summary.sets, style.end,
+                        countsText(summary.setsByKind));
+    return text + oddities(summary, style);
+}
+
+} // namespace Corvid::Tool

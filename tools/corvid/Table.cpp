@@ -1,0 +1,45 @@
+#include "tools/corvid/Table.h"
+
+#include <algorithm>
+
+namespace Corvid::Tool {
+
+namespace {
+
+/// Characters, one column each; combining and wide ones are taken as others.
+std::size_t widthOf(const std::string& text) {
+    return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0U) != 0x80;
+    }));
+}
+
+} // namespace
+
+std::string Table::toString(const std::string& before, const std::string& after) const {
+    std::vector<std::size_t> widths;
+    std::vector<bool> used;
+    for (std::size_t row = 0; row != rows_.size(); ++row) {
+        widths.resize(std::max(widths.size(), rows_[row].size()));
+        used.resize(widths.size());
+        for (std::size_t i = 0; i != rows_[row].size(); ++i) {
+            widths[i] = std::max(widths[i], widthOf(rows_[row][i]));
+            used[i] = used[i] || (row != 0 && !rows_[row][i].empty());
+        }
+    }
+    std::string text;
+    for (std::size_t row = 0; row != rows_.size(); ++row) {
+        std::string line(indent_, ' ');
+        for (std::size_t i = 0; i != rows_[row].size(); ++i) {
+            if (used[i]) {
+                line += rows_[row][i];
+                line.append(widths[i] - widthOf(rows_[row][i]) + 2, ' ');
+            }
+        }
+        line.erase(line.find_last_not_of(' ') + 1);
+        text += row == 0 ? before + line + after : line;
+        text += '\n';
+    }
+    return text;
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Corvid::Tool {
+
+/// Rows of cells that stand in columns.
+class Table {
+public:
+    /// @param indent  blanks before the first column.
+    explicit Table(std::size_t indent) : indent_(indent) {}
+
+    /// @param cells  UTF-8 without control characters.
+    void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+
+    /// Columns as wide as their widest cell, two blanks apart; columns that are empty in all rows
+    /// but the first, which has the headings, are left out.
+    /// @param before, after  stand around the first row.
+    std::string toString(const std::string& before, const std::string& after) const;
+
+private:
+    std::size_t indent_;
+    std::vector<std::vector<std::string>> rows_;
+};
+
+} // namespace Corvid::Tool

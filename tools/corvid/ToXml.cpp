@@ -1,0 +1,182 @@
+#include "tools/corvid/ToXml.h"
+
+#include "XMLBuilder/XMLBuilder.h"
+#include "host/xmlutils/InvalidCharacters.h"
+#include "host/xmlutils/Serialise.h"
+#include "host/xmlutils/XmlText.h"
+#include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/InstanceText.h"
+#include "tools/corvid/Messages.h"
+#include "tools/corvid/Output.h"
+
+#include <memory>
+#include <vector>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Document = Templates::auto_ptr<xercesc::DOMNode>;
+
+/// Refuses, and says what people can do about it.
+class RefuseWithAdvice final : public XMLUtils::InvalidCharacters {
+public:
+    void found(const XMLUtils::InvalidCharacter& character) override {
+        throw Exceptions::InvalidFormat(
+            character.describe() + "; --replace-invalid writes U+FFFD instead", CORVID_HERE);
+    }
+};
+
+/// Keeps text as long as it is not too much to keep.
+class HeldText final : public DataIO::DataSink {
+public:
+    void write(const unsigned char* bytes, std::size_t count) override {
+        isWhole_ = isWhole_ && count <= mostKept - kept_.size();
+        if (isWhole_) {
+            kept_.insert(kept_.end(), bytes, bytes + count);
+        } else {
+            kept_ = {};
+        }
+    }
+    bool isWhole() const noexcept { return isWhole_; }
+    const std::vector<unsigned char>& kept() const noexcept { return kept_; }
+
+private:
+    static constexpr std::size_t mostKept = 4 * 1024 * 1024;
+    std::vector<unsigned char> kept_;
+    bool isWhole_ = true;
+};
+
+/// Serialises a document with the options of the command line.
+class Writer {
+public:
+    Writer(const Document& document, const ToXmlOptions& options)
+        : document_(document), options_(options) {}
+
+    void replacing(Output& output, Messages& messages) const {
+        XMLUtils::ReplaceInvalidCharacters replaced;
+        serialise(replaced, output);
+        for (const auto& character : replaced.replaced()) {
+            messages.warning(character.describe() + ": replaced by U+FFFD");
+        }
+        if (replaced.count() != 0) {
+            messages.note(
+                std::to_string(replaced.count()) +
+                " code units that XML can't hold were replaced by U+FFFD" +
+                (replaced.count() == replaced.replaced().size() ? "" : ", not all listed"));
+        }
+    }
+
+    void refusing(Output& output) const {
+        RefuseWithAdvice refuse;
+        if (output.isHeldBack()) {
+            serialise(refuse, output);
+            return;
+        }
+        // Whoever reads standard output gets the whole document or nothing. One that is too long to
+        // keep is serialised a second time, when it is known that nothing is refused.
+        HeldText text;
+        serialise(refuse, text);
+        if (text.isWhole()) {
+            output.write(text.kept().data(), text.kept().size());
+        } else {
+            serialise(refuse, output);
+        }
+    }
+
+private:
+    void serialise(XMLUtils::InvalidCharacters& invalid, DataIO::DataSink& sink) const {
+        XMLUtils::serialise(document_.get(), options_.encoding,
+                            options_.compact ? XMLUtils::Layout::compact
+                                             : XMLUtils::Layout::indented,
+                            invalid, sink);
+    }
+
+    const Document& document_;
+    const ToXmlOptions& options_;
+};
+
+const Metadata::MetadataSet& findStart(const Metadata::PartitionMetadata& metadata,
+                                       const std::string& text) {
+    const auto uid = parseInstanceUID(text);
+    if (!uid) {
+        throw UsageError{"--start: expected an InstanceUID: 16 bytes as hexadecimal digits, joined "
+                         "by full stops as in the documents, or a UUID"};
+    }
+    const auto found = metadata.resolve(*uid);
+    if (found.empty()) {
+        throw Exceptions::InvalidArgument("no set with the InstanceUID " + text +
+                                              " to start from in this partition",
+                                          CORVID_HERE);
+    }
+    return found.front();
+}
+
+Document build(Metadata::PartitionMetadata& metadata, const ToXmlOptions& options) {
+    if (!options.start.empty()) {
+        return XMLBuilder::partition2XML(&metadata, &findStart(metadata, options.start),
+                                         options.referencesAsValues, options.structuralOnly);
+    }
+    Document document =
+        XMLBuilder::partition2XML(&metadata, options.referencesAsValues, options.structuralOnly);
+    if (!document) {
+        throw Exceptions::InvalidFormat(
+            "no Preface among the " + std::to_string(metadata.size()) +
+                " sets of the partition; --start INSTANCEUID begins with another set",
+            CORVID_HERE);
+    }
+    return document;
+}
+
+/// Model and document, kept until the process ends: to take tens of thousands of objects apart just
+/// before costs time and brings nothing.
+struct Leftovers {
+    mxf::HeaderMetadata header;
+    Document document;
+};
+
+void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
+    const auto output = Output::open(options.output);
+    if (output->replaces(options.clip.path)) {
+        throw UsageError{"the output is the input itself"};
+    }
+    mxf::File file(options.clip.path, loadDictionary(options.clip.dictionaries), messages);
+    work.header = readMetadata(file, options.clip);
+    if (options.clip.partition == "auto" && work.header.partition != 0) {
+        messages.note("metadata is from " +
+                      describe(work.header.partition, file.partitions()[work.header.partition]));
+    }
+    work.document = build(*work.header.metadata, options);
+    const Writer writer(work.document, options);
+    if (options.replaceInvalid) {
+        writer.replacing(*output, messages);
+    } else {
+        writer.refusing(*output);
+    }
+    output->commit();
+}
+
+[[noreturn]] void rethrow(const XMLCh* message) {
+    throw Exceptions::InvalidFormat("Xerces-C: " + Platform::toUtf8(XMLUtils::fromXml(message)),
+                                    CORVID_HERE);
+}
+
+} // namespace
+
+void toXml(const ToXmlOptions& options, Messages& messages) {
+    messages.setFile(options.clip.path);
+    // Reachable to the end, so that leak checkers see that nothing is lost.
+    static std::vector<std::unique_ptr<Leftovers>> kept;
+    kept.push_back(std::make_unique<Leftovers>());
+    try {
+        convert(options, messages, *kept.back());
+    } catch (const xercesc::XMLException& error) {
+        rethrow(error.getMessage());
+    } catch (const xercesc::DOMException& error) {
+        rethrow(error.getMessage());
+    }
+}
+
+} // namespace Corvid::Tool

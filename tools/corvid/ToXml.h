@@ -1,0 +1,30 @@
+#pragma once
+
+#include "host/xmlutils/EncodingType.h"
+#include "tools/corvid/Clip.h"
+
+namespace Corvid::Tool {
+
+class Messages;
+
+/// What `corvid to-xml` can be told.
+struct ToXmlOptions {
+    ClipOptions clip;
+    std::string output = "-"; ///< "-" is standard output
+    XMLUtils::EncodingType encoding = XMLUtils::EncodingType::utf8;
+    bool referencesAsValues = false;
+    bool structuralOnly = false; ///< without sets that are no structural metadata
+    std::string start;           ///< InstanceUID of the set to begin with; empty for the Preface
+    bool compact = false;
+    bool replaceInvalid = false; ///< U+FFFD in the place of what XML can't hold
+};
+
+/// Writes the header metadata of an MXF file as XML.
+///
+/// Needs Xerces-C, so it stands in the module and not in the command itself; see XmlModule.h.
+/// @throws UsageError, IOError, BaseException  as guard() takes them. A file that was there is as
+/// it
+///     was, and nothing has gone to standard output where the data is refused.
+void toXml(const ToXmlOptions& options, Messages& messages);
+
+} // namespace Corvid::Tool

@@ -1,0 +1,7 @@
+#include "tools/corvid/ToXml.h"
+#include "tools/corvid/XmlModule.h"
+
+extern "C" __attribute__((visibility("default"))) const Corvid::Tool::XmlVerbs* corvidXmlVerbs() {
+    static constexpr Corvid::Tool::XmlVerbs verbs{&Corvid::Tool::toXml};
+    return &verbs;
+}

@@ -1,0 +1,38 @@
+#include "tools/corvid/CommandLine.h"
+#include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/Messages.h"
+#include "tools/corvid/Output.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <unistd.h>
+
+namespace {
+
+bool wantsColours(int file) {
+    const char* const no = std::getenv("NO_COLOR");
+    const char* const terminal = std::getenv("TERM");
+    return ::isatty(file) != 0 && (no == nullptr || *no == '\0') &&
+           !(terminal != nullptr && std::string(terminal) == "dumb");
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    using namespace Corvid::Tool;
+    // A pipe that nobody reads any more is an error like others, not the end of the process.
+    std::signal(SIGPIPE, SIG_IGN);
+    DescriptorOutput errors(STDERR_FILENO, "standard error");
+    Messages messages(errors, wantsColours(STDERR_FILENO));
+    const int status = guard(
+        [&] {
+            const Command command = parseCommandLine(argc, argv, wantsColours(STDOUT_FILENO));
+            printText(command.text);
+            if (command.run) {
+                command.run(messages);
+            }
+        },
+        messages);
+    // Everything is written and checked; what still stands in memory goes with the process.
+    std::_Exit(status);
+}
