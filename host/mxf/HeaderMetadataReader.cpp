@@ -7,6 +7,7 @@
 #include "host/mxf/SetReader.h"
 
 #include <algorithm>
+#include <array>
 
 namespace Corvid::mxf {
 
@@ -14,6 +15,9 @@ namespace {
 
 /// How far to read ahead where the end of the metadata is not known: essence may follow.
 constexpr std::uint64_t cautiousReadAhead = 4096;
+
+/// What every registered key begins with.
+constexpr std::array<unsigned char, 4> smpteFront = {0x06, 0x0e, 0x2b, 0x34};
 
 std::string at(std::uint64_t offset) { return "byte " + std::to_string(offset); }
 
@@ -126,6 +130,12 @@ private:
                 }
                 forgetDeclaredEnd(position_, "a set follows behind the end of the header metadata");
             }
+            // Zeros are no key, but would go on as empty sets through all of a hole in a sparse
+            // file.
+            if (triplet.key == KLV::Key()) {
+                cut(position_, "zeros instead of a key");
+                return std::nullopt;
+            }
             if (endsHeaderMetadata(triplet.key) || (!declaredEnd_ && isSingleItem(triplet.key))) {
                 if (declaredEnd_) {
                     warn(position_, "header metadata ends before its HeaderByteCount says");
@@ -182,8 +192,8 @@ private:
         ended_ = true;
     }
 
-    /// Whether the properties of a local set of any length fill it exactly. Only their heads are
-    /// read.
+    /// Whether the properties of a local set of any length fill it exactly and another KLV follows:
+    /// then its length is true. Only the properties' heads are read.
     bool isExactLocalSet(const KLV::Triplet& triplet) {
         if (!KLV::isLocalSet(triplet.key)) {
             return false;
@@ -196,7 +206,11 @@ private:
             }
             next += 4u + Types::readBigEndian<Types::u16>(head.data + 2);
         }
-        return next == triplet.end();
+        if (next != triplet.end()) {
+            return false;
+        }
+        const auto behind = window_.view(next, smpteFront.size());
+        return std::equal(behind.data, behind.data + behind.size, smpteFront.begin());
     }
 
     void checkSets() {

@@ -40,7 +40,7 @@ Bytes number(std::uint64_t value, unsigned size) {
     return bytes;
 }
 
-Bytes join(std::initializer_list<Bytes> parts) {
+Bytes join(const std::vector<Bytes>& parts) {
     Bytes bytes;
     for (const Bytes& part : parts) {
         append(bytes, part);
@@ -133,7 +133,7 @@ Bytes primer(const std::vector<std::pair<unsigned, Bytes>>& entries,
 
 Bytes standardPrimer() { return primer(standardLabels()); }
 
-Bytes set(const Bytes& key, unsigned instance, std::initializer_list<Bytes> properties,
+Bytes set(const Bytes& key, unsigned instance, const std::vector<Bytes>& properties,
           unsigned octets) {
     return klv(key, join({property(instanceUIDTag, uuid(instance)), join(properties)}), octets);
 }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <initializer_list>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,7 +18,7 @@ Bytes hex(std::string_view text);
 /// A number of that many bytes, big-endian.
 Bytes number(std::uint64_t value, unsigned size);
 /// All parts one behind the other.
-Bytes join(std::initializer_list<Bytes> parts);
+Bytes join(const std::vector<Bytes>& parts);
 Bytes repeat(unsigned char value, std::size_t count);
 /// The file's bytes as text, for streams.
 std::string asText(const Bytes& bytes);
@@ -70,7 +69,7 @@ Bytes primer(const std::vector<std::pair<unsigned, Bytes>>& entries,
 Bytes standardPrimer();
 
 /// A set with an InstanceUID in front of its other properties.
-Bytes set(const Bytes& key, unsigned instance, std::initializer_list<Bytes> properties = {},
+Bytes set(const Bytes& key, unsigned instance, const std::vector<Bytes>& properties = {},
           unsigned octets = 4);
 /// A Preface (instance 1) that owns a ContentStorage (instance 2), both as small as can be.
 Bytes smallSets();

@@ -1,0 +1,204 @@
+#include "host/mxf/HeaderMetadataReader.h"
+
+#include "tests/mxf/ReadBack.h"
+
+namespace Corvid::mxf {
+namespace {
+
+using Testing::Bytes;
+using Testing::fill;
+using Testing::join;
+using Testing::MxfBuilder;
+using Testing::PartitionSpec;
+using Testing::ReadBack;
+
+const Bytes essence = Testing::klv(Testing::essenceKey(), Testing::repeat(0xEE, 300));
+
+/// A header partition with essence behind its metadata.
+PartitionSpec header(const Bytes& metadata = Testing::smallMetadata()) {
+    PartitionSpec spec = Testing::headerPartition(metadata);
+    spec.behindMetadata = essence;
+    return spec;
+}
+
+struct Case {
+    const char* name;
+    Bytes metadata;
+};
+void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
+
+class Fill : public ::testing::TestWithParam<Case> {};
+
+TEST_P(Fill, isPassedOver) {
+    ReadBack back(MxfBuilder().add(header(GetParam().metadata)));
+    EXPECT_EQ(back.metadata().size(), 2U);
+    EXPECT_EQ(back.read.metadata->darkBegin(), back.read.metadata->darkEnd());
+    EXPECT_TRUE(back.read.isWhole);
+    EXPECT_EQ(back.read.end - back.read.begin, GetParam().metadata.size());
+    EXPECT_EQ(back.warnings.lines(), "");
+}
+
+const Bytes content = Testing::set(Testing::structuralKey(Testing::contentStorageSet), 2);
+const Bytes preface = Testing::set(Testing::structuralKey(Testing::prefaceSet), 1);
+
+INSTANTIATE_TEST_SUITE_P(
+    , Fill,
+    ::testing::Values(
+        Case{"BehindThePrimer", join({Testing::standardPrimer(), fill(50), preface, content})},
+        Case{"AmongTheSets", join({Testing::standardPrimer(), content, fill(50), preface})},
+        Case{"BehindTheSets", join({Testing::smallMetadata(), fill(50)})},
+        Case{"OfVersionOne",
+             join({Testing::standardPrimer(), fill(5, 1), preface, fill(5, 1), content})},
+        Case{"OfNoLength",
+             join({Testing::standardPrimer(), fill(0, 2, 1), fill(0), preface, content})},
+        Case{"Long",
+             join({Testing::standardPrimer(), fill(200'000), preface, content, fill(70'000)})},
+        Case{"OfNineOctets", join({Testing::standardPrimer(), fill(9, 2, 9), preface, content})}),
+    Testing::nameOfCase<Case>);
+
+TEST(HeaderMetadata, beginsBehindTheFillOfItsPartitionPack) {
+    PartitionSpec spec = header();
+    spec.behindPack = join({fill(3), fill(1000, 1)});
+    ReadBack back(MxfBuilder().add(spec));
+    EXPECT_EQ(back.metadata().size(), 2U);
+    EXPECT_EQ(back.read.begin, 16 + 4 + 88 + spec.behindPack.size());
+    EXPECT_EQ(back.warnings.lines(), "");
+}
+
+TEST(HeaderMetadata, keepsTheEntriesOfThePrimerPack) {
+    ReadBack back(MxfBuilder().add(header()));
+    auto& primer = back.metadata().partitionDictionary();
+    EXPECT_EQ(static_cast<std::size_t>(primer.end() - primer.begin()),
+              Testing::standardLabels().size());
+}
+
+struct ByteCount {
+    const char* name;
+    std::int64_t difference; ///< from the true one
+    const char* warning;
+    bool isWhole;
+};
+void PrintTo(const ByteCount& c, std::ostream* out) { *out << c.name; }
+
+class LyingByteCount : public ::testing::TestWithParam<ByteCount> {};
+
+TEST_P(LyingByteCount, losesNoSet) {
+    const auto size = static_cast<std::int64_t>(Testing::smallMetadata().size());
+    PartitionSpec spec = header();
+    spec.headerByteCount = static_cast<std::uint64_t>(size + GetParam().difference);
+    ReadBack back(MxfBuilder().add(spec));
+    EXPECT_EQ(back.metadata().size(), 2U);
+    EXPECT_EQ(back.read.metadata->darkBegin(), back.read.metadata->darkEnd());
+    EXPECT_EQ(back.read.isWhole, GetParam().isWhole);
+    EXPECT_EQ(back.read.end - back.read.begin, static_cast<std::uint64_t>(size));
+    EXPECT_TRUE(back.warnings.tell(GetParam().warning)) << back.warnings.lines();
+}
+
+const auto smallSize = static_cast<std::int64_t>(Testing::smallMetadata().size());
+
+INSTANTIATE_TEST_SUITE_P(
+    , LyingByteCount,
+    ::testing::Values(ByteCount{"Zero", -smallSize, "says that there is no header metadata", true},
+                      ByteCount{"EndsInsideASet", -5, "ends inside a set", true},
+                      ByteCount{"EndsBeforeASet", -static_cast<std::int64_t>(content.size()),
+                                "a set follows behind the end", true},
+                      ByteCount{"EndsInTheEssence", 30, "ends before its HeaderByteCount says",
+                                true},
+                      ByteCount{"EndsPastTheFile", 1 << 20, "past the end of the file", true},
+                      ByteCount{"IsNegative", -smallSize - 1, "past the end of the file", true}),
+    Testing::nameOfCase<ByteCount>);
+
+struct Behind {
+    const char* name;
+    Bytes bytes;
+};
+void PrintTo(const Behind& c, std::ostream* out) { *out << c.name; }
+
+class Unbounded : public ::testing::TestWithParam<Behind> {};
+
+TEST_P(Unbounded, endsAtWhatCannotBeMetadata) {
+    PartitionSpec spec = header();
+    spec.headerByteCount = 0;
+    spec.behindMetadata = join({GetParam().bytes, Testing::smallSets()});
+    ReadBack back(MxfBuilder().add(spec));
+    EXPECT_EQ(back.metadata().size(), 2U);
+    EXPECT_EQ(back.read.metadata->darkBegin(), back.read.metadata->darkEnd());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , Unbounded,
+    ::testing::Values(
+        Behind{"Essence", essence},
+        Behind{
+            "PrivateEssence",
+            Testing::klv(Testing::hex("06.0e.2b.34.01.02.01.01.0e.04.03.01.15.01.05.01"), {1, 2})},
+        Behind{
+            "SystemItem",
+            Testing::klv(Testing::hex("06.0e.2b.34.02.05.01.01.0d.01.03.01.04.01.01.00"), {1, 2})},
+        Behind{"IndexTable", Testing::klv(Testing::indexSegmentKey(), {1, 2, 3})},
+        Behind{"Partition", MxfBuilder().add(Testing::bodyPartition()).build()}),
+    Testing::nameOfCase<Behind>);
+
+TEST(HeaderMetadata, withoutPrimerPackIsReadByStaticTags) {
+    ReadBack back(MxfBuilder().add(header(Testing::smallSets())));
+    EXPECT_EQ(back.metadata().size(), 2U);
+    EXPECT_TRUE((*back.metadata().begin())->hasInstanceUID());
+    EXPECT_TRUE(back.warnings.tell("no primer pack")) << back.warnings.lines();
+}
+
+TEST(HeaderMetadata, withoutPrefaceIsKept) {
+    ReadBack back(MxfBuilder().add(header(join({Testing::standardPrimer(), content}))));
+    EXPECT_EQ(back.metadata().size(), 1U);
+    EXPECT_FALSE(back.read.isWhole);
+    EXPECT_TRUE(back.warnings.tell("no Preface")) << back.warnings.lines();
+}
+
+TEST(HeaderMetadata, keepsPrivateTripletsAsDarkSetsInPlace) {
+    const Bytes privateKey = Testing::hex("a0.24.00.60.94.eb.75.cb.ce.2a.ca.4d.51.ab.11.d3");
+    const Bytes value = {9, 8, 7};
+    ReadBack back(MxfBuilder().add(
+        header(join({Testing::smallMetadata(), Testing::klv(privateKey, value, 5)}))));
+    auto& metadata = back.metadata();
+    ASSERT_NE(metadata.darkBegin(), metadata.darkEnd());
+    const Metadata::DarkMetadataSet& dark = **metadata.darkBegin();
+    EXPECT_EQ(dark.key(), KLV::Key(privateKey.data()));
+    EXPECT_EQ(dark.berLength(), 5);
+    EXPECT_EQ(Bytes(dark.value()->begin(), dark.value()->end()), value);
+    EXPECT_EQ(back.warnings.lines(), "");
+}
+
+TEST(HeaderMetadata, tellsOfTwoSetsWithOneInstanceUID) {
+    const Bytes twin = Testing::set(Testing::structuralKey(Testing::identificationSet), 2);
+    ReadBack back(MxfBuilder().add(header(join({Testing::smallMetadata(), twin}))));
+    EXPECT_EQ(back.metadata().size(), 3U);
+    const auto offset = back.read.end - twin.size();
+    EXPECT_TRUE(back.warnings.tell("byte " + std::to_string(offset) +
+                                   ": Identification: has the InstanceUID"))
+        << back.warnings.lines();
+}
+
+TEST(HeaderMetadata, isKeptUpToALengthThatPointsPastTheEnd) {
+    for (const std::uint64_t length :
+         {std::uint64_t{1000}, std::uint64_t{1} << 40, ~std::uint64_t{0}}) {
+        const Bytes lie =
+            Testing::klv(Testing::structuralKey(Testing::identificationSet), {1, 2, 3}, 9, length);
+        ReadBack back(MxfBuilder().add(header(join({Testing::smallMetadata(), lie}))));
+        EXPECT_EQ(back.metadata().size(), 2U);
+        EXPECT_FALSE(back.read.isWhole);
+        EXPECT_TRUE(back.warnings.tell("runs past the end")) << back.warnings.lines();
+    }
+}
+
+TEST(HeaderMetadata, isKeptUpToALengthThatCannotBe) {
+    for (const unsigned char first : {0x80, 0x89, 0xFF}) {
+        const Bytes lie =
+            join({Testing::structuralKey(Testing::identificationSet), {first}, Bytes(20)});
+        ReadBack back(MxfBuilder().add(header(join({Testing::smallMetadata(), lie}))));
+        EXPECT_EQ(back.metadata().size(), 2U);
+        EXPECT_FALSE(back.read.isWhole);
+        EXPECT_TRUE(back.warnings.tell("BER length")) << back.warnings.lines();
+    }
+}
+
+} // namespace
+} // namespace Corvid::mxf
