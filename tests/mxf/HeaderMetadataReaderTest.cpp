@@ -190,9 +190,9 @@ TEST(HeaderMetadata, isKeptUpToALengthThatPointsPastTheEnd) {
 }
 
 TEST(HeaderMetadata, isKeptUpToALengthThatCannotBe) {
-    for (const unsigned char first : {0x80, 0x89, 0xFF}) {
-        const Bytes lie =
-            join({Testing::structuralKey(Testing::identificationSet), {first}, Bytes(20)});
+    for (const int first : {0x80, 0x89, 0xFF}) {
+        const Bytes lie = join({Testing::structuralKey(Testing::identificationSet),
+                                Testing::number(static_cast<unsigned>(first), 1), Bytes(20)});
         ReadBack back(MxfBuilder().add(header(join({Testing::smallMetadata(), lie}))));
         EXPECT_EQ(back.metadata().size(), 2U);
         EXPECT_FALSE(back.read.isWhole);

@@ -149,7 +149,7 @@ private:
 TEST(File, readsNoEssence) {
     const Bytes essence = Testing::klv(Testing::essenceKey(), Testing::repeat(0xEE, 300'000));
     MxfBuilder builder;
-    for (unsigned char kind : {2, 3, 3, 4}) {
+    for (const unsigned char kind : Bytes{2, 3, 3, 4}) {
         PartitionSpec spec = Testing::headerPartition();
         spec.kind = kind;
         spec.behindMetadata = kind == 4 ? Bytes{} : essence;
