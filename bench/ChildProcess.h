@@ -1,0 +1,26 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Corvid::Bench {
+
+/// What a process took.
+struct Usage {
+    double wallSeconds = 0; ///< from before its start until its end was noticed
+    double peakMiB = 0;     ///< of memory resident at once
+};
+
+/// Runs a program with its standard output thrown away.
+///
+/// The system reckons what the caller ever had resident as the child's, so a caller that wants to
+/// know a small peak must have stayed small itself.
+/// @throws std::runtime_error  it can't be started or does not end with status 0.
+Usage run(const std::vector<std::string>& commandLine);
+
+/// Does work that needs much memory in a process of its own.
+/// @throws std::runtime_error  the work throws.
+void inChild(const std::function<void()>& work);
+
+} // namespace Corvid::Bench

@@ -1,0 +1,72 @@
+#include "bench/Ratios.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+
+namespace Corvid::Bench {
+
+void Ratios::ReportRuns(const std::vector<Run>& runs) {
+    std::vector<Run> shown;
+    for (const Run& run : runs) {
+        const bool isRepetition = run.run_type == Run::RT_Iteration;
+        if (run.error_occurred || run.aggregate_name == "median" ||
+            (isRepetition && run.repetitions == 1)) {
+            shown.push_back(run);
+        }
+        if (!isRepetition || run.error_occurred) {
+            continue;
+        }
+        const std::string& args = run.run_name.args;
+        const std::string name = run.run_name.function_name + (args.empty() ? "" : "/" + args);
+        values_[name].push_back(run.GetAdjustedRealTime());
+        for (const auto& [counter, value] : run.counters) {
+            values_[name + ":" + counter].push_back(value);
+        }
+    }
+    ConsoleReporter::ReportRuns(shown);
+}
+
+double Ratios::median(const Figure& figure) const {
+    const auto found = values_.find(
+        figure.counter.empty() ? figure.benchmark : figure.benchmark + ":" + figure.counter);
+    if (found == values_.end()) {
+        return -1;
+    }
+    std::vector<double> sorted = found->second;
+    std::sort(sorted.begin(), sorted.end());
+    return sorted[sorted.size() / 2] / figure.per + figure.plus;
+}
+
+void Ratios::print(const std::string& what, const Figure& figure, const Figure& yardstick,
+                   double limit) const {
+    const double above = median(figure);
+    const double below = median(yardstick);
+    std::cout << "ratio: " << std::left << std::setw(62) << what << std::right << std::fixed
+              << std::setprecision(2);
+    if (above < 0 || below <= 0) {
+        std::cout << "  not measured" << std::endl;
+        return;
+    }
+    const double ratio = above / below;
+    std::cout << std::setw(6) << ratio << "  limit " << limit
+              << (ratio > limit ? "  MISSED" : "  kept") << std::endl;
+}
+
+int runBenchmarks(int argc, char** argv, const std::function<void(const Ratios&)>& printRatios) {
+    std::string repetitions = "--benchmark_repetitions=9";
+    std::string interleaving = "--benchmark_enable_random_interleaving=true";
+    std::vector<char*> arguments = {argv[0], repetitions.data(), interleaving.data()};
+    arguments.insert(arguments.end(), argv + 1, argv + argc);
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) {
+        return 2;
+    }
+    Ratios ratios;
+    benchmark::RunSpecifiedBenchmarks(&ratios);
+    printRatios(ratios);
+    return 0;
+}
+
+} // namespace Corvid::Bench

@@ -1,0 +1,112 @@
+#include "bench/ChildProcess.h"
+#include "bench/GeneratedMetadata.h"
+#include "bench/Ratios.h"
+
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <stdexcept>
+
+namespace {
+
+using namespace Corvid;
+using Arguments = std::vector<std::string>;
+
+constexpr const char* command = CORVID_BENCH_COMMAND;
+constexpr const char* yardstick = CORVID_BENCH_YARDSTICK;
+constexpr std::size_t small = 40;
+constexpr std::size_t scales[] = {small, 1000, 10000, 100000};
+
+/// A folder with a generated MXF file and its XML for every scale; it goes with the object.
+class Files {
+public:
+    Files() {
+        std::string name =
+            (std::filesystem::temp_directory_path() / "corvid-bench-XXXXXX").string();
+        if (::mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("can't make a temporary folder");
+        }
+        folder_ = name;
+        for (const std::size_t sets : scales) {
+            // This process must stay small: see run().
+            Bench::inChild([&] { write(mxf(sets), Bench::generateFile(sets).bytes); });
+            Bench::run({command, "to-xml", mxf(sets), "-o", xml(sets)});
+        }
+    }
+    ~Files() {
+        std::error_code ignored;
+        std::filesystem::remove_all(folder_, ignored);
+    }
+    Files(const Files&) = delete;
+    Files& operator=(const Files&) = delete;
+
+    std::string mxf(std::size_t sets) const { return path(sets, ".mxf"); }
+    std::string xml(std::size_t sets) const { return path(sets, ".xml"); }
+
+private:
+    std::string path(std::size_t sets, const char* ending) const {
+        return (folder_ / (std::to_string(sets) + ending)).string();
+    }
+    static void write(const std::string& path, const Testing::Bytes& bytes) {
+        std::ofstream file(path, std::ios::binary);
+        file.write(reinterpret_cast<const char*>(bytes.data()),
+                   static_cast<std::streamsize>(bytes.size()));
+        if (!file.flush()) {
+            throw std::runtime_error("can't write " + path);
+        }
+    }
+
+    std::filesystem::path folder_;
+};
+
+/// Measures a program from its start to its end.
+void measure(benchmark::State& state, const Arguments& commandLine) {
+    double peak = 0;
+    for (auto _ : state) {
+        const Bench::Usage usage = Bench::run(commandLine);
+        state.SetIterationTime(usage.wallSeconds);
+        peak = usage.peakMiB;
+    }
+    state.counters["peak_MiB"] = peak;
+}
+
+void add(const std::string& name, const Arguments& commandLine) {
+    benchmark::RegisterBenchmark(
+        name.c_str(), [commandLine](benchmark::State& state) { measure(state, commandLine); })
+        ->UseManualTime()
+        ->MinTime(0.1)
+        ->Unit(benchmark::kMillisecond);
+}
+
+std::string toXml(std::size_t sets) { return "to-xml_" + std::to_string(sets); }
+
+void printRatios(const Bench::Ratios& ratios) {
+    ratios.print("corvid to-xml, 40 sets, to XML platform up and down", {toXml(small)},
+                 {"platform"}, 1.6);
+    ratios.print("corvid info, 40 sets, to XML platform up and down", {"info_40"}, {"platform"},
+                 1.6);
+    ratios.print("corvid --version to XML platform up and down", {"version"}, {"platform"}, 1.6);
+    // What is not the start of the process is to grow as the sets do.
+    ratios.print("corvid to-xml per set, of 10,000 to of 1,000 sets", {toXml(10000), 10},
+                 {toXml(1000)}, 1.2);
+    ratios.print("corvid to-xml per set, of 100,000 to of 10,000 sets", {toXml(100000), 10},
+                 {toXml(10000)}, 1.2);
+    ratios.print("peak memory of corvid to-xml to 1.5 x document + 20 MB, 100,000 sets",
+                 {toXml(100000), 1, 0, "peak_MiB"},
+                 {"dom_100000", 1 / 1.5, 20e6 / (1 << 20), "peak_MiB"}, 1.0);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    const Files files;
+    add("platform", {yardstick, "platform"});
+    add("version", {command, "--version"});
+    add("info_40", {command, "info", files.mxf(small)});
+    for (const std::size_t sets : scales) {
+        add(toXml(sets), {command, "to-xml", files.mxf(sets), "-o", files.xml(sets)});
+    }
+    add("dom_100000", {yardstick, "dom", files.xml(scales[3])});
+    return Bench::runBenchmarks(argc, argv, printRatios);
+}
