@@ -40,6 +40,12 @@ const Types::UniversalLabel& StructuralMetadataULs::instanceUID() {
     return label;
 }
 
+const Types::UniversalLabel& StructuralMetadataULs::generationUID() {
+    static const Types::UniversalLabel label(std::array<Types::u8, 16>{
+        0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x02, 0x05, 0x20, 0x07, 0x01, 0x08, 0, 0, 0});
+    return label;
+}
+
 const KLV::Key& StructuralMetadataKeys::preface() {
     static const KLV::Key key(std::array<unsigned char, 16>{0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53,
                                                             0x01, 0x01, 0x0d, 0x01, 0x01, 0x01,

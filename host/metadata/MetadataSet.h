@@ -20,6 +20,7 @@ namespace Structural {
 /// Labels of properties that the model itself needs.
 struct CORVID_EXPORT StructuralMetadataULs {
     static const Types::UniversalLabel& instanceUID();
+    static const Types::UniversalLabel& generationUID();
 };
 
 /// Keys of sets that the model itself needs.

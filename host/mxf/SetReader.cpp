@@ -132,7 +132,9 @@ void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteVi
 /// Adds a property that is none of the set's class, or none that it may be.
 void SetReader::addInvalid(MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
                            const Place& place) {
-    if (meaning.definition != nullptr) {
+    if (meaning.identifies) {
+        warn(place, "cannot stand as the set's own identifier, so it is kept as bytes");
+    } else if (meaning.definition != nullptr) {
         // An element cannot be taken back, so whether the bytes fit is tried on one of its own.
         if (Metadata::createElement(meaning.misplaced)->parse(bytes)) {
             set.createInvalidElement(meaning.misplaced, meaning.tag).parse(bytes);

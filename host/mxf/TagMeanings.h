@@ -17,6 +17,8 @@ struct TagMeaning {
     Types::u16 tag = 0;
     bool inPrimer = false;
     bool isInstanceUID = false;
+    /// It is InstanceUID or GenerationUID, of which a document has room for one in a set.
+    bool identifies = false;
     const Types::UniversalLabel* label = nullptr;          ///< null for a tag that has none
     const MetaMetadata::MetaElement* definition = nullptr; ///< null for a label that is not known
     /// The attribute in the class that asked last, kept for the many sets of one class.
@@ -27,8 +29,7 @@ struct TagMeaning {
     Metadata::Element::Attribute unfit;
 
     /// The attribute of the property in a class, or null where it has no place in it.
-    const Metadata::Element::Attribute* attributeIn(
-        const MetaMetadata::MetaMetadataSet& set);
+    const Metadata::Element::Attribute* attributeIn(const MetaMetadata::MetaMetadataSet& set);
     /// The name of the property, or nothing.
     std::string name() const;
 };

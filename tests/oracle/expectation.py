@@ -7,6 +7,7 @@ from values import REPLACEMENT, TYPES, Unfit, collection_item, content, hexdump,
 
 GROUPS = ("urn:SMPTE:Groups:MXF", "groups")
 S377M, RP210 = knowledge.S377M, knowledge.RP210
+IDENTIFIERS = ("InstanceUID", "GenerationUID")  # attributes of their set, one of each
 REFERENCES = ("StrongReference", "WeakReference")
 
 
@@ -78,14 +79,13 @@ class Expectation:
             in_place = element and entry.group.find(key) and key not in seen
             targets = []
             try:
-                if not element:
+                if not element or (not in_place and element.tag in IDENTIFIERS):
                     raise Unfit
                 made = self.property(element, value, targets, in_place and entry.group.find(key)[1])
             except Unfit:
                 made, in_place, targets = self.dark_element(tag, value), False, []
-            if made and element and made.name in ("rp210:InstanceUID", "rp210:GenerationUID"):
-                if in_place or (RP210[0], made.name) not in node.attributes:
-                    node.attributes[RP210[0], made.name] = made.text
+            if in_place and element.tag in IDENTIFIERS:
+                node.attributes[RP210[0], made.name] = made.text
                 made = None
             seen.update([key] if in_place else [])
             if made and in_place:
