@@ -6,22 +6,19 @@ include(CMakePackageConfigHelpers)
 
 # Libraries stand beside each other; the command finds them from where it stands.
 file(RELATIVE_PATH corvid_lib_from_bin /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-set(corvid_targets)
-foreach(target Corvid Corvid_XMLUtils Corvid_XMLBuilder)
-  if(TARGET ${target})
-    list(APPEND corvid_targets ${target})
-    set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
-    install(DIRECTORY ${PROJECT_BINARY_DIR}/generated/${target}
-      DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvid
-      FILES_MATCHING PATTERN Export.h)
-  endif()
+set(corvid_libraries Corvid Corvid_XMLUtils Corvid_XMLBuilder)
+foreach(target IN LISTS corvid_libraries)
+  set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
+  install(DIRECTORY ${PROJECT_BINARY_DIR}/generated/${target}
+    DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvid
+    FILES_MATCHING PATTERN Export.h)
 endforeach()
 if(TARGET corvid)
   set_target_properties(corvid PROPERTIES INSTALL_RPATH "$ORIGIN/${corvid_lib_from_bin}")
   install(TARGETS corvid RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
-install(TARGETS ${corvid_targets} EXPORT CorvidTargets
+install(TARGETS ${corvid_libraries} EXPORT CorvidTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR})
