@@ -213,8 +213,8 @@ TEST(DictionaryRefusal, inheritanceThatIsTooDeep) {
     const auto chain = [](int length) {
         std::string text = "namespace x urn:x\nset x:S0 " KEY " - abstract\n";
         for (int i = 1; i <= length; ++i) {
-            char bytes[] = "00";
-            std::snprintf(bytes, sizeof bytes, "%02x", i);
+            char bytes[9];
+            std::snprintf(bytes, sizeof bytes, "%02x", static_cast<unsigned>(i));
             text += "set x:S" + std::to_string(i) +
                     " 06.0e.2b.34.02.53.01.01.0f.01.00.00.00.00.00." + bytes + " x:S" +
                     std::to_string(i - 1) + " abstract\n";
