@@ -41,5 +41,7 @@ value, end = triplet(0)
 # A fill item between the partition pack and the primer pack belongs to the former.
 while data[end + 4 : end + 6] == b"\x01\x01":
     end = triplet(end)[1]
-open(target, "wb").write(data[: end + header_byte_count])
+sample = bytearray(data[: end + header_byte_count])
+struct.pack_into(">Q", sample, value + 24, 0)  # FooterPartition: there is none
+open(target, "wb").write(sample)
 PYTHON

@@ -152,11 +152,11 @@ TEST_F(ElementWriter, keepsTheOrderOfTheTreeWhenACollectionOwnsTrees) {
     model_.set("Thing", 4);
     model_.set("Thing", 5);
     const std::string text = compactXmlOf(model_);
+    const std::string head = "<t:Thing rp210:InstanceUID=\"";
+    const std::size_t uidLength = 47;
     std::string order;
-    for (std::size_t at = text.find("<t:Thing "); at != std::string::npos;
-         at = text.find("<t:Thing ", at + 1)) {
-        order += text[text.find("\">", at) - 1] == '/' ? text[text.find('"', at + 40) - 1]
-                                                       : text[text.find('"', at + 30) - 1];
+    for (std::size_t at = text.find(head); at != std::string::npos; at = text.find(head, at + 1)) {
+        order += text.at(at + head.size() + uidLength - 1);
     }
     EXPECT_EQ(order, "2345");
 }
