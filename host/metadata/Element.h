@@ -45,7 +45,7 @@ public:
     /// The local tag that the element had in the file it was read from; 0 for one made since.
     Types::u16 localTag() const noexcept { return localTag_; }
     /// The element's place among the properties of its set, counted from 0.
-    Types::u16 position() const noexcept { return position_; }
+    Types::u32 position() const noexcept { return position_; }
 
     static void* operator new(std::size_t size) { return Platform::malloc_alloc::allocate(size); }
     static void operator delete(void* memory, std::size_t size) noexcept {
@@ -64,7 +64,7 @@ private:
 
     Attribute attribute_;
     Types::u16 localTag_ = 0;
-    Types::u16 position_ = 0;
+    Types::u32 position_ = 0;
 };
 
 /// Makes an element without value of the kind that the attribute's definition asks for; an unknown

@@ -93,7 +93,7 @@ Element& MetadataSet::createElement(const Types::UniversalLabel& label,
             ? Templates::auto_ptr<Element>(new InstanceUIDElement(std::move(attribute), partition_))
             : Metadata::createElement(std::move(attribute));
     element->localTag_ = localTag;
-    element->position_ = static_cast<Types::u16>(elements_.size() + invalid_.size());
+    element->position_ = static_cast<Types::u32>(elements_.size() + invalid_.size());
     const auto place = std::upper_bound(
         elements_.begin(), elements_.end(), label,
         [](const Types::UniversalLabel& a, const Entry& b) { return a < b.first; });
@@ -108,7 +108,7 @@ Element& MetadataSet::createElement(const Types::UniversalLabel& label,
 Element& MetadataSet::createInvalidElement(Element::Attribute attribute, Types::u16 localTag) {
     auto element = Metadata::createElement(std::move(attribute));
     element->localTag_ = localTag;
-    element->position_ = static_cast<Types::u16>(elements_.size() + invalid_.size());
+    element->position_ = static_cast<Types::u32>(elements_.size() + invalid_.size());
     invalid_.push_back(element.get());
     return *element.release();
 }

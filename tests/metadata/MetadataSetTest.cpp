@@ -99,5 +99,20 @@ TEST_F(MetadataSetTest, serialisesItsPropertiesInStoredOrderUnderTheirTags) {
     EXPECT_EQ(*primer.find(Types::LocalTag(u16{0xFFFF}), false), dynamic);
 }
 
+TEST_F(MetadataSetTest, keepsTheOrderOfMoreThan65536Properties) {
+    auto& set = makeSet(prefaceKey(), 1);
+    constexpr u32 count = 70000;
+    for (u32 i = 0; i != count; ++i) {
+        const u16 tag = static_cast<u16>(0x8000 + i % 0x7000);
+        ASSERT_TRUE(set.createInvalidElement(unknown(tag), tag).parse({}));
+    }
+    const Bytes bytes = bytesOf(set, partition);
+    const std::size_t head = 16 + 4 + 20;
+    ASSERT_EQ(bytes.size(), head + 4 * count);
+    for (u32 i = 0; i != count; ++i) {
+        ASSERT_EQ(Types::readBigEndian<u16>(bytes.data() + head + 4 * i), 0x8000 + i % 0x7000) << i;
+    }
+}
+
 } // namespace
 } // namespace Corvid::Testing
