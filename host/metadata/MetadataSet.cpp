@@ -114,7 +114,9 @@ Element& MetadataSet::createInvalidElement(Element::Attribute attribute, Types::
 }
 
 bool MetadataSet::hasInstanceUID() const noexcept {
-    return instanceUID_ != nullptr && instanceUID_->value() != nullptr;
+    // A dictionary may give the property another type, a program any value.
+    return instanceUID_ != nullptr && instanceUID_->value() != nullptr &&
+           instanceUID_->value()->serializedSize() == Types::UUID::fixedSize;
 }
 
 Types::UUID MetadataSet::instanceUID() const {

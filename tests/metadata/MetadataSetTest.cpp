@@ -114,5 +114,18 @@ TEST_F(MetadataSetTest, keepsTheOrderOfMoreThan65536Properties) {
     }
 }
 
+TEST_F(MetadataSetTest, hasAnInstanceUidOnlyIfTheValueHasItsSize) {
+    auto& group = partition.createDarkParsedGroup(privateKey());
+    group.setInstanceUID(uuidOf(5), 0x3C0A);
+    EXPECT_TRUE(group.hasInstanceUID());
+    auto& element = dynamic_cast<SimpleElement&>(*group.find(instanceUID()));
+    element.set(Types::UInt16(7).clone());
+    EXPECT_FALSE(group.hasInstanceUID());
+    EXPECT_EQ(group.instanceUID(), Types::UUID());
+    EXPECT_TRUE(partition.resolve(uuidOf(5)).empty());
+    element.set({});
+    EXPECT_FALSE(group.hasInstanceUID());
+}
+
 } // namespace
 } // namespace Corvid::Testing
