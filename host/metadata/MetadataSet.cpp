@@ -107,6 +107,7 @@ Element& MetadataSet::createElement(const Types::UniversalLabel& label,
 
 Element& MetadataSet::createInvalidElement(Element::Attribute attribute, Types::u16 localTag) {
     auto element = Metadata::createElement(std::move(attribute));
+    partition_.keepTagOf(*element->metaAttribute());
     element->localTag_ = localTag;
     element->position_ = static_cast<Types::u32>(elements_.size() + invalid_.size());
     invalid_.push_back(element.get());

@@ -33,11 +33,23 @@ private:
     PartitionDictionary& partition_;
 };
 
+class UnknownTagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
+public:
+    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
+        tag = attribute.localTag();
+    }
+    void visit(const MetaMetadata::MisplacedAttribute&) override {}
+    void visit(const MetaMetadata::MetaAttribute&) override {}
+
+    Types::LocalTag tag;
+};
+
 } // namespace
 
 const Types::UniversalLabel* PartitionDictionary::find(const Types::LocalTag& tag,
                                                        bool alsoStatic) const {
-    if (const auto entry = byTag_.find(tag.value()); entry != byTag_.end()) {
+    if (const auto entry = byTag_.find(tag.value());
+        entry != byTag_.end() && entry->second != kept) {
         return &entries_[entry->second].second;
     }
     if (alsoStatic) {
@@ -75,10 +87,21 @@ Types::LocalTag PartitionDictionary::tagOf(const MetaMetadata::AbstractMetaAttri
     return finder.tag;
 }
 
+void PartitionDictionary::keepTagOf(const MetaMetadata::AbstractMetaAttribute& attribute) {
+    UnknownTagFinder finder;
+    attribute.accept(finder);
+    // A static tag is given to its own label only.
+    if (!finder.tag.isStaticLocalTag()) {
+        byTag_.emplace(finder.tag.value(), kept);
+    }
+}
+
 void PartitionDictionary::add(const Types::LocalTag& tag, const Types::UniversalLabel& label) {
     const std::size_t index = entries_.size();
     entries_.emplace_back(tag, label);
-    byTag_.emplace(tag.value(), index);
+    if (const auto place = byTag_.emplace(tag.value(), index).first; place->second == kept) {
+        place->second = index;
+    }
     byLabel_.emplace(label.withoutVersion(), index);
 }
 

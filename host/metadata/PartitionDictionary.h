@@ -33,6 +33,11 @@ public:
     /// The local tag for an element with that attribute: an unknown one names it itself.
     Types::LocalTag tagOf(const MetaMetadata::AbstractMetaAttribute& attribute);
 
+    /// Keeps the tag that an unknown element names from being generated for a label, whether the
+    /// primer has it or not: else the element would turn into that label's property in the file.
+    /// Attributes of other kinds keep nothing.
+    void keepTagOf(const MetaMetadata::AbstractMetaAttribute& attribute);
+
     /// Adds an entry of a primer pack. Of two entries with one tag, or with one label, the first
     /// counts; all are kept.
     void add(const Types::LocalTag& tag, const Types::UniversalLabel& label);
@@ -42,9 +47,11 @@ public:
     const_iterator end() const noexcept { return entries_.end(); }
 
 private:
+    static constexpr std::size_t kept = static_cast<std::size_t>(-1);
+
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
     Templates::vector<Entry> entries_;
-    Templates::map<Types::u16, std::size_t> byTag_;
+    Templates::map<Types::u16, std::size_t> byTag_; ///< `kept` for one without entry
     Templates::map<std::array<Types::u8, 16>, std::size_t> byLabel_;
     Types::u16 nextDynamicTag_ = 0xFFFF;
 };

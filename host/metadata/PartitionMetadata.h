@@ -63,6 +63,11 @@ public:
     /// Takes the last set away again, which must be this one.
     void removeLast(const MetadataSet& set) noexcept;
 
+    /// To be called when an invalid element is made: see PartitionDictionary::keepTagOf().
+    void keepTagOf(const MetaMetadata::AbstractMetaAttribute& attribute) {
+        dictionary_.keepTagOf(attribute);
+    }
+
     /// To be called when an InstanceUID has changed.
     void forgetReferences() const noexcept { references_.reset(); }
 

@@ -72,5 +72,17 @@ TEST_F(PartitionDictionaryTest, namesTheTagOfEveryKindOfAttribute) {
     EXPECT_EQ(primer.tagOf(**attribute).value(), 0x1101);
 }
 
+TEST_F(PartitionDictionaryTest, givesNoTagThatAnUnknownElementBears) {
+    auto& set = makeSet(prefaceKey(), 1);
+    set.createInvalidElement(unknown(0xFFFF), 0xFFFF);
+    set.createInvalidElement(unknown(0x1101));
+    EXPECT_EQ(primer.find(LocalTag(u16{0xFFFF}), true), nullptr);
+    EXPECT_EQ(*primer.find(LocalTag(u16{0x1101}), true), number);
+    EXPECT_EQ(primer.findOrGenerate(dynamic).value(), 0xFFFE);
+    EXPECT_EQ(primer.findOrGenerate(number).value(), 0x1101); // that one is for good
+    primer.add(LocalTag(u16{0xFFFF}), labelOf(0x77));
+    EXPECT_EQ(*primer.find(LocalTag(u16{0xFFFF}), false), labelOf(0x77));
+}
+
 } // namespace
 } // namespace Corvid::Testing
