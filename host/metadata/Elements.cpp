@@ -43,7 +43,7 @@ bool SimpleElement::parse(ByteView bytes) {
     return true;
 }
 
-std::size_t SimpleElement::serializedSize() const { return value_->serializedSize(); }
+std::size_t SimpleElement::serializedSize() const { return value_->byteCount(); }
 void SimpleElement::serialize(DataIO::DataSink& sink) const { value_->serialize(sink); }
 
 void ReferenceElement::set(const MetadataSet* target) {
@@ -62,7 +62,7 @@ bool ReferenceElement::parse(ByteView bytes) {
     return true;
 }
 
-std::size_t ReferenceElement::serializedSize() const { return value_->serializedSize(); }
+std::size_t ReferenceElement::serializedSize() const { return value_->byteCount(); }
 void ReferenceElement::serialize(DataIO::DataSink& sink) const { value_->serialize(sink); }
 
 Types::u32 ReferenceCollectionElement::size() const noexcept {
@@ -136,7 +136,7 @@ bool CollectionElement::parse(ByteView bytes) {
     return true;
 }
 
-std::size_t CollectionElement::serializedSize() const { return value_->serializedSize(); }
+std::size_t CollectionElement::serializedSize() const { return value_->byteCount(); }
 void CollectionElement::serialize(DataIO::DataSink& sink) const { value_->serialize(sink); }
 
 #define CORVID_ACCEPT(Class)                                                                       \

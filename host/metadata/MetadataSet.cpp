@@ -1,5 +1,6 @@
 #include "host/metadata/MetadataSet.h"
 
+#include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/klv/BerOutput.h"
 #include "host/metadata/PartitionDictionary.h"
@@ -24,6 +25,25 @@ protected:
 private:
     PartitionMetadata& partition_;
 };
+
+/// The most that the two bytes of a property's length can tell.
+constexpr std::size_t greatestValue = 0xFFFF;
+
+[[noreturn]] void refuse(const MetadataSet& set, const Types::UniversalLabel* label,
+                         const Element& element, std::size_t size) {
+    if (const auto* definition = definitionOf(*element.metaAttribute());
+        label == nullptr && definition) {
+        label = &definition->label();
+    }
+    const auto encoding = Types::dottedHexadecimal;
+    throw Exceptions::LimitExceeded(
+        "set " + Platform::toUtf8(set.instanceUID().toString(encoding)) + " with the key " +
+            Platform::toUtf8(set.key().toString(encoding)) + ": property " +
+            (label == nullptr ? "without label" : Platform::toUtf8(label->toString(encoding))) +
+            " has " + std::to_string(size) + " bytes, but at most " +
+            std::to_string(greatestValue) + " fit a local set",
+        CORVID_HERE);
+}
 
 bool isInstanceUID(const Types::UniversalLabel& label) noexcept {
     return label.withoutVersion() ==
@@ -117,7 +137,7 @@ Element& MetadataSet::createInvalidElement(Element::Attribute attribute, Types::
 bool MetadataSet::hasInstanceUID() const noexcept {
     // A dictionary may give the property another type, a program any value.
     return instanceUID_ != nullptr && instanceUID_->value() != nullptr &&
-           instanceUID_->value()->serializedSize() == Types::UUID::fixedSize;
+           instanceUID_->value()->byteCount() == Types::UUID::fixedSize;
 }
 
 Types::UUID MetadataSet::instanceUID() const {
@@ -158,7 +178,11 @@ std::size_t MetadataSet::countValues() const noexcept {
 std::size_t MetadataSet::valueSize() const {
     std::size_t size = 0;
     for (const auto& [label, element] : inStoredOrder()) {
-        size += 4 + element->serializedSize();
+        const std::size_t bytes = element->serializedSize();
+        if (bytes > greatestValue) {
+            refuse(*this, label, *element, bytes);
+        }
+        size += 4 + bytes;
     }
     return size;
 }
@@ -169,8 +193,9 @@ std::size_t MetadataSet::serializedSize() const {
 }
 
 void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary& primer) const {
+    const std::size_t size = valueSize(); // refuses before anything is written
     key_.serialize(sink);
-    KLV::writeBer(sink, valueSize(), berLength_);
+    KLV::writeBer(sink, size, berLength_);
     for (const auto& [label, element] : inStoredOrder()) {
         const Types::u16 tag = element->localTag() != 0 ? element->localTag()
                                : label != nullptr       ? primer.findOrGenerate(*label).value()

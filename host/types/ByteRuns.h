@@ -5,7 +5,8 @@
 
 namespace Corvid::Types {
 
-/// A value of any number of bytes up to 65535, the most that a local set's property can have.
+/// A value of any number of bytes. Files give up to 65535, the most that a local set's property can
+/// have; a value made otherwise may have more, but is not taken into a file.
 class CORVID_EXPORT ByteRun : public SimpleDataType {
 public:
     static constexpr std::size_t greatestSize = 0xFFFF;
@@ -14,6 +15,7 @@ public:
 
     const u8* rawBuffer() const override { return bytes_.data(); }
     u16 serializedSize() const override { return static_cast<u16>(bytes_.size()); }
+    std::size_t byteCount() const override { return bytes_.size(); }
 
 protected:
     explicit ByteRun(ByteView bytes) : bytes_(bytes.data, bytes.data + bytes.size) {}

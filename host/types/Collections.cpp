@@ -42,16 +42,18 @@ void Collection::serialize(DataIO::DataSink& sink) const {
     }
 }
 
-u16 Collection::serializedSize() const {
+u16 Collection::serializedSize() const { return static_cast<u16>(byteCount()); }
+
+std::size_t Collection::byteCount() const {
     std::size_t size = headSize;
     for (const auto& item : items_) {
-        size += item->serializedSize();
+        size += item->byteCount();
     }
-    return static_cast<u16>(size);
+    return size;
 }
 
 const u8* Collection::rawBuffer() const {
-    DataIO::Memory::MemoryDataSink sink(serializedSize());
+    DataIO::Memory::MemoryDataSink sink(byteCount());
     serialize(sink);
     buffer_.assign(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize());
     return buffer_.data();

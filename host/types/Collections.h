@@ -28,6 +28,7 @@ public:
 
     void serialize(DataIO::DataSink& sink) const override;
     u16 serializedSize() const override;
+    std::size_t byteCount() const override;
     const u8* rawBuffer() const override;
 
 protected:

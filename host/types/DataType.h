@@ -34,9 +34,13 @@ public:
 
     /// Writes the value's bytes.
     virtual void serialize(DataIO::DataSink& sink) const;
-    /// The value's bytes, serializedSize() of them; valid while the value lives unchanged.
+    /// The value's bytes, byteCount() of them; valid while the value lives unchanged.
     virtual const u8* rawBuffer() const = 0;
+    /// The number of the value's bytes; of a value with more than 65535, which no property of a
+    /// file can hold, the low 16 bits of that number.
     virtual u16 serializedSize() const = 0;
+    /// The number of the value's bytes in full.
+    virtual std::size_t byteCount() const;
 
     // Values cross library boundaries: their memory comes from where every library can free it.
     static void* operator new(std::size_t size) { return Platform::malloc_alloc::allocate(size); }

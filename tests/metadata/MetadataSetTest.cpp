@@ -114,6 +114,51 @@ TEST_F(MetadataSetTest, keepsTheOrderOfMoreThan65536Properties) {
     }
 }
 
+TEST_F(MetadataSetTest, refusesAValueBeyondTheLengthFieldBeforeAnyByteIsWritten) {
+    auto& set = makeSet(prefaceKey(), 1);
+    auto& element = add(set, text);
+    const auto textOfSize = [](std::size_t units) {
+        const Utf16Text value(units, u16{'x'});
+        return Templates::auto_ptr<Types::SimpleDataType>(new Types::UTF16String(value.c_str()));
+    };
+    element.set(textOfSize(0x7FFF));
+    EXPECT_EQ(bytesOf(set, partition).size(), 16U + 4 + 20 + 4 + 0xFFFE);
+    for (const std::size_t units : {0x8000, 0x8001, 0x10000}) {
+        element.set(textOfSize(units));
+        DataIO::Memory::MemoryDataSink sink;
+        try {
+            set.serialize(sink, partition.partitionDictionary());
+            ADD_FAILURE() << units;
+        } catch (const Exceptions::LimitExceeded& problem) {
+            const std::string message = Platform::toUtf8(problem.message());
+            EXPECT_NE(message.find(std::to_string(2 * units) + " bytes"), std::string::npos)
+                << message;
+            EXPECT_NE(message.find(Platform::toUtf8(text.toString())), std::string::npos)
+                << message;
+        }
+        EXPECT_EQ(sink.serializedSize(), 0U);
+    }
+}
+
+TEST_F(MetadataSetTest, refusesCollectionsBeyondTheLengthField) {
+    auto& set = makeSet(prefaceKey(), 1);
+    auto& values = add<ArrayElement>(set, numbers);
+    values.set(Templates::auto_ptr<Types::Collection>(new Types::Array(2)));
+    for (int i = 0; i != 0x8000; ++i) {
+        values.add(Types::UInt16(1).clone());
+    }
+    DataIO::Memory::MemoryDataSink sink;
+    EXPECT_THROW(set.serialize(sink, partition.partitionDictionary()), Exceptions::LimitExceeded);
+
+    auto& other = makeSet(prefaceKey(), 2);
+    auto& references = add<ReferenceArrayElement>(other, childArray);
+    for (int i = 0; i != 0x1000; ++i) {
+        references.add(&set);
+    }
+    EXPECT_THROW(other.serialize(sink, partition.partitionDictionary()), Exceptions::LimitExceeded);
+    EXPECT_EQ(sink.serializedSize(), 0U);
+}
+
 TEST_F(MetadataSetTest, hasAnInstanceUidOnlyIfTheValueHasItsSize) {
     auto& group = partition.createDarkParsedGroup(privateKey());
     group.setInstanceUID(uuidOf(5), 0x3C0A);

@@ -220,6 +220,19 @@ TEST(J2KQuantisationDefault, hasTheSameFieldsFromBytesAndFromParts) {
     EXPECT_EQ(bytesOf(J2KQuantisationDefault(3, nullptr, 0)), (Bytes{3}));
 }
 
+TEST(ByteRuns, tellTheirBytesInFullAndTheLow16BitsOfTheirNumber) {
+    const Bytes bytes(0x10003, 7);
+    const DataStream stream(bytes.data(), static_cast<u32>(bytes.size()));
+    EXPECT_EQ(stream.serializedSize(), 3);
+    EXPECT_EQ(stream.byteCount(), bytes.size());
+    EXPECT_EQ(Bytes(stream.rawBuffer(), stream.rawBuffer() + stream.byteCount()), bytes);
+    Batch batch(3);
+    batch.add(stream.clone());
+    EXPECT_EQ(batch.byteCount(), bytes.size() + 8);
+    EXPECT_EQ(batch.serializedSize(), 11);
+    EXPECT_EQ(Rational(1, 2).byteCount(), 8U);
+}
+
 TEST(Unknown, takesTheBytesOfAKlvValue) {
     const Bytes bytes = {0x0A, 0xFF, 0};
     DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
