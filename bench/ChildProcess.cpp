@@ -24,6 +24,10 @@ rusage waitFor(pid_t child, const std::string& what) {
     return usage;
 }
 
+double seconds(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + 1e-6 * static_cast<double>(time.tv_usec);
+}
+
 } // namespace
 
 Usage run(const std::vector<std::string>& commandLine) {
@@ -46,7 +50,8 @@ Usage run(const std::vector<std::string>& commandLine) {
     }
     const rusage usage = waitFor(child, commandLine[0]);
     const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - begin;
-    return {wall.count(), static_cast<double>(usage.ru_maxrss) / 1024};
+    return {wall.count(), seconds(usage.ru_utime) + seconds(usage.ru_stime),
+            static_cast<double>(usage.ru_maxrss) / 1024};
 }
 
 void inChild(const std::function<void()>& work) {

@@ -9,6 +9,7 @@ namespace Corvid::Bench {
 /// What a process took.
 struct Usage {
     double wallSeconds = 0; ///< from before its start until its end was noticed
+    double cpuSeconds = 0;  ///< of processor time, the system's on its behalf included
     double peakMiB = 0;     ///< of memory resident at once
 };
 
