@@ -195,7 +195,7 @@ TEST(Serialise, writesADocumentOfAnyDepth) {
     EXPECT_NE(text.find(">x</p:e>"), std::string::npos);
 }
 
-/// A tree that the seed alone decides; its characters are all allowed in XML.
+/// A tree that its number alone decides; its characters are all allowed in XML.
 /// @param prefixesAgree  whether each prefix stands for the same namespace everywhere.
 Document randomDocument(unsigned seed, bool prefixesAgree) {
     std::mt19937 random(seed);
