@@ -97,8 +97,8 @@ struct ToXMLBaseTypeVisitor::Forms {
     template <class T> static void write(ToXMLBaseTypeVisitor& to, const T& value, Compound) {
         using F = Fields<T>;
         DOMElement* parent = to.parent_;
-        if (F::wrapper != nullptr) {
-            parent = appendChild(parent, F::names, F::wrapper);
+        if (F::wrapper.name != nullptr) {
+            parent = appendChild(parent, F::names, F::wrapper.name);
         }
         const auto writeField = [&](const auto& field) {
             appendContent(appendChild(parent, F::names, field.name), field.get(value));

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XMLBuilder/InlineDepth.h"
 #include "XMLBuilder/writer/NamespaceMap.h"
 #include "XMLBuilder/writer/ToXMLElementVisitor.h"
 #include "XMLBuilder/writer/VisitedRecord.h"
@@ -27,7 +28,7 @@ class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
 public:
     /// How deep sets may stand in each other when references are written as values. A document
     /// that nests deeper could not be read again.
-    static constexpr std::size_t greatestInlineDepth = 256;
+    static constexpr std::size_t greatestInlineDepth = XMLBuilder::greatestInlineDepth;
 
     /// Everything is borrowed.
     /// @param parent  receives the set's element.

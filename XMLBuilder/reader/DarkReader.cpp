@@ -1,0 +1,77 @@
+#include "XMLBuilder/reader/DarkReader.h"
+
+#include "XMLBuilder/NumberInput.h"
+#include "XMLBuilder/reader/HexBytes.h"
+#include "XMLBuilder/reader/ReadSet.h"
+#include "host/base/Exceptions.h"
+#include "host/dataio/Memory.h"
+#include "host/metadata/PartitionMetadata.h"
+#include "host/xmlutils/XmlText.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+using xercesc::DOMElement;
+
+// Where callers have always been told that these failures come from.
+constexpr const char* file = "Corvid/XMLBuilder/XML2Partition";
+constexpr int oddLengthLine = 89;
+constexpr int noDigitLine = 99;
+
+const XMLCh* requiredAttribute(const DOMElement& element, const XMLCh* name) {
+    const auto* attribute = element.getAttributeNode(name);
+    if (attribute == nullptr) {
+        throw Exceptions::InvalidFormat(
+            "dark set '" + Platform::toUtf8(XMLUtils::fromXml(element.getNodeName())) +
+                "': no attribute '" + Platform::toUtf8(XMLUtils::fromXml(name)) + "', expected one",
+            file, __LINE__);
+    }
+    return attribute->getValue();
+}
+
+void checkDarkValueText(std::u16string_view text, const std::string& keyText) {
+    const std::string set = "DarkMetadataSet with key='" + keyText + "' value ";
+    if (text.size() % 2 != 0) {
+        throw Exceptions::InvalidFormat((set + "has invalid Length").c_str(), file, oddLengthLine);
+    }
+    if (!std::all_of(text.begin(), text.end(), isHexDigit)) {
+        throw Exceptions::InvalidFormat((set + "contains non Hexadecimal characters").c_str(), file,
+                                        noDigitLine);
+    }
+}
+
+void readDarkMetadataSet(Metadata::PartitionMetadata& partition, const DOMElement& element) {
+    const Utf16Text keyText(XMLUtils::fromXml(requiredAttribute(element, Names::key)));
+    const KLV::Key key(keyText.c_str(), Types::dottedHexadecimal);
+    const int berLength = readNumber<int>(requiredAttribute(element, Names::berOctetCount));
+
+    const auto* content = element.getFirstChild();
+    const XMLCh* text = content == nullptr ? nullptr : content->getNodeValue();
+    if (text == nullptr) {
+        text = u"";
+    }
+    checkDarkValueText(text, Platform::wstringToString(keyText));
+    const FieldBytes bytes = decodeHex(text);
+    DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
+    KLV::Value value(source, source.remaining());
+    partition.addDarkMetadataSet(Templates::auto_ptr<Metadata::DarkMetadataSet>(
+        new Metadata::DarkMetadataSet(key, static_cast<unsigned char>(berLength), value)));
+}
+
+} // namespace
+
+void readFloatingContainer(Reading& reading, const DOMElement& container, SetList& sets) {
+    for (const auto* child = ChildSteps::firstElement(container); child != nullptr;
+         child = ChildSteps::nextElement(*child)) {
+        if (!readSet(reading, *child, sets)) {
+            readDarkMetadataSet(reading.partition(), *child);
+        }
+    }
+}
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,165 @@
+#include "XMLBuilder/reader/FromXMLElementVisitor.h"
+
+#include "XMLBuilder/Errors.h"
+#include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/reader/ValueParser.h"
+#include "host/dictionary/MetaCollectionElement.h"
+#include "host/dictionary/MetaMetadataSet.h"
+#include "host/metadata/PartitionMetadata.h"
+#include "host/types/UID.h"
+
+#include <string_view>
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+namespace Identifiers = Types::Identifiers;
+using ReferenceHolder = Templates::auto_ptr<Types::Reference>;
+using xercesc::DOMElement;
+
+/// A link names the class that it leads to with "_REF" behind; anything else is a set itself.
+bool isLink(const DOMElement& element) {
+    return std::u16string_view(element.getLocalName()).find(u"_REF") != std::u16string_view::npos;
+}
+
+ReferenceHolder makeReference(Identifiers::Identifier type, const Types::UUID& target) {
+    switch (type) {
+    case Identifiers::StrongReference:
+        return ReferenceHolder(new Types::StrongReference(target));
+    case Identifiers::WeakReference:
+        return ReferenceHolder(new Types::WeakReference(target));
+    default:
+        return {};
+    }
+}
+
+bool hasVariableSize(Identifiers::Identifier type) {
+    switch (type) {
+    case Identifiers::DataStream:
+    case Identifiers::DataValue:
+    case Identifiers::ISO7String:
+    case Identifiers::UTF16String:
+    case Identifiers::Unknown:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
+FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& valueNode,
+                                             const MetaMetadata::MetaElement* definition,
+                                             Reading& reading)
+    : node_(valueNode),
+      type_(definition == nullptr ? Identifiers::Unknown : definition->dataType()),
+      itemType_(Identifiers::Unknown), reading_(reading) {
+    if (definition != nullptr && definition->isCollection()) {
+        itemType_ =
+            static_cast<const MetaMetadata::MetaCollectionElement*>(definition)->dataSubType();
+    }
+}
+
+void FromXMLElementVisitor::visit(Metadata::SimpleElement& element) {
+    if (auto value = parseValue(reading_, type_, node_)) {
+        element.set(std::move(value), false);
+    }
+}
+
+void FromXMLElementVisitor::visit(Metadata::BatchElement& element) {
+    readItems<Types::Batch>(element);
+}
+
+void FromXMLElementVisitor::visit(Metadata::ArrayElement& element) {
+    readItems<Types::Array>(element);
+}
+
+template <class Collection>
+void FromXMLElementVisitor::readItems(Metadata::CollectionElement& element) {
+    element.set(Templates::auto_ptr<Types::Collection>(new Collection(itemSize())));
+    for (const auto* item = ChildSteps::firstElement(node_); item != nullptr;
+         item = ChildSteps::nextElement(*item)) {
+        element.add(parseValue(reading_, itemType_, *item));
+    }
+}
+
+int FromXMLElementVisitor::itemSize() {
+    return hasVariableSize(itemType_) ? measureItems() : Identifiers::typeSize(itemType_);
+}
+
+int FromXMLElementVisitor::measureItems() {
+    int size = 0;
+    for (const auto* item = ChildSteps::firstElement(node_); item != nullptr;
+         item = ChildSteps::nextElement(*item)) {
+        const auto value = parseValue(reading_, itemType_, *item);
+        const int found = value ? value->serializedSize() : 0;
+        if (size != 0 && found != size) {
+            throwInvalidLength("subElementSize == dataType -> serializedSize ()",
+                               "There is a collection in the XML that contains an ARRAY or "
+                               "COLLECTION that contain elements with different sizes.",
+                               CORVID_ELEMENT_VISITOR_HERE);
+        }
+        size = found;
+    }
+    return size;
+}
+
+void FromXMLElementVisitor::visit(Metadata::ReferenceElement& element) {
+    const auto* child = ChildSteps::firstElement(node_);
+    if (child == nullptr) {
+        return;
+    }
+    if (!isLink(*child)) {
+        if (const auto* target = readInlineSet(*child)) {
+            element.set(target);
+        }
+    } else if (auto reference = readLink(*child, type_)) {
+        element.setUnverifiedReference(std::move(reference));
+    }
+}
+
+void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement& element) {
+    const auto* item = ChildSteps::firstElement(node_);
+    if (item == nullptr) {
+        // A collection is there from its first item on, and stays when that is gone.
+        if (auto reference = makeReference(itemType_, Types::UUID())) {
+            element.addUnverifiedReference(std::move(reference));
+            element.remove(0);
+        }
+        return;
+    }
+    for (; item != nullptr; item = ChildSteps::nextElement(*item)) {
+        if (!isLink(*item)) {
+            if (const auto* target = readInlineSet(*item)) {
+                element.add(target);
+            }
+        } else if (auto reference = readLink(*item, itemType_)) {
+            element.addUnverifiedReference(std::move(reference));
+        }
+    }
+}
+
+ReferenceHolder FromXMLElementVisitor::readLink(const DOMElement& link,
+                                                Identifiers::Identifier type) {
+    const auto* name = link.getAttributes()->item(0);
+    if (name == nullptr) {
+        return {};
+    }
+    return makeReference(type, reading_.names().findOrAdd(name->getNodeValue(), [] {
+        return Types::Factories::UID::generateUUID(Types::Factories::UID::uniqueVersion);
+    }));
+}
+
+Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const DOMElement& element) {
+    const auto* definition = reading_.sets().find(element.getLocalName());
+    if (definition == nullptr) {
+        return nullptr;
+    }
+    auto& set = reading_.partition().createMetadataSet(definition->key());
+    FromXMLMetadataSetVisitor reader(element, reading_);
+    set.accept(reader);
+    return &set;
+}
+
+} // namespace Corvid::XMLBuilder

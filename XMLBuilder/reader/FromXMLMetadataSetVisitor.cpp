@@ -1,0 +1,142 @@
+#include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
+
+#include "XMLBuilder/reader/FromXMLElementVisitor.h"
+#include "XMLBuilder/reader/FromXMLMetaAttributeVisitor.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/dictionary/MisplacedAttribute.h"
+#include "host/dictionary/UnknownAttribute.h"
+#include "host/metadata/PartitionMetadata.h"
+#include "host/xmlutils/XmlText.h"
+
+#include <string_view>
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+using Metadata::Element;
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+
+/// What a property's prefix stands for where the document does not declare it.
+constexpr const XMLCh* fallbackUri = u"http://www.smpte-ra.org";
+
+void fill(Element& element, const DOMNode& node, const MetaMetadata::MetaElement* definition,
+          Reading& reading) {
+    FromXMLElementVisitor reader(node, definition, reading);
+    element.accept(reader);
+}
+
+/// The tag that stands for an unknown property: written as it is, or by its label, for which the
+/// partition has a tag or makes one.
+Types::LocalTag tagOf(const DOMElement& extension, Metadata::PartitionDictionary& tags) {
+    const XMLCh* tag = extension.getAttribute(Names::staticLocalTag);
+    if (*tag != 0) {
+        return Types::LocalTag(XMLUtils::fromXml(tag), Types::dottedHexadecimal);
+    }
+    return tags.findOrGenerate(
+        Types::UniversalLabel(XMLUtils::fromXml(extension.getAttribute(Names::universalLabel)),
+                              Types::dottedHexadecimal));
+}
+
+} // namespace
+
+void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
+    const OpenSet open(reading_, element_);
+    declarer_ = &PrefixScope::declarerFor(element_);
+    for (const auto& [label, element] : set) {
+        FromXMLMetaAttributeVisitor attribute;
+        element->metaAttribute()->accept(attribute);
+        const auto& definition = *attribute.metaElement();
+        const PropertyName& name = reading_.nameOf(definition);
+        if (name.place == PropertyName::Place::child) {
+            readProperty(*element, definition, name, open.children());
+        } else {
+            readAttribute(set, *element, definition, name);
+        }
+    }
+    readExtensions(set, open.children());
+}
+
+void FromXMLMetadataSetVisitor::readProperty(Element& element,
+                                             const MetaMetadata::MetaElement& definition,
+                                             const PropertyName& name, const ChildSteps& children) {
+    const XMLCh* declared = reading_.prefixes().uriOf(name.step.prefix(), *declarer_);
+    const DOMNode* node = nullptr;
+    if (name.step.isPlain()) {
+        node = children.first(name.step, declared == nullptr ? fallbackUri : declared);
+    } else {
+        node = ChildSteps::evaluate(element_, element_, name.step,
+                                    declared == nullptr ? fallbackUri : nullptr);
+    }
+    if (node != nullptr) {
+        fill(element, *node, &definition, reading_);
+    }
+}
+
+void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set, Element& element,
+                                              const MetaMetadata::MetaElement& definition,
+                                              const PropertyName& name) {
+    const auto* attribute = element_.getAttributeNode(name.attribute.c_str());
+    if (attribute == nullptr) {
+        return;
+    }
+    if (name.place == PropertyName::Place::otherAttribute) {
+        fill(element, *attribute, &definition, reading_);
+        return;
+    }
+    // The set keeps the identifier that it was made with, unless the document has named it before.
+    const Types::UUID& identifier =
+        reading_.names().findOrAdd(attribute->getValue(), [&set] { return set.instanceUID(); });
+    if (auto* simple = dynamic_cast<Metadata::SimpleElement*>(&element)) {
+        simple->set(identifier.clone(), false);
+    }
+}
+
+void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set,
+                                               const ChildSteps& children) {
+    static const ChildStep step(Names::groups.prefix, u"ExtensionElements");
+    const XMLCh* uri = reading_.prefixes().uriOf(step.prefix(), *declarer_);
+    if (uri == nullptr) {
+        return;
+    }
+    const DOMElement* container = children.first(step, uri);
+    if (container == nullptr) {
+        return;
+    }
+    for (const auto* child = ChildSteps::firstElement(*container); child != nullptr;
+         child = ChildSteps::nextElement(*child)) {
+        readExtension(set, *child);
+    }
+}
+
+void FromXMLMetadataSetVisitor::readExtension(Metadata::MetadataSet& set,
+                                              const DOMElement& extension) {
+    const auto* definition = definitionOf(extension);
+    const Element::Attribute attribute =
+        definition != nullptr
+            ? Element::Attribute(new MetaMetadata::MisplacedAttribute(*definition))
+            : Element::Attribute(new MetaMetadata::UnknownAttribute(
+                  tagOf(extension, reading_.partition().partitionDictionary()),
+                  MetaMetadata::UnknownAttribute::unknownLabel));
+    fill(set.createInvalidElement(attribute), extension, definition, reading_);
+}
+
+const MetaMetadata::MetaElement* FromXMLMetadataSetVisitor::definitionOf(
+    const DOMElement& extension) {
+    // Only what the root declares counts here.
+    const std::u16string_view name = extension.getNodeName();
+    const std::size_t colon = name.find(u':');
+    const bool prefixed = colon != std::u16string_view::npos;
+    std::u16string qualified;
+    if (prefixed) {
+        const std::u16string declaration = u"xmlns:" + std::u16string(name.substr(0, colon));
+        qualified =
+            extension.getOwnerDocument()->getDocumentElement()->getAttribute(declaration.c_str());
+    }
+    qualified += u':';
+    qualified += prefixed ? name.substr(colon + 1) : name;
+    return reading_.findMetaElementByQualifiedName(qualified);
+}
+
+} // namespace Corvid::XMLBuilder

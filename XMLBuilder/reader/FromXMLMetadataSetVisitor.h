@@ -1,0 +1,41 @@
+#pragma once
+
+#include "XMLBuilder/reader/Reading.h"
+#include "host/metadata/Visitors.h"
+
+#include <string>
+
+namespace Corvid::Metadata {
+class Element;
+}
+
+namespace Corvid::XMLBuilder {
+
+/// Fills a set that was just made from its XML element: the properties that its class lists, then
+/// the extension elements. What the element lacks stays as the set was made.
+class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSetVisitor {
+public:
+    /// Both are borrowed.
+    FromXMLMetadataSetVisitor(const xercesc::DOMElement& element, Reading& reading)
+        : element_(element), reading_(reading) {}
+
+    /// @throws LimitExceeded  sets stand in each other deeper than greatestInlineDepth; else as
+    ///                        the parsers of values do. What was read before stays.
+    void visit(Metadata::MetadataSet& set) override;
+
+private:
+    void readProperty(Metadata::Element& element, const MetaMetadata::MetaElement& definition,
+                      const PropertyName& name, const ChildSteps& children);
+    void readAttribute(Metadata::MetadataSet& set, Metadata::Element& element,
+                       const MetaMetadata::MetaElement& definition, const PropertyName& name);
+    void readExtensions(Metadata::MetadataSet& set, const ChildSteps& children);
+    void readExtension(Metadata::MetadataSet& set, const xercesc::DOMElement& extension);
+    /// The dictionary's definition of an extension element, or null.
+    const MetaMetadata::MetaElement* definitionOf(const xercesc::DOMElement& extension);
+
+    const xercesc::DOMElement& element_;
+    const xercesc::DOMElement* declarer_ = nullptr; ///< where the prefixes come from
+    Reading& reading_;
+};
+
+} // namespace Corvid::XMLBuilder

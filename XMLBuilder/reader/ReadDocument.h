@@ -1,0 +1,36 @@
+#pragma once
+
+#include "XMLBuilder/reader/InstanceNameTable.h"
+#include "host/base/Text.h"
+
+#include <cstddef>
+
+namespace Corvid::Metadata {
+class MetadataSet;
+class PartitionMetadata;
+} // namespace Corvid::Metadata
+
+namespace Corvid::XMLBuilder {
+
+/// Sets that live in a partition.
+using SetList = Templates::list<Metadata::MetadataSet*, Platform::malloc_alloc>;
+
+/// Reads a document into a partition. The functions of XML2Partition.h are these with a table of
+/// their own; who needs to know which InstanceUID became which brings the table.
+///
+/// @param names  may hold entries already: references and sets that bear such a name in the
+///               document get the identifier that the entry says.
+/// @return the sets made for children of the root and of the container of dark sets, in document
+///         order; not those that stand inside references.
+/// @throws InvalidArgument  there is no partition; ParseError, InvalidFormat, InvalidLength,
+///         IOError and LimitExceeded as the document deserves. What was made before stays in the
+///         partition.
+SetList readBuffer(const unsigned char* bytes, std::size_t length,
+                   Metadata::PartitionMetadata* partition, InstanceNameTable& names);
+
+/// The same for a file, whose white space between elements stays in the document.
+/// @param path  zero-terminated.
+SetList readFile(const Utf16Unit* path, Metadata::PartitionMetadata* partition,
+                 InstanceNameTable& names);
+
+} // namespace Corvid::XMLBuilder

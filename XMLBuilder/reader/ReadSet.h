@@ -1,0 +1,12 @@
+#pragma once
+
+#include "XMLBuilder/reader/ReadDocument.h"
+#include "XMLBuilder/reader/Reading.h"
+
+namespace Corvid::XMLBuilder {
+
+/// Makes a set of an element, puts it into the list and fills it.
+/// @return false where the element's name is that of no set class; nothing has been done then.
+bool readSet(Reading& reading, const xercesc::DOMElement& element, SetList& sets);
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,91 @@
+#include "XMLBuilder/reader/Reading.h"
+
+#include "XMLBuilder/InlineDepth.h"
+#include "host/base/Exceptions.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/metadata/PartitionMetadata.h"
+#include "host/xmlutils/XmlText.h"
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+/// A text that the dictionary lacks counts as empty.
+const XMLCh* textOf(const MetaMetadata::MetaDefinition& definition, const char* name) {
+    const unsigned short* text = definition.attribute(name);
+    return text == nullptr ? u"" : XMLUtils::toXml(text);
+}
+
+/// The part of a qualified name behind its prefix.
+constexpr const XMLCh* localPart(const XMLCh* qualified) {
+    while (*qualified++ != u':') {
+    }
+    return qualified;
+}
+
+} // namespace
+
+PropertyName::PropertyName(const MetaMetadata::MetaElement& definition)
+    : step(textOf(definition, "XMLDefaultPrefix"), textOf(definition, "XMLTagName")),
+      place(Place::child) {
+    const std::u16string_view tag = step.name();
+    if (tag == localPart(Names::instanceUID)) {
+        place = Place::instanceAttribute;
+        attribute = Names::instanceUID;
+    } else if (tag == localPart(Names::generationUID)) {
+        place = Place::otherAttribute;
+        attribute = Names::generationUID;
+    }
+}
+
+Reading::Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names)
+    : partition_(partition), dictionary_(partition.partitionDictionary().dictionary()),
+      sets_(*dictionary_), names_(names) {}
+
+const PropertyName& Reading::nameOf(const MetaMetadata::MetaElement& definition) {
+    const auto known = properties_.find(&definition);
+    return known != properties_.end() ? known->second
+                                      : properties_.emplace(&definition, definition).first->second;
+}
+
+const MetaMetadata::MetaElement* Reading::findMetaElementByQualifiedName(
+    const std::u16string& qualified) {
+    // Made by the first extension element: most documents have none.
+    if (byQualifiedName_.empty()) {
+        const auto end = dictionary_->metaElementEnd();
+        for (auto element = dictionary_->metaElementBegin(); element != end; ++element) {
+            byQualifiedName_.try_emplace(std::u16string(textOf(**element, "XMLNamespaceURI")) +
+                                             u':' + textOf(**element, "XMLTagName"),
+                                         *element);
+        }
+    }
+    const auto entry = byQualifiedName_.find(qualified);
+    return entry == byQualifiedName_.end() ? nullptr : entry->second;
+}
+
+const XMLCh* Reading::uriOfParts(const Names::Namespace& parts, const xercesc::DOMNode& value) {
+    const auto& root = *value.getOwnerDocument()->getDocumentElement();
+    if (const XMLCh* uri = prefixesOfRoot_.uriOf(parts.prefix, root)) {
+        return uri;
+    }
+    ChildSteps::evaluate(root, root, ChildStep(parts.prefix, u"Element"), nullptr);
+    return u"";
+}
+
+OpenSet::OpenSet(Reading& reading, const xercesc::DOMElement& element) : reading_(reading) {
+    if (reading.depth_ == greatestInlineDepth) {
+        throw Exceptions::LimitExceeded(
+            "element " + Platform::toUtf8(XMLUtils::fromXml(element.getNodeName())) +
+                ": sets stand in each other deeper than " + std::to_string(greatestInlineDepth) +
+                ", write the references as links instead",
+            CORVID_HERE);
+    }
+    if (reading.children_.size() == reading.depth_) {
+        reading.children_.emplace_back();
+    }
+    children_ = &reading.children_[reading.depth_];
+    children_->reset(element);
+    ++reading.depth_;
+}
+
+} // namespace Corvid::XMLBuilder

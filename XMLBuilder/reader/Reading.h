@@ -1,0 +1,97 @@
+#pragma once
+
+#include "XMLBuilder/Namespaces.h"
+#include "XMLBuilder/reader/ChildSteps.h"
+#include "XMLBuilder/reader/InstanceNameTable.h"
+#include "XMLBuilder/reader/PrefixScope.h"
+#include "XMLBuilder/reader/SetDefinitionIndex.h"
+#include "host/dictionary/Dictionary.h"
+
+#include <cstddef>
+#include <deque>
+#include <string>
+#include <unordered_map>
+
+namespace Corvid::MetaMetadata {
+class MetaElement;
+}
+
+namespace Corvid::Metadata {
+class PartitionMetadata;
+}
+
+namespace Corvid::XMLBuilder {
+
+/// How a property is looked for in the element of its set.
+struct PropertyName {
+    enum class Place {
+        child,             ///< a child element
+        instanceAttribute, ///< the attribute that identifies the set
+        otherAttribute,    ///< another attribute
+    };
+
+    explicit PropertyName(const MetaMetadata::MetaElement& definition);
+
+    ChildStep step;
+    Place place;
+    std::u16string attribute; ///< the qualified name of the attribute; empty for a child
+};
+
+/// What one call of the reader knows: shared by all its visitors, gone when the call returns.
+class Reading {
+public:
+    /// Both are borrowed.
+    Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names);
+    Reading(const Reading&) = delete;
+    Reading& operator=(const Reading&) = delete;
+
+    Metadata::PartitionMetadata& partition() noexcept { return partition_; }
+    const SetDefinitionIndex& sets() const noexcept { return sets_; }
+    InstanceNameTable& names() noexcept { return names_; }
+
+    const PropertyName& nameOf(const MetaMetadata::MetaElement& definition);
+
+    /// The property that has the name in XML: namespace and tag, first in the order of the
+    /// dictionary, or null.
+    /// @param qualified  namespace, colon, tag.
+    const MetaMetadata::MetaElement* findMetaElementByQualifiedName(
+        const std::u16string& qualified);
+
+    PrefixScope& prefixes() noexcept { return prefixes_; }
+
+    /// What the prefix of the parts of values stands for in a document. Without declaration at the
+    /// root this fails as the query for a part does.
+    const XMLCh* uriOfParts(const Names::Namespace& parts, const xercesc::DOMNode& value);
+
+private:
+    friend class OpenSet;
+
+    Metadata::PartitionMetadata& partition_;
+    Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
+    SetDefinitionIndex sets_;
+    InstanceNameTable& names_;
+    PrefixScope prefixes_;
+    PrefixScope prefixesOfRoot_;
+    std::unordered_map<const MetaMetadata::MetaElement*, PropertyName> properties_;
+    std::unordered_map<std::u16string, const MetaMetadata::MetaElement*> byQualifiedName_;
+    std::deque<ChildSteps> children_; ///< one for each depth, kept for the next set there
+    std::size_t depth_ = 0;           ///< how many sets are open
+};
+
+/// A set's element while it is being read.
+class OpenSet {
+public:
+    /// @throws LimitExceeded  sets stand in each other deeper than greatestInlineDepth.
+    OpenSet(Reading& reading, const xercesc::DOMElement& element);
+    OpenSet(const OpenSet&) = delete;
+    OpenSet& operator=(const OpenSet&) = delete;
+    ~OpenSet() { --reading_.depth_; }
+
+    const ChildSteps& children() const noexcept { return *children_; }
+
+private:
+    Reading& reading_;
+    ChildSteps* children_;
+};
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <xercesc/util/XercesDefs.hpp>
+
+#include <string_view>
+#include <unordered_map>
+
+namespace Corvid::MetaMetadata {
+class Dictionary;
+class MetaMetadataSet;
+} // namespace Corvid::MetaMetadata
+
+namespace Corvid::XMLBuilder {
+
+/// The set classes of a dictionary by their names in XML. Of two with one name the first in the
+/// dictionary's order counts.
+class SetDefinitionIndex {
+public:
+    /// @param dictionary  must outlive the index.
+    explicit SetDefinitionIndex(const MetaMetadata::Dictionary& dictionary);
+
+    /// The class of an element by its local name, exactly as written, or null.
+    const MetaMetadata::MetaMetadataSet* find(const XMLCh* localName) const;
+
+private:
+    std::unordered_map<std::u16string_view, const MetaMetadata::MetaMetadataSet*> definitions_;
+};
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,61 @@
+#include "XMLBuilder/reader/TranslateExceptions.h"
+
+#include "XMLBuilder/NumberText.h"
+#include "host/base/Exceptions.h"
+#include "host/xmlutils/XmlText.h"
+
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/UTFDataFormatException.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include <string>
+
+#ifdef CORVID_WITH_XQILLA
+#include <xqilla/exceptions/XQException.hpp>
+#include <xqilla/exceptions/XQillaException.hpp>
+#endif
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+using Exceptions::ParseError;
+
+/// @param prefix  names the kind of failure; ": " comes between it and the text.
+[[noreturn]] void throwParseError(const XMLCh* prefix, const XMLCh* text,
+                                  const XMLCh* suffix = u"") {
+    const std::u16string message =
+        std::u16string(prefix) + u": " + (text == nullptr ? u"" : text) + suffix;
+    throw ParseError(XMLUtils::fromXml(message.c_str()), "Corvid/XMLUtils/Utils", 207);
+}
+
+} // namespace
+
+void rethrowTranslated(EntryPoint entryPoint) {
+    try {
+        throw;
+#ifdef CORVID_WITH_XQILLA
+    } catch (const XQillaException& e) { // is a DOMException too
+        throwParseError(u"XQillaException:", e.getString());
+    } catch (const XQException& e) {
+        throwParseError(u"XQException:", e.getError());
+#endif
+    } catch (const xercesc::DOMException& e) {
+        const std::u16string code = std::u16string(u"(") + DecimalText(int{e.code}).c_str() + u")";
+        throwParseError(u"DOMException:", e.msg, code.c_str());
+    } catch (const xercesc::UTFDataFormatException& e) { // is an XMLException too
+        throwParseError(u"class xercesc_3_0::UTFDataFormatException", e.getMessage());
+    } catch (const xercesc::SAXException& e) {
+        throwParseError(u"class xercesc_3_0::SAXException", e.getMessage());
+    } catch (const xercesc::XMLException& e) {
+        throwParseError(u"class xercesc_3_0::XMLException", e.getMessage());
+    } catch (const Exceptions::BaseException&) {
+        throw;
+    } catch (...) {
+        throw ParseError("Unknown error in Xerces or XQilla", "Corvid/XMLBuilder/XML2Partition",
+                         static_cast<int>(entryPoint));
+    }
+}
+
+} // namespace Corvid::XMLBuilder

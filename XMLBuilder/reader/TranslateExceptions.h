@@ -1,0 +1,25 @@
+#pragma once
+
+namespace Corvid::XMLBuilder {
+
+/// The way in that a failure is told of; the number is the line that callers are told.
+enum class EntryPoint : int {
+    buffer = 282,
+    string = 298,
+    file = 313,
+};
+
+/// Throws the exception that is being handled as one of ours: those of Xerces-C, of XQilla and
+/// unknown ones as ParseError, our own unchanged. To be called in a handler only.
+[[noreturn]] void rethrowTranslated(EntryPoint entryPoint);
+
+/// Calls the body; its exceptions come out translated.
+template <class Body> auto translated(EntryPoint entryPoint, Body body) {
+    try {
+        return body();
+    } catch (...) {
+        rethrowTranslated(entryPoint);
+    }
+}
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,278 @@
+#include "XMLBuilder/reader/ValueParser.h"
+
+#include "XMLBuilder/CompoundFields.h"
+#include "XMLBuilder/Errors.h"
+#include "XMLBuilder/NumberInput.h"
+#include "XMLBuilder/reader/HexBytes.h"
+#include "host/dataio/Memory.h"
+#include "host/klv/Value.h"
+#include "host/xmlutils/UnicodeString.h"
+#include "host/xmlutils/XmlText.h"
+
+#include <array>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+using Result = Templates::auto_ptr<Types::SimpleDataType>;
+
+/// Chooses an overload by a value type without a value of it.
+template <class T> struct As {};
+
+template <class T> Result give(T&& value) {
+    return Result(new std::decay_t<T>(std::forward<T>(value)));
+}
+
+/// The part of a qualified name behind its prefix.
+const XMLCh* localName(const XMLCh* qualified) {
+    return qualified + std::u16string_view(qualified).find(u':') + 1;
+}
+
+std::string narrow(const XMLCh* text) { return Platform::toUtf8(XMLUtils::fromXml(text)); }
+
+const XMLCh* orEmpty(const XMLCh* text) { return text == nullptr ? u"" : text; }
+
+bool isAttribute(const DOMNode& node) { return node.getNodeType() == DOMNode::ATTRIBUTE_NODE; }
+
+/// The parts of one compound value.
+class Parts {
+public:
+    Parts(Reading& reading, const Names::Namespace& names, const DOMNode& parent)
+        : uri_(reading.uriOfParts(names, parent)), parent_(&parent) {}
+
+    /// Goes on with the parts of a child.
+    void enter(const DOMNode& child) { parent_ = &child; }
+
+    DOMElement* first(const XMLCh* qualified) const {
+        return ChildSteps::first(*parent_, localName(qualified), uri_);
+    }
+    DOMElement* next(const DOMElement& found, const XMLCh* qualified) const {
+        return ChildSteps::next(found, localName(qualified), uri_);
+    }
+
+    /// The text of a part; empty where it is missing.
+    const XMLCh* text(const XMLCh* qualified) const {
+        const DOMElement* part = first(qualified);
+        const DOMNode* content = part == nullptr ? nullptr : part->getFirstChild();
+        return content == nullptr ? u"" : orEmpty(content->getNodeValue());
+    }
+
+private:
+    const XMLCh* uri_;
+    const DOMNode* parent_;
+};
+
+template <class T> void enterWrapper(Parts& parts) {
+    const Wrapper& wrapper = Fields<T>::wrapper;
+    const std::string name = narrow(localName(wrapper.name));
+    const auto fail = [&](const std::string& condition) {
+        throwInvalidFormat(
+            condition.c_str(),
+            ("No '" + name + "' element from '" + wrapper.property + "' in XML metadata").c_str(),
+            CORVID_ELEMENT_VISITOR_HERE);
+    };
+    const DOMElement* found = parts.first(wrapper.name);
+    if (found == nullptr) {
+        fail("domComponentElement != 0");
+    }
+    if (narrow(found->getLocalName()) != name) {
+        fail("retrieveNodeName (domComponentElement) == L\"" + name + "\"");
+    }
+    parts.enter(*found);
+}
+
+/// The texts of all parts, in document order. They are looked for and checked in the order of
+/// their ranks, so that of several missing ones the right one is told.
+template <class T> auto textsOf(const Parts& parts) {
+    constexpr std::size_t count = std::tuple_size_v<decltype(Fields<T>::list)>;
+    std::array<const XMLCh*, count> texts{};
+    const auto read = [&](const auto& field, std::size_t place) {
+        texts[place] = parts.text(field.name);
+        if (field.condition != nullptr && *texts[place] == 0) {
+            throwInvalidFormat(
+                field.condition,
+                ("No '" + narrow(localName(field.name)) + "' element in XML metadata").c_str(),
+                CORVID_ELEMENT_VISITOR_HERE);
+        }
+    };
+    for (int rank = 0; rank != static_cast<int>(count); ++rank) {
+        std::apply(
+            [&](const auto&... field) {
+                std::size_t place = 0;
+                ((field.rank == rank ? read(field, place) : void(), ++place), ...);
+            },
+            Fields<T>::list);
+    }
+    return texts;
+}
+
+/// The content of a part, by what its accessor gives: a number or bytes.
+template <class T, class Get> auto contentOf(const Field<Get>&, const XMLCh* text) {
+    using Content = std::decay_t<std::invoke_result_t<Get, const T&>>;
+    if constexpr (std::is_base_of_v<Types::DataType, Content>) {
+        return parseHexBytes(text);
+    } else {
+        return readNumber<u32>(text);
+    }
+}
+
+/// The contents of all parts, in document order.
+template <class T, class Texts, std::size_t... Place>
+auto contentsOf(const Texts& texts, std::index_sequence<Place...>) {
+    constexpr const auto& list = Fields<T>::list;
+    return std::tuple<decltype(contentOf<T>(std::get<Place>(list), nullptr))...>{
+        contentOf<T>(std::get<Place>(list), texts[Place])...};
+}
+
+/// The operations mirror those of ToXMLBaseTypeVisitor: one per form of value.
+class Forms {
+public:
+    /// Stands for the form; the overloads below are chosen by it.
+    struct Integer {};
+    struct Compound {};
+    struct Bytes {};
+    struct Text {};
+    struct CodeUnit {};
+    struct IdentifierText {};
+    struct AttributeIdentifier {};
+    struct ReferenceText {};
+    struct PackedVersion {};
+    struct Collection {};
+
+    Forms(Reading& reading, const DOMNode& node) : reading_(reading), node_(node) {}
+
+    /// Up to 32 bits are read as a number of 32 bits, of which the low ones are kept.
+    template <class T> Result parse(As<T>, Integer) {
+        using Number = decltype(std::declval<const T&>().value());
+        using Small = std::conditional_t<std::is_signed_v<Number>, int, u32>;
+        using Read = std::conditional_t<sizeof(Number) <= sizeof(Small), Small, Number>;
+        return give(T(static_cast<Number>(readNumber<Read>(text()))));
+    }
+
+    /// Any text but "0" is true.
+    Result parse(As<Types::Boolean>, Integer) {
+        return give(Types::Boolean(text() != std::u16string_view(u"0")));
+    }
+
+    Result parse(As<Types::VersionType>, PackedVersion) {
+        const u32 version = readNumber<u32>(text());
+        return give(Types::VersionType(static_cast<u8>(version >> 8), static_cast<u8>(version)));
+    }
+
+    Result parse(As<Types::DataStream>, Bytes) {
+        const FieldBytes bytes = parseHexBytes(text());
+        return give(Types::DataStream(bytes.data(), static_cast<u32>(bytes.size())));
+    }
+
+    Result parse(As<Types::Unknown>, Bytes) {
+        const FieldBytes bytes = parseHexBytes(text());
+        DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
+        KLV::Value value(source, source.remaining());
+        return give(Types::Unknown(value));
+    }
+
+    Result parse(As<Types::UTF16String>, Text) {
+        return give(Types::UTF16String(XMLUtils::fromXml(text())));
+    }
+
+    Result parse(As<Types::ISO7String>, Text) {
+        return give(Types::ISO7String(
+            Platform::wstringToString(Utf16Text(XMLUtils::fromXml(text()))).c_str()));
+    }
+
+    /// The first code unit of the first word.
+    Result parse(As<Types::UTF16>, CodeUnit) {
+        return give(Types::UTF16(static_cast<u16>(*skipStreamSpace(text()))));
+    }
+
+    template <class T> Result parse(As<T>, IdentifierText) { return identifier<T>(text()); }
+
+    /// A clip's identifier may be written as the basic UMID that it extends: what is missing is
+    /// zero (SMPTE ST 330).
+    Result parse(As<Types::UMID64>, IdentifierText) {
+        constexpr std::size_t basic = 3 * Types::UMID32::fixedSize - 1;
+        std::u16string umid = text();
+        if (umid.size() == basic &&
+            orEmpty(node_.getLocalName()) == std::u16string_view(u"ExtendedClipID")) {
+            for (std::size_t i = 0; i != Types::UMID64::fixedSize - Types::UMID32::fixedSize; ++i) {
+                umid += u".00";
+            }
+        }
+        return identifier<Types::UMID64>(umid.c_str());
+    }
+
+    Result parse(As<Types::UUID>, AttributeIdentifier) { return identifier<Types::UUID>(text()); }
+
+    template <class T> Result parse(As<T>, Compound) {
+        using F = Fields<T>;
+        Parts parts(reading_, F::names, node_);
+        if constexpr (F::wrapper.name != nullptr) {
+            enterWrapper<T>(parts);
+        }
+        const auto texts = textsOf<T>(parts);
+        constexpr std::size_t count = std::tuple_size_v<decltype(F::list)>;
+        return give(std::apply(F::make, contentsOf<T>(texts, std::make_index_sequence<count>())));
+    }
+
+    /// However many components stand there: the layout minds what has a place in it.
+    Result parse(As<Types::RGBALayout>, Compound) {
+        static constexpr const XMLCh* component = u"types:RGBAComponent";
+        Types::RGBALayout layout;
+        const Parts components(reading_, Names::types, node_);
+        Parts parts = components;
+        u32 index = 0;
+        for (const DOMElement* found = components.first(component); found != nullptr;
+             found = components.next(*found, component)) {
+            parts.enter(*found);
+            const auto code = static_cast<u8>(readNumber<u32>(parts.text(u"types:Code")));
+            const auto depth = static_cast<u8>(readNumber<u32>(parts.text(u"types:Depth")));
+            layout.set(index++, {code, depth});
+        }
+        return give(layout);
+    }
+
+    // These stand in XML, if at all, as something else than the text of a value.
+    Result parse(As<Types::DataValue>, Bytes) { return {}; }
+    Result parse(As<Types::LocalTag>, IdentifierText) { return {}; }
+    template <class T> Result parse(As<T>, ReferenceText) { return {}; }
+    template <class T> Result parse(As<T>, Collection) { return {}; }
+
+private:
+    template <class T> static Result identifier(const XMLCh* text) {
+        return give(T(XMLUtils::fromXml(text), Types::dottedHexadecimal));
+    }
+
+    /// The attribute's value or the element's first child as text.
+    const XMLCh* text() const {
+        return orEmpty(isAttribute(node_) ? node_.getNodeValue()
+                                          : node_.getFirstChild()->getTextContent());
+    }
+
+    Reading& reading_;
+    const DOMNode& node_;
+};
+
+} // namespace
+
+Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const DOMNode& node) {
+    if (!isAttribute(node) && node.getFirstChild() == nullptr) {
+        return {};
+    }
+    Forms forms(reading, node);
+    switch (type) {
+#define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
+    case Id:                                                                                       \
+        return forms.parse(As<Types::Class>{}, Forms::Form{});
+#include "host/types/ValueTypes.def"
+    }
+    return {};
+}
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "XMLBuilder/reader/Reading.h"
+#include "host/types/DataType.h"
+#include "host/types/Identifiers.h"
+
+namespace Corvid::XMLBuilder {
+
+/// Makes a value of its node, the way ToXMLBaseTypeVisitor writes it.
+///
+/// Numbers are taken leniently, as a stream reads them, and keep their low bits; nothing is checked
+/// against a calendar.
+///
+/// @param node  an element, or an attribute.
+/// @return null for an element without any child, which carries no value, and for a type that is
+///         not read from XML.
+/// @throws InvalidFormat  bytes are not in hexadecimal, an identifier is malformed, or a part of a
+///                        value that must be there is missing.
+Templates::auto_ptr<Types::SimpleDataType> parseValue(Reading& reading,
+                                                      Types::Identifiers::Identifier type,
+                                                      const xercesc::DOMNode& node);
+
+} // namespace Corvid::XMLBuilder

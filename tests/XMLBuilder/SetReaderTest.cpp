@@ -1,0 +1,229 @@
+#include "XMLBuilder/InlineDepth.h"
+#include "XMLBuilder/reader/ReadDocument.h"
+#include "host/types/UID.h"
+#include "tests/XMLBuilder/Things.h"
+
+namespace Corvid::Testing {
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+class SetReader : public Things {
+protected:
+    /// A thing's number when its property is written with that prefix in that scope.
+    std::string numberIn(const std::string& xml) {
+        return bytesOf(elementOf(*readXml(model_, xml).front(), "UInt8").value());
+    }
+
+    static const Metadata::SimpleElement& onlyExtension(const Model::Set& set) {
+        if (set.invalidEnd() - set.invalidBegin() != 1) {
+            throw std::invalid_argument("not one extension");
+        }
+        return dynamic_cast<const Metadata::SimpleElement&>(**set.invalidBegin());
+    }
+
+    static const MetaMetadata::UnknownAttribute& unknownAttributeOf(
+        const Metadata::Element& element) {
+        return dynamic_cast<const MetaMetadata::UnknownAttribute&>(*element.metaAttribute());
+    }
+};
+
+TEST_F(SetReader, leavesAnEmptyElementsSetAsItWasMade) {
+    const auto& set = readThing("");
+    EXPECT_TRUE(set.hasInstanceUID());
+    EXPECT_EQ(set.countValues(), 1U);
+    EXPECT_EQ(set.invalidBegin(), set.invalidEnd());
+}
+
+TEST_F(SetReader, keepsTheFreshIdentifierForTheFirstOfAName) {
+    const auto& set = readThing("", " rp210:InstanceUID='" + uuidText(7) + "'");
+    EXPECT_NE(set.instanceUID(), uuid(7));
+    EXPECT_NE(set.instanceUID(), Types::UUID());
+}
+
+TEST_F(SetReader, givesTwoSetsOfOneNameOneIdentifier) {
+    const auto sets = readSets("<t:Thing rp210:InstanceUID='any text'/>"
+                               "<t:Other rp210:InstanceUID='any text'/>"
+                               "<t:Other rp210:InstanceUID='another'/>");
+    const auto first = sets.front()->instanceUID();
+    EXPECT_EQ((*std::next(sets.begin()))->instanceUID(), first);
+    EXPECT_NE(sets.back()->instanceUID(), first);
+}
+
+TEST_F(SetReader, findsAttributesByTheirQualifiedNameOnly) {
+    const std::string attribute = " xmlns:r='urn:SMPTE:RP210' r:GenerationUID='";
+    EXPECT_EQ(
+        bytesOf(elementOf(readThing("", attribute + uuidText(9) + "'"), "GenerationUID").value()),
+        "none");
+}
+
+TEST_F(SetReader, readsTheGenerationAsItStands) {
+    const auto& set = readThing("", " rp210:GenerationUID='" + uuidText(9) + "'");
+    EXPECT_EQ(bytesOf(elementOf(set, "GenerationUID").value()), "00000000000000000000000000000009");
+}
+
+TEST_F(SetReader, findsAPropertyUnderAnyPrefixOfItsNamespace) {
+    EXPECT_EQ(numberIn("<r xmlns:e='urn:test:elements'>"
+                       "<Thing xmlns:z='urn:test:elements'><z:UInt8>5</z:UInt8></Thing></r>"),
+              "05");
+}
+
+TEST_F(SetReader, passesOverAPropertyWhosePrefixMeansAnotherNamespace) {
+    EXPECT_EQ(numberIn("<r xmlns:e='urn:test:elements'>"
+                       "<Thing><e:UInt8 xmlns:e='urn:else'>5</e:UInt8></Thing></r>"),
+              "none");
+}
+
+TEST_F(SetReader, takesWhatThePrefixMeansAtTheSet) {
+    EXPECT_EQ(numberIn("<r xmlns:e='urn:test:elements'>"
+                       "<Thing xmlns:e='urn:else'><e:UInt8>5</e:UInt8></Thing></r>"),
+              "05");
+    EXPECT_EQ(numberIn("<r><Thing xmlns:e='urn:else'><UInt8 xmlns='urn:test:elements'>5</UInt8>"
+                       "</Thing></r>"),
+              "none");
+}
+
+TEST_F(SetReader, findsPropertiesOfAnUndeclaredPrefixInTheFallbackNamespaceOnly) {
+    EXPECT_EQ(
+        numberIn("<r><Thing><x:UInt8 xmlns:x='http://www.smpte-ra.org'>5</x:UInt8></Thing></r>"),
+        "05");
+    EXPECT_EQ(numberIn("<r><Thing><x:UInt8 xmlns:x='urn:test:elements'>5</x:UInt8></Thing></r>"),
+              "none");
+    EXPECT_EQ(numberIn("<r><Thing><UInt8>5</UInt8></Thing></r>"), "none");
+}
+
+TEST_F(SetReader, readsTheFirstOfLikeChildrenAndNoOther) {
+    const auto& set = readThing("<e:UInt8>1</e:UInt8><e:UInt8>2</e:UInt8><e:UInt16>3</e:UInt16>");
+    EXPECT_EQ(bytesOf(elementOf(set, "UInt8").value()), "01");
+    EXPECT_EQ(bytesOf(elementOf(set, "UInt16").value()), "0003");
+    EXPECT_EQ(set.countValues(), 3U);
+}
+
+TEST_F(SetReader, passesOverPropertiesOfOtherClasses) {
+    EXPECT_EQ(readThing("<e:OtherNumber>1</e:OtherNumber>").countValues(), 1U);
+}
+
+TEST_F(SetReader, takesKnownExtensionsAsMisplaced) {
+    const auto& set = readThing("<groups:ExtensionElements><e:OtherNumber>7</e:OtherNumber>"
+                                "</groups:ExtensionElements>");
+    const auto& element = onlyExtension(set);
+    EXPECT_EQ(bytesOf(element.value()), "07");
+    EXPECT_NE(dynamic_cast<const MetaMetadata::MisplacedAttribute*>(element.metaAttribute().get()),
+              nullptr);
+}
+
+TEST_F(SetReader, takesASecondOccurrenceAmongTheExtensionsAsMisplaced) {
+    const auto& set = readThing("<e:UInt8>1</e:UInt8><groups:ExtensionElements>"
+                                "<e:UInt8>2</e:UInt8></groups:ExtensionElements>");
+    EXPECT_EQ(bytesOf(elementOf(set, "UInt8").value()), "01");
+    EXPECT_EQ(bytesOf(onlyExtension(set).value()), "02");
+}
+
+TEST_F(SetReader, readsExtensionsOfEveryKind) {
+    const auto& set = readThing(
+        "<groups:ExtensionElements><e:WeakReference><s377m:X_REF a='n'/></e:WeakReference>"
+        "<e:UInt8Array><e:Element>1</e:Element></e:UInt8Array></groups:ExtensionElements>");
+    ASSERT_EQ(set.invalidEnd() - set.invalidBegin(), 2);
+    EXPECT_NE(dynamic_cast<Metadata::ReferenceElement&>(**set.invalidBegin()).value(), nullptr);
+    EXPECT_EQ(
+        dynamic_cast<Metadata::ArrayElement&>(**std::next(set.invalidBegin())).value()->size(), 1U);
+}
+
+TEST_F(SetReader, takesUnknownExtensionsByTheirTag) {
+    const auto& set = readThing("<groups:ExtensionElements>"
+                                "<groups:DarkElement groups:StaticLocalTag='7f.01' "
+                                "groups:UniversalLabel='not read'>0aFF</groups:DarkElement>"
+                                "</groups:ExtensionElements>");
+    EXPECT_EQ(bytesOf(onlyExtension(set).value()), "0aff");
+    EXPECT_EQ(unknownAttributeOf(onlyExtension(set)).localTag().value(), 0x7F01);
+    EXPECT_EQ(unknownAttributeOf(onlyExtension(set)).reason(),
+              MetaMetadata::UnknownAttribute::unknownLabel);
+}
+
+TEST_F(SetReader, givesUnknownExtensionsWithALabelATag) {
+    const std::string label = "06.0e.2b.34.01.01.01.01.0e.7f.7f.00.00.00.00.01";
+    const auto& set =
+        readThing("<groups:ExtensionElements><groups:DarkElement groups:UniversalLabel='" + label +
+                  "'>00</groups:DarkElement></groups:ExtensionElements>");
+    const auto& tag = unknownAttributeOf(onlyExtension(set)).localTag();
+    EXPECT_FALSE(tag.isStaticLocalTag());
+    const auto* found = model_.partition.partitionDictionary().find(tag, false);
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(Platform::toUtf8(found->toString()), label);
+}
+
+TEST_F(SetReader, refusesUnknownExtensionsWithNeitherTagNorLabel) {
+    failureOf<Exceptions::InvalidFormat>([&] {
+        readThing("<groups:ExtensionElements><groups:DarkElement>00</groups:DarkElement>"
+                  "</groups:ExtensionElements>");
+    });
+}
+
+TEST_F(SetReader, passesOverExtensionsWhereTheirPrefixIsNotDeclared) {
+    const auto sets =
+        readXml(model_, "<r xmlns:e='urn:test:elements'><Thing>"
+                        "<groups:ExtensionElements xmlns:groups='urn:SMPTE:Groups:MXF'>"
+                        "<e:OtherNumber>7</e:OtherNumber></groups:ExtensionElements>"
+                        "</Thing></r>");
+    EXPECT_EQ(sets.front()->invalidBegin(), sets.front()->invalidEnd());
+}
+
+TEST_F(SetReader, mindsForExtensionsWhatTheRootDeclaresOnly) {
+    const auto sets =
+        readXml(model_, "<r xmlns:groups='urn:SMPTE:Groups:MXF'>"
+                        "<Thing xmlns:e='urn:test:elements'><groups:ExtensionElements>"
+                        "<e:OtherNumber groups:StaticLocalTag='00.01'>07</e:OtherNumber>"
+                        "</groups:ExtensionElements></Thing></r>");
+    EXPECT_EQ(unknownAttributeOf(onlyExtension(*sets.front())).localTag().value(), 1);
+}
+
+/// Things inside each other, as many as asked for.
+std::string nested(std::size_t depth) {
+    std::string open;
+    std::string close;
+    for (std::size_t i = 1; i != depth; ++i) {
+        open += "<t:Thing><e:StrongReference>";
+        close = "</e:StrongReference></t:Thing>" + close;
+    }
+    return open + "<t:Thing/>" + close;
+}
+
+TEST_F(SetReader, readsSetsInsideEachOtherUpToTheLimit) {
+    readSets(nested(XMLBuilder::greatestInlineDepth));
+    EXPECT_EQ(model_.partition.size(), XMLBuilder::greatestInlineDepth);
+    const auto failure = failureOf<Exceptions::LimitExceeded>(
+        [&] { readSets(nested(XMLBuilder::greatestInlineDepth + 1)); });
+    EXPECT_THAT(failure.message,
+                HasSubstr("element t:Thing: sets stand in each other deeper than 256"));
+    readSets(nested(XMLBuilder::greatestInlineDepth)); // each call counts anew
+}
+
+TEST_F(SetReader, handsOutTheTableOfNames) {
+    const std::string xml =
+        documentOf("<t:Thing rp210:InstanceUID='one'><e:WeakReference>"
+                   "<t:X_REF types:TargetInstance='two'/></e:WeakReference></t:Thing>");
+    XMLBuilder::InstanceNameTable names;
+    const auto sets = XMLBuilder::readBuffer(reinterpret_cast<const unsigned char*>(xml.data()),
+                                             xml.size(), &model_.partition, names);
+    EXPECT_EQ(names.size(), 2U);
+    for (const auto& [written, identifier] : names) {
+        EXPECT_EQ(identifier, written == u"one" ? sets.front()->instanceUID()
+                                                : elementOf<Metadata::ReferenceElement>(
+                                                      *sets.front(), "WeakReference")
+                                                      .value()
+                                                      ->uuid());
+    }
+}
+
+TEST_F(SetReader, takesTheIdentifiersOfATableThatItIsGiven) {
+    const std::string xml = documentOf("<t:Thing rp210:InstanceUID='one'/>");
+    XMLBuilder::InstanceNameTable names;
+    names.findOrAdd(u"one", [] { return uuid(5); });
+    const auto sets = XMLBuilder::readBuffer(reinterpret_cast<const unsigned char*>(xml.data()),
+                                             xml.size(), &model_.partition, names);
+    EXPECT_EQ(sets.front()->instanceUID(), uuid(5));
+}
+
+} // namespace
+} // namespace Corvid::Testing

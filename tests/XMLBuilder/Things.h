@@ -1,0 +1,143 @@
+#pragma once
+
+#include "XMLBuilder/XML2Partition.h"
+#include "host/types/Identifiers.h"
+#include "tests/XMLBuilder/XmlOf.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <string>
+#include <vector>
+
+namespace Corvid::Testing {
+
+/// A dictionary with a set "Thing" that has a property of every type that a dictionary can name,
+/// with the name of the type, and collections of it, named for example UInt8Array and UInt8Batch.
+inline std::string thingsDictionary() {
+    std::string text = "namespace t urn:test\nnamespace e urn:test:elements\n"
+                       "namespace s377m urn:SMPTE:S377M\n"
+                       "set t:Thing 06.0e.2b.34.02.53.01.01.0e.7f.01.00.00.00.00.00 "
+                       "s377m:InterchangeObject concrete\n";
+    int number = 0;
+    const auto add = [&](const std::string& name, const std::string& type) {
+        char label[80];
+        std::snprintf(label, sizeof label, "06.0e.2b.34.01.01.01.01.0e.7f.01.00.00.00.%02x.00",
+                      ++number);
+        text += "property e:" + name + " " + label + " - " + type + " optional -\n";
+    };
+#define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
+    if (Id != Types::Identifiers::Array && Id != Types::Identifiers::Batch &&                      \
+        Id != Types::Identifiers::DataValue) {                                                     \
+        add(#Class, #Class);                                                                       \
+        add(#Class "Array", "Array(" #Class ")");                                                  \
+        add(#Class "Batch", "Batch(" #Class ")");                                                  \
+    }
+#include "host/types/ValueTypes.def"
+    add("ExtendedClipID", "UMID64");
+    text += "set t:Other 06.0e.2b.34.02.53.01.01.0e.7f.02.00.00.00.00.00 "
+            "s377m:InterchangeObject concrete\n";
+    add("OtherNumber", "UInt8");
+    return text;
+}
+
+/// The namespaces that documents declare at their root.
+inline constexpr const char* allNamespaces =
+    " xmlns:s377m=\"urn:SMPTE:S377M\" xmlns:rp210=\"urn:SMPTE:RP210\""
+    " xmlns:groups=\"urn:SMPTE:Groups:MXF\" xmlns:types=\"urn:SMPTE:Types:MXF\""
+    " xmlns:s422mTypes=\"urn:SMPTE:S422MTypes:MXF\" xmlns:t=\"urn:test\""
+    " xmlns:e=\"urn:test:elements\"";
+
+inline std::string documentOf(const std::string& inside, const std::string& names = allNamespaces) {
+    return "<s377m:MetadataSets" + names + ">" + inside + "</s377m:MetadataSets>";
+}
+
+inline XML2Partition::SetList readXml(Model& model, const std::string& xml) {
+    return XML2Partition::getPartitionMetadataFromBuffer(
+        reinterpret_cast<const unsigned char*>(xml.data()), static_cast<unsigned>(xml.size()),
+        &model.partition);
+}
+
+/// What a failure says and where it says that it comes from.
+struct Failure {
+    std::string message;
+    std::string file;
+    int line = 0;
+    unsigned code = 0;
+};
+
+/// The exception of that class that the body throws; a failed test where it throws none.
+template <class Exception, class Body> Failure failureOf(Body body) {
+    try {
+        body();
+    } catch (const Exceptions::BaseException& e) {
+        const std::string message = Platform::toUtf8(e.message());
+        EXPECT_NE(dynamic_cast<const Exception*>(&e), nullptr) << "another exception: " << message;
+        return {message, e.file(), e.line(), e.code()};
+    }
+    ADD_FAILURE() << "no exception";
+    return {};
+}
+
+/// Reads documents over the dictionary of things.
+class Things : public testing::Test {
+protected:
+    Things() : model_(Model::extendedBy(dictionary())) {}
+
+    static const std::string& dictionary() {
+        static const std::string text = thingsDictionary();
+        return text;
+    }
+
+    XML2Partition::SetList readSets(const std::string& inside) {
+        return readXml(model_, documentOf(inside));
+    }
+
+    /// Reads a document with one thing.
+    Model::Set& readThing(const std::string& inside, const std::string& attributes = "") {
+        return *readSets("<t:Thing" + attributes + ">" + inside + "</t:Thing>").front();
+    }
+
+    /// The element of a property that the set's class lists.
+    template <class Kind = Metadata::SimpleElement>
+    static Kind& elementOf(const Model::Set& set, const std::string& tag) {
+        for (const auto& [label, element] : set) {
+            const auto* definition = Metadata::definitionOf(*element->metaAttribute());
+            if (Platform::toUtf8(definition->attribute("XMLTagName")) == tag) {
+                return dynamic_cast<Kind&>(*element);
+            }
+        }
+        throw std::invalid_argument("no property " + tag);
+    }
+
+    /// The bytes of a value in hexadecimal; "none" where there is none.
+    static std::string bytesOf(const Types::DataType* value) {
+        if (value == nullptr) {
+            return "none";
+        }
+        std::string text;
+        for (int i = 0; i != value->serializedSize(); ++i) {
+            char digits[3];
+            std::snprintf(digits, sizeof digits, "%02x", value->rawBuffer()[i]);
+            text += digits;
+        }
+        return text;
+    }
+
+    /// The bytes that a thing's property of that name has after reading its content.
+    std::string bytesRead(const std::string& tag, const std::string& content) {
+        const auto& set = readThing("<e:" + tag + ">" + content + "</e:" + tag + ">");
+        return bytesOf(elementOf(set, tag).value());
+    }
+
+    /// What reading that content of a property throws.
+    template <class Exception = Exceptions::InvalidFormat>
+    Failure failureOfReading(const std::string& tag, const std::string& content) {
+        return failureOf<Exception>([&] { bytesRead(tag, content); });
+    }
+
+    Model model_;
+};
+
+} // namespace Corvid::Testing
