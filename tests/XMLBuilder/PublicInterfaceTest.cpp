@@ -1,5 +1,6 @@
 #include "host/base/Exceptions.h"
 #include "tests/XMLBuilder/XmlOf.h"
+#include "tests/support/LeaksByContract.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -101,7 +102,10 @@ TEST(PublicInterface, leavesTheLockFreeWhenAWriterThrows) {
         .createInvalidElement(Metadata::Element::Attribute(new MetaMetadata::UnknownAttribute(
             Types::LocalTag(0x8001), MetaMetadata::UnknownAttribute::unknownLabel)))
         .parse(Model::view("x"));
-    EXPECT_THROW(partition2XML(&failing, false, false), int);
+    {
+        const LeaksByContract leaks;
+        EXPECT_THROW(partition2XML(&failing, false, false), int);
+    }
     Model model;
     model.set("Preface", 1);
     EXPECT_TRUE(partition2XML(&model.partition, false, false));
@@ -128,6 +132,7 @@ TEST(PublicInterface, serialisesCallersOnDifferentPartitions) {
 TEST(PublicInterface, givesNothingWithoutPreface) {
     Model model;
     model.set("Filler", 1);
+    const LeaksByContract leaks;
     EXPECT_FALSE(partition2XML(&model.partition, false, false));
     EXPECT_FALSE(partition2XML(&model.partition, nullptr, false, false));
     Utf16Text text = before;
