@@ -1,33 +1,18 @@
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
 
+#include "XMLBuilder/NumberInput.h"
 #include "XMLBuilder/writer/DarkWriter.h"
 #include "XMLBuilder/writer/Document.h"
 #include "XMLBuilder/writer/ToXMLMetaAttributeVisitor.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/PartitionMetadata.h"
+#include "host/xmlutils/XmlText.h"
 
 #include <algorithm>
 #include <string>
 
 namespace Corvid::XMLBuilder {
-
-namespace {
-
-/// An unsigned decimal number as a stream reads it: white space is skipped, reading stops at the
-/// first character that is no digit, no number is 0.
-std::uint32_t readOrder(const unsigned short* text) {
-    while (*text == ' ' || (*text >= '\t' && *text <= '\r')) {
-        ++text;
-    }
-    std::uint32_t number = 0;
-    for (; *text >= '0' && *text <= '9'; ++text) {
-        number = number * 10 + (*text - '0');
-    }
-    return number;
-}
-
-} // namespace
 
 ToXMLMetadataSetVisitor::ToXMLMetadataSetVisitor(Metadata::PartitionMetadata* partition,
                                                  xercesc::DOMElement* parent,
@@ -93,7 +78,7 @@ void ToXMLMetadataSetVisitor::listElements(const Metadata::MetadataSet& set) {
         ToXMLMetaAttributeVisitor attribute;
         element->metaAttribute()->accept(attribute);
         if (const unsigned short* order = attribute.schemaIndex()) {
-            entries_.push_back({element, readOrder(order)});
+            entries_.push_back({element, readNumber<std::uint32_t>(XMLUtils::toXml(order))});
         }
     }
     std::sort(entries_.begin() + static_cast<std::ptrdiff_t>(firstValid), entries_.end(),
