@@ -14,7 +14,7 @@ namespace Corvid::Testing {
 /// Compares a text with tests/golden/<name>; with CORVID_UPDATE_GOLDEN=1 in the environment, writes
 /// it there instead. A difference is shown as the first line that differs, with those around it.
 inline testing::AssertionResult matchesGolden(const std::string& text, const std::string& name) {
-    const std::string path = std::string(CORVID_TEST_SOURCE_DIR) + "/tests/golden/" + name;
+    const std::string path = (sourceDir() / "tests/golden" / name).string();
     if (const char* update = std::getenv("CORVID_UPDATE_GOLDEN");
         update && std::string(update) == "1") {
         std::ofstream(path, std::ios::binary) << text;

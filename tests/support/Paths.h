@@ -1,56 +1,37 @@
 #pragma once
 
-#include <cstdlib>
 #include <filesystem>
-#include <random>
 #include <string>
-#include <system_error>
 
-/// Where tests find what they need. Paths come from the build, never from a source.
+/// Where tests find what they need. Only Paths.cpp gets the build's folders, so that the objects of
+/// all other sources are alike in every build folder and a compiler cache can share them.
 namespace Corvid::Testing {
 
 /// The root of the source tree.
-inline std::filesystem::path sourceDir() { return CORVID_TEST_SOURCE_DIR; }
+std::filesystem::path sourceDir();
 
 /// The root of the build tree.
-inline std::filesystem::path binaryDir() { return CORVID_TEST_BINARY_DIR; }
+std::filesystem::path binaryDir();
 
-/// A folder beside the repository that may be absent: the environment variable if it is set, else
-/// ../shared/<name>. Empty if there is no such folder; a test that needs it then skips.
-inline std::filesystem::path sharedDir(const char* variable, const char* name) {
-    const char* const given = std::getenv(variable);
-    const std::filesystem::path path =
-        given != nullptr ? std::filesystem::path(given) : sourceDir() / ".." / "shared" / name;
-    return std::filesystem::is_directory(path) ? path.lexically_normal() : std::filesystem::path();
-}
+/// Header partitions of real files: CORVID_SAMPLES, else ../shared/samples. Empty if there is no
+/// such folder; a test that needs it then skips.
+std::filesystem::path samplesDir();
 
-/// Header partitions of real files; overridden by CORVID_SAMPLES. Empty if absent.
-inline std::filesystem::path samplesDir() { return sharedDir("CORVID_SAMPLES", "samples"); }
-
-/// The SMPTE registers as tables; overridden by CORVID_REGISTERS. Empty if absent.
-inline std::filesystem::path registersDir() { return sharedDir("CORVID_REGISTERS", "registers"); }
+/// The SMPTE registers as tables: CORVID_REGISTERS, else ../shared/registers. Empty if absent.
+std::filesystem::path registersDir();
 
 /// Programs that CMake has found; empty if it has not.
-inline std::string ffmpeg() { return CORVID_TEST_FFMPEG; }
-inline std::string xmllint() { return CORVID_TEST_XMLLINT; }
-inline std::string python() { return CORVID_TEST_PYTHON; }
+std::string ffmpeg();
+std::string xmllint();
+std::string python();
 
 /// An empty folder of this test's own, removed with everything in it at the end of the scope.
 class TemporaryDir {
 public:
-    TemporaryDir() {
-        std::random_device random;
-        do {
-            path_ = std::filesystem::temp_directory_path() /
-                    ("corvid-test-" + std::to_string(random()) + std::to_string(random()));
-        } while (!std::filesystem::create_directory(path_));
-    }
+    TemporaryDir();
     TemporaryDir(const TemporaryDir&) = delete;
     TemporaryDir& operator=(const TemporaryDir&) = delete;
-    ~TemporaryDir() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
+    ~TemporaryDir();
 
     const std::filesystem::path& path() const noexcept { return path_; }
 
