@@ -128,10 +128,10 @@ DOMNode* ChildSteps::evaluate(const DOMNode& context, const DOMNode&, const Chil
     if (step.plain_ && uri != nullptr) {
         return first(context, step.name_, uri);
     }
-    throw xercesc::DOMXPathException(step.plain_
-                                         ? xercesc::DOMException::NAMESPACE_ERR
-                                         : xercesc::DOMXPathException::INVALID_EXPRESSION_ERR,
-                                     0);
+    const short code = step.plain_
+                           ? static_cast<short>(xercesc::DOMException::NAMESPACE_ERR)
+                           : static_cast<short>(xercesc::DOMXPathException::INVALID_EXPRESSION_ERR);
+    throw xercesc::DOMXPathException(code, 0);
 }
 
 #endif

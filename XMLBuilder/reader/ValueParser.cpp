@@ -3,6 +3,7 @@
 #include "XMLBuilder/CompoundFields.h"
 #include "XMLBuilder/Errors.h"
 #include "XMLBuilder/NumberInput.h"
+#include "XMLBuilder/ValueForms.h"
 #include "XMLBuilder/reader/HexBytes.h"
 #include "host/dataio/Memory.h"
 #include "host/klv/Value.h"
@@ -132,20 +133,8 @@ auto contentsOf(const Texts& texts, std::index_sequence<Place...>) {
 }
 
 /// The operations mirror those of ToXMLBaseTypeVisitor: one per form of value.
-class Forms {
+class Forms : public ValueForms {
 public:
-    /// Stands for the form; the overloads below are chosen by it.
-    struct Integer {};
-    struct Compound {};
-    struct Bytes {};
-    struct Text {};
-    struct CodeUnit {};
-    struct IdentifierText {};
-    struct AttributeIdentifier {};
-    struct ReferenceText {};
-    struct PackedVersion {};
-    struct Collection {};
-
     Forms(Reading& reading, const DOMNode& node) : reading_(reading), node_(node) {}
 
     /// Up to 32 bits are read as a number of 32 bits, of which the low ones are kept.

@@ -3,6 +3,7 @@
 #include "XMLBuilder/CompoundFields.h"
 #include "XMLBuilder/HexText.h"
 #include "XMLBuilder/NumberText.h"
+#include "XMLBuilder/ValueForms.h"
 #include "host/xmlutils/UnicodeString.h"
 #include "host/xmlutils/XmlText.h"
 
@@ -44,19 +45,7 @@ template <class Content> void appendContent(DOMElement* parent, const Content& c
 } // namespace
 
 /// One operation per form of value.
-struct ToXMLBaseTypeVisitor::Forms {
-    /// Stands for the form; the overloads below are chosen by it.
-    struct Integer {};
-    struct Compound {};
-    struct Bytes {};
-    struct Text {};
-    struct CodeUnit {};
-    struct IdentifierText {};
-    struct AttributeIdentifier {};
-    struct ReferenceText {};
-    struct PackedVersion {};
-    struct Collection {};
-
+struct ToXMLBaseTypeVisitor::Forms : ValueForms {
     template <class T> static void write(ToXMLBaseTypeVisitor& to, const T& value, Integer) {
         appendNumber(to.parent_, +value.value());
     }
