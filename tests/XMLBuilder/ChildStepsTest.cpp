@@ -16,28 +16,6 @@ using XMLBuilder::ChildStep;
 using XMLBuilder::ChildSteps;
 using XMLBuilder::PrefixScope;
 
-const char16_t* pick(std::mt19937& random, std::initializer_list<const char16_t*> from) {
-    return from.begin()[random() % from.size()];
-}
-
-std::string randomDocument(std::mt19937& random) {
-    const auto one = [&random](std::initializer_list<const char*> from) {
-        return std::string(from.begin()[random() % from.size()]);
-    };
-    std::string xml = "<r xmlns:a='urn:1' xmlns:b='urn:2' xmlns:c='urn:1'>";
-    for (int sets = 0; sets != 3; ++sets) {
-        xml += "<a:set" + one({"", " xmlns:a='urn:3'", " xmlns='urn:1'", " x='1'"}) + ">";
-        for (auto children = random() % 20; children != 0; --children) {
-            xml += one({"", "text", "<!-- c -->", "<?p i?>", "<![CDATA[d]]>", "\n"});
-            const std::string name = one({"a:", "b:", "c:", ""}) + one({"one", "two", "three"});
-            xml += "<" + name + one({"", " xmlns:b='urn:1'", " xmlns='urn:2'"}) + ">" +
-                   one({"", "<a:one/>", "5"}) + "</" + name + ">";
-        }
-        xml += "</a:set>";
-    }
-    return xml + "</r>";
-}
-
 TEST(ChildSteps, areNotPlainWhereANameIsNoNCName) {
     EXPECT_TRUE(ChildStep(u"a", u"one").isPlain());
     EXPECT_TRUE(ChildStep(u"a", u"_\u00E9-1.b").isPlain());
@@ -88,6 +66,28 @@ TEST(PrefixScope, knowsWhatIsDeclaredAroundAnElement) {
 }
 
 #ifdef CORVID_WITH_XQILLA
+
+const char16_t* pick(std::mt19937& random, std::initializer_list<const char16_t*> from) {
+    return from.begin()[random() % from.size()];
+}
+
+std::string randomDocument(std::mt19937& random) {
+    const auto one = [&random](std::initializer_list<const char*> from) {
+        return std::string(from.begin()[random() % from.size()]);
+    };
+    std::string xml = "<r xmlns:a='urn:1' xmlns:b='urn:2' xmlns:c='urn:1'>";
+    for (int sets = 0; sets != 3; ++sets) {
+        xml += "<a:set" + one({"", " xmlns:a='urn:3'", " xmlns='urn:1'", " x='1'"}) + ">";
+        for (auto children = random() % 20; children != 0; --children) {
+            xml += one({"", "text", "<!-- c -->", "<?p i?>", "<![CDATA[d]]>", "\n"});
+            const std::string name = one({"a:", "b:", "c:", ""}) + one({"one", "two", "three"});
+            xml += "<" + name + one({"", " xmlns:b='urn:1'", " xmlns='urn:2'"}) + ">" +
+                   one({"", "<a:one/>", "5"}) + "</" + name + ">";
+        }
+        xml += "</a:set>";
+    }
+    return xml + "</r>";
+}
 
 /// What XQilla finds, in order.
 std::vector<xercesc::DOMNode*> withXQilla(const xercesc::DOMElement& context,
