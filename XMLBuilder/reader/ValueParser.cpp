@@ -71,7 +71,7 @@ private:
 };
 
 template <class T> void enterWrapper(Parts& parts) {
-    const Wrapper& wrapper = Fields<T>::wrapper;
+    const Wrapper wrapper = Fields<T>::wrapper;
     const std::string name = narrow(localName(wrapper.name));
     const auto fail = [&](const std::string& condition) {
         throwInvalidFormat(

@@ -95,7 +95,7 @@ struct FileOutput::Temporary {
 
 FileOutput::FileOutput(const std::string& path) : FileOutput(path, Target(path)) {}
 
-FileOutput::FileOutput(const std::string& path, Target target)
+FileOutput::FileOutput(const std::string& path, const Target& target)
     : FileOutput(path, target, Temporary(path, target)) {}
 
 FileOutput::FileOutput(const std::string& path, Target target, Temporary temporary)

@@ -20,7 +20,7 @@ public:
 private:
     struct Target;
     struct Temporary;
-    FileOutput(const std::string& path, Target target);
+    FileOutput(const std::string& path, const Target& target);
     FileOutput(const std::string& path, Target target, Temporary temporary);
 
     std::string target_;

@@ -58,7 +58,7 @@ DefinitionNames definitionNames(const PartitionMetadata& metadata) {
 }
 
 std::string trackKind(const Types::UniversalLabel& label, const DefinitionNames& names) {
-    const std::string registered = Structural::trackKind(label);
+    std::string registered = Structural::trackKind(label);
     if (!registered.empty()) {
         return registered;
     }

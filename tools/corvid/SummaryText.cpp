@@ -4,6 +4,7 @@
 #include "tools/corvid/Table.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fmt/core.h>
 
 namespace Corvid::Tool {
@@ -31,7 +32,7 @@ struct Style {
 };
 
 std::string timeText(double seconds) {
-    const auto milliseconds = static_cast<long long>(seconds * 1000 + 0.5);
+    const auto milliseconds = std::llround(seconds * 1000);
     return fmt::format("{:02}:{:02}:{:02}.{:03}", milliseconds / 3600000, milliseconds / 60000 % 60,
                        milliseconds / 1000 % 60, milliseconds % 1000);
 }

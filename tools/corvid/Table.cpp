@@ -36,8 +36,8 @@ std::string Table::toString(const std::string& before, const std::string& after)
             }
         }
         line.erase(line.find_last_not_of(' ') + 1);
-        text += row == 0 ? before + line + after : line;
-        text += '\n';
+        text.append(row == 0 ? before : std::string()).append(line);
+        text.append(row == 0 ? after : std::string()).push_back('\n');
     }
     return text;
 }
