@@ -13,7 +13,7 @@ foreach(target IN LISTS corvid_libraries)
     DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/corvid
     FILES_MATCHING PATTERN Export.h)
 endforeach()
-if(TARGET corvid)
+if(CORVID_BUILD_TOOLS)
   set_target_properties(corvid PROPERTIES INSTALL_RPATH "$ORIGIN/${corvid_lib_from_bin}")
   install(TARGETS corvid RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()

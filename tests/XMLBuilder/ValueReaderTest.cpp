@@ -82,7 +82,7 @@ protected:
     static std::string umidText(int bytes) {
         std::string text;
         for (int i = 0; i != bytes; ++i) {
-            char digits[4];
+            char digits[12];
             std::snprintf(digits, sizeof digits, "%02x.", 0x40 + i);
             text += digits;
         }
