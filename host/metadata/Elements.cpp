@@ -82,6 +82,11 @@ void ReferenceCollectionElement::addUnverifiedReference(Templates::auto_ptr<Refe
     present_ = true;
 }
 
+void ReferenceCollectionElement::replace(Types::u32 index,
+                                         Templates::auto_ptr<Reference> reference) {
+    references_[index] = std::move(reference);
+}
+
 void ReferenceCollectionElement::remove(Types::u32 index) {
     references_.erase(references_.begin() + index);
 }

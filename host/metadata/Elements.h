@@ -68,6 +68,7 @@ public:
     /// Appends a reference whose target need not be there.
     void addUnverifiedReference(Templates::auto_ptr<Types::Reference> reference);
     /// @param index  below size().
+    void replace(Types::u32 index, Templates::auto_ptr<Types::Reference> reference);
     void remove(Types::u32 index);
 
     /// True when there is no collection; an empty one is there all the same.

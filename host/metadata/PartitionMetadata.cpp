@@ -124,6 +124,24 @@ void PartitionMetadata::addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> 
     set.release();
 }
 
+PartitionMetadata::DarkSets::const_iterator PartitionMetadata::removeDark(
+    DarkSets::const_iterator set) {
+    delete *set;
+    return darkSets_.erase(set);
+}
+
+void PartitionMetadata::remove(const Templates::vector<const MetadataSet*>& sets) {
+    const std::unordered_set<const MetadataSet*> doomed(sets.begin(), sets.end());
+    const auto end = std::remove_if(sets_.begin(), sets_.end(), [&doomed](const MetadataSet* set) {
+        return doomed.count(set) != 0;
+    });
+    sets_.erase(end, sets_.end());
+    forgetReferences();
+    for (const MetadataSet* set : doomed) {
+        delete set;
+    }
+}
+
 void PartitionMetadata::removeLast(const MetadataSet& set) noexcept {
     sets_.pop_back();
     forgetReferences();

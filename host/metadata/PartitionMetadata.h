@@ -59,7 +59,11 @@ public:
     DarkSets::const_iterator darkBegin() const noexcept { return darkSets_.begin(); }
     DarkSets::const_iterator darkEnd() const noexcept { return darkSets_.end(); }
     void addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> set);
+    /// @return the dark set behind it.
+    DarkSets::const_iterator removeDark(DarkSets::const_iterator set);
 
+    /// Takes some of the sets away, in whatever order they are named. The others stay in theirs.
+    void remove(const Templates::vector<const MetadataSet*>& sets);
     /// Takes the last set away again, which must be this one.
     void removeLast(const MetadataSet& set) noexcept;
 

@@ -158,6 +158,21 @@ TEST_F(Elements, withReferencesArePresentOnceOneWasAddedAndRemoved) {
     EXPECT_EQ(element.serializedSize(), 8U);
 }
 
+TEST_F(Elements, withReferencesReplaceOneInItsPlace) {
+    auto& element = dynamic_cast<ReferenceCollectionElement&>(
+        *partition.createMetadataSet(prefaceKey()).find(childArray));
+    const auto to = [](u32 target) {
+        return Templates::auto_ptr<Types::Reference>(new Types::StrongReference(uuidOf(target)));
+    };
+    for (const u32 target : {1U, 2U, 3U}) {
+        element.addUnverifiedReference(to(target));
+    }
+    element.replace(1, to(9));
+    EXPECT_EQ(element.at(0).uuid(), uuidOf(1));
+    EXPECT_EQ(element.at(1).uuid(), uuidOf(9));
+    EXPECT_EQ(element.at(2).uuid(), uuidOf(3));
+}
+
 TEST_F(Elements, withReferencesGiveTheirSizeOnceTheyHoldOne) {
     auto& element = dynamic_cast<ReferenceCollectionElement&>(
         *partition.createMetadataSet(prefaceKey()).find(childArray));

@@ -101,6 +101,33 @@ TEST_F(PartitionMetadataTest, takesItsLastSetAwayAgain) {
     EXPECT_EQ(partition.resolve(uuidOf(1)).size(), 1U);
 }
 
+TEST_F(PartitionMetadataTest, takesSetsAwayInAnyOrder) {
+    const auto& first = makeSet(otherKey(), 1);
+    const auto& second = makeSet(otherKey(), 2);
+    const auto& third = makeSet(prefaceKey(), 3);
+    const auto& fourth = makeSet(otherKey(), 1);
+    EXPECT_EQ(partition.resolve(uuidOf(1)).size(), 2U);
+    partition.remove({});
+    EXPECT_EQ(partition.size(), 4U);
+    partition.remove({&third, &first});
+    EXPECT_EQ(std::vector<const MetadataSet*>(partition.begin(), partition.end()),
+              (std::vector<const MetadataSet*>{&second, &fourth}));
+    EXPECT_EQ(partition.resolve(uuidOf(1)).size(), 1U);
+    EXPECT_TRUE(partition.find(prefaceKey()).empty());
+}
+
+TEST_F(PartitionMetadataTest, takesDarkSetsAway) {
+    for (const auto last : {u8{1}, u8{2}, u8{3}}) {
+        KLV::Value value(&last, 1);
+        partition.addDarkMetadataSet(
+            Templates::auto_ptr<DarkMetadataSet>(new DarkMetadataSet(keyOf(last), 4, value)));
+    }
+    const auto third = partition.removeDark(std::next(partition.darkBegin()));
+    EXPECT_EQ((*third)->key(), keyOf(3));
+    EXPECT_EQ((*partition.darkBegin())->key(), keyOf(1));
+    EXPECT_EQ(std::distance(partition.darkBegin(), partition.darkEnd()), 2);
+}
+
 TEST_F(PartitionMetadataTest, keepsItsDictionaryAlive) {
     auto lent = dictionaryOf(dictionaryText);
     PartitionMetadata other(lent);
