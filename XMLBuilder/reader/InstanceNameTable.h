@@ -9,17 +9,26 @@
 
 namespace Corvid::XMLBuilder {
 
+/// What the InstanceUIDs of a partition have to do with the identifiers of the document.
+enum class WrittenIdentifiers : unsigned char {
+    replaced, ///< every set gets an InstanceUID that nobody else has
+    kept,     ///< a written identifier is the InstanceUID, wherever it is the text of one
+};
+
 /// The identifiers of one document, as they are written there, and the InstanceUIDs that stand for
 /// them in the partition. A reference and its target meet here, whichever is read first.
 class InstanceNameTable {
 public:
     using Entries = std::unordered_map<std::u16string, Types::UUID>;
 
-    /// The InstanceUID of a written identifier. If it has none yet, it gets the one that make()
-    /// returns.
+    explicit InstanceNameTable(WrittenIdentifiers written = WrittenIdentifiers::replaced) noexcept
+        : written_(written) {}
+
+    /// The InstanceUID of a written identifier. If it has none yet, it gets itself where those that
+    /// are written are kept, else the one that make() returns.
     template <class Make> const Types::UUID& findOrAdd(const XMLCh* written, Make make) {
         const auto [entry, added] = entries_.try_emplace(written);
-        if (added) {
+        if (added && !(written_ == WrittenIdentifiers::kept && parse(written, entry->second))) {
             entry->second = make();
         }
         return entry->second;
@@ -30,6 +39,10 @@ public:
     std::size_t size() const noexcept { return entries_.size(); }
 
 private:
+    /// @return false where the text is not that of an identifier, which stays as it was.
+    static bool parse(const XMLCh* text, Types::UUID& identifier);
+
+    WrittenIdentifiers written_;
     Entries entries_;
 };
 

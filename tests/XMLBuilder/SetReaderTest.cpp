@@ -225,5 +225,26 @@ TEST_F(SetReader, takesTheIdentifiersOfATableThatItIsGiven) {
     EXPECT_EQ(sets.front()->instanceUID(), uuid(5));
 }
 
+TEST_F(SetReader, keepsWrittenIdentifiersWhereTheTableSaysSo) {
+    const std::string written = "00.01.02.03.04.05.06.07.08.09.0A.0b.0C.0d.0E.0f";
+    const std::string xml =
+        documentOf("<t:Thing rp210:InstanceUID='" + written +
+                   "'><e:WeakReference><t:X_REF types:TargetInstance='" + uuidText(7) +
+                   "'/></e:WeakReference></t:Thing><t:Thing rp210:InstanceUID='one'/>"
+                   "<t:Thing rp210:InstanceUID='" +
+                   written + ".10'/>");
+    XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
+    const auto sets = XMLBuilder::readBuffer(reinterpret_cast<const unsigned char*>(xml.data()),
+                                             xml.size(), &model_.partition, names);
+    EXPECT_EQ(bytesOf(elementOf(*sets.front(), "InstanceUID").value()),
+              "000102030405060708090a0b0c0d0e0f");
+    EXPECT_EQ(elementOf<Metadata::ReferenceElement>(*sets.front(), "WeakReference").value()->uuid(),
+              uuid(7));
+    EXPECT_EQ(names.size(), 4U);
+    for (const auto* set : sets) {
+        EXPECT_EQ(model_.partition.resolve(set->instanceUID()).size(), 1U);
+    }
+}
+
 } // namespace
 } // namespace Corvid::Testing
