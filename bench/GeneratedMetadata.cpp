@@ -1,6 +1,7 @@
 #include "bench/GeneratedMetadata.h"
 
-#include "host/dictionary/Dictionary.h"
+#include "host/dataio/MemorySource.h"
+#include "host/mxf/File.h"
 
 #include <initializer_list>
 #include <set>
@@ -206,6 +207,11 @@ private:
     std::size_t properties_ = 0;
 };
 
+class NoWarnings : public mxf::WarningSink {
+public:
+    void warn(const mxf::Warning& warning) override { throw std::logic_error(warning.message()); }
+};
+
 } // namespace
 
 GeneratedFile generateFile(std::size_t sets) {
@@ -215,6 +221,15 @@ GeneratedFile generateFile(std::size_t sets) {
         writer.write(tree.nodes()[i], i);
     }
     return {MxfBuilder().add(headerPartition(writer.metadata())).build(), writer.properties()};
+}
+
+Templates::auto_ptr<Metadata::PartitionMetadata> readMetadata(const GeneratedFile& file) {
+    NoWarnings warnings;
+    return mxf::File(Templates::auto_ptr<DataIO::RandomAccessSource>(
+                         new DataIO::MemorySource(file.bytes.data(), file.bytes.size())),
+                     MetaMetadata::Dictionary::builtIn(), warnings)
+        .readMetadata()
+        .metadata;
 }
 
 } // namespace Corvid::Bench

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/metadata/PartitionMetadata.h"
 #include "tests/support/MxfBuilder.h"
 
 #include <cstddef>
@@ -16,5 +17,8 @@ struct GeneratedFile {
 /// @param sets  how many sets, at least 4; 102,000 at most, where the list of the packages fills
 ///     its property (65,535 bytes). The same bytes on every call.
 GeneratedFile generateFile(std::size_t sets);
+
+/// The metadata of such a file as it stands in memory after reading.
+Templates::auto_ptr<Metadata::PartitionMetadata> readMetadata(const GeneratedFile& file);
 
 } // namespace Corvid::Bench

@@ -40,15 +40,17 @@ double Ratios::median(const Figure& figure) const {
 
 void Ratios::print(const std::string& what, const Figure& figure, const Figure& yardstick,
                    double limit) const {
-    const double above = median(figure);
-    const double below = median(yardstick);
+    printRatio(what, median(figure), median(yardstick), limit);
+}
+
+void printRatio(const std::string& what, double figure, double yardstick, double limit) {
     std::cout << "ratio: " << std::left << std::setw(62) << what << std::right << std::fixed
               << std::setprecision(2);
-    if (above < 0 || below <= 0) {
+    if (figure < 0 || yardstick <= 0) {
         std::cout << "  not measured" << std::endl;
         return;
     }
-    const double ratio = above / below;
+    const double ratio = figure / yardstick;
     std::cout << std::setw(6) << ratio << "  limit " << limit
               << (ratio > limit ? "  MISSED" : "  kept") << std::endl;
 }

@@ -36,6 +36,10 @@ private:
     std::map<std::string, std::vector<double>> values_; ///< by benchmark, or benchmark:counter
 };
 
+/// Prints the ratio of two figures and the limit that it is to keep.
+/// @param figure  negative, or `yardstick` 0 or less, where it was not measured.
+void printRatio(const std::string& what, double figure, double yardstick, double limit);
+
 /// Runs the benchmarks that are registered, some times each and in random order, then calls the
 /// function to print the ratios. Arguments of the command line come behind the defaults.
 /// @return the exit status; 0 also where a limit is missed, for a busy machine proves nothing.

@@ -1,11 +1,10 @@
 #include "bench/ChildProcess.h"
 #include "bench/GeneratedMetadata.h"
 #include "bench/Ratios.h"
+#include "bench/WorkFolder.h"
 
 #include <benchmark/benchmark.h>
-#include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <stdexcept>
@@ -20,17 +19,9 @@ constexpr const char* yardstick = CORVID_BENCH_YARDSTICK;
 constexpr std::size_t small = 40;
 constexpr std::size_t scales[] = {small, 1000, 10000, 100000};
 
-/// A folder for a generated MXF file and its XML for every scale; it goes with the object.
+/// A generated MXF file and its XML for every scale; they go with the object.
 class Files {
 public:
-    Files() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "corvid-bench-XXXXXX").string();
-        if (::mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("can't make a temporary folder");
-        }
-        folder_ = name;
-    }
     void generate() const {
         for (const std::size_t sets : scales) {
             // This process must stay small: see run().
@@ -38,19 +29,12 @@ public:
             Bench::run({command, "to-xml", mxf(sets), "-o", xml(sets)});
         }
     }
-    ~Files() {
-        std::error_code ignored;
-        std::filesystem::remove_all(folder_, ignored);
-    }
-    Files(const Files&) = delete;
-    Files& operator=(const Files&) = delete;
-
     std::string mxf(std::size_t sets) const { return path(sets, ".mxf"); }
     std::string xml(std::size_t sets) const { return path(sets, ".xml"); }
 
 private:
     std::string path(std::size_t sets, const char* ending) const {
-        return (folder_ / (std::to_string(sets) + ending)).string();
+        return folder_.path(std::to_string(sets) + ending);
     }
     static void write(const std::string& path, const Testing::Bytes& bytes) {
         std::ofstream file(path, std::ios::binary);
@@ -61,7 +45,7 @@ private:
         }
     }
 
-    std::filesystem::path folder_;
+    Bench::WorkFolder folder_;
 };
 
 /// Measures a program from its start to its end.

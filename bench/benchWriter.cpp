@@ -1,13 +1,10 @@
 #include "XMLBuilder/XMLBuilder.h"
 #include "bench/GeneratedMetadata.h"
 #include "bench/Ratios.h"
-#include "host/dataio/MemorySource.h"
-#include "host/mxf/File.h"
+#include "bench/ThreadTime.h"
 
 #include <benchmark/benchmark.h>
-#include <ctime>
 #include <map>
-#include <stdexcept>
 #include <xercesc/dom/DOM.hpp>
 
 namespace {
@@ -15,21 +12,12 @@ namespace {
 using namespace Corvid;
 using Document = Templates::auto_ptr<xercesc::DOMNode>;
 
-class NoWarnings : public mxf::WarningSink {
-public:
-    void warn(const mxf::Warning& warning) override { throw std::logic_error(warning.message()); }
-};
-
 /// Generated metadata as it stands in memory after reading, made once per number of sets.
 struct Model {
     explicit Model(std::size_t sets) {
         const Bench::GeneratedFile made = Bench::generateFile(sets);
         properties = made.properties;
-        NoWarnings warnings;
-        mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(
-                           new DataIO::MemorySource(made.bytes.data(), made.bytes.size())),
-                       MetaMetadata::Dictionary::builtIn(), warnings);
-        partition = file.readMetadata().metadata;
+        partition = Bench::readMetadata(made);
     }
 
     static Model& of(const benchmark::State& state) {
@@ -44,19 +32,13 @@ struct Model {
     Templates::auto_ptr<Metadata::PartitionMetadata> partition;
 };
 
-double cpuSeconds() {
-    timespec now{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
 /// Measures the making of a document in processor time, which other programs disturb least; that
 /// it is released again does not count.
 template <class Make> void measure(benchmark::State& state, Make make) {
     for (auto _ : state) {
-        const double begin = cpuSeconds();
+        const Bench::ThreadTime time;
         const Document made = make();
-        state.SetIterationTime(cpuSeconds() - begin);
+        state.SetIterationTime(time.seconds());
     }
 }
 
