@@ -1,5 +1,6 @@
 #include "host/xmlutils/CleanDocument.h"
 
+#include <vector>
 #include <xercesc/dom/DOMNode.hpp>
 
 namespace Corvid::XMLUtils {
@@ -17,30 +18,28 @@ bool isWhiteSpace(const XMLCh* text) {
     return true;
 }
 
-/// The node that follows `node` and what is below it in document order, within `top`; or null.
-DOMNode* nextBehind(DOMNode* node, const DOMNode* top) {
-    while (node != top) {
-        if (DOMNode* const sibling = node->getNextSibling()) {
-            return sibling;
-        }
-        node = node->getParentNode();
-    }
-    return nullptr;
-}
-
 } // namespace
 
 void cleanEmptyTextNodes(DOMNode& top) {
+    // The way down is kept here, because to ask a node for its parent costs Xerces-C a search
+    // through the classes of nodes.
+    std::vector<DOMNode*> open = {&top};
     DOMNode* node = top.getFirstChild();
-    while (node != nullptr) {
-        if (node->getNodeType() == DOMNode::TEXT_NODE && isWhiteSpace(node->getNodeValue())) {
-            DOMNode* const next = nextBehind(node, &top);
-            node->getParentNode()->removeChild(node)->release();
+    while (!open.empty()) {
+        if (node == nullptr) {
+            node = open.back();
+            open.pop_back();
+            node = open.empty() ? nullptr : node->getNextSibling();
+        } else if (DOMNode* const child = node->getFirstChild()) {
+            open.push_back(node);
+            node = child;
+        } else {
+            DOMNode* const next = node->getNextSibling();
+            if (node->getNodeType() == DOMNode::TEXT_NODE && isWhiteSpace(node->getNodeValue())) {
+                open.back()->removeChild(node)->release();
+            }
             node = next;
-            continue;
         }
-        DOMNode* const child = node->getFirstChild();
-        node = child != nullptr ? child : nextBehind(node, &top);
     }
 }
 

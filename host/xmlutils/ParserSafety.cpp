@@ -5,7 +5,6 @@
 #include "host/xmlutils/XmlText.h"
 
 #include <string>
-#include <vector>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/Wrapper4InputSource.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
@@ -69,25 +68,25 @@ public:
     explicit DepthLimit(const XMLScanner& scanner) : scanner_(scanner) {}
 
     FilterAction startElement(DOMElement* element) override {
-        while (!open_.empty() && open_.back() != element->getParentNode()) {
-            open_.pop_back();
-        }
-        open_.push_back(element);
-        if (open_.size() > maximumElementDepth) {
+        if (++depth_ > maximumElementDepth) {
             throwHere(scanner_, "element " + Platform::toUtf8(fromXml(element->getNodeName())) +
-                                    " stands " + std::to_string(open_.size()) +
+                                    " stands " + std::to_string(depth_) +
                                     " deep, expected at most " +
                                     std::to_string(maximumElementDepth));
         }
         return FILTER_ACCEPT;
     }
 
-    FilterAction acceptNode(DOMNode*) override { return FILTER_ACCEPT; }
-    DOMNodeFilter::ShowType getWhatToShow() const override { return 0; }
+    /// Is called at the end of each element.
+    FilterAction acceptNode(DOMNode*) override {
+        --depth_;
+        return FILTER_ACCEPT;
+    }
+    DOMNodeFilter::ShowType getWhatToShow() const override { return DOMNodeFilter::SHOW_ELEMENT; }
 
 private:
     const XMLScanner& scanner_;
-    std::vector<const DOMNode*> open_;
+    std::size_t depth_ = 0;
 };
 
 /// Ends the parse at a document type, before any of its declarations or its file is read.
