@@ -59,9 +59,11 @@ ChildStep::ChildStep(const XMLCh* prefix, const XMLCh* name)
 
 void ChildSteps::reset(const DOMNode& context) {
     entries_.clear();
+    hashes_ = 0;
     for (auto* child = firstElement(context); child != nullptr; child = nextElement(*child)) {
-        entries_.push_back(
-            {hashOf(child->getLocalName()), static_cast<std::uint32_t>(entries_.size()), child});
+        const std::uint32_t hash = hashOf(child->getLocalName());
+        entries_.push_back({hash, static_cast<std::uint32_t>(entries_.size()), child});
+        hashes_ |= bitOf(hash);
     }
     std::sort(entries_.begin(), entries_.end(), [](const Entry& a, const Entry& b) {
         return std::tie(a.hash, a.order) < std::tie(b.hash, b.order);

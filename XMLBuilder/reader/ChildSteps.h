@@ -43,6 +43,11 @@ public:
     /// @param context  borrowed; its children must not change while this object is used.
     void reset(const xercesc::DOMNode& context);
 
+    /// False only where the step leads nowhere: the quick answer for most of what a set may hold.
+    bool mayHave(const ChildStep& step) const noexcept {
+        return (hashes_ & bitOf(step.hash_)) != 0;
+    }
+
     /// The first child element that the step leads to, or null.
     /// @param step  plain.
     /// @param uri   what its prefix stands for.
@@ -73,6 +78,11 @@ private:
         std::uint32_t order;
         xercesc::DOMElement* element;
     };
+    static std::uint64_t bitOf(std::uint32_t hash) noexcept {
+        return std::uint64_t{1} << (hash % 64);
+    }
+
+    std::uint64_t hashes_ = 0;   ///< one bit out of 64 for each entry
     std::vector<Entry> entries_; ///< by hash, then in document order
 };
 

@@ -1,7 +1,6 @@
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
 
 #include "XMLBuilder/reader/FromXMLElementVisitor.h"
-#include "XMLBuilder/reader/FromXMLMetaAttributeVisitor.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MisplacedAttribute.h"
 #include "host/dictionary/UnknownAttribute.h"
@@ -44,45 +43,43 @@ Types::LocalTag tagOf(const DOMElement& extension, Metadata::PartitionDictionary
 void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     const OpenSet open(reading_, element_);
     declarer_ = &PrefixScope::declarerFor(element_);
-    for (const auto& [label, element] : set) {
-        FromXMLMetaAttributeVisitor attribute;
-        element->metaAttribute()->accept(attribute);
-        const auto& definition = *attribute.metaElement();
-        const PropertyName& name = reading_.nameOf(definition);
-        if (name.place == PropertyName::Place::child) {
-            readProperty(*element, definition, name, open.children());
+    // The set has an element for each, but makes those that are asked for only.
+    for (const ExpectedProperty& property : reading_.propertiesOf(*set.metaMetadataSet())) {
+        if (property.name.place == PropertyName::Place::child) {
+            readProperty(set, property, open.children());
         } else {
-            readAttribute(set, *element, definition, name);
+            readAttribute(set, property);
         }
     }
     readExtensions(set, open.children());
 }
 
-void FromXMLMetadataSetVisitor::readProperty(Element& element,
-                                             const MetaMetadata::MetaElement& definition,
-                                             const PropertyName& name, const ChildSteps& children) {
-    const XMLCh* declared = reading_.prefixes().uriOf(name.step.prefix(), *declarer_);
-    const DOMNode* node = nullptr;
-    if (name.step.isPlain()) {
-        node = children.first(name.step, declared == nullptr ? fallbackUri : declared);
-    } else {
-        node = ChildSteps::evaluate(element_, element_, name.step,
-                                    declared == nullptr ? fallbackUri : nullptr);
+void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
+                                             const ExpectedProperty& property,
+                                             const ChildSteps& children) {
+    const ChildStep& step = property.name.step;
+    if (step.isPlain() && !children.mayHave(step)) {
+        return;
     }
+    const XMLCh* declared = reading_.prefixes().uriOf(step.prefix(), *declarer_);
+    const DOMNode* const node =
+        step.isPlain() ? children.first(step, declared == nullptr ? fallbackUri : declared)
+                       : ChildSteps::evaluate(element_, element_, step,
+                                              declared == nullptr ? fallbackUri : nullptr);
     if (node != nullptr) {
-        fill(element, *node, &definition, reading_);
+        fill(*set.find(property.definition.label()), *node, &property.definition, reading_);
     }
 }
 
-void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set, Element& element,
-                                              const MetaMetadata::MetaElement& definition,
-                                              const PropertyName& name) {
-    const auto* attribute = element_.getAttributeNode(name.attribute.c_str());
+void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
+                                              const ExpectedProperty& property) {
+    const auto* attribute = element_.getAttributeNode(property.name.attribute.c_str());
     if (attribute == nullptr) {
         return;
     }
-    if (name.place == PropertyName::Place::otherAttribute) {
-        fill(element, *attribute, &definition, reading_);
+    Element& element = *set.find(property.definition.label());
+    if (property.name.place == PropertyName::Place::otherAttribute) {
+        fill(element, *attribute, &property.definition, reading_);
         return;
     }
     // The set keeps the identifier that it was made with, unless the document has named it before.

@@ -24,10 +24,9 @@ public:
     void visit(Metadata::MetadataSet& set) override;
 
 private:
-    void readProperty(Metadata::Element& element, const MetaMetadata::MetaElement& definition,
-                      const PropertyName& name, const ChildSteps& children);
-    void readAttribute(Metadata::MetadataSet& set, Metadata::Element& element,
-                       const MetaMetadata::MetaElement& definition, const PropertyName& name);
+    void readProperty(Metadata::MetadataSet& set, const ExpectedProperty& property,
+                      const ChildSteps& children);
+    void readAttribute(Metadata::MetadataSet& set, const ExpectedProperty& property);
     void readExtensions(Metadata::MetadataSet& set, const ChildSteps& children);
     void readExtension(Metadata::MetadataSet& set, const xercesc::DOMElement& extension);
     /// The dictionary's definition of an extension element, or null.

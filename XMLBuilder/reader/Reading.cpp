@@ -1,10 +1,14 @@
 #include "XMLBuilder/reader/Reading.h"
 
 #include "XMLBuilder/InlineDepth.h"
+#include "XMLBuilder/reader/FromXMLMetaAttributeVisitor.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"
+#include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/XmlText.h"
+
+#include <algorithm>
 
 namespace Corvid::XMLBuilder {
 
@@ -42,10 +46,23 @@ Reading::Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& name
     : partition_(partition), dictionary_(partition.partitionDictionary().dictionary()),
       sets_(*dictionary_), names_(names) {}
 
-const PropertyName& Reading::nameOf(const MetaMetadata::MetaElement& definition) {
-    const auto known = properties_.find(&definition);
-    return known != properties_.end() ? known->second
-                                      : properties_.emplace(&definition, definition).first->second;
+const std::vector<ExpectedProperty>& Reading::propertiesOf(
+    const MetaMetadata::MetaMetadataSet& set) {
+    const auto [entry, isNew] = properties_.try_emplace(&set);
+    if (isNew) {
+        std::vector<const MetaMetadata::MetaElement*> definitions;
+        for (const auto& attribute : set.attributes()) {
+            FromXMLMetaAttributeVisitor finder;
+            attribute->accept(finder);
+            definitions.push_back(finder.metaElement());
+        }
+        std::sort(definitions.begin(), definitions.end(),
+                  [](const auto* a, const auto* b) { return a->label() < b->label(); });
+        for (const auto* definition : definitions) {
+            entry->second.emplace_back(*definition);
+        }
+    }
+    return entry->second;
 }
 
 const MetaMetadata::MetaElement* Reading::findMetaElementByQualifiedName(

@@ -11,10 +11,12 @@
 #include <deque>
 #include <string>
 #include <unordered_map>
+#include <vector>
 
 namespace Corvid::MetaMetadata {
 class MetaElement;
-}
+class MetaMetadataSet;
+} // namespace Corvid::MetaMetadata
 
 namespace Corvid::Metadata {
 class PartitionMetadata;
@@ -37,6 +39,15 @@ struct PropertyName {
     std::u16string attribute; ///< the qualified name of the attribute; empty for a child
 };
 
+/// A property that a set may have, prepared to be looked for in many sets.
+struct ExpectedProperty {
+    explicit ExpectedProperty(const MetaMetadata::MetaElement& element)
+        : definition(element), name(element) {}
+
+    const MetaMetadata::MetaElement& definition;
+    PropertyName name;
+};
+
 /// What one call of the reader knows: shared by all its visitors, gone when the call returns.
 class Reading {
 public:
@@ -49,7 +60,8 @@ public:
     const SetDefinitionIndex& sets() const noexcept { return sets_; }
     InstanceNameTable& names() noexcept { return names_; }
 
-    const PropertyName& nameOf(const MetaMetadata::MetaElement& definition);
+    /// The properties of a class and its ancestors, by label, as its sets list their elements.
+    const std::vector<ExpectedProperty>& propertiesOf(const MetaMetadata::MetaMetadataSet& set);
 
     /// The property that has the name in XML: namespace and tag, first in the order of the
     /// dictionary, or null.
@@ -72,7 +84,8 @@ private:
     InstanceNameTable& names_;
     PrefixScope prefixes_;
     PrefixScope prefixesOfRoot_;
-    std::unordered_map<const MetaMetadata::MetaElement*, PropertyName> properties_;
+    std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>
+        properties_;
     std::unordered_map<std::u16string, const MetaMetadata::MetaElement*> byQualifiedName_;
     std::deque<ChildSteps> children_; ///< one for each depth, kept for the next set there
     std::size_t depth_ = 0;           ///< how many sets are open

@@ -74,7 +74,7 @@ void ToXMLMetadataSetVisitor::listElements(const Metadata::MetadataSet& set) {
     });
 
     const std::size_t firstValid = entries_.size();
-    for (const auto& [label, element] : set) {
+    for (const auto& [label, element] : set.made()) {
         ToXMLMetaAttributeVisitor attribute;
         element->metaAttribute()->accept(attribute);
         if (const unsigned short* order = attribute.schemaIndex()) {

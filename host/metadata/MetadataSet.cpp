@@ -2,6 +2,7 @@
 
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"
+#include "host/dictionary/MetaMetadataSet.h"
 #include "host/klv/BerOutput.h"
 #include "host/metadata/PartitionDictionary.h"
 #include "host/metadata/PartitionMetadata.h"
@@ -95,25 +96,45 @@ const KLV::Key& MetadataSet::key() const noexcept { return key_; }
 void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
 void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor& visitor) { visitor.visit(*this); }
 
-Element* MetadataSet::find(const Types::UniversalLabel& label) const noexcept {
+Element* MetadataSet::find(const Types::UniversalLabel& label) const {
     const auto wanted = label.withoutVersion();
     for (const Entry& entry : elements_) {
         if (entry.first.withoutVersion() == wanted) {
             return entry.second;
         }
     }
-    return nullptr;
+    const auto* attribute = isWhole_ ? nullptr : definition_->find(label);
+    if (attribute == nullptr) {
+        return nullptr;
+    }
+    // In the order of the class, whichever is asked for first.
+    const auto position = attribute - definition_->attributes().data();
+    return &make(definitionOf(**attribute)->label(), *attribute,
+                 static_cast<std::size_t>(position));
 }
 
-Element& MetadataSet::createElement(const Types::UniversalLabel& label,
-                                    Element::Attribute attribute, Types::u16 localTag) {
+MetadataSet::Elements& MetadataSet::all() const {
+    if (!isWhole_) {
+        for (const Element::Attribute& attribute : definition_->attributes()) {
+            find(definitionOf(*attribute)->label());
+        }
+        isWhole_ = true;
+    }
+    return elements_;
+}
+
+std::size_t MetadataSet::nextPosition() const {
+    return (isWhole_ ? elements_.size() : definition_->attributes().size()) + invalid_.size();
+}
+
+Element& MetadataSet::make(const Types::UniversalLabel& label, Element::Attribute attribute,
+                           std::size_t position) const {
     const bool identifies = isInstanceUID(label);
     auto element =
         identifies
             ? Templates::auto_ptr<Element>(new InstanceUIDElement(std::move(attribute), partition_))
             : Metadata::createElement(std::move(attribute));
-    element->localTag_ = localTag;
-    element->position_ = static_cast<Types::u32>(elements_.size() + invalid_.size());
+    element->position_ = static_cast<Types::u32>(position);
     const auto place = std::upper_bound(
         elements_.begin(), elements_.end(), label,
         [](const Types::UniversalLabel& a, const Entry& b) { return a < b.first; });
@@ -125,11 +146,18 @@ Element& MetadataSet::createElement(const Types::UniversalLabel& label,
     return *entry->second;
 }
 
+Element& MetadataSet::createElement(const Types::UniversalLabel& label,
+                                    Element::Attribute attribute, Types::u16 localTag) {
+    Element& element = make(label, std::move(attribute), nextPosition());
+    element.localTag_ = localTag;
+    return element;
+}
+
 Element& MetadataSet::createInvalidElement(Element::Attribute attribute, Types::u16 localTag) {
     auto element = Metadata::createElement(std::move(attribute));
     partition_.keepTagOf(*element->metaAttribute());
     element->localTag_ = localTag;
-    element->position_ = static_cast<Types::u32>(elements_.size() + invalid_.size());
+    element->position_ = static_cast<Types::u32>(nextPosition());
     invalid_.push_back(element.get());
     return *element.release();
 }

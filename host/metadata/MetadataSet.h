@@ -53,17 +53,25 @@ public:
     virtual void accept(Visitors::NonConstMetadataSetVisitor& visitor);
 
     /// The elements that the set's class lists, by label, in label order.
-    iterator begin() noexcept { return elements_.begin(); }
-    iterator end() noexcept { return elements_.end(); }
-    const_iterator begin() const noexcept { return elements_.begin(); }
-    const_iterator end() const noexcept { return elements_.end(); }
+    iterator begin() { return all().begin(); }
+    iterator end() { return all().end(); }
+    const_iterator begin() const { return all().begin(); }
+    const_iterator end() const { return all().end(); }
+
+    /// Those of them that have been asked for or filled, likewise; the others have no value. For
+    /// whoever looks at values only: a set has some six out of the forty that its class may list.
+    const Elements& made() const noexcept { return elements_; }
 
     /// The elements that do not belong to the set's class, in stored order.
     invalid_iterator invalidBegin() const noexcept { return invalid_.begin(); }
     invalid_iterator invalidEnd() const noexcept { return invalid_.end(); }
 
     /// The element of a label (its version byte takes no part), or null.
-    Element* find(const Types::UniversalLabel& label) const noexcept;
+    Element* find(const Types::UniversalLabel& label) const;
+
+    /// Gives the set every element that its class and the ancestors of the class list, without
+    /// values. Each is made when it is asked for.
+    void holdWholeClass() noexcept { isWhole_ = false; }
 
     /// Adds an element without value that the set's class lists.
     /// @param localTag  the tag that it had in its file, or 0.
@@ -95,6 +103,12 @@ public:
     }
 
 private:
+    Elements& all() const;
+    /// The place of an element that is added.
+    std::size_t nextPosition() const;
+    Element& make(const Types::UniversalLabel& label, Element::Attribute attribute,
+                  std::size_t position) const;
+
     /// Every element with a value and its label (null for an invalid one), in stored order.
     Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> inStoredOrder()
         const;
@@ -102,8 +116,10 @@ private:
 
     PartitionMetadata& partition_;
     const MetaMetadata::MetaMetadataSet* definition_;
-    SimpleElement* instanceUID_ = nullptr;
-    Elements elements_;
+    // An element without value that is made late is no change that anybody could see.
+    mutable SimpleElement* instanceUID_ = nullptr;
+    mutable Elements elements_;
+    mutable bool isWhole_ = true; ///< no element of the class is still to be made
     Templates::vector<Element*> invalid_;
     KLV::Key key_;
     unsigned char berLength_ = 4;

@@ -99,9 +99,7 @@ MetadataSet& PartitionMetadata::createMetadataSet(const KLV::Key& key) {
                                           CORVID_HERE);
     }
     MetadataSet& set = createEmptyMetadataSet(key, *definition);
-    for (const Element::Attribute& attribute : definition->attributes()) {
-        set.createElement(definitionOf(*attribute)->label(), attribute);
-    }
+    set.holdWholeClass();
     if (auto* identifier = static_cast<SimpleElement*>(
             set.find(Structural::StructuralMetadataULs::instanceUID()))) {
         identifier->set(

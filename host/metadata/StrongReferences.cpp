@@ -42,7 +42,7 @@ private:
 void appendStrongReferences(const MetadataSet& set,
                             Templates::vector<const Types::Reference*>& references) {
     Templates::vector<const Element*> elements;
-    for (const auto& entry : set) {
+    for (const auto& entry : set.made()) {
         elements.push_back(entry.second);
     }
     elements.insert(elements.end(), set.invalidBegin(), set.invalidEnd());

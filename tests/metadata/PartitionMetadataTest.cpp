@@ -25,6 +25,30 @@ TEST_F(PartitionMetadataTest, createsSetsWithEveryPropertyOfTheClassAndItsAncest
     EXPECT_EQ(set.invalidBegin(), set.invalidEnd());
 }
 
+TEST_F(PartitionMetadataTest, makesTheElementsOfANewSetWhenTheyAreAskedFor) {
+    auto& set = partition.createMetadataSet(prefaceKey());
+    EXPECT_EQ(set.made().size(), 1U);
+    EXPECT_EQ(set.find(labelOf(0x7E)), nullptr);
+    Element* const late = set.find(numbers);
+    Element* const early = set.find(number);
+    ASSERT_NE(late, nullptr);
+    EXPECT_EQ(set.find(numbers), late);
+    EXPECT_EQ(set.made().size(), 3U);
+    const std::size_t listed = set.metaMetadataSet()->attributes().size();
+    const auto& behind = set.createInvalidElement(misplaced(number));
+    EXPECT_EQ(behind.position(), listed);
+
+    EXPECT_EQ(static_cast<std::size_t>(set.end() - set.begin()), listed);
+    EXPECT_EQ(set.find(numbers), late);
+    EXPECT_EQ(set.find(number), early);
+    // The place of an element is that of its property in the class, whichever was first.
+    const auto& attributes = set.metaMetadataSet()->attributes();
+    for (std::size_t i = 0; i != listed; ++i) {
+        EXPECT_EQ(set.find(definitionOf(*attributes[i])->label())->position(), i);
+    }
+    EXPECT_EQ(set.createInvalidElement(misplaced(number)).position(), listed + 1);
+}
+
 TEST_F(PartitionMetadataTest, createsSetsWithFreshInstanceUids) {
     const auto& one = partition.createMetadataSet(otherKey());
     const auto& other = partition.createMetadataSet(otherKey());
