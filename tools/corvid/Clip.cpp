@@ -1,7 +1,7 @@
 #include "tools/corvid/Clip.h"
 
 #include "host/base/Exceptions.h"
-#include "host/dataio/OpenSource.h"
+#include "tools/corvid/ReadWhole.h"
 
 #include <algorithm>
 #include <charconv>
@@ -13,17 +13,6 @@ namespace {
 
 /// Nobody writes so many definitions; a device that never ends is not read forever.
 constexpr std::size_t greatestDictionary = 64 * 1024 * 1024;
-
-std::string readText(const std::string& path) {
-    auto source = DataIO::openSource(path);
-    const auto size = source->available(0, greatestDictionary + 1);
-    if (size > greatestDictionary) {
-        throw Exceptions::LimitExceeded(path + ": a dictionary of more than 64 MiB", CORVID_HERE);
-    }
-    std::string text(static_cast<std::size_t>(size), '\0');
-    text.resize(source->readAt(0, reinterpret_cast<unsigned char*>(text.data()), text.size()));
-    return text;
-}
 
 std::optional<mxf::PartitionChoice> choiceOf(const std::string& text) {
     if (text == "auto") {
@@ -72,7 +61,10 @@ Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(
     }
     std::vector<std::string> contents;
     MetaMetadata::Dictionary::Texts texts;
-    std::transform(paths.begin(), paths.end(), std::back_inserter(contents), readText);
+    std::transform(paths.begin(), paths.end(), std::back_inserter(contents),
+                   [](const std::string& path) {
+                       return readWhole(path, greatestDictionary, "a dictionary");
+                   });
     for (std::size_t i = 0; i != paths.size(); ++i) {
         texts.push_back({paths[i], contents[i]});
     }
