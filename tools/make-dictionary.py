@@ -1,12 +1,15 @@
 #!/usr/bin/env python3
 """Writes the dictionary's data files from tables of the SMPTE metadata registers.
 
-    tools/make-dictionary.py REGISTERS_DIR [OUTPUT_DIR]
+    tools/make-dictionary.py REGISTERS_DIR [ROOT]
 
-REGISTERS_DIR holds groups.csv, group_elements.csv, elements.csv, type_mapping.csv and
-element_overrides.csv; OUTPUT_DIR is host/dictionary/smpte unless given. What the registers do not
-tell (names of namespaces, types, who must write a property) stands in the tables below; everything
-else is derived by rule. The output depends on the input alone.
+REGISTERS_DIR holds groups.csv, group_elements.csv, elements.csv, types.csv, type_members.csv,
+labels.csv, type_mapping.csv and element_overrides.csv; ROOT is the root of the sources unless
+given. There it writes host/dictionary/smpte/*.dict, the definitions of header metadata (this file),
+host/dictionary/registers/*.reg, all entries of the registers (register_texts.py), and
+docs/registers.md, which tells what is covered (register_report.py). What the registers do not tell
+(names of namespaces, types, who must write a property) stands in the tables of these three;
+everything else is derived by rule. The output depends on the input alone.
 """
 
 import csv
@@ -14,6 +17,10 @@ import heapq
 import sys
 from collections import defaultdict
 from pathlib import Path
+
+sys.dont_write_bytecode = True
+import register_report
+import register_texts
 
 # Which file a group's area goes to, what the file holds, and in this order they are loaded.
 FILES = {
@@ -251,12 +258,14 @@ def text_of(title, rows, spaces):
     return "".join(lines)
 
 
-def main():
-    if len(sys.argv) not in (2, 3):
-        sys.exit(__doc__)
-    registers = Registers(Path(sys.argv[1]))
-    output = Path(sys.argv[2]) if len(sys.argv) == 3 else (
-        Path(__file__).resolve().parent.parent / "host" / "dictionary" / "smpte")
+def write(folder, texts, ending):
+    folder.mkdir(parents=True, exist_ok=True)
+    for name, text in texts.items():
+        (folder / (name + ending)).write_text(text, encoding="utf-8")
+
+
+def definitions(registers):
+    """The texts of host/dictionary/smpte."""
     refined = {place: status for status, places in STATUS.items() for place in places}
     listed = {f"{g['symbol']}.{registers.elements[label]['symbol']}"
               for g in registers.groups for label, _ in registers.uses[g["ul"]]}
@@ -267,9 +276,34 @@ def main():
     if unplaced:
         sys.exit("no file for area " + ", ".join(sorted(unplaced)))
     order, defined = registers.order(), set()
-    for name, (title, areas) in FILES.items():
-        rows, spaces = file_rows(registers, areas, order, refined, defined)
-        (output / f"{name}.dict").write_text(text_of(title, rows, spaces), encoding="utf-8")
+    return {name: text_of(title, *file_rows(registers, areas, order, refined, defined))
+            for name, (title, areas) in FILES.items()}
+
+
+def named_rows(registers):
+    """The dictionary's groups and properties under their names there."""
+    rows = [(group_name(group), group) for group in registers.groups]
+    used = {label for uses in registers.uses.values() for label, _ in uses}
+    rows += [(element_name(element), element) for label, element in registers.elements.items()
+             if label in used]
+    return [(f"{prefix}:{symbol}", row) for ((prefix, _), symbol), row in rows]
+
+
+def main():
+    if len(sys.argv) not in (2, 3):
+        sys.exit(__doc__)
+    folder = Path(sys.argv[1])
+    registers = Registers(folder)
+    root = Path(sys.argv[2]) if len(sys.argv) == 3 else Path(__file__).resolve().parent.parent
+    in_header = {group["ul"] for group in registers.groups}
+    value_types = {label: BYTES if name in AS_BYTES else name
+                   for label, name in registers.types.items()}
+    write(root / "host" / "dictionary" / "smpte", definitions(registers), ".dict")
+    write(root / "host" / "dictionary" / "registers",
+          register_texts.all_texts(lambda name: read(folder, name), in_header, value_types,
+                                   named_rows(registers)), ".reg")
+    write(root / "docs", {"registers": register_report.text(
+        lambda name: read(folder, name), in_header)}, ".md")
 
 
 if __name__ == "__main__":

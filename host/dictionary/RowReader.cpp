@@ -9,7 +9,8 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 
 } // namespace
 
-RowReader::RowReader(const DictionaryText& text) noexcept : name_(text.name), rest_(text.content) {
+RowReader::RowReader(const DictionaryText& text, Comments comments) noexcept
+    : name_(text.name), rest_(text.content), comments_(comments) {
     if (rest_.substr(0, byteOrderMark.size()) == byteOrderMark) {
         rest_.remove_prefix(byteOrderMark.size());
     }
@@ -29,12 +30,13 @@ bool RowReader::next() {
     return false;
 }
 
-// A number sign opens a comment only where a column could begin: URIs may hold one.
+// Even where columns may be comments, a number sign within one is none: URIs may hold it.
 void RowReader::split(std::string_view line) {
     columns_.clear();
     for (;;) {
         const std::size_t start = line.find_first_not_of(blanks);
-        if (start == std::string_view::npos || line[start] == '#') {
+        const bool mayBeComment = columns_.empty() || comments_ == Comments::atColumns;
+        if (start == std::string_view::npos || (mayBeComment && line[start] == '#')) {
             return;
         }
         line.remove_prefix(start);

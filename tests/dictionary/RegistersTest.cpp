@@ -1,6 +1,7 @@
 #include "host/dictionary/Dictionary.h"
 
 #include "tests/dictionary/DictionarySupport.h"
+#include "tests/dictionary/RegisterFacts.h"
 
 #include <gtest/gtest.h>
 
@@ -12,40 +13,6 @@ namespace Corvid::Testing {
 namespace {
 
 using namespace MetaMetadata;
-
-using Row = std::map<std::string, std::string>;
-
-std::vector<std::string> cellsOf(const std::string& line) {
-    std::vector<std::string> cells(1);
-    bool quoted = false;
-    for (const char c : line) {
-        if (c == '"') {
-            quoted = !quoted;
-        } else if (c == ',' && !quoted) {
-            cells.emplace_back();
-        } else if (c != '\r') {
-            cells.back() += c;
-        }
-    }
-    return cells;
-}
-
-std::vector<Row> table(const char* name) {
-    std::istringstream file(contentOf(registersDir() / name));
-    std::string line;
-    std::getline(file, line);
-    const auto columns = cellsOf(line);
-    std::vector<Row> rows;
-    while (std::getline(file, line)) {
-        const auto cells = cellsOf(line);
-        Row row;
-        for (std::size_t i = 0; i != std::min(columns.size(), cells.size()); ++i) {
-            row[columns[i]] = cells[i];
-        }
-        rows.push_back(row);
-    }
-    return rows;
-}
 
 /// The registers' groups of local sets that stand in header metadata.
 std::vector<Row> headerGroups() {
@@ -59,13 +26,8 @@ std::vector<Row> headerGroups() {
     return groups;
 }
 
-class Registers : public ::testing::Test {
+class Registers : public WithRegisters {
 protected:
-    void SetUp() override {
-        if (registersDir().empty()) {
-            GTEST_SKIP() << "no folder with the tables of the SMPTE registers";
-        }
-    }
     const Templates::SharedPtr<Dictionary> dictionary = Dictionary::builtIn();
 };
 
@@ -159,16 +121,25 @@ TEST_F(Registers, scriptMakesTheTextsAsTheyStand) {
                                 (sourceDir() / "tools" / "make-dictionary.py").string() + "' '" +
                                 registersDir().string() + "' '" + made.path().string() + "'";
     ASSERT_EQ(std::system(command.c_str()), 0);
-    std::size_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(made.path())) {
-        ++count;
-        const auto committed =
-            sourceDir() / "host" / "dictionary" / "smpte" / entry.path().filename();
-        EXPECT_TRUE(contentOf(entry.path()) == contentOf(committed)) << entry.path().filename();
+    std::set<std::string> names;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(made.path())) {
+        if (entry.is_regular_file()) {
+            const auto name = std::filesystem::relative(entry.path(), made.path());
+            names.insert(name.string());
+            EXPECT_TRUE(contentOf(entry.path()) == contentOf(sourceDir() / name)) << name;
+        }
     }
-    const std::filesystem::directory_iterator committed(sourceDir() / "host" / "dictionary" /
-                                                        "smpte");
-    EXPECT_EQ(count, static_cast<std::size_t>(std::distance(begin(committed), end(committed))));
+    // The one text that is kept by hand, and the page.
+    EXPECT_TRUE(names.insert("host/dictionary/registers/aliases-st377-1.reg").second);
+    EXPECT_EQ(names.erase("docs/registers.md"), 1U);
+    std::set<std::string> committed;
+    for (const char* folder : {"smpte", "registers"}) {
+        const auto path = std::filesystem::path("host") / "dictionary" / folder;
+        for (const auto& entry : std::filesystem::directory_iterator(sourceDir() / path)) {
+            committed.insert((path / entry.path().filename()).string());
+        }
+    }
+    EXPECT_EQ(names, committed);
 }
 
 } // namespace Corvid::Testing

@@ -1,0 +1,42 @@
+#pragma once
+
+#include "host/dictionary/RegisterEntries.h"
+#include "host/klv/Key.h"
+
+namespace Corvid::MetaMetadata {
+
+/// The SMPTE metadata registers as the library knows them.
+namespace Registers {
+
+inline Register<RegisteredLabel> labels() noexcept {
+    return Register<RegisteredLabel>(registerTables().labels);
+}
+inline Register<RegisteredType> types() noexcept {
+    return Register<RegisteredType>(registerTables().types);
+}
+inline Register<RegisteredProperty> properties() noexcept {
+    return Register<RegisteredProperty>(registerTables().properties);
+}
+inline Register<RegisteredGroup> groups() noexcept {
+    return Register<RegisteredGroup>(registerTables().groups);
+}
+
+/// The group that a key of any coding (sixth byte) names.
+inline std::optional<RegisteredGroup> findGroup(const KLV::Key& key) noexcept {
+    auto bytes = key.bytes();
+    bytes[5] = 0x7F;
+    return groups().find(Types::UniversalLabel(bytes));
+}
+
+/// All parts of the register of labels; each follows the one that it is part of.
+inline RowValues<LabelBranch> branches() noexcept {
+    return RowValues<LabelBranch>(registerTables().branches);
+}
+
+inline RowValues<RegisteredAlias> aliases() noexcept {
+    return RowValues<RegisteredAlias>(registerTables().aliases);
+}
+
+} // namespace Registers
+
+} // namespace Corvid::MetaMetadata
