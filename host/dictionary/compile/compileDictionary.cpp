@@ -49,6 +49,9 @@ constexpr const char* function = R"(TablesView builtInTables() noexcept {
 int main(int argc, char** argv) {
     using namespace Corvid::MetaMetadata;
     return compileTexts(argc, argv, [](std::vector<DictionaryText> texts, std::ostream& out) {
-        writeSource(out, load(nullptr, {texts.data(), texts.size()}));
+        const Tables tables = load(nullptr, {texts.data(), texts.size()});
+        writeFile(
+            out, "host/dictionary/smpte", "host/dictionary/BuiltInTables.h",
+            [&tables](std::ostream& to) { writeTables(to, tables); }, function);
     });
 }
