@@ -11,17 +11,27 @@ namespace Corvid::XMLUtils {
 /// How many elements may stand inside each other in a document that is loaded.
 inline constexpr unsigned int maximumElementDepth = 4096;
 
+/// How many attributes, namespace declarations included, an element and those around it may have
+/// together. Every name in a document is looked up among them, one after the other, so their number
+/// decides what an element may cost.
+inline constexpr unsigned int maximumOpenAttributes = 1024;
+
+/// How many different names of elements and attributes a document may have. Xerces-C keeps them in
+/// a table of fixed width.
+inline constexpr unsigned int maximumNames = 16384;
+
 /// Parses a document from memory.
 ///
 /// Namespaces are on. Nothing is validated and nothing but the bytes is read: a document type is
 /// refused outright, with it every entity of its own, and so are elements nested more than
-/// maximumElementDepth deep. UTF-16 is recognised by its first bytes, with or without byte order
-/// mark, and then holds whatever the XML declaration says.
+/// maximumElementDepth deep, and more than maximumOpenAttributes or maximumNames. UTF-16 is
+/// recognised by its first bytes, with or without byte order mark, and then holds whatever the XML
+/// declaration says.
 ///
 /// @param bytes   borrowed for the call. May be null when `length` is 0, which is an empty
 /// document.
 /// @param length  in bytes.
-/// @param parser  is configured by the call; its filter and error handler are put back.
+/// @param parser  is configured by the call; its handlers are put back.
 /// @return the document; belongs to `parser`. Never null.
 /// @throws xercesc::SAXParseException  the bytes are no XML document that may be loaded; the
 ///                                     message starts with "line L, column C: ".

@@ -1,13 +1,12 @@
 #include "host/xmlutils/ParserSafety.h"
 
 #include "host/base/Exceptions.h"
-#include "host/xmlutils/LoadDocument.h"
+#include "host/xmlutils/DocumentLimits.h"
 #include "host/xmlutils/XmlText.h"
 
 #include <string>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/Wrapper4InputSource.hpp>
-#include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/parsers/AbstractDOMParser.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/SecurityManager.hpp>
@@ -27,11 +26,6 @@ public:
         return *(parser.*&ScannerAccess::getScanner)();
     }
 };
-
-[[noreturn]] void throwHere(const XMLScanner& scanner, const std::string& text) {
-    const Locator& at = *scanner.getLocator();
-    throwParseError(at.getLineNumber(), at.getColumnNumber(), text.c_str());
-}
 
 /// Keeps the first error and ends the parse.
 class FirstError final : public DOMErrorHandler {
@@ -62,33 +56,6 @@ private:
     XMLFileLoc column_ = 0;
 };
 
-/// Lets every node pass and minds how deep the elements stand.
-class DepthLimit final : public DOMLSParserFilter {
-public:
-    explicit DepthLimit(const XMLScanner& scanner) : scanner_(scanner) {}
-
-    FilterAction startElement(DOMElement* element) override {
-        if (++depth_ > maximumElementDepth) {
-            throwHere(scanner_, "element " + Platform::toUtf8(fromXml(element->getNodeName())) +
-                                    " stands " + std::to_string(depth_) +
-                                    " deep, expected at most " +
-                                    std::to_string(maximumElementDepth));
-        }
-        return FILTER_ACCEPT;
-    }
-
-    /// Is called at the end of each element.
-    FilterAction acceptNode(DOMNode*) override {
-        --depth_;
-        return FILTER_ACCEPT;
-    }
-    DOMNodeFilter::ShowType getWhatToShow() const override { return DOMNodeFilter::SHOW_ELEMENT; }
-
-private:
-    const XMLScanner& scanner_;
-    std::size_t depth_ = 0;
-};
-
 /// Ends the parse at a document type, before any of its declarations or its file is read.
 class NoDocumentType final : public DocTypeHandler {
 public:
@@ -96,7 +63,7 @@ public:
         : scanner_(scanner), replaced_(replaced) {}
 
     void doctypeDecl(const DTDElementDecl&, const XMLCh*, const XMLCh*, bool, bool) override {
-        throwHere(scanner_, "document type found, expected none");
+        throwParseError(scanner_, "document type found, expected none");
     }
     void resetDocType() override {
         if (replaced_ != nullptr) {
@@ -128,24 +95,23 @@ private:
 class Guarded {
 public:
     Guarded(DOMLSParser& parser, XMLScanner& scanner)
-        : parser_(parser), scanner_(scanner), depth_(scanner),
-          documentType_(scanner, scanner.getDocTypeHandler()),
-          oldFilter_(const_cast<DOMLSParserFilter*>(parser.getFilter())),
-          oldDocTypeHandler_(scanner.getDocTypeHandler()),
+        : parser_(parser), scanner_(scanner), oldDocHandler_(scanner.getDocHandler()),
+          oldDocTypeHandler_(scanner.getDocTypeHandler()), limits_(scanner, *oldDocHandler_),
+          documentType_(scanner, oldDocTypeHandler_),
           oldErrorHandler_(config().getParameter(XMLUni::fgDOMErrorHandler)),
           oldSecurity_(config().getParameter(XMLUni::fgXercesSecurityManager)) {
         configure();
         security_.setEntityExpansionLimit(0);
         config().setParameter(XMLUni::fgXercesSecurityManager, &security_);
         config().setParameter(XMLUni::fgDOMErrorHandler, &error_);
-        parser_.setFilter(&depth_);
+        scanner_.setDocHandler(&limits_);
         scanner_.setDocTypeHandler(&documentType_);
     }
     Guarded(const Guarded&) = delete;
     Guarded& operator=(const Guarded&) = delete;
     ~Guarded() {
         scanner_.setDocTypeHandler(oldDocTypeHandler_);
-        parser_.setFilter(oldFilter_);
+        scanner_.setDocHandler(oldDocHandler_);
         config().setParameter(XMLUni::fgDOMErrorHandler, oldErrorHandler_);
         config().setParameter(XMLUni::fgXercesSecurityManager, oldSecurity_);
     }
@@ -155,7 +121,7 @@ public:
         DOMDocument* const document = parser_.parse(&wrapper);
         error_.throwIfFound();
         if (document == nullptr || document->getDocumentElement() == nullptr) {
-            throwHere(scanner_, "no root element, expected one");
+            throwParseError(scanner_, "no root element, expected one");
         }
         return document;
     }
@@ -178,12 +144,12 @@ private:
 
     DOMLSParser& parser_;
     XMLScanner& scanner_;
+    XMLDocumentHandler* oldDocHandler_;
+    DocTypeHandler* oldDocTypeHandler_;
     FirstError error_;
-    DepthLimit depth_;
+    DocumentLimits limits_;
     NoDocumentType documentType_;
     SecurityManager security_;
-    DOMLSParserFilter* oldFilter_;
-    DocTypeHandler* oldDocTypeHandler_;
     const void* oldErrorHandler_;
     const void* oldSecurity_;
 };
@@ -203,6 +169,11 @@ void throwParseError(unsigned long long line, unsigned long long column, const c
     const Utf16Text message = Platform::fromUtf8("line " + std::to_string(line) + ", column " +
                                                  std::to_string(column) + ": " + text);
     throw SAXParseException(toXml(message), nullptr, nullptr, line, column);
+}
+
+void throwParseError(const XMLScanner& scanner, const std::string& text) {
+    const Locator& at = *scanner.getLocator();
+    throwParseError(at.getLineNumber(), at.getColumnNumber(), text.c_str());
 }
 
 } // namespace Corvid::XMLUtils

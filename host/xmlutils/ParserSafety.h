@@ -2,8 +2,11 @@
 
 #include "host/xmlutils/XercesForward.h"
 
+#include <string>
+
 XERCES_CPP_NAMESPACE_BEGIN
 class InputSource;
+class XMLScanner;
 XERCES_CPP_NAMESPACE_END
 
 namespace Corvid::XMLUtils {
@@ -16,5 +19,8 @@ xercesc::DOMDocument* parseSafely(const xercesc::InputSource& input, xercesc::DO
 /// Throws a xercesc::SAXParseException whose message is "line L, column C: " and `text`.
 [[noreturn]] void throwParseError(unsigned long long line, unsigned long long column,
                                   const char* text);
+
+/// The same for the place where a scanner stands.
+[[noreturn]] void throwParseError(const xercesc::XMLScanner& scanner, const std::string& text);
 
 } // namespace Corvid::XMLUtils

@@ -3,8 +3,10 @@
 #include "host/base/Exceptions.h"
 #include "tests/xmlutils/Documents.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
@@ -195,6 +197,68 @@ TEST(LoadDocument, countsDepthNotElements) {
     std::string text = "<r>";
     for (int i = 0; i != 10000; ++i) {
         text += "<a><b/></a>";
+    }
+    EXPECT_EQ(loadingError(text + "</r>"), "");
+}
+
+/// An element with that many attributes, around some content.
+std::string withAttributes(std::size_t count, const std::string& content = "") {
+    std::string text = "<p:a xmlns:p='urn:p'";
+    for (std::size_t i = 1; i < count; ++i) {
+        text += " x" + std::to_string(i) + "=''";
+    }
+    return text + ">" + content + "</p:a>";
+}
+
+TEST(LoadDocument, takesAttributesUpToTheLimit) {
+    EXPECT_EQ(loadingError(withAttributes(maximumOpenAttributes)), "");
+}
+
+TEST(LoadDocument, refusesMoreAttributesThanTheLimit) {
+    const std::string text = withAttributes(maximumOpenAttributes + 1);
+    const auto behindTag = std::to_string(text.find('>') + 2);
+    EXPECT_EQ(loadingError(text), "line 1, column " + behindTag +
+                                      ": element p:a and those around it have 1025 attributes, "
+                                      "expected at most 1024");
+    EXPECT_NE(loadingError(withAttributes(1000000)), "");
+}
+
+TEST(LoadDocument, countsTheAttributesOfTheElementsAroundOnly) {
+    const std::string half = withAttributes(maximumOpenAttributes / 2);
+    EXPECT_EQ(loadingError(withAttributes(maximumOpenAttributes / 2, half + half + "<b/>")), "");
+    EXPECT_NE(loadingError(withAttributes(maximumOpenAttributes / 2 + 1, half)), "");
+}
+
+/// A root with that many different names in it, its own included.
+std::string withNames(std::size_t count, const char* before, const char* behind) {
+    std::string text = "<r>";
+    for (std::size_t i = 1; i < count; ++i) {
+        text += before + std::to_string(i) + behind;
+    }
+    return text + "</r>";
+}
+
+TEST(LoadDocument, takesDifferentNamesUpToTheLimit) {
+    EXPECT_EQ(loadingError(withNames(maximumNames, "<a", "/>")), "");
+}
+
+TEST(LoadDocument, refusesMoreDifferentNamesThanTheLimit) {
+    EXPECT_THAT(loadingError(withNames(maximumNames + 1, "<a", "/>")),
+                ::testing::HasSubstr(": element a16384: 16385 different names of elements and "
+                                     "attributes so far, expected at most 16384"));
+    for (const char* before : {"<r a", "<r xmlns:a", "<r xmlns:p='a"}) {
+        const std::string behind =
+            before[std::strlen(before) - 2] == '\'' ? "' p:b=''/>" : "='u'/>";
+        EXPECT_THAT(loadingError(withNames(maximumNames + 1, before, behind.c_str())),
+                    ::testing::HasSubstr(" different names "))
+            << before;
+    }
+}
+
+TEST(LoadDocument, countsEachNameOnce) {
+    std::string text = "<r xmlns:p='urn:p'>";
+    for (unsigned int i = 0; i != maximumNames; ++i) {
+        text += "<a b='c'/><p:a p:b=''/>";
     }
     EXPECT_EQ(loadingError(text + "</r>"), "");
 }
