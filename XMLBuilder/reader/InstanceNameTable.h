@@ -4,8 +4,8 @@
 
 #include <xercesc/util/XercesDefs.hpp>
 
+#include <map>
 #include <string>
-#include <unordered_map>
 
 namespace Corvid::XMLBuilder {
 
@@ -19,7 +19,7 @@ enum class WrittenIdentifiers : unsigned char {
 /// them in the partition. A reference and its target meet here, whichever is read first.
 class InstanceNameTable {
 public:
-    using Entries = std::unordered_map<std::u16string, Types::UUID>;
+    using Entries = std::map<std::u16string, Types::UUID>;
 
     explicit InstanceNameTable(WrittenIdentifiers written = WrittenIdentifiers::replaced) noexcept
         : written_(written) {}
