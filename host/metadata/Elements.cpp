@@ -78,8 +78,10 @@ void ReferenceCollectionElement::add(const MetadataSet* target) {
 }
 
 void ReferenceCollectionElement::addUnverifiedReference(Templates::auto_ptr<Reference> reference) {
-    references_.push_back(std::move(reference));
-    present_ = true;
+    if (reference) {
+        references_.push_back(std::move(reference));
+        present_ = true;
+    }
 }
 
 void ReferenceCollectionElement::replace(Types::u32 index,

@@ -65,7 +65,7 @@ public:
 
     /// Appends a reference to a set by the InstanceUID that it has.
     void add(const MetadataSet* target);
-    /// Appends a reference whose target need not be there.
+    /// Appends a reference whose target need not be there. A null pointer appends nothing.
     void addUnverifiedReference(Templates::auto_ptr<Types::Reference> reference);
     /// @param index  below size().
     void replace(Types::u32 index, Templates::auto_ptr<Types::Reference> reference);

@@ -173,6 +173,14 @@ TEST_F(Elements, withReferencesReplaceOneInItsPlace) {
     EXPECT_EQ(element.at(2).uuid(), uuidOf(3));
 }
 
+TEST_F(Elements, withReferencesAppendNothingForANullPointer) {
+    auto& element = dynamic_cast<ReferenceCollectionElement&>(
+        *partition.createMetadataSet(prefaceKey()).find(childArray));
+    element.addUnverifiedReference({});
+    EXPECT_EQ(element.size(), 0U);
+    EXPECT_TRUE(element.isSkipped());
+}
+
 TEST_F(Elements, withReferencesGiveTheirSizeOnceTheyHoldOne) {
     auto& element = dynamic_cast<ReferenceCollectionElement&>(
         *partition.createMetadataSet(prefaceKey()).find(childArray));
