@@ -1,5 +1,6 @@
 #include "host/metadata/Elements.h"
 
+#include "host/base/Exceptions.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/metadata/MetadataSet.h"
 #include "host/types/Factories.h"
@@ -143,7 +144,21 @@ bool CollectionElement::parse(ByteView bytes) {
     return true;
 }
 
-std::size_t CollectionElement::serializedSize() const { return value_->byteCount(); }
+std::size_t CollectionElement::serializedSize() const {
+    // Whoever reads the bytes tells the items apart by their size alone.
+    for (Types::u32 i = 0; i != value_->size(); ++i) {
+        if (const auto found = value_->at(i).byteCount();
+            found != static_cast<std::size_t>(value_->itemSize())) {
+            throw Exceptions::InvalidLength(
+                "property " + Platform::toUtf8(definition()->label().toString()) + ": item " +
+                    std::to_string(i) + " of the collection has " + std::to_string(found) +
+                    " bytes, expected " + std::to_string(value_->itemSize()) +
+                    " as its others have",
+                CORVID_HERE);
+        }
+    }
+    return value_->byteCount();
+}
 void CollectionElement::serialize(DataIO::DataSink& sink) const { value_->serialize(sink); }
 
 #define CORVID_ACCEPT(Class)                                                                       \

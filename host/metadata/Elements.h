@@ -117,6 +117,8 @@ public:
     /// True when there is no collection; an empty one is there all the same.
     bool isSkipped() const noexcept override { return !value_; }
     bool parse(Types::ByteView bytes) override;
+    /// @throws InvalidLength  an item's size is not the one that the collection says its items
+    /// have.
     std::size_t serializedSize() const override;
     void serialize(DataIO::DataSink& sink) const override;
 

@@ -91,6 +91,7 @@ public:
     /// The bytes of the whole set in a file: key, length, and the properties that have a value in
     /// their stored order. Tags that the primer lacks are added to it.
     /// @throws LimitExceeded  a value has more than 65535 bytes; nothing has been written.
+    /// @throws InvalidLength  the items of a collection differ in size; nothing has been written.
     std::size_t serializedSize() const;
     void serialize(DataIO::DataSink& sink, PartitionDictionary& primer) const;
 

@@ -192,6 +192,25 @@ TEST_F(Elements, withReferencesGiveTheirSizeOnceTheyHoldOne) {
     EXPECT_EQ(Bytes(sink.rawBuffer(), sink.rawBuffer() + 8), (Bytes{0, 0, 0, 1, 0, 0, 0, 16}));
 }
 
+TEST_F(Elements, withCollectionsHaveNoBytesWhereItemsDifferInSize) {
+    auto& element =
+        dynamic_cast<CollectionElement&>(*partition.createMetadataSet(prefaceKey()).find(numbers));
+    for (const int itemSize : {0, 1, 3}) {
+        element.set(Templates::auto_ptr<Types::Collection>(new Types::Array(itemSize)));
+        EXPECT_EQ(element.serializedSize(), 8U); // no item contradicts it
+        element.add(Types::UInt16(1).clone());
+        try {
+            element.serializedSize();
+            ADD_FAILURE() << "no exception";
+        } catch (const Exceptions::InvalidLength& e) {
+            EXPECT_EQ(Platform::toUtf8(e.message()),
+                      "property 06.0e.2b.34.01.01.01.01.7f.00.00.00.00.00.00.07: item 0 of the "
+                      "collection has 2 bytes, expected " +
+                          std::to_string(itemSize) + " as its others have");
+        }
+    }
+}
+
 TEST_F(Elements, withCollectionsTakeItems) {
     auto& element =
         dynamic_cast<CollectionElement&>(*partition.createMetadataSet(prefaceKey()).find(numbers));
