@@ -12,6 +12,13 @@ struct Namespace {
     const XMLCh* prefix;
 };
 
+/// The part of a qualified name behind its prefix, which must be there.
+constexpr const XMLCh* localPart(const XMLCh* qualified) {
+    while (*qualified++ != u':') {
+    }
+    return qualified;
+}
+
 inline constexpr Namespace s377m{u"urn:SMPTE:S377M", u"s377m"};
 inline constexpr Namespace groups{u"urn:SMPTE:Groups:MXF", u"groups"};
 inline constexpr Namespace types{u"urn:SMPTE:Types:MXF", u"types"};

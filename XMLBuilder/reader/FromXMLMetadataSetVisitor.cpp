@@ -5,7 +5,6 @@
 #include "host/dictionary/MisplacedAttribute.h"
 #include "host/dictionary/UnknownAttribute.h"
 #include "host/metadata/PartitionMetadata.h"
-#include "host/xmlutils/XmlText.h"
 
 #include <string_view>
 
@@ -24,18 +23,6 @@ void fill(Element& element, const DOMNode& node, const MetaMetadata::MetaElement
           Reading& reading) {
     FromXMLElementVisitor reader(node, definition, reading);
     element.accept(reader);
-}
-
-/// The tag that stands for an unknown property: written as it is, or by its label, for which the
-/// partition has a tag or makes one.
-Types::LocalTag tagOf(const DOMElement& extension, Metadata::PartitionDictionary& tags) {
-    const XMLCh* tag = extension.getAttribute(Names::staticLocalTag);
-    if (*tag != 0) {
-        return Types::LocalTag(XMLUtils::fromXml(tag), Types::dottedHexadecimal);
-    }
-    return tags.findOrGenerate(
-        Types::UniversalLabel(XMLUtils::fromXml(extension.getAttribute(Names::universalLabel)),
-                              Types::dottedHexadecimal));
 }
 
 } // namespace
@@ -92,7 +79,7 @@ void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
 
 void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set,
                                                const ChildSteps& children) {
-    static const ChildStep step(Names::groups.prefix, u"ExtensionElements");
+    static const ChildStep step(Names::groups.prefix, Names::localPart(Names::extensionElements));
     const XMLCh* uri = reading_.prefixes().uriOf(step.prefix(), *declarer_);
     if (uri == nullptr) {
         return;
@@ -114,8 +101,7 @@ void FromXMLMetadataSetVisitor::readExtension(Metadata::MetadataSet& set,
         definition != nullptr
             ? Element::Attribute(new MetaMetadata::MisplacedAttribute(*definition))
             : Element::Attribute(new MetaMetadata::UnknownAttribute(
-                  tagOf(extension, reading_.partition().partitionDictionary()),
-                  MetaMetadata::UnknownAttribute::unknownLabel));
+                  reading_.tags().of(extension), MetaMetadata::UnknownAttribute::unknownLabel));
     fill(set.createInvalidElement(attribute), extension, definition, reading_);
 }
 

@@ -20,23 +20,16 @@ const XMLCh* textOf(const MetaMetadata::MetaDefinition& definition, const char* 
     return text == nullptr ? u"" : XMLUtils::toXml(text);
 }
 
-/// The part of a qualified name behind its prefix.
-constexpr const XMLCh* localPart(const XMLCh* qualified) {
-    while (*qualified++ != u':') {
-    }
-    return qualified;
-}
-
 } // namespace
 
 PropertyName::PropertyName(const MetaMetadata::MetaElement& definition)
     : step(textOf(definition, "XMLDefaultPrefix"), textOf(definition, "XMLTagName")),
       place(Place::child) {
     const std::u16string_view tag = step.name();
-    if (tag == localPart(Names::instanceUID)) {
+    if (tag == Names::localPart(Names::instanceUID)) {
         place = Place::instanceAttribute;
         attribute = Names::instanceUID;
-    } else if (tag == localPart(Names::generationUID)) {
+    } else if (tag == Names::localPart(Names::generationUID)) {
         place = Place::otherAttribute;
         attribute = Names::generationUID;
     }
@@ -44,7 +37,7 @@ PropertyName::PropertyName(const MetaMetadata::MetaElement& definition)
 
 Reading::Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names)
     : partition_(partition), dictionary_(partition.partitionDictionary().dictionary()),
-      sets_(*dictionary_), names_(names) {}
+      sets_(*dictionary_), names_(names), tags_(partition.partitionDictionary()) {}
 
 const std::vector<ExpectedProperty>& Reading::propertiesOf(
     const MetaMetadata::MetaMetadataSet& set) {

@@ -2,6 +2,7 @@
 
 #include "XMLBuilder/Namespaces.h"
 #include "XMLBuilder/reader/ChildSteps.h"
+#include "XMLBuilder/reader/ExtensionTags.h"
 #include "XMLBuilder/reader/InstanceNameTable.h"
 #include "XMLBuilder/reader/PrefixScope.h"
 #include "XMLBuilder/reader/SetDefinitionIndex.h"
@@ -59,6 +60,7 @@ public:
     Metadata::PartitionMetadata& partition() noexcept { return partition_; }
     const SetDefinitionIndex& sets() const noexcept { return sets_; }
     InstanceNameTable& names() noexcept { return names_; }
+    ExtensionTags& tags() noexcept { return tags_; }
 
     /// The properties of a class and its ancestors, by label, as its sets list their elements.
     const std::vector<ExpectedProperty>& propertiesOf(const MetaMetadata::MetaMetadataSet& set);
@@ -82,6 +84,7 @@ private:
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
     SetDefinitionIndex sets_;
     InstanceNameTable& names_;
+    ExtensionTags tags_;
     PrefixScope prefixes_;
     PrefixScope prefixesOfRoot_;
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>

@@ -31,11 +31,6 @@ template <class T> Result give(T&& value) {
     return Result(new std::decay_t<T>(std::forward<T>(value)));
 }
 
-/// The part of a qualified name behind its prefix.
-const XMLCh* localName(const XMLCh* qualified) {
-    return qualified + std::u16string_view(qualified).find(u':') + 1;
-}
-
 std::string narrow(const XMLCh* text) { return Platform::toUtf8(XMLUtils::fromXml(text)); }
 
 const XMLCh* orEmpty(const XMLCh* text) { return text == nullptr ? u"" : text; }
@@ -52,10 +47,10 @@ public:
     void enter(const DOMNode& child) { parent_ = &child; }
 
     DOMElement* first(const XMLCh* qualified) const {
-        return ChildSteps::first(*parent_, localName(qualified), uri_);
+        return ChildSteps::first(*parent_, Names::localPart(qualified), uri_);
     }
     DOMElement* next(const DOMElement& found, const XMLCh* qualified) const {
-        return ChildSteps::next(found, localName(qualified), uri_);
+        return ChildSteps::next(found, Names::localPart(qualified), uri_);
     }
 
     /// The text of a part; empty where it is missing.
@@ -72,7 +67,7 @@ private:
 
 template <class T> void enterWrapper(Parts& parts) {
     const Wrapper wrapper = Fields<T>::wrapper;
-    const std::string name = narrow(localName(wrapper.name));
+    const std::string name = narrow(Names::localPart(wrapper.name));
     const auto fail = [&](const std::string& condition) {
         throwInvalidFormat(
             condition.c_str(),
@@ -99,7 +94,8 @@ template <class T> auto textsOf(const Parts& parts) {
         if (field.condition != nullptr && *texts[place] == 0) {
             throwInvalidFormat(
                 field.condition,
-                ("No '" + narrow(localName(field.name)) + "' element in XML metadata").c_str(),
+                ("No '" + narrow(Names::localPart(field.name)) + "' element in XML metadata")
+                    .c_str(),
                 CORVID_ELEMENT_VISITOR_HERE);
         }
     };

@@ -7,6 +7,9 @@
 #include "host/dictionary/MisplacedAttribute.h"
 #include "host/dictionary/UnknownAttribute.h"
 
+#include <algorithm>
+#include <functional>
+
 namespace Corvid::Metadata {
 
 namespace {
@@ -67,17 +70,32 @@ Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel&
     const auto* definition = dictionary_->findElement(label);
     Types::u16 tag = definition == nullptr ? Types::u16{0} : definition->staticLocalTag();
     if (tag == 0 || byTag_.count(tag) != 0) {
-        while (nextDynamicTag_ >= firstDynamicTag && byTag_.count(nextDynamicTag_) != 0) {
-            --nextDynamicTag_;
-        }
-        if (nextDynamicTag_ < firstDynamicTag) {
-            throw Exceptions::LimitExceeded(
-                "all 32768 dynamic local tags of the partition are in use, so a property gets none",
-                CORVID_HERE);
-        }
-        tag = nextDynamicTag_;
+        tag = freeDynamicTag();
+        generated_.push_back(tag);
     }
     add(Types::LocalTag(tag), label);
+    return Types::LocalTag(tag);
+}
+
+Types::u16 PartitionDictionary::freeDynamicTag() {
+    while (nextDynamicTag_ >= firstDynamicTag && byTag_.count(nextDynamicTag_) != 0) {
+        --nextDynamicTag_;
+    }
+    if (nextDynamicTag_ < firstDynamicTag) {
+        throw Exceptions::LimitExceeded(
+            "all 32768 dynamic local tags of the partition are in use, so a property gets none",
+            CORVID_HERE);
+    }
+    return nextDynamicTag_;
+}
+
+Types::LocalTag PartitionDictionary::tagForUnknown(const Types::LocalTag& written) {
+    if (!std::binary_search(generated_.begin(), generated_.end(), written.value(),
+                            std::greater<>())) {
+        return written;
+    }
+    const Types::u16 tag = freeDynamicTag();
+    byTag_.emplace(tag, kept);
     return Types::LocalTag(tag);
 }
 

@@ -33,6 +33,12 @@ public:
     /// The local tag for an element with that attribute: an unknown one names it itself.
     Types::LocalTag tagOf(const MetaMetadata::AbstractMetaAttribute& attribute);
 
+    /// The local tag for an unknown element of which a document tells no more than the tag. It is
+    /// that one, unless it has been generated for a label, whose property the element would turn
+    /// into: then a free one, kept as keepTagOf() keeps tags.
+    /// @throws LimitExceeded  another is needed, and all dynamic tags are in use.
+    Types::LocalTag tagForUnknown(const Types::LocalTag& written);
+
     /// Keeps the tag that an unknown element names from being generated for a label, whether the
     /// primer has it or not: else the element would turn into that label's property in the file.
     /// Attributes of other kinds keep nothing.
@@ -49,10 +55,14 @@ public:
 private:
     static constexpr std::size_t kept = static_cast<std::size_t>(-1);
 
+    /// @throws LimitExceeded  all are in use.
+    Types::u16 freeDynamicTag();
+
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
     Templates::vector<Entry> entries_;
     Templates::map<Types::u16, std::size_t> byTag_; ///< `kept` for one without entry
     Templates::map<std::array<Types::u8, 16>, std::size_t> byLabel_;
+    Templates::vector<Types::u16> generated_; ///< the dynamic tags made here, the highest first
     Types::u16 nextDynamicTag_ = 0xFFFF;
 };
 

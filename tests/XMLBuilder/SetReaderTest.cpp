@@ -153,6 +153,54 @@ TEST_F(SetReader, givesUnknownExtensionsWithALabelATag) {
     EXPECT_EQ(Platform::toUtf8(found->toString()), label);
 }
 
+/// Extension elements of one thing: each named by a tag, or by a label that ends in a number.
+std::string extensions(std::initializer_list<const char*> names) {
+    std::string xml = "<t:Thing><groups:ExtensionElements>";
+    for (const std::string name : names) {
+        xml += name.size() == 5
+                   ? "<groups:DarkElement groups:StaticLocalTag='" + name + "'>00"
+                   : "<groups:DarkElement groups:UniversalLabel='06.0e.2b.34.01.01.01.01.0e.7f.7f."
+                     "00.00.00.00." +
+                         name + "'>00";
+        xml += "</groups:DarkElement>";
+    }
+    return xml + "</groups:ExtensionElements></t:Thing>";
+}
+
+TEST_F(SetReader, makesNoTagForALabelThatTheDocumentNamesElsewhere) {
+    const auto sets = readSets(extensions({"01", "02"}) + extensions({"ff.ff", "ff.fd"}));
+    const auto& labelled = *sets.front();
+    EXPECT_EQ(unknownAttributeOf(*labelled.invalidBegin()[0]).localTag().value(), 0xFFFE);
+    EXPECT_EQ(unknownAttributeOf(*labelled.invalidBegin()[1]).localTag().value(), 0xFFFC);
+    const auto& tagged = *sets.back();
+    EXPECT_EQ(unknownAttributeOf(*tagged.invalidBegin()[0]).localTag().value(), 0xFFFF);
+    EXPECT_EQ(unknownAttributeOf(*tagged.invalidBegin()[1]).localTag().value(), 0xFFFD);
+}
+
+TEST_F(SetReader, givesANamedTagAwayWhereAnotherDocumentHadItMade) {
+    readSets(extensions({"01"}));
+    const auto sets = readSets(extensions({"ff.ff", "01"}));
+    const auto* elements = &*sets.front()->invalidBegin();
+    EXPECT_EQ(unknownAttributeOf(*elements[0]).localTag().value(), 0xFFFE);
+    EXPECT_EQ(unknownAttributeOf(*elements[1]).localTag().value(), 0xFFFF);
+}
+
+TEST_F(SetReader, keepsUnknownPropertiesApartFromKnownOnesInAFile) {
+    // The thing's number has no tag of its own, so it is given one when its bytes are made.
+    const auto read = [&] {
+        return readSets("<t:Thing><e:UInt8>1</e:UInt8></t:Thing>" + extensions({"ff.ff"}));
+    };
+    for (int round = 0; round != 2; ++round) {
+        const auto sets = read();
+        DataIO::Memory::MemoryDataSink sink;
+        auto& primer = model_.partition.partitionDictionary();
+        sets.front()->serialize(sink, primer);
+        sets.back()->serialize(sink, primer);
+        const auto unknown = unknownAttributeOf(onlyExtension(*sets.back())).localTag();
+        EXPECT_EQ(primer.find(unknown, false), nullptr) << round;
+    }
+}
+
 TEST_F(SetReader, refusesUnknownExtensionsWithNeitherTagNorLabel) {
     failureOf<Exceptions::InvalidFormat>([&] {
         readThing("<groups:ExtensionElements><groups:DarkElement>00</groups:DarkElement>"

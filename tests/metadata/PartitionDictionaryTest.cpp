@@ -84,5 +84,28 @@ TEST_F(PartitionDictionaryTest, givesNoTagThatAnUnknownElementBears) {
     EXPECT_EQ(*primer.find(LocalTag(u16{0xFFFF}), false), labelOf(0x77));
 }
 
+TEST_F(PartitionDictionaryTest, givesUnknownElementsTheTagThatTheyNameUnlessItWasGenerated) {
+    const auto tagFor = [this](u16 tag) { return primer.tagForUnknown(LocalTag(tag)).value(); };
+    primer.add(LocalTag(u16{0x9001}), labelOf(0x77));
+    EXPECT_EQ(tagFor(0x9001), 0x9001); // the primer pack says what that is
+    EXPECT_EQ(primer.findOrGenerate(dynamic).value(), 0xFFFF);
+    EXPECT_EQ(primer.findOrGenerate(number).value(), 0x1101);
+    EXPECT_EQ(tagFor(0x1101), 0x1101);
+    EXPECT_EQ(tagFor(0x8001), 0x8001);
+    EXPECT_EQ(tagFor(0xFFFF), 0xFFFE);
+    EXPECT_EQ(tagFor(0xFFFF), 0xFFFD);
+    EXPECT_EQ(primer.find(LocalTag(u16{0xFFFE}), true), nullptr);
+    EXPECT_EQ(primer.findOrGenerate(labelOf(0x101)).value(), 0xFFFC);
+    EXPECT_EQ(tagFor(0xFFFC), 0xFFFB);
+    EXPECT_EQ(tagFor(0xFFFE), 0xFFFE);
+}
+
+TEST_F(PartitionDictionaryTest, throwsWhenNoTagIsFreeForAnUnknownElement) {
+    for (u32 i = 0; i != 0x8000; ++i) {
+        primer.findOrGenerate(labelOf(static_cast<u16>(0x1000 + i)));
+    }
+    EXPECT_THROW(primer.tagForUnknown(LocalTag(u16{0x8000})), Exceptions::LimitExceeded);
+}
+
 } // namespace
 } // namespace Corvid::Testing
