@@ -19,7 +19,8 @@ class PartitionMetadata;
 ///   ParseError       the bytes are no XML document that may be read, or Xerces-C or XQilla fails
 ///   InvalidFormat    a value does not have the form that its type asks for
 ///   InvalidLength    the items of a collection have different sizes
-///   LimitExceeded    sets stand in each other too deep
+///   LimitExceeded    sets stand in each other too deep, a value has more bytes than a property
+///                    can hold, or no local tag is left for one
 ///   InvalidArgument  there is no partition
 /// What was made before a failure stays in the partition. Calls for different partitions may run at
 /// the same time.

@@ -5,6 +5,7 @@
 #include "XMLBuilder/NumberInput.h"
 #include "XMLBuilder/ValueForms.h"
 #include "XMLBuilder/reader/HexBytes.h"
+#include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/klv/Value.h"
 #include "host/xmlutils/UnicodeString.h"
@@ -244,13 +245,7 @@ private:
     const DOMNode& node_;
 };
 
-} // namespace
-
-Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const DOMNode& node) {
-    if (!isAttribute(node) && node.getFirstChild() == nullptr) {
-        return {};
-    }
-    Forms forms(reading, node);
+Result parse(Forms forms, Types::Identifiers::Identifier type) {
     switch (type) {
 #define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
     case Id:                                                                                       \
@@ -258,6 +253,24 @@ Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const D
 #include "host/types/ValueTypes.def"
     }
     return {};
+}
+
+} // namespace
+
+Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const DOMNode& node) {
+    if (!isAttribute(node) && node.getFirstChild() == nullptr) {
+        return {};
+    }
+    auto value = parse(Forms(reading, node), type);
+    constexpr std::size_t greatest = Types::ByteRun::greatestSize;
+    if (value && value->byteCount() > greatest) {
+        throw Exceptions::LimitExceeded(narrow(node.getNodeName()) + ": value of " +
+                                            std::to_string(value->byteCount()) +
+                                            " bytes, expected at most " + std::to_string(greatest) +
+                                            ", which is what a property can hold",
+                                        CORVID_ELEMENT_VISITOR_HERE);
+    }
+    return value;
 }
 
 } // namespace Corvid::XMLBuilder

@@ -16,6 +16,8 @@ namespace Corvid::XMLBuilder {
 ///         not read from XML.
 /// @throws InvalidFormat  bytes are not in hexadecimal, an identifier is malformed, or a part of a
 ///                        value that must be there is missing.
+/// @throws LimitExceeded  the value has more bytes than a property of a local set can hold
+///                        (SMPTE ST 377-1).
 Templates::auto_ptr<Types::SimpleDataType> parseValue(Reading& reading,
                                                       Types::Identifiers::Identifier type,
                                                       const xercesc::DOMNode& node);

@@ -26,7 +26,7 @@ DOMElement* appendChild(DOMElement* parent, const Names::Namespace& names, const
 }
 
 void appendHex(DOMElement* parent, const Types::DataType& value) {
-    appendText(parent, toHexText(value.rawBuffer(), value.serializedSize()).c_str());
+    appendText(parent, toHexText(value.rawBuffer(), value.byteCount()).c_str());
 }
 
 template <class Number> void appendNumber(DOMElement* parent, Number number) {

@@ -151,6 +151,38 @@ TEST_F(ValueReader, refusesWhatIsNoHexadecimalDigit) {
     }
 }
 
+TEST_F(ValueReader, refusesValuesOfMoreBytesThanAPropertyCanHold) {
+    const auto repeat = [](const std::string& text, std::size_t count) {
+        std::string result;
+        for (std::size_t i = 0; i != count; ++i) {
+            result += text;
+        }
+        return result;
+    };
+    const struct {
+        const char* type;
+        std::string most;
+        std::string more;
+        std::string bytes;
+    } cases[] = {{"DataStream", repeat("0a", 65535), "0a", "65536"},
+                 {"Unknown", repeat("0a", 65535), "0a", "65536"},
+                 {"ISO7String", repeat("x", 65535), "x", "65536"},
+                 {"UTF16String", repeat("\xE2\x82\xAC", 32767), "x", "65536"}};
+    for (const auto& [type, most, more, bytes] : cases) {
+        EXPECT_NE(bytesRead(type, most), "none");
+        EXPECT_EQ(failureOfReading<Exceptions::LimitExceeded>(type, most + more).message,
+                  std::string("e:") + type + ": value of " + bytes +
+                      " bytes, expected at most 65535, which is what a property can hold");
+    }
+    const auto coding = [&](std::size_t count) {
+        return "<s422mTypes:J2KQuantisationDefault><s422mTypes:Sqcd>1</s422mTypes:Sqcd>"
+               "<s422mTypes:SPgcd>" +
+               repeat("0a", count) + "</s422mTypes:SPgcd></s422mTypes:J2KQuantisationDefault>";
+    };
+    EXPECT_NE(bytesRead("J2KQuantisationDefault", coding(65534)), "none");
+    failureOfReading<Exceptions::LimitExceeded>("J2KQuantisationDefault", coding(65535));
+}
+
 TEST_F(ValueReader, refusesMalformedIdentifiers) {
     failureOfReading("UUID", "00.01");
     failureOfReading("UniversalLabel", " 00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f");

@@ -223,6 +223,11 @@ TEST(ValueWriter, leavesOneEmptyTextNodeForEmptyTextAndNoBytes) {
     EXPECT_EQ(nodes, 1U);
 }
 
+TEST(ValueWriter, writesEveryByteOfWhatIsTooLongForAProperty) {
+    const Templates::vector<u8> bytes(70000);
+    EXPECT_EQ(contentOf(DataStream(bytes.data(), 70000)).size(), 140000U);
+}
+
 TEST(ValueWriter, leavesNothingForAnEmptyCollection) {
     std::size_t nodes = 99;
     contentOf(Array(1), &nodes);
