@@ -46,6 +46,17 @@ constexpr std::size_t greatestValue = 0xFFFF;
         CORVID_HERE);
 }
 
+/// The tag that a property has in a file.
+/// @param label  null for an element that does not belong to its set's class.
+Types::LocalTag tagOf(const Types::UniversalLabel* label, const Element& element,
+                      PartitionDictionary& primer) {
+    if (element.localTag() != 0) {
+        return Types::LocalTag(element.localTag());
+    }
+    return label != nullptr ? primer.findOrGenerate(*label)
+                            : primer.tagOf(*element.metaAttribute());
+}
+
 bool isInstanceUID(const Types::UniversalLabel& label) noexcept {
     return label.withoutVersion() ==
            Structural::StructuralMetadataULs::instanceUID().withoutVersion();
@@ -203,6 +214,12 @@ std::size_t MetadataSet::countValues() const noexcept {
                                     std::count_if(invalid_.begin(), invalid_.end(), has));
 }
 
+void MetadataSet::assignTags(PartitionDictionary& primer) const {
+    for (const auto& [label, element] : inStoredOrder()) {
+        primer.addStatic(tagOf(label, *element, primer));
+    }
+}
+
 std::size_t MetadataSet::valueSize() const {
     std::size_t size = 0;
     for (const auto& [label, element] : inStoredOrder()) {
@@ -225,11 +242,8 @@ void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary& primer)
     key_.serialize(sink);
     KLV::writeBer(sink, size, berLength_);
     for (const auto& [label, element] : inStoredOrder()) {
-        const Types::u16 tag = element->localTag() != 0 ? element->localTag()
-                               : label != nullptr       ? primer.findOrGenerate(*label).value()
-                                                  : primer.tagOf(*element->metaAttribute()).value();
         Types::u8 head[4];
-        Types::writeBigEndian(head, tag);
+        Types::writeBigEndian(head, tagOf(label, *element, primer).value());
         Types::writeBigEndian(head + 2, static_cast<Types::u16>(element->serializedSize()));
         sink.write(head, sizeof head);
         element->serialize(sink);

@@ -88,8 +88,13 @@ public:
     Types::UUID instanceUID() const;
     bool hasInstanceUID() const noexcept;
 
+    /// Sees to it that the primer has an entry for the tag of every property with a value, as far
+    /// as its label is known.
+    /// @throws LimitExceeded  all dynamic tags are in use.
+    void assignTags(PartitionDictionary& primer) const;
+
     /// The bytes of the whole set in a file: key, length, and the properties that have a value in
-    /// their stored order. Tags that the primer lacks are added to it.
+    /// their stored order. Properties without a tag get theirs as by assignTags().
     /// @throws LimitExceeded  a value has more than 65535 bytes; nothing has been written.
     /// @throws InvalidLength  the items of a collection differ in size; nothing has been written.
     std::size_t serializedSize() const;

@@ -108,9 +108,21 @@ Types::LocalTag PartitionDictionary::tagOf(const MetaMetadata::AbstractMetaAttri
 void PartitionDictionary::keepTagOf(const MetaMetadata::AbstractMetaAttribute& attribute) {
     UnknownTagFinder finder;
     attribute.accept(finder);
+    keep(finder.tag);
+}
+
+void PartitionDictionary::keep(const Types::LocalTag& tag) {
     // A static tag is given to its own label only.
-    if (!finder.tag.isStaticLocalTag()) {
-        byTag_.emplace(finder.tag.value(), kept);
+    if (!tag.isStaticLocalTag()) {
+        byTag_.emplace(tag.value(), kept);
+    }
+}
+
+void PartitionDictionary::addStatic(const Types::LocalTag& tag) {
+    if (find(tag, false) == nullptr) {
+        if (const auto* label = find(tag, true)) {
+            add(tag, *label);
+        }
     }
 }
 

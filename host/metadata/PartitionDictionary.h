@@ -44,6 +44,12 @@ public:
     /// Attributes of other kinds keep nothing.
     void keepTagOf(const MetaMetadata::AbstractMetaAttribute& attribute);
 
+    /// Keeps a dynamic tag from being generated for a label.
+    void keep(const Types::LocalTag& tag);
+
+    /// Adds an entry for a tag that has none, but a label in the dictionary.
+    void addStatic(const Types::LocalTag& tag);
+
     /// Adds an entry of a primer pack. Of two entries with one tag, or with one label, the first
     /// counts; all are kept.
     void add(const Types::LocalTag& tag, const Types::UniversalLabel& label);

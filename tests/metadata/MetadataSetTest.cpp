@@ -172,5 +172,27 @@ TEST_F(MetadataSetTest, hasAnInstanceUidOnlyIfTheValueHasItsSize) {
     EXPECT_FALSE(group.hasInstanceUID());
 }
 
+TEST_F(MetadataSetTest, assignsTheTagsOfPropertiesWithAValue) {
+    auto& primer = partition.partitionDictionary();
+    auto& set = makeSet(prefaceKey(), 1);
+    add(set, number, 0x9000).set(Types::UInt16(1).clone());
+    add(set, dynamic).set(Types::UInt32(1).clone());
+    add(set, text);
+    set.createInvalidElement(misplaced(otherOnly)).parse(viewOf({7}));
+    set.createInvalidElement(unknown(0x1102), 0x1102).parse(viewOf({1}));
+    set.createInvalidElement(unknown(0x7777), 0x7777).parse(viewOf({1}));
+    set.assignTags(primer);
+    std::vector<u16> tags;
+    for (const auto& [tag, label] : primer) {
+        tags.push_back(tag.value());
+    }
+    // Nothing is known of 0x9000 and 0x7777, the bytes of 0x1102 fit no text.
+    EXPECT_EQ(tags, (std::vector<u16>{0x3C0A, 0xFFFF, 0x1201, 0x1102}));
+    const Bytes before = bytesOf(set, partition);
+    set.assignTags(primer);
+    EXPECT_EQ(bytesOf(set, partition), before);
+    EXPECT_EQ(std::distance(primer.begin(), primer.end()), 4);
+}
+
 } // namespace
 } // namespace Corvid::Testing

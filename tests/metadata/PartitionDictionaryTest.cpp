@@ -107,5 +107,26 @@ TEST_F(PartitionDictionaryTest, throwsWhenNoTagIsFreeForAnUnknownElement) {
     EXPECT_THROW(primer.tagForUnknown(LocalTag(u16{0x8000})), Exceptions::LimitExceeded);
 }
 
+TEST_F(PartitionDictionaryTest, keepsDynamicTagsThatItIsTold) {
+    primer.keep(LocalTag(u16{0xFFFF}));
+    primer.keep(LocalTag(u16{0x1101}));
+    EXPECT_EQ(primer.find(LocalTag(u16{0xFFFF}), true), nullptr);
+    EXPECT_EQ(primer.findOrGenerate(dynamic).value(), 0xFFFE);
+    EXPECT_EQ(primer.findOrGenerate(number).value(), 0x1101);
+    EXPECT_EQ(std::distance(primer.begin(), primer.end()), 2);
+}
+
+TEST_F(PartitionDictionaryTest, addsStaticTagsThatHaveNoEntry) {
+    primer.add(LocalTag(u16{0x1102}), labelOf(0x77));
+    for (int i = 0; i != 2; ++i) {
+        for (const u16 tag : {u16{0x1101}, u16{0x1102}, u16{0x1150}, u16{0x8001}}) {
+            primer.addStatic(LocalTag(tag));
+        }
+    }
+    ASSERT_EQ(std::distance(primer.begin(), primer.end()), 2);
+    EXPECT_EQ(*primer.find(LocalTag(u16{0x1101}), false), number);
+    EXPECT_EQ(*primer.find(LocalTag(u16{0x1102}), false), labelOf(0x77));
+}
+
 } // namespace
 } // namespace Corvid::Testing
