@@ -70,7 +70,7 @@ void renameSets(Metadata::PartitionMetadata& metadata) {
     }
     Renamer renamer(names);
     for (Metadata::MetadataSet* set : metadata) {
-        for (const auto& entry : *set) {
+        for (const auto& entry : set->made()) {
             entry.second->accept(renamer);
         }
         for (auto element = set->invalidBegin(); element != set->invalidEnd(); ++element) {
