@@ -56,4 +56,21 @@ bool isSingleItem(const KLV::Key& key) noexcept {
     return startsWith(key, {0x06, 0x0e, 0x2b, 0x34, 0x01}) && !isFill(key);
 }
 
+KLV::Key partitionPackKey(unsigned char kind, unsigned char status) noexcept {
+    return KLV::Key(std::array<unsigned char, KLV::Key::length>{0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05,
+                                                                0x01, 0x01, 0x0d, 0x01, 0x02, 0x01,
+                                                                0x01, kind, status, 0});
+}
+
+const KLV::Key& primerPackKey() noexcept {
+    static const KLV::Key key = partitionPackKey(0x05, 0x01);
+    return key;
+}
+
+const KLV::Key& fillKey() noexcept {
+    static const KLV::Key key(std::array<unsigned char, KLV::Key::length>{
+        0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x02, 0x03, 0x01, 0x02, 0x10, 0x01, 0, 0, 0});
+    return key;
+}
+
 } // namespace Corvid::mxf

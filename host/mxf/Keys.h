@@ -21,4 +21,13 @@ CORVID_EXPORT bool endsHeaderMetadata(const KLV::Key& key) noexcept;
 /// A key of a single registered item that is no set or pack: an essence element of whatever maker.
 CORVID_EXPORT bool isSingleItem(const KLV::Key& key) noexcept;
 
+/// The keys of what is written.
+/// @param kind, status  the values of PartitionKind and PartitionStatus.
+CORVID_EXPORT KLV::Key partitionPackKey(unsigned char kind, unsigned char status) noexcept;
+CORVID_EXPORT const KLV::Key& primerPackKey() noexcept;
+CORVID_EXPORT const KLV::Key& fillKey() noexcept;
+
+/// The octets of the lengths of packs and fill items that are written, as everybody writes them.
+constexpr unsigned char packBerOctets = 4;
+
 } // namespace Corvid::mxf

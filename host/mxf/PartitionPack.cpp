@@ -1,6 +1,8 @@
 #include "host/mxf/PartitionPack.h"
 
 #include "host/base/Exceptions.h"
+#include "host/klv/BerOutput.h"
+#include "host/mxf/Keys.h"
 #include "host/types/FixedBytes.h"
 
 #include <algorithm>
@@ -27,6 +29,42 @@ public:
 private:
     const Types::u8* next_;
 };
+
+/// Writes numbers and labels one behind the other.
+class FieldSink {
+public:
+    explicit FieldSink(DataIO::DataSink& sink) noexcept : sink_(sink) {}
+
+    template <class Number> void take(Number number) {
+        Types::u8 bytes[sizeof(Number)];
+        Types::writeBigEndian(bytes, number);
+        sink_.write(bytes, sizeof bytes);
+    }
+    void take(const Types::UniversalLabel& label) { label.serialize(sink_); }
+
+private:
+    DataIO::DataSink& sink_;
+};
+
+/// Hands the fields of fixed size over in the order of the file.
+template <class Pack, class To> void walk(Pack& pack, To& fields) {
+    fields.take(pack.majorVersion);
+    fields.take(pack.minorVersion);
+    fields.take(pack.kagSize);
+    fields.take(pack.thisPartition);
+    fields.take(pack.previousPartition);
+    fields.take(pack.footerPartition);
+    fields.take(pack.headerByteCount);
+    fields.take(pack.indexByteCount);
+    fields.take(pack.indexSid);
+    fields.take(pack.bodyOffset);
+    fields.take(pack.bodySid);
+    fields.take(pack.operationalPattern);
+}
+
+std::size_t valueSize(const PartitionPack& pack) noexcept {
+    return partitionPackHead + pack.essenceContainers.size() * KLV::Key::length;
+}
 
 } // namespace
 
@@ -69,18 +107,7 @@ PartitionPack parsePartitionPack(const KLV::Key& key, Types::ByteView value) {
     pack.kind = static_cast<PartitionKind>(key[13]);
     pack.status = static_cast<PartitionStatus>(key[14]);
     Fields fields(value.data);
-    fields.take(pack.majorVersion);
-    fields.take(pack.minorVersion);
-    fields.take(pack.kagSize);
-    fields.take(pack.thisPartition);
-    fields.take(pack.previousPartition);
-    fields.take(pack.footerPartition);
-    fields.take(pack.headerByteCount);
-    fields.take(pack.indexByteCount);
-    fields.take(pack.indexSid);
-    fields.take(pack.bodyOffset);
-    fields.take(pack.bodySid);
-    fields.take(pack.operationalPattern);
+    walk(pack, fields);
     Types::u32 count = 0;
     Types::u32 itemSize = 0;
     fields.take(count);
@@ -94,6 +121,24 @@ PartitionPack parsePartitionPack(const KLV::Key& key, Types::ByteView value) {
         }
     }
     return pack;
+}
+
+std::uint64_t serializedSize(const PartitionPack& pack) noexcept {
+    const std::uint64_t size = valueSize(pack);
+    return KLV::Key::length + KLV::berOctets(size, packBerOctets) + size;
+}
+
+void serialize(const PartitionPack& pack, DataIO::DataSink& sink) {
+    partitionPackKey(static_cast<unsigned char>(pack.kind), static_cast<unsigned char>(pack.status))
+        .serialize(sink);
+    KLV::writeBer(sink, valueSize(pack), packBerOctets);
+    FieldSink fields(sink);
+    walk(pack, fields);
+    fields.take(static_cast<Types::u32>(pack.essenceContainers.size()));
+    fields.take(static_cast<Types::u32>(KLV::Key::length));
+    for (const Types::UniversalLabel& label : pack.essenceContainers) {
+        fields.take(label);
+    }
 }
 
 } // namespace Corvid::mxf

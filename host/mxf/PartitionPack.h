@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/dataio/DataSink.h"
 #include "host/klv/Triplet.h"
 #include "host/types/IdentifierTypes.h"
 
@@ -66,5 +67,9 @@ constexpr std::size_t greatestEssenceContainerCount = 4096;
 ///               is taken.
 /// @throws InvalidLength  the value ends before the fields of fixed size do.
 CORVID_EXPORT PartitionPack parsePartitionPack(const KLV::Key& key, Types::ByteView value);
+
+/// The bytes of the whole pack in a file: key, length of 4 octets, fields.
+CORVID_EXPORT std::uint64_t serializedSize(const PartitionPack& pack) noexcept;
+CORVID_EXPORT void serialize(const PartitionPack& pack, DataIO::DataSink& sink);
 
 } // namespace Corvid::mxf

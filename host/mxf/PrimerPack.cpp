@@ -1,13 +1,23 @@
 #include "host/mxf/PrimerPack.h"
 
+#include "host/klv/BerOutput.h"
+#include "host/mxf/Keys.h"
 #include "host/types/FixedBytes.h"
 
 namespace Corvid::mxf {
 
-PrimerPack parsePrimerPack(Types::ByteView value, std::uint64_t offset, WarningSink& warnings) {
-    constexpr std::size_t headSize = 8;
-    constexpr std::size_t entrySize = 18;
+namespace {
 
+/// Number and size of the entries.
+constexpr std::size_t headSize = 8;
+
+std::size_t valueSize(const PrimerPack& entries) noexcept {
+    return headSize + entries.size() * primerEntrySize;
+}
+
+} // namespace
+
+PrimerPack parsePrimerPack(Types::ByteView value, std::uint64_t offset, WarningSink& warnings) {
     const auto warn = [&](std::string text) {
         Warning warning;
         warning.text = "primer pack: " + std::move(text);
@@ -21,21 +31,39 @@ PrimerPack parsePrimerPack(Types::ByteView value, std::uint64_t offset, WarningS
     }
     const auto count = Types::readBigEndian<Types::u32>(value.data);
     const auto itemSize = Types::readBigEndian<Types::u32>(value.data + 4);
-    const std::size_t there = (value.size - headSize) / entrySize;
-    if (count != there || value.size != headSize + there * entrySize) {
+    const std::size_t there = (value.size - headSize) / primerEntrySize;
+    if (count != there || value.size != headSize + there * primerEntrySize) {
         warn("says " + std::to_string(count) + " entries, its length has room for " +
              std::to_string(there) + ", which are read");
     }
-    if (itemSize != entrySize && count != 0) {
+    if (itemSize != primerEntrySize && count != 0) {
         warn("says entries of " + std::to_string(itemSize) + " bytes, read as 18");
     }
     entries.reserve(there);
     for (std::size_t i = 0; i != there; ++i) {
-        const Types::u8* const entry = value.data + headSize + i * entrySize;
+        const Types::u8* const entry = value.data + headSize + i * primerEntrySize;
         entries.emplace_back(Types::LocalTag(Types::ByteView{entry, 2}),
                              Types::UniversalLabel(Types::ByteView{entry + 2, 16}));
     }
     return entries;
+}
+
+std::uint64_t serializedSize(const PrimerPack& entries) noexcept {
+    const std::uint64_t size = valueSize(entries);
+    return KLV::Key::length + KLV::berOctets(size, packBerOctets) + size;
+}
+
+void serialize(const PrimerPack& entries, DataIO::DataSink& sink) {
+    primerPackKey().serialize(sink);
+    KLV::writeBer(sink, valueSize(entries), packBerOctets);
+    Types::u8 head[headSize];
+    Types::writeBigEndian(head, static_cast<Types::u32>(entries.size()));
+    Types::writeBigEndian(head + 4, static_cast<Types::u32>(primerEntrySize));
+    sink.write(head, sizeof head);
+    for (const auto& [tag, label] : entries) {
+        tag.serialize(sink);
+        label.serialize(sink);
+    }
 }
 
 } // namespace Corvid::mxf

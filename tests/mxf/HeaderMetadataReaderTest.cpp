@@ -139,6 +139,25 @@ INSTANTIATE_TEST_SUITE_P(
         Behind{"Partition", MxfBuilder().add(Testing::bodyPartition()).build()}),
     Testing::nameOfCase<Behind>);
 
+TEST(HeaderMetadata, resolvesReferencesToSetsThatAreReadLater) {
+    // Each set refers to the other, so one of them comes later.
+    const Bytes name = Testing::structuralKey(Testing::contentStorageSet);
+    const Bytes owner = Testing::set(Testing::structuralKey(Testing::prefaceSet), 1,
+                                     {Testing::property(0x3B03, Testing::uuid(2))});
+    const Bytes target = Testing::set(name, 2, {Testing::property(0x3B03, Testing::uuid(1))});
+    for (const auto& sets : {join({owner, target}), join({target, owner})}) {
+        ReadBack back(MxfBuilder().add(header(join({Testing::standardPrimer(), sets}))));
+        Metadata::PartitionMetadata& metadata = back.metadata();
+        for (const Metadata::MetadataSet* set : metadata) {
+            const auto number = set->instanceUID()[15];
+            const auto found = metadata.resolve(Types::WeakReference(
+                Types::UUID(Types::ByteView{Testing::uuid(number == 1 ? 2 : 1).data(), 16})));
+            ASSERT_EQ(found.size(), 1U);
+            EXPECT_NE(&found.front(), set);
+        }
+    }
+}
+
 TEST(HeaderMetadata, withoutPrimerPackIsReadByStaticTags) {
     ReadBack back(MxfBuilder().add(header(Testing::smallSets())));
     EXPECT_EQ(back.metadata().size(), 2U);

@@ -61,6 +61,27 @@ TEST(PartitionPack, takesOnlyTheEssenceContainersThatAreThere) {
     EXPECT_EQ(back.metadata().size(), 2U);
 }
 
+TEST(PartitionPack, isWrittenAsItWasRead) {
+    PartitionSpec spec = Testing::bodyPartition();
+    spec.status = 1;
+    spec.bodySid = 5;
+    spec.thisPartition = 0x0102030405060708;
+    spec.previousPartition = 0x1112131415161718;
+    spec.footerPartition = 0x2122232425262728;
+    spec.headerByteCount = 0x3132333435363738;
+    spec.essenceContainers = {Testing::uuid(9), Testing::uuid(8)};
+    const Bytes bytes = MxfBuilder().add(spec).build();
+    const KLV::Key key(bytes.data());
+    constexpr std::size_t size = partitionPackHead + 2 * 16;
+    DataIO::Memory::MemoryDataSink sink;
+    const PartitionPack pack = parsePartitionPack(key, {bytes.data() + 20, size});
+    serialize(pack, sink);
+    ASSERT_EQ(sink.serializedSize(), 20 + size);
+    EXPECT_EQ(serializedSize(pack), 20 + size);
+    EXPECT_TRUE(
+        std::equal(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize(), bytes.begin()));
+}
+
 struct Shape {
     const char* name;
     unsigned octets;

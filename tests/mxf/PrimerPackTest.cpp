@@ -52,5 +52,26 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Nothing", {}, 0, "ends after 0 bytes"}),
     Testing::nameOfCase<Case>);
 
+TEST(PrimerPack, isWrittenAsItStands) {
+    const Types::UniversalLabel label(Types::ByteView{first.data() + 2, 16});
+    const Bytes uuid = Testing::uuid(7);
+    for (const std::size_t repeated : {0U, 1U, 5000U}) {
+        PrimerPack pack;
+        std::vector<std::pair<unsigned, Bytes>> entries;
+        for (std::size_t i = 0; i != repeated; ++i) {
+            pack.emplace_back(Types::LocalTag(0x3C0A), label);
+            pack.emplace_back(Types::LocalTag(0xFFFE),
+                              Types::UniversalLabel(Types::ByteView{uuid.data(), 16}));
+            entries.emplace_back(0x3C0A, Testing::instanceUIDLabel());
+            entries.emplace_back(0xFFFE, uuid);
+        }
+        DataIO::Memory::MemoryDataSink sink;
+        serialize(pack, sink);
+        EXPECT_EQ(Bytes(sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()),
+                  Testing::primer(entries));
+        EXPECT_EQ(serializedSize(pack), sink.serializedSize());
+    }
+}
+
 } // namespace
 } // namespace Corvid::mxf
