@@ -1,6 +1,7 @@
 #include "tests/tool/RunCommand.h"
 
 #include <gmock/gmock.h>
+#include <regex>
 
 using namespace Corvid::Testing;
 using ::testing::HasSubstr;
@@ -15,12 +16,146 @@ TEST(Info, tellsOfAFileFromEverySource) {
     const Outcome file = shop.run("corvid info clip.mxf");
     EXPECT_EQ(file.status, 0);
     EXPECT_THAT(file.out, HasSubstr("OP1a (single item, single package"));
-    EXPECT_THAT(file.out, HasSubstr("2 sets  1 ContentStorage, 1 Preface"));
+    EXPECT_THAT(file.out, HasSubstr("2 sets\n  1 ContentStorage, 1 Preface\n"));
     EXPECT_THAT(file.out, Not(HasSubstr("\033")));
     EXPECT_THAT(file.err, IsEmpty());
     const Outcome pipe = shop.run("cat clip.mxf | corvid info -");
     EXPECT_EQ(pipe.status, 0);
     EXPECT_THAT(pipe.out, HasSubstr("2 sets"));
+}
+
+/// The tag and label of a property whose label without version byte ends in these eight bytes.
+std::pair<unsigned, Bytes> primerEntry(unsigned tag, const char* back) {
+    return {tag, join({hex("060e2b34 01010101"), hex(back)})};
+}
+
+/// A file source package whose descriptor holds labels, registered ones and others.
+Bytes clipWithLabels() {
+    auto entries = standardLabels();
+    entries.push_back(primerEntry(0x1901, "06010104 05010000")); // packages
+    entries.push_back(primerEntry(0x4701, "06010104 02030000")); // descriptor
+    entries.push_back(primerEntry(0x3004, "06010104 01020000")); // container format
+    entries.push_back(primerEntry(0x3201, "04010601 00000000")); // picture compression
+    entries.push_back(primerEntry(0x3210, "04010201 01010200")); // transfer characteristic
+    entries.push_back(primerEntry(0x3b0b, "01020210 02020000")); // descriptive schemes
+    entries.push_back(primerEntry(0x3b0a, "01020210 02010000")); // essence containers
+    entries.push_back(primerEntry(0x8001, "06010104 06100000")); // sub-descriptors
+    entries.push_back(primerEntry(0x8002, "01030701 01000000")); // MCA label dictionary ID
+    const Bytes channel = hex("060e2b34 04010101 03020101 00000000");
+    const auto sub = [&](unsigned instance) {
+        return set(hex("060e2b34 02530101 0d010101 01016b00"), instance,
+                   {property(0x8002, channel)});
+    };
+    const Bytes metadata =
+        join({primer(entries),
+              set(structuralKey(prefaceSet), 1,
+                  {property(0x3b03, uuid(2)),
+                   property(0x3b0a, batch({hex("060e2b34 04010101 0e050000 00000000"),
+                                           hex("060e2b34 04010102 0d010301 02046001")},
+                                          16)),
+                   property(0x3b0b, batch({hex("060e2b34 0401017f 0d010401 04010100")}, 16))}),
+              set(structuralKey(contentStorageSet), 2, {property(0x1901, batch({uuid(3)}, 16))}),
+              set(structuralKey(0x37), 3, {property(0x4701, uuid(4))}),
+              set(structuralKey(0x28), 4,
+                  {property(0x3201, hex("060e2b34 0401017f 04010202 01040300")),
+                   property(0x3210, hex("060e2b34 04010101 0e050000 00000000")),
+                   property(0x3004, hex("060e2b34 04010102 0d010301 02046001")),
+                   property(0x8001, batch({uuid(5), uuid(6)}, 16))}),
+              sub(5), sub(6)});
+    return MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build();
+}
+
+TEST(Info, namesLabelsAsTheRegistersDo) {
+    const Workshop shop;
+    shop.write("clip.mxf", clipWithLabels());
+    // The widths of columns do not matter here.
+    const std::string text =
+        std::regex_replace(shop.run("corvid info clip.mxf").out, std::regex(" +"), " ");
+    EXPECT_THAT(text, HasSubstr("OP1a (single item, single package, one track)\n "
+                                "06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01.00 MXF OP1a "
+                                "SingleItem SinglePackage UniTrack Stream Internal\n"));
+    EXPECT_THAT(text, HasSubstr("\n Essence containers "
+                                "06.0e.2b.34.04.01.01.01.0e.05.00.00.00.00.00.00\n "
+                                "06.0e.2b.34.04.01.01.02.0d.01.03.01.02.04.60.01 MXF-GC "
+                                "Frame-wrapped MPEG-ES VideoStream-0 SID\n"));
+    EXPECT_THAT(text, HasSubstr("\n Descriptive schemes "
+                                "06.0e.2b.34.04.01.01.7f.0d.01.04.01.04.01.01.00 MXF Text-Based "
+                                "Framework\n"));
+    EXPECT_THAT(text,
+                HasSubstr("\n Labels of Property Label Name Times"
+                          "\n CDCIDescriptor ContainerFormat "
+                          "06.0e.2b.34.04.01.01.02.0d.01.03.01.02.04.60.01 MXF-GC "
+                          "Frame-wrapped MPEG-ES VideoStream-0 SID"
+                          "\n TransferCharacteristic "
+                          "06.0e.2b.34.04.01.01.01.0e.05.00.00.00.00.00.00"
+                          "\n PictureCompression "
+                          "06.0e.2b.34.04.01.01.7f.04.01.02.02.01.04.03.00 MPEG-2 422P-HL "
+                          "Long GOP"
+                          "\n AudioChannelLabelSubDescriptor MCALabelDictionaryID "
+                          "06.0e.2b.34.04.01.01.01.03.02.01.01.00.00.00.00 Left Audio Channel "
+                          "2\n"));
+}
+
+TEST(Info, namesLabelsInJson) {
+    if (python().empty()) {
+        GTEST_SKIP() << "no Python";
+    }
+    const Workshop shop;
+    shop.write("clip.mxf", clipWithLabels());
+    shop.write("check.py", std::string(R"(
+import json, sys
+info = json.load(sys.stdin)
+print(info["operationalPattern"]["registeredName"])
+print(info["essenceContainers"], info["essenceContainerNames"])
+print(info["descriptiveSchemes"], info["conformsTo"])
+for each in info["packages"][0]["descriptor"]["labels"]:
+    print(each["class"], each["property"], each["label"][-5:], each["name"])
+)"));
+    const Outcome outcome = shop.run("corvid info --json clip.mxf | '" + python() + "' check.py");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_EQ(
+        outcome.out,
+        "MXF OP1a SingleItem SinglePackage UniTrack Stream Internal\n"
+        "['06.0e.2b.34.04.01.01.01.0e.05.00.00.00.00.00.00', "
+        "'06.0e.2b.34.04.01.01.02.0d.01.03.01.02.04.60.01'] "
+        "[None, 'MXF-GC Frame-wrapped MPEG-ES VideoStream-0 SID']\n"
+        "[{'label': '06.0e.2b.34.04.01.01.7f.0d.01.04.01.04.01.01.00', "
+        "'name': 'MXF Text-Based Framework'}] []\n"
+        "CDCIDescriptor ContainerFormat 60.01 MXF-GC Frame-wrapped MPEG-ES VideoStream-0 SID\n"
+        "CDCIDescriptor TransferCharacteristic 00.00 None\n"
+        "CDCIDescriptor PictureCompression 03.00 MPEG-2 422P-HL Long GOP\n"
+        "AudioChannelLabelSubDescriptor MCALabelDictionaryID 00.00 Left Audio Channel\n"
+        "AudioChannelLabelSubDescriptor MCALabelDictionaryID 00.00 Left Audio Channel\n");
+}
+
+TEST(Info, setsThatDefineOthersStandApart) {
+    const Workshop shop;
+    auto entries = standardLabels();
+    const Bytes metadata = join(
+        {primer(entries), smallSets(), klv(hex("060e2b34 02530101 0d010101 02020000"), Bytes()),
+         klv(hex("060e2b34 02530101 0d010101 02020000"), Bytes()), set(structuralKey(0x1b), 7)});
+    shop.write("clip.mxf",
+               MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
+    EXPECT_THAT(shop.run("corvid info clip.mxf").out,
+                HasSubstr("5 sets\n  1 ContentStorage, 1 Preface\n3 of them define others\n"
+                          "  2 PropertyDefinition, 1 DataDefinition\n"));
+}
+
+TEST(Info, namesUnknownThingsThatTheRegistersKnow) {
+    const Workshop shop;
+    auto entries = standardLabels();
+    entries.push_back(primerEntry(0x8123, "01100201 00000000")); // listed by no group
+    const Bytes metadata =
+        join({primer(entries), set(structuralKey(prefaceSet), 1, {property(0x8123, Bytes(4, 7))}),
+              klv(hex("060e2b34 02530101 05310201 00000000"), Bytes(5, 1))});
+    shop.write("odd.mxf",
+               MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
+    const std::string text = shop.run("corvid info odd.mxf").out;
+    EXPECT_THAT(text, HasSubstr("05.31.02.01.00.00.00.00 (DMCVT App1 Set), 25 bytes\n"));
+    EXPECT_THAT(
+        text,
+        HasSubstr(
+            "Unknown properties\n  06.0e.2b.34.01.01.01.01.01.10.02.01.00.00.00.00 (AGICOA ID)\n"));
 }
 
 TEST(Info, countsWhatTheDictionaryDoesNotKnow) {

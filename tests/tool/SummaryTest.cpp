@@ -88,6 +88,8 @@ TEST(StructuralLabels, areThoseOfTheDictionary) {
     EXPECT_EQ(nameOf(Structural::identifications), "IdentificationList");
     EXPECT_EQ(nameOf(Structural::operationalPattern), "OperationalPattern");
     EXPECT_EQ(nameOf(Structural::essenceContainers), "EssenceContainers");
+    EXPECT_EQ(nameOf(Structural::descriptiveSchemes), "DescriptiveSchemes");
+    EXPECT_EQ(nameOf(Structural::conformsTo), "ConformsToSpecifications");
     EXPECT_EQ(nameOf(Structural::companyName), "ApplicationSupplierName");
     EXPECT_EQ(nameOf(Structural::productName), "ApplicationName");
     EXPECT_EQ(nameOf(Structural::productVersion), "ApplicationVersion");

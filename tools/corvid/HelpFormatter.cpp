@@ -1,26 +1,20 @@
 #include "tools/corvid/HelpFormatter.h"
 
+#include "tools/corvid/Wrapped.h"
+
+#include <iterator>
 #include <sstream>
 
 namespace Corvid::Tool {
 
 namespace {
 
-constexpr std::size_t columns = 80;
 constexpr std::size_t indent = 6;
 
-std::string wrapped(const std::string& text) {
-    std::istringstream words(text);
-    std::string result;
-    std::string line;
-    for (std::string word; words >> word;) {
-        if (!line.empty() && indent + line.size() + 1 + word.size() > columns) {
-            result += std::string(indent, ' ') + line + "\n";
-            line.clear();
-        }
-        line += (line.empty() ? "" : " ") + word;
-    }
-    return result + std::string(indent, ' ') + line + "\n";
+std::string wrappedWords(const std::string& text) {
+    std::istringstream stream(text);
+    const std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
+    return wrapped(words, " ", indent);
 }
 
 } // namespace
@@ -60,8 +54,8 @@ std::string HelpFormatter::make_option(const CLI::Option* option, bool isPositio
     }
     const std::string standard = hasValue ? option->get_default_str() : "";
     return text + "\n" +
-           wrapped(option->get_description() +
-                   (standard.empty() ? "" : " (default: " + standard + ")"));
+           wrappedWords(option->get_description() +
+                        (standard.empty() ? "" : " (default: " + standard + ")"));
 }
 
 } // namespace Corvid::Tool

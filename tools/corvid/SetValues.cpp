@@ -1,6 +1,14 @@
 #include "tools/corvid/SetValues.h"
 
+#include "host/dictionary/AbstractMetaAttributeVisitor.h"
+#include "host/dictionary/MetaAttribute.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/dictionary/MisplacedAttribute.h"
+
+#include <algorithm>
 #include <cstdio>
+#include <cstdlib>
+#include <iterator>
 
 namespace Corvid::Tool {
 
@@ -39,6 +47,51 @@ Contents contentsOf(const Element* element) {
         element->accept(contents);
     }
     return contents;
+}
+
+/// The labels that an element holds, one or many.
+std::vector<Types::UniversalLabel> labelsOf(const Element* element) {
+    struct Labels : Types::Visitors::NullVisitor {
+        using NullVisitor::visit;
+        void visit(const Types::UniversalLabel& label) override { found.push_back(label); }
+        std::vector<Types::UniversalLabel> found;
+    } collected;
+    const Contents contents = contentsOf(element);
+    if (contents.simple != nullptr) {
+        contents.simple->accept(collected);
+    }
+    for (Types::u32 i = 0; contents.collection != nullptr && i != contents.collection->size();
+         ++i) {
+        contents.collection->at(i).accept(collected);
+    }
+    return collected.found;
+}
+
+/// True for an entry of the register of labels, or of a private one, by its first bytes.
+bool isRegistryLabel(const Types::UniversalLabel& label) {
+    constexpr Types::u8 front[] = {0x06, 0x0e, 0x2b, 0x34, 0x04};
+    return std::equal(std::begin(front), std::end(front), label.bytes().begin());
+}
+
+/// What the dictionary says of an element; null where it knows nothing of it.
+const MetaMetadata::MetaElement* definitionOf(const Element& element) {
+    struct Visitor : MetaMetadata::AbstractMetaAttributeVisitor {
+        void visit(const MetaMetadata::UnknownAttribute&) override {}
+        void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
+            found = &attribute.metaElement();
+        }
+        void visit(const MetaMetadata::MetaAttribute& attribute) override {
+            found = &attribute.metaElement();
+        }
+        const MetaMetadata::MetaElement* found = nullptr;
+    } visitor;
+    element.metaAttribute()->accept(visitor);
+    return visitor.found;
+}
+
+unsigned long schemaIndex(const MetaMetadata::MetaElement& definition) {
+    const auto* const text = definition.attribute("SchemaIndex");
+    return text == nullptr ? 0 : std::strtoul(Platform::toUtf8(text).c_str(), nullptr, 10);
 }
 
 const char* releaseName(Types::ProductVersion::ReleaseVersion release) {
@@ -94,17 +147,36 @@ std::string text(const MetadataSet& set,
 
 std::vector<Types::UniversalLabel> labels(
     const MetadataSet& set, const Structural::Property<Types::UniversalLabel>& property) {
-    struct Labels : Types::Visitors::NullVisitor {
-        using NullVisitor::visit;
-        void visit(const Types::UniversalLabel& label) override { found.push_back(label); }
-        std::vector<Types::UniversalLabel> found;
-    } collected;
-    if (const auto* collection = contentsOf(set.find(property.label())).collection) {
-        for (Types::u32 i = 0; i != collection->size(); ++i) {
-            collection->at(i).accept(collected);
+    return labelsOf(set.find(property.label()));
+}
+
+std::vector<std::pair<std::string, Types::UniversalLabel>> labelValues(const MetadataSet& set) {
+    struct Property {
+        unsigned long schemaIndex;
+        std::string name;
+        std::vector<Types::UniversalLabel> labels;
+    };
+    std::vector<Property> properties;
+    for (const auto& [label, element] : set.made()) {
+        std::vector<Types::UniversalLabel> found = labelsOf(element);
+        found.erase(std::remove_if(found.begin(), found.end(),
+                                   [](const auto& each) { return !isRegistryLabel(each); }),
+                    found.end());
+        const MetaMetadata::MetaElement* const definition =
+            found.empty() ? nullptr : definitionOf(*element);
+        if (definition != nullptr) {
+            properties.push_back({schemaIndex(*definition), tagName(*definition), found});
         }
     }
-    return collected.found;
+    std::sort(properties.begin(), properties.end(),
+              [](const Property& a, const Property& b) { return a.schemaIndex < b.schemaIndex; });
+    std::vector<std::pair<std::string, Types::UniversalLabel>> values;
+    for (const Property& property : properties) {
+        for (const auto& label : property.labels) {
+            values.emplace_back(property.name, label);
+        }
+    }
+    return values;
 }
 
 std::vector<const MetadataSet*> targets(

@@ -50,6 +50,11 @@ std::string text(const Metadata::MetadataSet& set,
 std::vector<Types::UniversalLabel> labels(
     const Metadata::MetadataSet& set, const Structural::Property<Types::UniversalLabel>& property);
 
+/// The labels (SMPTE ST 400) among the values of a set, each with what the dictionary calls its
+/// property, in the order that properties have in a document.
+std::vector<std::pair<std::string, Types::UniversalLabel>> labelValues(
+    const Metadata::MetadataSet& set);
+
 /// The sets that a property refers to, one or many; those that are not there are left out.
 std::vector<const Metadata::MetadataSet*> targets(
     const Metadata::PartitionMetadata& metadata, const Metadata::MetadataSet& set,

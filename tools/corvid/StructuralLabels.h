@@ -30,6 +30,8 @@ constexpr Property<Types::StrongReference> contentStorage     {0x060101040201000
 constexpr Property<Types::StrongReference> identifications    {0x0601010406040000};
 constexpr Property<Types::UniversalLabel>  operationalPattern {0x0102020300000000};
 constexpr Property<Types::UniversalLabel>  essenceContainers  {0x0102021002010000};
+constexpr Property<Types::UniversalLabel>  descriptiveSchemes {0x0102021002020000};
+constexpr Property<Types::UniversalLabel>  conformsTo         {0x0102021002040000};
 // Identification
 constexpr Property<Types::UTF16String>     companyName        {0x0520070102010000};
 constexpr Property<Types::UTF16String>     productName        {0x0520070103010000};
@@ -73,13 +75,18 @@ enum class SetClass : Types::u8 {
     materialPackage = 0x36,
     sourcePackage = 0x37,
     timecode = 0x14,
+    definition = 0x1A,
     definitionOfData = 0x1B,
+    dictionary = 0x22,
 };
 
 inline KLV::Key keyOf(SetClass set) {
     return KLV::Key(
         sixteenBytes(0x060e2b3402530101, 0x0d01010101010000 | static_cast<Types::u64>(set) << 8));
 }
+
+/// True for the key of a set that describes classes, properties and types (SMPTE ST 377-2).
+bool isOfMetaDictionary(const KLV::Key& key);
 
 /// "Picture", "Sound", "Timecode" and so on for the label of a data definition (SMPTE ST 400);
 /// dotted for one that is not registered.

@@ -20,12 +20,20 @@ using Sets = std::vector<const MetadataSet*>;
 /// Descriptors that hold each other in a circle, or nest out of all proportion, end here.
 constexpr int deepestDescriptor = 8;
 
+void addLabels(const MetadataSet& set, Summary::Descriptor& descriptor) {
+    for (const auto& [property, label] : labelValues(set)) {
+        descriptor.labels.push_back({className(set), property, label});
+    }
+}
+
 Summary::Descriptor describe(const PartitionMetadata& metadata, const MetadataSet& set,
                              int depth = 0) {
     Summary::Descriptor descriptor;
     descriptor.className = className(set);
+    addLabels(set, descriptor);
     for (const MetadataSet* sub : targets(metadata, set, Structural::subDescriptors)) {
         descriptor.subDescriptors.push_back(className(*sub));
+        addLabels(*sub, descriptor);
     }
     if (depth != deepestDescriptor) {
         for (const MetadataSet* part : targets(metadata, set, Structural::fileDescriptors)) {
@@ -137,6 +145,8 @@ void describePreface(const PartitionMetadata& metadata, const MetadataSet& prefa
         summary.operationalPattern = *pattern;
     }
     summary.essenceContainers = labels(preface, Structural::essenceContainers);
+    summary.descriptiveSchemes = labels(preface, Structural::descriptiveSchemes);
+    summary.conformsTo = labels(preface, Structural::conformsTo);
     for (const MetadataSet* set : targets(metadata, preface, Structural::identifications)) {
         summary.writers.push_back(
             {text(*set, Structural::companyName), text(*set, Structural::productName),
@@ -184,6 +194,12 @@ private:
     Summary& summary_;
 };
 
+/// True for a set that is there to define what others are: of a dictionary or a meta-dictionary.
+bool isDefinition(const MetadataSet& set) {
+    return isA(set, SetClass::definition) || isA(set, SetClass::dictionary) ||
+           Structural::isOfMetaDictionary(set.key());
+}
+
 void countSets(const PartitionMetadata& metadata, Summary& summary) {
     for (const MetadataSet* set : metadata) {
         ++summary.sets;
@@ -194,6 +210,9 @@ void countSets(const PartitionMetadata& metadata, Summary& summary) {
             continue;
         }
         ++summary.setsByKind[className(*set)];
+        if (isDefinition(*set)) {
+            summary.definitionKinds.insert(className(*set));
+        }
         InvalidElements invalid(metadata.partitionDictionary(), *set, summary);
         for (auto element = set->invalidBegin(); element != set->invalidEnd(); ++element) {
             (*element)->metaAttribute()->accept(invalid);

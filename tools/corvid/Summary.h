@@ -5,6 +5,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -29,8 +30,14 @@ struct Summary {
         std::optional<Types::int64> duration;    ///< in edit units; nothing where it is not known
         std::optional<Timecode> timecode;
     };
+    struct Label {
+        std::string className;
+        std::string property;
+        Types::UniversalLabel label;
+    };
     struct Descriptor {
         std::string className;
+        std::vector<Label> labels;               ///< its own, then its sub-descriptors'
         std::vector<std::string> subDescriptors; ///< their classes
         std::vector<Descriptor> parts;           ///< of a descriptor of several essences
     };
@@ -63,11 +70,14 @@ struct Summary {
     bool metadataIsWhole = false;
     Types::UniversalLabel operationalPattern;
     std::vector<Types::UniversalLabel> essenceContainers;
+    std::vector<Types::UniversalLabel> descriptiveSchemes;
+    std::vector<Types::UniversalLabel> conformsTo;
     std::vector<Writer> writers; ///< in the order of the file, the last one wrote last
     std::vector<Package> packages;
-    std::size_t sets = 0;                                 ///< dark ones included
-    std::map<std::string, std::size_t> setsByKind;        ///< those of known classes
-    std::map<std::string, Count> darkSets;                ///< by their key
+    std::size_t sets = 0;                          ///< dark ones included
+    std::map<std::string, std::size_t> setsByKind; ///< those of known classes
+    std::set<std::string> definitionKinds;         ///< those of setsByKind that define others
+    std::map<std::string, Count> darkSets;         ///< by their key
     std::map<std::string, std::size_t> unknownProperties; ///< by their label, or tag if it has none
     std::map<std::string, std::size_t> misplacedProperties; ///< by "Set/Property"
     std::map<std::string, std::size_t>

@@ -1,3 +1,4 @@
+#include "tools/corvid/RegisteredName.h"
 #include "tools/corvid/StructuralLabels.h"
 #include "tools/corvid/Summary.h"
 
@@ -16,6 +17,10 @@ template <class T> Json orNull(const std::optional<T>& value) {
 }
 
 Json orNull(const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); }
+
+Json withName(const Types::UniversalLabel& label) {
+    return {{"label", textOf(label)}, {"name", orNull(registeredName(label))}};
+}
 
 Json toJson(const mxf::Partition& partition) {
     const mxf::PartitionPack& pack = partition.pack;
@@ -61,7 +66,13 @@ Json toJson(const Summary::Track& track) {
 Json toJson(const Summary::Descriptor& descriptor) {
     Json json = {{"class", descriptor.className},
                  {"subDescriptors", descriptor.subDescriptors},
+                 {"labels", Json::array()},
                  {"parts", Json::array()}};
+    for (const auto& each : descriptor.labels) {
+        Json label = {{"class", each.className}, {"property", each.property}};
+        label.update(withName(each.label));
+        json["labels"].push_back(label);
+    }
     for (const auto& part : descriptor.parts) {
         json["parts"].push_back(toJson(part));
     }
@@ -98,16 +109,22 @@ std::string toJson(const Summary& summary) {
     Json json = {{"file", summary.file},
                  {"runIn", summary.runIn},
                  {"operationalPattern",
-                  {{"name", orNull(pattern)}, {"label", textOf(summary.operationalPattern)}}},
+                  {{"name", orNull(pattern)},
+                   {"label", textOf(summary.operationalPattern)},
+                   {"registeredName", orNull(registeredName(summary.operationalPattern))}}},
                  {"metadata",
                   {{"partition", summary.metadataPartition}, {"whole", summary.metadataIsWhole}}},
                  {"essenceContainers", Json::array()},
+                 {"essenceContainerNames", Json::array()},
+                 {"descriptiveSchemes", Json::array()},
+                 {"conformsTo", Json::array()},
                  {"partitions", Json::array()},
                  {"identifications", Json::array()},
                  {"packages", Json::array()},
                  {"sets", {{"total", summary.sets}, {"byKind", Json(summary.setsByKind)}}},
                  {"darkSets", Json::array()},
                  {"unknownProperties", Json(summary.unknownProperties)},
+                 {"unknownPropertyNames", Json::object()},
                  {"misplacedProperties", Json(summary.misplacedProperties)},
                  {"unfitProperties", Json(summary.unfitProperties)}};
     const auto addAll = [&](const char* key, const auto& items) {
@@ -117,12 +134,27 @@ std::string toJson(const Summary& summary) {
     };
     for (const auto& label : summary.essenceContainers) {
         json["essenceContainers"].push_back(textOf(label));
+        json["essenceContainerNames"].push_back(orNull(registeredName(label)));
+    }
+    for (const auto& label : summary.descriptiveSchemes) {
+        json["descriptiveSchemes"].push_back(withName(label));
+    }
+    for (const auto& label : summary.conformsTo) {
+        json["conformsTo"].push_back(withName(label));
     }
     addAll("partitions", summary.partitions);
     addAll("identifications", summary.writers);
     addAll("packages", summary.packages);
     for (const auto& [key, count] : summary.darkSets) {
-        json["darkSets"].push_back({{"key", key}, {"sets", count.sets}, {"bytes", count.bytes}});
+        json["darkSets"].push_back({{"key", key},
+                                    {"name", orNull(registeredName(key))},
+                                    {"sets", count.sets},
+                                    {"bytes", count.bytes}});
+    }
+    for (const auto& [label, count] : summary.unknownProperties) {
+        if (const std::string name = registeredName(label); !name.empty()) {
+            json["unknownPropertyNames"][label] = name;
+        }
     }
     // A file's name need not be UTF-8, JSON must be.
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";

@@ -1,11 +1,14 @@
 #include "tools/corvid/Printable.h"
+#include "tools/corvid/RegisteredName.h"
 #include "tools/corvid/StructuralLabels.h"
 #include "tools/corvid/Summary.h"
 #include "tools/corvid/Table.h"
+#include "tools/corvid/Wrapped.h"
 
 #include <algorithm>
 #include <cmath>
 #include <fmt/core.h>
+#include <tuple>
 
 namespace Corvid::Tool {
 
@@ -62,8 +65,8 @@ std::string joined(const std::vector<std::string>& texts, const char* between) {
     return line;
 }
 
-/// "8 Sequence, 1 Preface": the most frequent first.
-std::string countsText(const std::map<std::string, std::size_t>& counts) {
+/// "8 Sequence" and "1 Preface": the most frequent first.
+std::vector<std::string> countTexts(const std::map<std::string, std::size_t>& counts) {
     std::vector<std::pair<std::string, std::size_t>> sorted(counts.begin(), counts.end());
     std::stable_sort(sorted.begin(), sorted.end(),
                      [](const auto& a, const auto& b) { return a.second > b.second; });
@@ -71,7 +74,7 @@ std::string countsText(const std::map<std::string, std::size_t>& counts) {
     std::transform(sorted.begin(), sorted.end(), std::back_inserter(texts), [](const auto& entry) {
         return fmt::format("{} {}", entry.second, printable(entry.first));
     });
-    return joined(texts, ", ");
+    return texts;
 }
 
 std::string descriptorText(const Summary::Descriptor& descriptor) {
@@ -81,12 +84,18 @@ std::string descriptorText(const Summary::Descriptor& descriptor) {
         for (const auto& sub : descriptor.subDescriptors) {
             ++counts[sub];
         }
-        text += " with " + countsText(counts);
+        text += " with " + joined(countTexts(counts), ", ");
     }
     std::vector<std::string> parts;
     std::transform(descriptor.parts.begin(), descriptor.parts.end(), std::back_inserter(parts),
                    descriptorText);
     return parts.empty() ? text : text + " of " + joined(parts, " | ");
+}
+
+/// The label, and what the registers call it.
+std::string labelText(const Types::UniversalLabel& label) {
+    const std::string name = registeredName(label);
+    return Platform::toUtf8(label.toString()) + (name.empty() ? "" : "  " + name);
 }
 
 std::string head(const Summary& summary, const Style& style) {
@@ -96,11 +105,17 @@ std::string head(const Summary& summary, const Style& style) {
             text += fmt::format("  {:<20}{}\n", name, what);
         }
     };
+    const auto labels = [&](const char* name, const std::vector<Types::UniversalLabel>& all) {
+        for (const auto& label : all) {
+            line(name, labelText(label));
+            name = "";
+        }
+    };
     const auto& pattern = summary.operationalPattern;
     const std::string name = Structural::operationalPatternName(pattern);
-    line("Operational pattern",
-         name.empty() ? Platform::toUtf8(pattern.toString())
-                      : fmt::format("{} ({})", name, Structural::operationalPatternWords(pattern)));
+    const std::string words = Structural::operationalPatternWords(pattern);
+    line("Operational pattern", name.empty() ? labelText(pattern) : name + " (" + words + ")");
+    line("", name.empty() ? "" : labelText(pattern));
     for (const auto& writer : summary.writers) {
         const std::string version = writer.version.empty() ? writer.productVersion : writer.version;
         line("Written by",
@@ -113,11 +128,9 @@ std::string head(const Summary& summary, const Style& style) {
     line("Metadata",
          fmt::format("from partition {} ({}, {}){}", summary.metadataPartition, used.kindName(),
                      used.statusName(), summary.metadataIsWhole ? "" : ", not whole"));
-    const char* heading = "Essence containers";
-    for (const auto& label : summary.essenceContainers) {
-        line(heading, Platform::toUtf8(label.toString()));
-        heading = "";
-    }
+    labels("Essence containers", summary.essenceContainers);
+    labels("Descriptive schemes", summary.descriptiveSchemes);
+    labels("Conforms to", summary.conformsTo);
     line("Run-in", summary.runIn == 0 ? "" : fmt::format("{} bytes", summary.runIn));
     return text;
 }
@@ -141,6 +154,42 @@ std::string partitions(const Summary& summary, const Style& style) {
     return table.toString(style.heading, style.end);
 }
 
+using LabelCounts = std::vector<std::pair<Summary::Label, std::size_t>>;
+
+/// The labels of a descriptor and its parts; equal ones are counted.
+void countLabels(const Summary::Descriptor& descriptor, LabelCounts& counts) {
+    for (const Summary::Label& label : descriptor.labels) {
+        const auto known = std::find_if(counts.begin(), counts.end(), [&label](const auto& entry) {
+            return std::tie(entry.first.className, entry.first.property) ==
+                       std::tie(label.className, label.property) &&
+                   entry.first.label == label.label;
+        });
+        if (known == counts.end()) {
+            counts.emplace_back(label, 1);
+        } else {
+            ++known->second;
+        }
+    }
+    for (const Summary::Descriptor& part : descriptor.parts) {
+        countLabels(part, counts);
+    }
+}
+
+std::string descriptorLabels(const Summary::Descriptor& descriptor, const Style& style) {
+    LabelCounts counts;
+    countLabels(descriptor, counts);
+    Table table(2);
+    table.add({"Labels of", "Property", "Label", "Name", "Times"});
+    std::string above;
+    for (const auto& [label, times] : counts) {
+        table.add({label.className == above ? "" : label.className, label.property,
+                   Platform::toUtf8(label.label.toString()), registeredName(label.label),
+                   times == 1 ? "" : fmt::format("{}", times)});
+        above = label.className;
+    }
+    return counts.empty() ? "" : table.toString(style.quiet, style.end);
+}
+
 std::string package(const Summary::Package& package, const Style& style) {
     std::string kind = package.kind + " package";
     kind[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(kind[0])));
@@ -159,7 +208,8 @@ std::string package(const Summary::Package& package, const Style& style) {
         text += table.toString(style.quiet, style.end);
     }
     if (package.descriptor) {
-        text += "  Descriptor  " + printable(descriptorText(*package.descriptor)) + "\n";
+        text += "  Descriptor  " + printable(descriptorText(*package.descriptor)) + "\n" +
+                descriptorLabels(*package.descriptor, style);
     }
     return text;
 }
@@ -172,7 +222,9 @@ std::string oddities(const Summary& summary, const Style& style) {
         }
         text += style.odd + name + style.end + "\n";
         for (const auto& [key, value] : entries) {
-            text += "  " + printable(key) + describe(value) + "\n";
+            const std::string known = registeredName(key);
+            text += "  " + printable(key) + (known.empty() ? "" : " (" + known + ")") +
+                    describe(value) + "\n";
         }
     };
     const auto times = [](std::size_t count) {
@@ -187,6 +239,25 @@ std::string oddities(const Summary& summary, const Style& style) {
     return text;
 }
 
+/// What a file says of its contents first; what defines other sets, often hundreds, below it.
+std::string sets(const Summary& summary, const Style& style) {
+    std::map<std::string, std::size_t> others = summary.setsByKind;
+    std::map<std::string, std::size_t> definitions;
+    std::size_t count = 0;
+    for (const std::string& kind : summary.definitionKinds) {
+        count += others[kind];
+        definitions[kind] = others[kind];
+        others.erase(kind);
+    }
+    std::string text = fmt::format("{}{} sets{}\n", style.heading, summary.sets, style.end) +
+                       wrapped(countTexts(others), ", ", 2);
+    if (count != 0) {
+        text += fmt::format("{}{} of them define others{}\n", style.quiet, count, style.end) +
+                wrapped(countTexts(definitions), ", ", 2);
+    }
+    return text;
+}
+
 } // namespace
 
 std::string toText(const Summary& summary, bool colours) {
@@ -195,8 +266,7 @@ std::string toText(const Summary& summary, bool colours) {
     for (const auto& each : summary.packages) {
         text += package(each, style);
     }
-    text += fmt::format("\n{}{} sets{}  {}\n", style.heading, summary.sets, style.end,
-                        countsText(summary.setsByKind));
+    text += "\n" + sets(summary, style);
     return text + oddities(summary, style);
 }
 

@@ -1,0 +1,25 @@
+#include "tools/corvid/RegisteredName.h"
+
+#include "host/dictionary/Registers.h"
+#include "tools/corvid/LabelText.h"
+
+namespace Corvid::Tool {
+
+std::string registeredName(const Types::UniversalLabel& label) {
+    namespace Registers = MetaMetadata::Registers;
+    if (const auto found = Registers::labels().find(label)) {
+        return std::string(found->name());
+    }
+    if (const auto property = Registers::properties().find(label)) {
+        return std::string(property->name());
+    }
+    const auto group = Registers::findGroup(KLV::Key(label.bytes()));
+    return group ? std::string(group->name()) : "";
+}
+
+std::string registeredName(const std::string& text) {
+    const auto label = parseLabel(text);
+    return label ? registeredName(*label) : "";
+}
+
+} // namespace Corvid::Tool

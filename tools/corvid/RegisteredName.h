@@ -1,0 +1,16 @@
+#pragma once
+
+#include "host/types/IdentifierTypes.h"
+
+#include <string>
+
+namespace Corvid::Tool {
+
+/// What the SMPTE registers call a label, the key of a set or pack, or the label of a property, in
+/// words; empty where they do not know it. The version byte takes no part.
+std::string registeredName(const Types::UniversalLabel& label);
+
+/// The same for a dotted label; empty for any other text.
+std::string registeredName(const std::string& text);
+
+} // namespace Corvid::Tool

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Corvid::Tool {
+
+/// Items in lines of up to 80 characters; no item is broken, so a long one may stick out.
+/// @param between  stands behind each item but the last; blanks at its end fall away at the end of
+/// a
+///     line.
+/// @param indent  blanks before each line.
+std::string wrapped(const std::vector<std::string>& items, const std::string& between,
+                    std::size_t indent);
+
+} // namespace Corvid::Tool
