@@ -16,6 +16,7 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace Corvid::XMLBuilder {
 
@@ -35,6 +36,33 @@ template <class T> Result give(T&& value) {
 std::string narrow(const XMLCh* text) { return Platform::toUtf8(XMLUtils::fromXml(text)); }
 
 const XMLCh* orEmpty(const XMLCh* text) { return text == nullptr ? u"" : text; }
+
+/// The text of all nodes below an element but comments and instructions. Elements may stand in each
+/// other as deep as a document allows, so nothing here works by calls that nest with them.
+std::u16string textBelow(const DOMNode& element) {
+    std::u16string text;
+    std::vector<const DOMNode*> next{element.getFirstChild()}; // on each level
+    while (!next.empty()) {
+        const DOMNode* const node = next.back();
+        if (node == nullptr) {
+            next.pop_back();
+            continue;
+        }
+        next.back() = node->getNextSibling();
+        switch (node->getNodeType()) {
+        case DOMNode::TEXT_NODE:
+        case DOMNode::CDATA_SECTION_NODE:
+            text += node->getNodeValue();
+            break;
+        case DOMNode::ELEMENT_NODE:
+            next.push_back(node->getFirstChild());
+            break;
+        default:
+            break;
+        }
+    }
+    return text;
+}
 
 bool isAttribute(const DOMNode& node) { return node.getNodeType() == DOMNode::ATTRIBUTE_NODE; }
 
@@ -236,13 +264,18 @@ private:
     }
 
     /// The attribute's value or the element's first child as text.
-    const XMLCh* text() const {
-        return orEmpty(isAttribute(node_) ? node_.getNodeValue()
-                                          : node_.getFirstChild()->getTextContent());
+    const XMLCh* text() {
+        const DOMNode& node = isAttribute(node_) ? node_ : *node_.getFirstChild();
+        if (node.getNodeType() == DOMNode::ELEMENT_NODE) {
+            text_ = textBelow(node);
+            return text_.c_str();
+        }
+        return orEmpty(node.getNodeValue());
     }
 
     Reading& reading_;
     const DOMNode& node_;
+    std::u16string text_; ///< where it does not stand in one node
 };
 
 Result parse(Forms forms, Types::Identifiers::Identifier type) {
