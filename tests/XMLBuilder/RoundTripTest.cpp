@@ -1,31 +1,14 @@
 #include "host/mxf/File.h"
 #include "tests/XMLBuilder/Things.h"
+#include "tests/support/DocumentText.h"
 #include "tests/support/Paths.h"
 
 #include <filesystem>
-#include <map>
 #include <regex>
 #include <set>
 
 namespace Corvid::Testing {
 namespace {
-
-/// The text with the identifiers of sets replaced by numbers in order of appearance: a reader gives
-/// every set a new one.
-std::string withoutIdentifiers(const std::string& xml) {
-    static const std::regex identifier("(InstanceUID|TargetInstance)=\"([^\"]*)\"");
-    std::map<std::string, std::size_t> numbers;
-    std::string result;
-    std::size_t done = 0;
-    for (std::sregex_iterator i(xml.begin(), xml.end(), identifier), end; i != end; ++i) {
-        const auto number = numbers.emplace((*i)[2], numbers.size()).first->second;
-        const auto begin = static_cast<std::size_t>(i->position());
-        result.append(xml, done, begin - done);
-        result += (*i)[1].str() + "=\"" + std::to_string(number) + "\"";
-        done = begin + static_cast<std::size_t>(i->length());
-    }
-    return result.append(xml, done, std::string::npos);
-}
 
 /// The document of a partition; characters that XML cannot hold are replaced.
 std::string documentOf(Metadata::PartitionMetadata& partition, Flags flags) {
@@ -47,21 +30,6 @@ std::string readAndWritten(const std::string& xml,
         reinterpret_cast<const unsigned char*>(xml.data()), static_cast<unsigned>(xml.size()),
         &partition);
     return documentOf(partition, flags);
-}
-
-/// Where two texts part, with what stands around.
-std::string difference(const std::string& a, const std::string& b) {
-    const auto at = static_cast<std::size_t>(
-        std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
-    const std::size_t from = at < 200 ? 0 : at - 200;
-    return "at " + std::to_string(at) + ":\n" + a.substr(from, 500) + "\n--- and ---\n" +
-           b.substr(from, 500);
-}
-
-/// Empty elements of properties carry no value, so they do not come back.
-std::string withoutEmptyElements(const std::string& xml) {
-    static const std::regex empty("<(\\w+:\\w+)( xmlns:\\w+=\"[^\"]*\")*(/>|></\\1>)");
-    return std::regex_replace(xml, empty, "");
 }
 
 /// Whether a set stands twice in a document: a set that a floating one shares with the tree of the

@@ -1,5 +1,6 @@
 #include "tests/tool/RunCommand.h"
 
+#include <algorithm>
 #include <fstream>
 #include <gtest/gtest.h>
 
@@ -59,8 +60,11 @@ TEST_P(Docs, examplesPrintWhatThePageShows) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Docs, ::testing::Values("to-xml", "info"), [](const auto& each) {
-    return std::string(each.param) == "info" ? "Info" : "ToXml";
-});
+INSTANTIATE_TEST_SUITE_P(, Docs, ::testing::Values("to-xml", "from-xml", "info"),
+                         [](const auto& each) {
+                             std::string name = each.param;
+                             std::replace(name.begin(), name.end(), '-', '_');
+                             return name;
+                         });
 
 } // namespace

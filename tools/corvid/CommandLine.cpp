@@ -1,6 +1,7 @@
 #include "tools/corvid/CommandLine.h"
 
 #include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/FromXml.h"
 #include "tools/corvid/HelpFormatter.h"
 #include "tools/corvid/Info.h"
 #include "tools/corvid/ToXml.h"
@@ -32,16 +33,20 @@ CLI::Validator oneOf(std::vector<std::string> values) {
         "");
 }
 
+void declareDictionaries(CLI::App& verb, std::vector<std::string>& paths) {
+    verb.add_option("--dictionary", paths,
+                    "Definitions of sets and properties beside the built-in ones; may be repeated")
+        ->type_name("FILE")
+        ->allow_extra_args(false)
+        ->group(input);
+}
+
 void declareClip(CLI::App& verb, ClipOptions& options) {
     verb.add_option("CLIP.mxf", options.path, "MXF file to read; - is standard input")
         ->required()
         ->type_name("CLIP.mxf")
         ->group(input);
-    verb.add_option("--dictionary", options.dictionaries,
-                    "Definitions of sets and properties beside the built-in ones; may be repeated")
-        ->type_name("FILE")
-        ->allow_extra_args(false)
-        ->group(input);
+    declareDictionaries(verb, options.dictionaries);
     verb.add_option("--partition", options.partition,
                     "Whose metadata is read: auto (the last complete copy), header, footer, or the "
                     "number of a partition, from 0")
@@ -99,6 +104,31 @@ Work declareToXml(CLI::App& verb) {
     return [options](Messages& messages) { xmlVerbs().toXml(*options, messages); };
 }
 
+Work declareFromXml(CLI::App& verb) {
+    const auto options = std::make_shared<FromXmlOptions>();
+    verb.add_option("DOC.xml", options->path, "Document to read; - is standard input")
+        ->required()
+        ->type_name("DOC.xml")
+        ->group(input);
+    declareDictionaries(verb, options->dictionaries);
+    verb.add_flag_function(
+            "--new-identifiers",
+            [options](std::int64_t) { options->identifiers = DocumentIdentifiers::fresh; },
+            "Give every set a new InstanceUID instead of the one in the document")
+        ->group(processing);
+    verb.add_option("-o,--output", options->output, "File to write; - is standard output")
+        ->required()
+        ->type_name("FILE")
+        ->group(output);
+    verb.add_option("--kag", options->kagSize,
+                    "KAG size in bytes: the metadata begins and ends at multiples of it")
+        ->type_name("N")
+        ->check(CLI::Range(std::uint32_t{1}, greatestKagSize).description(""))
+        ->capture_default_str()
+        ->group(output);
+    return [options](Messages& messages) { xmlVerbs().fromXml(*options, messages); };
+}
+
 Work declareInfo(CLI::App& verb, bool colours) {
     const auto options = std::make_shared<InfoOptions>();
     options->colours = colours;
@@ -125,6 +155,7 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
         verb->callback([&chosen, work = std::move(work)] { chosen = work; });
     };
     add("to-xml", "Write the header metadata of an MXF file as XML", declareToXml);
+    add("from-xml", "Write a document as an MXF header partition", declareFromXml);
     add("info", "Tell what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
 

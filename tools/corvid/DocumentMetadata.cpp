@@ -1,9 +1,42 @@
 #include "tools/corvid/DocumentMetadata.h"
 
 #include "XMLBuilder/reader/ReadDocument.h"
+#include "host/base/Exceptions.h"
+#include "tools/corvid/Messages.h"
+#include "tools/corvid/ReadWhole.h"
 #include "tools/corvid/RenameSets.h"
 
+#include <algorithm>
+#include <array>
+
 namespace Corvid::Tool {
+
+namespace {
+
+/// Far more than anybody's header metadata; in memory a document takes several times its size.
+constexpr std::size_t greatestDocument = std::size_t{1024} * 1024 * 1024;
+
+/// Whether a file begins as an MXF file does, behind its run-in if it has one (SMPTE ST 377-1).
+bool isMxf(const std::string& bytes) {
+    constexpr std::size_t greatestRunIn = 65535;
+    constexpr std::array<char, 11> packKey = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05,
+                                              0x01, 0x01, 0x0d, 0x01, 0x02};
+    const auto end = bytes.begin() + static_cast<std::ptrdiff_t>(
+                                         std::min(bytes.size(), greatestRunIn + packKey.size()));
+    return std::search(bytes.begin(), end, packKey.begin(), packKey.end()) != end;
+}
+
+/// The message without the name of the parser's exception in front.
+std::string messageOf(const Exceptions::ParseError& error) {
+    const std::string message = Platform::toUtf8(error.message());
+    const std::string parser = "class xercesc_";
+    const auto colon = message.find(": ");
+    return message.compare(0, parser.size(), parser) == 0 && colon != std::string::npos
+               ? message.substr(colon + 2)
+               : message;
+}
+
+} // namespace
 
 DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
                               const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
@@ -18,6 +51,38 @@ DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
         renameSets(*document.metadata);
     }
     return document;
+}
+
+DocumentMetadata readDocumentFile(const std::string& path,
+                                  const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+                                  DocumentIdentifiers identifiers) {
+    const std::string bytes = readWhole(path, greatestDocument, "a document");
+    if (bytes.empty()) {
+        throw Exceptions::InvalidFormat("an empty file, expected an XML document", CORVID_HERE);
+    }
+    if (isMxf(bytes)) {
+        throw Exceptions::InvalidFormat("an MXF file, expected an XML document; corvid to-xml "
+                                        "makes one of it",
+                                        CORVID_HERE);
+    }
+    try {
+        return readDocument(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(),
+                            dictionary, identifiers);
+    } catch (const Exceptions::ParseError& error) {
+        throw Exceptions::ParseError(messageOf(error), error.file(), error.line());
+    }
+}
+
+void report(const MergedCopies& copies, Messages& messages) {
+    if (copies.equal != 0) {
+        messages.note(std::to_string(copies.equal) + (copies.equal == 1 ? " set" : " sets") +
+                      " that the document holds again, equal to the first, became one with it");
+    }
+    for (const auto& copy : copies.unequal) {
+        messages.warning("set " + copy.set + " " + Platform::toUtf8(copy.identifier.toString()) +
+                         ": stands in the document more than once, and not the same each time; "
+                         "all are kept");
+    }
 }
 
 } // namespace Corvid::Tool

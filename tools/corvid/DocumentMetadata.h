@@ -2,7 +2,11 @@
 
 #include "tools/corvid/MergeCopies.h"
 
+#include <string>
+
 namespace Corvid::Tool {
+
+class Messages;
 
 /// Which InstanceUIDs the sets of a document get.
 enum class DocumentIdentifiers : unsigned char {
@@ -24,5 +28,18 @@ struct DocumentMetadata {
 DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
                               const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                               DocumentIdentifiers identifiers);
+
+/// Reads a file that people say is a document.
+/// @param path  "-" is standard input.
+/// @throws IOError        it can't be read.
+/// @throws InvalidFormat  it is empty, or an MXF file; else as readDocument(), but that what the
+///                        parser refuses is told without naming the parser.
+DocumentMetadata readDocumentFile(const std::string& path,
+                                  const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+                                  DocumentIdentifiers identifiers);
+
+/// Says what became of sets that stand in a document more than once: a note of those that were
+/// merged, a warning for each that is unlike another.
+void report(const MergedCopies& copies, Messages& messages);
 
 } // namespace Corvid::Tool

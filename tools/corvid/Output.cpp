@@ -52,6 +52,8 @@ void DescriptorOutput::write(const unsigned char* bytes, std::size_t count) {
     }
 }
 
+bool DescriptorOutput::isTerminal() const noexcept { return ::isatty(file_.number()) != 0; }
+
 void DescriptorOutput::close() {
     // Whatever close() says, the number is free afterwards; network file systems tell here that the
     // bytes did not arrive.

@@ -46,6 +46,9 @@ public:
     /// True for the file that already stands under that name.
     /// @param path  of a file that is read; "-" is standard input.
     virtual bool replaces(const std::string& path) const = 0;
+
+    /// True where people see the bytes at once, who can't read all bytes.
+    virtual bool isTerminal() const noexcept = 0;
 };
 
 /// Writes to an open file of the operating system, at once.
@@ -62,6 +65,7 @@ public:
     void commit() override {}
     bool isHeldBack() const noexcept override { return false; }
     bool replaces(const std::string&) const override { return false; }
+    bool isTerminal() const noexcept override;
 
 protected:
     const DataIO::FileDescriptor& file() const noexcept { return file_; }

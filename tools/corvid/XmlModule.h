@@ -3,6 +3,7 @@
 namespace Corvid::Tool {
 
 class Messages;
+struct FromXmlOptions;
 struct ToXmlOptions;
 
 /// The verbs that need XML, as the module offers them.
@@ -12,6 +13,7 @@ struct ToXmlOptions;
 /// them is called. Module and command are built together: there is no other version to be met.
 struct XmlVerbs {
     void (*toXml)(const ToXmlOptions& options, Messages& messages);
+    void (*fromXml)(const FromXmlOptions& options, Messages& messages);
 };
 
 /// Loads the module on first use; it stays.

@@ -1,7 +1,8 @@
+#include "tools/corvid/FromXml.h"
 #include "tools/corvid/ToXml.h"
 #include "tools/corvid/XmlModule.h"
 
 extern "C" __attribute__((visibility("default"))) const Corvid::Tool::XmlVerbs* corvidXmlVerbs() {
-    static constexpr Corvid::Tool::XmlVerbs verbs{&Corvid::Tool::toXml};
+    static constexpr Corvid::Tool::XmlVerbs verbs{&Corvid::Tool::toXml, &Corvid::Tool::fromXml};
     return &verbs;
 }

@@ -1,0 +1,314 @@
+#include "tools/corvid/FromXml.h"
+
+#include "host/base/Exceptions.h"
+#include "host/dataio/Memory.h"
+#include "tests/support/DocumentText.h"
+#include "tests/tool/RunCommand.h"
+#include "tools/corvid/Messages.h"
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+using namespace Corvid;
+using namespace Corvid::Testing;
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+namespace {
+
+const std::string root =
+    "<s377m:MetadataSets xmlns:s377m='urn:SMPTE:S377M' xmlns:rp210='urn:SMPTE:RP210' "
+    "xmlns:groups='urn:SMPTE:Groups:MXF'>";
+const std::string preface = "<s377m:Preface><rp210:OperationalPattern>"
+                            "06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01.00"
+                            "</rp210:OperationalPattern></s377m:Preface>";
+
+std::string documentOf(const std::string& inside) {
+    return root + inside + "</s377m:MetadataSets>";
+}
+
+class FromXml : public ::testing::Test {
+protected:
+    FromXml() {
+        std::filesystem::copy_file(sourceDir() / "examples" / "sample.mxf",
+                                   shop.path() / "sample.mxf");
+        shop.run("corvid to-xml sample.mxf -o sample.xml");
+    }
+
+    /// Writes, and expects that nothing is said of it.
+    void write(const std::string& options) {
+        const Outcome outcome = shop.run("corvid from-xml " + options);
+        EXPECT_EQ(outcome.status, 0) << options;
+        EXPECT_THAT(outcome.out, IsEmpty());
+        EXPECT_THAT(outcome.err, IsEmpty()) << options;
+    }
+
+    Workshop shop;
+};
+
+TEST_F(FromXml, writesWhatToXmlMakesTheSameDocumentOf) {
+    for (const char* options : {"", "--compact", "--encoding utf-16", "--references values",
+                                "--compact --encoding utf-16 --references values"}) {
+        const std::string toXml = std::string("corvid to-xml ") + options;
+        EXPECT_EQ(shop.run(toXml + " sample.mxf -o there.xml").status, 0);
+        write("there.xml -o header.mxf");
+        const Outcome back = shop.run(toXml + " header.mxf -o back.xml");
+        EXPECT_THAT(back.err, IsEmpty());
+        EXPECT_TRUE(shop.read("there.xml") == shop.read("back.xml")) << options;
+    }
+}
+
+TEST_F(FromXml, keepsTheMetadataOfRealFiles) {
+    const auto folder = samplesDir();
+    if (folder.empty()) {
+        GTEST_SKIP() << "no folder of sample files";
+    }
+    // Where the container of unknown properties goes, so does its namespace.
+    const std::string groups = " xmlns:groups=\"urn:SMPTE:Groups:MXF\"";
+    const auto comparable = [&](const std::string& name) {
+        std::string text = withoutEmptyElements(shop.read(name));
+        for (std::size_t at; (at = text.find(groups)) != std::string::npos;) {
+            text.erase(at, groups.size());
+        }
+        return text;
+    };
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() != ".mxf") {
+            continue;
+        }
+        SCOPED_TRACE(entry.path().filename());
+        for (const char* references : {"links", "values"}) {
+            const std::string toXml =
+                std::string("corvid to-xml --compact --replace-invalid --references ") + references;
+            ASSERT_EQ(shop.run(toXml + " '" + entry.path().string() + "' -o there.xml").status, 0);
+            const Outcome outcome = shop.run("corvid from-xml there.xml -o header.mxf");
+            EXPECT_EQ(outcome.status, 0) << outcome.err;
+            EXPECT_THAT(outcome.err, Not(HasSubstr("warning"))) << outcome.err;
+            ASSERT_EQ(shop.run(toXml + " header.mxf -o back.xml").status, 0);
+            const std::string there = comparable("there.xml");
+            const std::string back = comparable("back.xml");
+            EXPECT_TRUE(there == back) << difference(there, back);
+        }
+    }
+}
+
+TEST_F(FromXml, readsAndWritesPipes) {
+    write("sample.xml -o header.mxf");
+    const std::string expected = shop.read("header.mxf");
+    EXPECT_THAT(expected, StartsWith("\x06\x0e\x2b\x34"));
+    for (const char* line : {"corvid from-xml - -o out.mxf <sample.xml",
+                             "cat sample.xml | corvid from-xml - -o out.mxf",
+                             "corvid from-xml sample.xml -o - >out.mxf",
+                             "corvid from-xml sample.xml --output - | cat >out.mxf",
+                             "corvid to-xml sample.mxf | corvid from-xml - -o - | cat >out.mxf",
+                             "corvid from-xml sample.xml -o /dev/stdout | cat >out.mxf"}) {
+        shop.run("rm -f out.mxf");
+        const Outcome outcome = shop.run(line);
+        EXPECT_EQ(outcome.status, 0) << line << outcome.err;
+        EXPECT_TRUE(shop.read("out.mxf") == expected) << line;
+    }
+}
+
+TEST_F(FromXml, renamesSetsOneToOneWhenAskedTo) {
+    write("sample.xml --new-identifiers -o header.mxf");
+    shop.run("corvid to-xml header.mxf -o back.xml");
+    const std::string there = shop.read("sample.xml");
+    const std::string back = shop.read("back.xml");
+    EXPECT_EQ(withoutIdentifiers(there), withoutIdentifiers(back));
+    const std::regex identifier("InstanceUID=\"([^\"]*)\"");
+    for (std::sregex_iterator i(there.begin(), there.end(), identifier), end; i != end; ++i) {
+        EXPECT_THAT(back, Not(HasSubstr((*i)[1].str())));
+    }
+    write("sample.xml --new-identifiers -o other.mxf");
+    EXPECT_NE(shop.read("other.mxf"), shop.read("header.mxf"));
+}
+
+TEST_F(FromXml, writesAClosedAndCompletePartitionOnTheKag) {
+    const std::string pack("\x06\x0e\x2b\x34\x02\x05\x01\x01\x0d\x01\x02\x01\x01\x02\x04", 15);
+    for (const unsigned kag : {1U, 256U, 512U, 1U << 20}) {
+        write("sample.xml -o header.mxf --kag " + std::to_string(kag));
+        EXPECT_THAT(shop.read("header.mxf"), StartsWith(pack));
+        EXPECT_EQ(shop.read("header.mxf").size() % kag, 0U);
+        const Outcome info = shop.run("corvid info header.mxf");
+        EXPECT_THAT(info.err, IsEmpty());
+        EXPECT_THAT(info.out, HasSubstr("OP1a"));
+        EXPECT_THAT(info.out, HasSubstr("closed and complete"));
+        EXPECT_THAT(info.out, HasSubstr("06.0e.2b.34.04.01.01.02.0d.01.03.01.02.04.60.01"));
+    }
+    for (const char* kag : {"0", "1048577", "-1", "x", ""}) {
+        const Outcome outcome =
+            shop.run("corvid from-xml sample.xml -o none.mxf --kag '" + std::string(kag) + "'");
+        EXPECT_EQ(outcome.status, 2) << kag;
+        EXPECT_THAT(outcome.err, HasSubstr("--kag"));
+    }
+    EXPECT_FALSE(shop.has("none.mxf"));
+}
+
+TEST_F(FromXml, mergesEqualSetsAndSaysSo) {
+    const std::string once = "<s377m:ContentStorage rp210:InstanceUID='00.01.02.03.04.05.06.07.08."
+                             "09.0a.0b.0c.0d.0e.0f'/>";
+    shop.write("doc.xml", documentOf(preface + once + once + once));
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o header.mxf");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "corvid: doc.xml: note: 2 sets that the document holds again, equal to "
+                           "the first, became one with it\n");
+    EXPECT_THAT(shop.run("corvid info header.mxf").out, HasSubstr("2 sets"));
+}
+
+TEST_F(FromXml, keepsUnequalSetsAndWarns) {
+    const std::string front = "<s377m:TimelineTrack rp210:InstanceUID='00.01.02.03.04.05.06.07.08."
+                              "09.0a.0b.0c.0d.0e.0f'><rp210:TrackName>";
+    const std::string back = "</rp210:TrackName></s377m:TimelineTrack>";
+    shop.write("doc.xml", documentOf(preface + front + "a" + back + front + "b" + back));
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o header.mxf");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err, "corvid: doc.xml: warning: set TimelineTrack 00.01.02.03.04.05.06.07.08."
+                           "09.0a.0b.0c.0d.0e.0f: stands in the document more than once, and not "
+                           "the same each time; all are kept\n");
+    const std::string again = shop.run("corvid to-xml header.mxf").out;
+    EXPECT_THAT(again, HasSubstr(">a<"));
+    EXPECT_THAT(again, HasSubstr(">b<"));
+}
+
+TEST_F(FromXml, needsAPrefaceAndWantsOne) {
+    shop.write("none.xml", documentOf("<s377m:ContentStorage/><s377m:Unheard/>"));
+    const Outcome none = shop.run("corvid from-xml none.xml -o header.mxf");
+    EXPECT_EQ(none.status, 1);
+    EXPECT_EQ(none.err, "corvid: none.xml: no Preface among the 1 sets of the document, expected "
+                        "one\n");
+    EXPECT_FALSE(shop.has("header.mxf"));
+    shop.write("two.xml", documentOf(preface + preface));
+    const Outcome two = shop.run("corvid from-xml two.xml -o header.mxf");
+    EXPECT_EQ(two.status, 0);
+    EXPECT_THAT(two.err, HasSubstr("warning: 2 Prefaces"));
+    shop.write("bare.xml", documentOf("<s377m:Preface/>"));
+    const Outcome bare = shop.run("corvid from-xml bare.xml -o header.mxf");
+    EXPECT_EQ(bare.status, 0);
+    EXPECT_THAT(bare.err, HasSubstr("warning: set Preface: no operational pattern"));
+}
+
+struct Refused {
+    const char* name;
+    std::string text;
+    const char* message;
+};
+void PrintTo(const Refused& c, std::ostream* out) { *out << c.name; }
+
+class FromXmlRefuses : public FromXml, public ::testing::WithParamInterface<Refused> {};
+
+TEST_P(FromXmlRefuses, andLeavesNothingBehind) {
+    shop.write("doc.xml", GetParam().text);
+    shop.write("old.mxf", std::string("old"));
+    const std::size_t files = shop.count();
+    for (const char* target : {"new.mxf", "old.mxf", "-"}) {
+        const Outcome outcome = shop.run(std::string("corvid from-xml doc.xml -o ") + target);
+        EXPECT_EQ(outcome.status, 1);
+        EXPECT_THAT(outcome.out, IsEmpty());
+        EXPECT_THAT(outcome.err, StartsWith(std::string("corvid: doc.xml: ") + GetParam().message));
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
+    EXPECT_EQ(shop.read("old.mxf"), "old");
+    EXPECT_EQ(shop.count(), files);
+}
+
+const std::string longName = "<s377m:TimelineTrack><rp210:TrackName>" + std::string(32768, 'x') +
+                             "</rp210:TrackName></s377m:TimelineTrack>";
+const std::string packAsDarkSet =
+    "<groups:FloatingDarkMetadata><groups:DarkMetadata groups:BEROctetCount='4' "
+    "groups:Key='06.0e.2b.34.02.05.01.01.0d.01.02.01.01.03.04.00'>00</groups:DarkMetadata>"
+    "</groups:FloatingDarkMetadata>";
+
+INSTANTIATE_TEST_SUITE_P(
+    , FromXmlRefuses,
+    ::testing::Values(
+        Refused{"AnEmptyFile", "", "an empty file, expected an XML document"},
+        Refused{"NoXml", "metadata\n", "line 1, column 1: "},
+        Refused{"ATruncatedDocument", documentOf(preface).substr(0, 200), "line 1, column "},
+        Refused{"ABadLine", "<a>\n  <b>\n</a>", "line 3, column "},
+        Refused{"ADocumentType", "<!DOCTYPE a [<!ENTITY b 'c'>]>\n" + documentOf(preface),
+                "line 1, column "},
+        Refused{"AnMxfFile", asText(smallClip()), "an MXF file, expected an XML document"},
+        Refused{"AnMxfFileWithRunIn", std::string(65535, 'x') + asText(smallClip()),
+                "an MXF file, expected an XML document"},
+        Refused{"AnotherRoot", "<html><body/></html>", "no Preface among the 0 sets"},
+        Refused{"AValueThatNoSetHolds", documentOf(preface + longName),
+                "rp210:TrackName: value of 65536 bytes"},
+        Refused{"APartitionPackAsDarkSet", documentOf(preface + packAsDarkSet),
+                "dark set with the key 06.0e.2b.34.02.05.01.01.0d.01.02.01.01.03.04.00"}),
+    [](const auto& each) { return std::string(each.param.name); });
+
+TEST_F(FromXml, tellsFilesThatCantBeRead) {
+    shop.run("mkdir folder");
+    for (const char* path : {"none.xml", "folder", "sample.xml/none"}) {
+        const Outcome outcome = shop.run(std::string("corvid from-xml ") + path + " -o header.mxf");
+        EXPECT_EQ(outcome.status, 3) << path;
+        EXPECT_THAT(outcome.err, StartsWith(std::string("corvid: ") + path + ": "));
+    }
+    for (const char* target : {"folder", "missing/header.mxf"}) {
+        const Outcome outcome = shop.run(std::string("corvid from-xml sample.xml -o ") + target);
+        EXPECT_EQ(outcome.status, 3) << target;
+        EXPECT_THAT(outcome.err, StartsWith(std::string("corvid: ") + target + ": can't write"));
+    }
+    EXPECT_FALSE(shop.has("header.mxf"));
+}
+
+TEST_F(FromXml, needsAnOutputThatIsNotItsInput) {
+    EXPECT_EQ(shop.run("corvid from-xml sample.xml").status, 2);
+    EXPECT_EQ(shop.run("corvid from-xml -o header.mxf").status, 2);
+    const Outcome outcome = shop.run("corvid from-xml sample.xml -o sample.xml");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, HasSubstr("the output is the input itself"));
+    EXPECT_THAT(shop.read("sample.xml"), StartsWith("<?xml"));
+}
+
+TEST_F(FromXml, writesNoBytesToATerminal) {
+    if (python().empty()) {
+        GTEST_SKIP() << "no Python";
+    }
+    const Outcome outcome =
+        shop.run(python() + " -c \"import os, pty, sys; status = pty.spawn(['corvid', 'from-xml', "
+                            "'sample.xml', '-o', '-']); sys.exit(os.waitstatus_to_exitcode("
+                            "status))\" </dev/null");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.out, HasSubstr("nothing for a terminal; -o FILE writes it to a file"));
+}
+
+TEST_F(FromXml, aFullDeviceIsAnError) {
+    if (!std::filesystem::exists("/dev/full")) {
+        GTEST_SKIP() << "no /dev/full";
+    }
+    const Outcome outcome = shop.run("corvid from-xml sample.xml -o /dev/full");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.err, HasSubstr("No space left"));
+}
+
+TEST_F(FromXml, knowsSetsOfAnotherDictionary) {
+    shop.write("house.dict",
+               std::string("namespace s377m urn:SMPTE:S377M\nnamespace house urn:example:house\n"
+                           "set house:Room 06.0e.2b.34.02.53.01.01.0e.7f.7f.01.01.01.01.00 "
+                           "s377m:InterchangeObject concrete\n"));
+    shop.write("doc.xml", documentOf(preface + "<Room/>"));
+    write("doc.xml -o header.mxf --dictionary house.dict");
+    EXPECT_THAT(shop.run("corvid to-xml header.mxf --dictionary house.dict").out,
+                HasSubstr("<house:Room "));
+    write("doc.xml -o header.mxf");
+    EXPECT_THAT(shop.run("corvid to-xml header.mxf").out, Not(HasSubstr("FloatingDarkMetadata")));
+}
+
+TEST_F(FromXml, canBeCalledWithoutTheCommandLine) {
+    DataIO::Memory::MemoryDataSink said;
+    Tool::Messages messages(said, false);
+    Tool::FromXmlOptions options;
+    options.path = (shop.path() / "sample.xml").string();
+    options.output = (shop.path() / "header.mxf").string();
+    Tool::fromXml(options, messages);
+    EXPECT_EQ(shop.read("header.mxf").size() % 512, 0U);
+    EXPECT_EQ(said.serializedSize(), 0U);
+    options.path = (shop.path() / "gone.xml").string();
+    EXPECT_THROW(Tool::fromXml(options, messages), Exceptions::IOError);
+}
+
+} // namespace

@@ -1,0 +1,70 @@
+#include "tools/corvid/FromXml.h"
+
+#include "host/dataio/BufferedSink.h"
+#include "host/mxf/HeaderMetadataWriter.h"
+#include "tools/corvid/Clip.h"
+#include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/Messages.h"
+#include "tools/corvid/Output.h"
+#include "tools/corvid/SetValues.h"
+
+namespace Corvid::Tool {
+
+namespace {
+
+const Metadata::MetadataSet& prefaceOf(const Metadata::PartitionMetadata& metadata,
+                                       Messages& messages) {
+    const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (prefaces.empty()) {
+        throw Exceptions::InvalidFormat("no Preface among the " + std::to_string(metadata.size()) +
+                                            " sets of the document, expected one",
+                                        CORVID_HERE);
+    }
+    if (prefaces.size() != 1) {
+        messages.warning(std::to_string(prefaces.size()) +
+                         " Prefaces, expected one; the first is taken for that of the file");
+    }
+    return *prefaces.front();
+}
+
+mxf::PartitionPack packFor(const Metadata::MetadataSet& preface, std::uint32_t kagSize,
+                           Messages& messages) {
+    mxf::PartitionPack pack;
+    pack.status = mxf::PartitionStatus::closedComplete;
+    pack.majorVersion = 1;
+    pack.minorVersion = 3;
+    pack.kagSize = kagSize;
+    if (const auto* const pattern = find(preface, Structural::operationalPattern)) {
+        pack.operationalPattern = *pattern;
+    } else {
+        messages.warning("set Preface: no operational pattern, so that of the partition is zeros");
+    }
+    const auto containers = labels(preface, Structural::essenceContainers);
+    pack.essenceContainers.assign(containers.begin(), containers.end());
+    return pack;
+}
+
+} // namespace
+
+void fromXml(const FromXmlOptions& options, Messages& messages) {
+    messages.setFile(options.path);
+    const auto output = Output::open(options.output);
+    if (output->replaces(options.path)) {
+        throw UsageError{"the output is the input itself"};
+    }
+    if (output->isTerminal()) {
+        throw UsageError{"an MXF file is nothing for a terminal; -o FILE writes it to a file"};
+    }
+    const DocumentMetadata document =
+        readDocumentFile(options.path, loadDictionary(options.dictionaries), options.identifiers);
+    report(document.copies, messages);
+    const auto& preface = prefaceOf(*document.metadata, messages);
+    const mxf::PartitionPack pack = packFor(preface, options.kagSize, messages);
+    const mxf::HeaderMetadataWriter metadata(*document.metadata);
+    DataIO::BufferedSink sink(*output);
+    mxf::writeHeaderPartition(pack, metadata, sink);
+    sink.flush();
+    output->commit();
+}
+
+} // namespace Corvid::Tool
