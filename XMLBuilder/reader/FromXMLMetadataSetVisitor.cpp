@@ -7,6 +7,7 @@
 #include "host/metadata/PartitionMetadata.h"
 
 #include <string_view>
+#include <utility>
 
 namespace Corvid::XMLBuilder {
 
@@ -21,14 +22,18 @@ constexpr const XMLCh* fallbackUri = u"http://www.smpte-ra.org";
 
 void fill(Element& element, const DOMNode& node, const MetaMetadata::MetaElement* definition,
           Reading& reading) {
+    const ReadingPlace outer = reading.place();
+    reading.place().property = &node;
     FromXMLElementVisitor reader(node, definition, reading);
     element.accept(reader);
+    reading.place() = outer;
 }
 
 } // namespace
 
 void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     const OpenSet open(reading_, element_);
+    const ReadingPlace outer = std::exchange(reading_.place(), {&element_, nullptr});
     declarer_ = &PrefixScope::declarerFor(element_);
     // The set has an element for each, but makes those that are asked for only.
     for (const ExpectedProperty& property : reading_.propertiesOf(*set.metaMetadataSet())) {
@@ -39,6 +44,7 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
         }
     }
     readExtensions(set, open.children());
+    reading_.place() = outer;
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,

@@ -26,10 +26,34 @@ struct Release {
     void operator()(DOMLSParser* parser) const { parser->release(); }
 };
 
+void readRoot(Reading& reading, const xercesc::DOMElement& root, SetList& sets) {
+    for (const auto* child = ChildSteps::firstElement(root); child != nullptr;
+         child = ChildSteps::nextElement(*child)) {
+        if (!readSet(reading, *child, sets) &&
+            child->getNodeName() == std::u16string_view(Names::floatingDarkMetadata)) {
+            readFloatingContainer(reading, *child, sets);
+        }
+    }
+}
+
+/// Throws the exception that is being handled again, with the place in its message.
+[[noreturn]] void rethrowAt(const ReadingPlace& place) {
+    try {
+        throw;
+    }
+#define CORVID_RETHROW(Class, Code)                                                                \
+    catch (const Exceptions::Class& error) {                                                       \
+        throw Exceptions::Class(place.inFrontOf(Platform::toUtf8(error.message())), error.file(),  \
+                                error.line());                                                     \
+    }
+    CORVID_EXCEPTION_FAMILY(CORVID_RETHROW)
+#undef CORVID_RETHROW
+}
+
 /// @param load  gives the document, which belongs to the parser.
 template <class Load>
 SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNameTable& names,
-                              Load load) {
+                              Places places, Load load) {
     if (partition == nullptr) {
         throw Exceptions::InvalidArgument("no partition to read the document into, expected one",
                                           CORVID_HERE);
@@ -41,12 +65,14 @@ SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNa
     SetList sets;
     Reading reading(*partition, names);
     const DOMDocument& document = load(*parser);
-    for (const auto* child = ChildSteps::firstElement(*document.getDocumentElement());
-         child != nullptr; child = ChildSteps::nextElement(*child)) {
-        if (!readSet(reading, *child, sets) &&
-            child->getNodeName() == std::u16string_view(Names::floatingDarkMetadata)) {
-            readFloatingContainer(reading, *child, sets);
+    const auto& root = *document.getDocumentElement();
+    try {
+        readRoot(reading, root, sets);
+    } catch (const Exceptions::BaseException&) {
+        if (places == Places::untold) {
+            throw;
         }
+        rethrowAt(reading.place());
     }
     return sets;
 }
@@ -54,10 +80,11 @@ SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNa
 } // namespace
 
 SetList readBuffer(const unsigned char* bytes, std::size_t length,
-                   Metadata::PartitionMetadata* partition, InstanceNameTable& names) {
+                   Metadata::PartitionMetadata* partition, InstanceNameTable& names,
+                   Places places) {
     return translated(EntryPoint::buffer, [&] {
         return readPartitionMetadata(
-            partition, names, [&](DOMLSParser& parser) -> const DOMDocument& {
+            partition, names, places, [&](DOMLSParser& parser) -> const DOMDocument& {
                 auto* document = XMLUtils::loadDocumentFromBuffer(bytes, length, parser);
                 XMLUtils::cleanEmptyTextNodes(*document);
                 return *document;
@@ -68,7 +95,7 @@ SetList readBuffer(const unsigned char* bytes, std::size_t length,
 SetList readFile(const Utf16Unit* path, Metadata::PartitionMetadata* partition,
                  InstanceNameTable& names) {
     return translated(EntryPoint::file, [&] {
-        return readPartitionMetadata(partition, names,
+        return readPartitionMetadata(partition, names, Places::untold,
                                      [&](DOMLSParser& parser) -> const DOMDocument& {
                                          return *XMLUtils::loadDocumentFromFile(path, parser);
                                      });

@@ -15,6 +15,12 @@ namespace Corvid::XMLBuilder {
 /// Sets that live in a partition.
 using SetList = Templates::list<Metadata::MetadataSet*, Platform::malloc_alloc>;
 
+/// Whether the messages of failures tell the set and the property that could not be read.
+enum class Places : unsigned char {
+    untold, ///< as callers of the exported functions know them
+    told,   ///< in front of the message: "set Preface 06.0e. ...: rp210:Version: "
+};
+
 /// Reads a document into a partition. The functions of XML2Partition.h are these with a table of
 /// their own; who needs to know which InstanceUID became which brings the table.
 ///
@@ -26,7 +32,8 @@ using SetList = Templates::list<Metadata::MetadataSet*, Platform::malloc_alloc>;
 ///         IOError and LimitExceeded as the document deserves. What was made before stays in the
 ///         partition.
 SetList readBuffer(const unsigned char* bytes, std::size_t length,
-                   Metadata::PartitionMetadata* partition, InstanceNameTable& names);
+                   Metadata::PartitionMetadata* partition, InstanceNameTable& names,
+                   Places places = Places::untold);
 
 /// The same for a file, whose white space between elements stays in the document.
 /// @param path  zero-terminated.

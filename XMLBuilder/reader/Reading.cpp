@@ -82,6 +82,24 @@ const XMLCh* Reading::uriOfParts(const Names::Namespace& parts, const xercesc::D
     return u"";
 }
 
+std::string ReadingPlace::inFrontOf(const std::string& message) const {
+    const auto narrow = [](const XMLCh* text) {
+        constexpr std::size_t shown = 100; // Nobody needs more of a name to find it.
+        return Platform::toUtf8(XMLUtils::fromXml(std::u16string(text).substr(0, shown).c_str()));
+    };
+    if (set == nullptr) {
+        return message;
+    }
+    std::string whole = "set " + narrow(set->getLocalName());
+    if (const XMLCh* identifier = set->getAttribute(Names::instanceUID); *identifier != 0) {
+        whole += " " + narrow(identifier);
+    }
+    whole += ": ";
+    const std::string name = property == nullptr ? "" : narrow(property->getNodeName()) + ": ";
+    // Some messages name the property themselves.
+    return whole + (message.compare(0, name.size(), name) == 0 ? "" : name) + message;
+}
+
 OpenSet::OpenSet(Reading& reading, const xercesc::DOMElement& element) : reading_(reading) {
     if (reading.depth_ == greatestInlineDepth) {
         throw Exceptions::LimitExceeded(

@@ -49,6 +49,16 @@ struct ExpectedProperty {
     PropertyName name;
 };
 
+/// What is being read, for messages.
+struct ReadingPlace {
+    const xercesc::DOMElement* set = nullptr;   ///< null outside of sets
+    const xercesc::DOMNode* property = nullptr; ///< null between the properties of the set
+
+    /// "set Preface 06.0e. ...: rp210:OperationalPattern: message"; the message alone outside of
+    /// sets.
+    std::string inFrontOf(const std::string& message) const;
+};
+
 /// What one call of the reader knows: shared by all its visitors, gone when the call returns.
 class Reading {
 public:
@@ -77,6 +87,9 @@ public:
     /// root this fails as the query for a part does.
     const XMLCh* uriOfParts(const Names::Namespace& parts, const xercesc::DOMNode& value);
 
+    /// Whoever changes the place puts it back, but not when what it does fails.
+    ReadingPlace& place() noexcept { return place_; }
+
 private:
     friend class OpenSet;
 
@@ -90,6 +103,7 @@ private:
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>
         properties_;
     std::unordered_map<std::u16string, const MetaMetadata::MetaElement*> byQualifiedName_;
+    ReadingPlace place_;
     std::deque<ChildSteps> children_; ///< one for each depth, kept for the next set there
     std::size_t depth_ = 0;           ///< how many sets are open
 };

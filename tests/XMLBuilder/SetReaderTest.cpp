@@ -294,5 +294,67 @@ TEST_F(SetReader, keepsWrittenIdentifiersWhereTheTableSaysSo) {
     }
 }
 
+struct Unreadable {
+    const char* name;
+    const char* inside;
+    const char* place;
+};
+void PrintTo(const Unreadable& c, std::ostream* out) { *out << c.name; }
+
+class TellsPlaces : public Things, public testing::WithParamInterface<Unreadable> {};
+
+TEST_P(TellsPlaces, onlyWhereItIsAsked) {
+    const std::string xml = documentOf(GetParam().inside);
+    const auto messageOf = [&](XMLBuilder::Places places) {
+        return failureOf<Exceptions::InvalidFormat>([&] {
+            XMLBuilder::InstanceNameTable names;
+            XMLBuilder::readBuffer(reinterpret_cast<const unsigned char*>(xml.data()), xml.size(),
+                                   &model_.partition, names, places);
+        });
+    };
+    const Failure untold = messageOf(XMLBuilder::Places::untold);
+    const Failure told = messageOf(XMLBuilder::Places::told);
+    EXPECT_EQ(told.message, GetParam().place + untold.message);
+    EXPECT_EQ(told.file, untold.file);
+    EXPECT_EQ(told.line, untold.line);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , TellsPlaces,
+    testing::Values(
+        Unreadable{"OfAProperty", "<t:Thing rp210:InstanceUID='one'><e:UUID>x</e:UUID></t:Thing>",
+                   "set Thing one: e:UUID: "},
+        Unreadable{"OfAnItem",
+                   "<t:Thing><e:UInt8>1</e:UInt8><e:UUIDArray><a>x</a></e:UUIDArray></t:Thing>",
+                   "set Thing: e:UUIDArray: "},
+        Unreadable{"OfASetInsideAReference",
+                   "<t:Thing><e:StrongReference><t:Other><groups:ExtensionElements><e:UUID>x"
+                   "</e:UUID></groups:ExtensionElements></t:Other></e:StrongReference></t:Thing>",
+                   "set Other: e:UUID: "},
+        Unreadable{"BehindASetInsideAReference",
+                   "<t:Thing><e:StrongReferenceArray><t:Other><e:OtherNumber>1</e:OtherNumber>"
+                   "</t:Other></e:StrongReferenceArray><e:UUID>x</e:UUID></t:Thing>",
+                   "set Thing: e:UUID: "},
+        Unreadable{"OfATag",
+                   "<t:Thing><e:UInt8>1</e:UInt8><groups:ExtensionElements><a "
+                   "groups:StaticLocalTag='x'/></groups:ExtensionElements></t:Thing>",
+                   "set Thing: "},
+        Unreadable{"OutsideOfSets",
+                   "<t:Thing><e:UInt8>1</e:UInt8></t:Thing><groups:FloatingDarkMetadata><a/>"
+                   "</groups:FloatingDarkMetadata>",
+                   ""}),
+    [](const auto& each) { return std::string(each.param.name); });
+
+TEST_F(SetReader, namesAPropertyOnceInAMessage) {
+    const std::string xml = documentOf("<t:Thing><e:UTF16String>" + std::string(32768, 'x') +
+                                       "</e:UTF16String></t:Thing>");
+    const auto failure = failureOf<Exceptions::LimitExceeded>([&] {
+        XMLBuilder::InstanceNameTable names;
+        XMLBuilder::readBuffer(reinterpret_cast<const unsigned char*>(xml.data()), xml.size(),
+                               &model_.partition, names, XMLBuilder::Places::told);
+    });
+    EXPECT_THAT(failure.message, testing::StartsWith("set Thing: e:UTF16String: value of 65536"));
+}
+
 } // namespace
 } // namespace Corvid::Testing
