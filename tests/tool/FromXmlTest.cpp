@@ -235,7 +235,10 @@ INSTANTIATE_TEST_SUITE_P(
                 "an MXF file, expected an XML document"},
         Refused{"AnotherRoot", "<html><body/></html>", "no Preface among the 0 sets"},
         Refused{"AValueThatNoSetHolds", documentOf(preface + longName),
-                "rp210:TrackName: value of 65536 bytes"},
+                "set TimelineTrack: rp210:TrackName: value of 65536 bytes"},
+        Refused{"AValueOfAnotherForm",
+                documentOf("<s377m:Preface rp210:InstanceUID='p' rp210:GenerationUID='x'/>"),
+                "set Preface p: rp210:GenerationUID: identifier 'x'"},
         Refused{"APartitionPackAsDarkSet", documentOf(preface + packAsDarkSet),
                 "dark set with the key 06.0e.2b.34.02.05.01.01.0d.01.02.01.01.03.04.00"}),
     [](const auto& each) { return std::string(each.param.name); });

@@ -45,7 +45,7 @@ DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
                                   new Metadata::PartitionMetadata(dictionary)),
                               {}};
     XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
-    XMLBuilder::readBuffer(bytes, length, document.metadata.get(), names);
+    XMLBuilder::readBuffer(bytes, length, document.metadata.get(), names, XMLBuilder::Places::told);
     document.copies = mergeCopies(*document.metadata);
     if (identifiers == DocumentIdentifiers::fresh) {
         renameSets(*document.metadata);
