@@ -1,9 +1,11 @@
 #include "host/xmlutils/XmlInput.h"
 
 #include "host/base/Exceptions.h"
+#include "host/xmlutils/ParserSafety.h"
 
 #include <algorithm>
 #include <filesystem>
+#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/util/BinInputStream.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
@@ -49,6 +51,24 @@ Utf16Form recogniseUtf16(const unsigned char* first, std::size_t count) {
         return {high, 0};
     }
     return {};
+}
+
+std::unique_ptr<xercesc::InputSource> openBuffer(const unsigned char* bytes, std::size_t length) {
+    if (length == 0) {
+        throwParseError(1, 1, "empty document, expected a root element");
+    }
+    if (bytes == nullptr) {
+        throw Exceptions::InvalidArgument(
+            "XML document: no bytes, expected " + std::to_string(length), CORVID_HERE);
+    }
+    const Utf16Form form = recogniseUtf16(bytes, length);
+    auto input = std::make_unique<xercesc::MemBufInputSource>(bytes + form.markSize,
+                                                              length - form.markSize, u"");
+    input->setCopyBufToStream(false);
+    if (form.encoding != nullptr) {
+        input->setEncoding(form.encoding);
+    }
+    return input;
 }
 
 /// Gives the bytes read for recognition, then the rest of the file.

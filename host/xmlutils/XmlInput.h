@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <fstream>
+#include <memory>
 #include <string>
 #include <xercesc/sax/InputSource.hpp>
 
@@ -22,6 +23,12 @@ struct Utf16Form {
 /// can start, `<` or white space, in two bytes.
 /// @param first  the first bytes, four if there are as many.
 Utf16Form recogniseUtf16(const unsigned char* first, std::size_t count);
+
+/// A document in memory; its encoding is recognised.
+/// @param bytes  borrowed, longer than the source.
+/// @throws xercesc::SAXParseException  there are none.
+/// @throws InvalidArgument             `bytes` is null and `length` is not 0.
+std::unique_ptr<xercesc::InputSource> openBuffer(const unsigned char* bytes, std::size_t length);
 
 /// A document in a file that is read piece by piece; its encoding is recognised.
 class FileInput final : public xercesc::InputSource {

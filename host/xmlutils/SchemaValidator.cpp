@@ -1,0 +1,209 @@
+#include "host/xmlutils/SchemaValidator.h"
+
+#include "host/base/Exceptions.h"
+#include "host/xmlutils/Initializer.h"
+#include "host/xmlutils/ParserSafety.h"
+#include "host/xmlutils/XmlInput.h"
+#include "host/xmlutils/XmlText.h"
+
+#include <algorithm>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/XMLGrammarPoolImpl.hpp>
+#include <xercesc/sax/EntityResolver.hpp>
+#include <xercesc/sax/Locator.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/sax2/DefaultHandler.hpp>
+#include <xercesc/sax2/SAX2XMLReader.hpp>
+#include <xercesc/sax2/XMLReaderFactory.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+namespace Corvid::XMLUtils {
+
+namespace {
+
+using namespace xercesc;
+
+std::string toUtf8(const XMLCh* text) {
+    return text == nullptr ? std::string() : Platform::toUtf8(fromXml(text));
+}
+
+/// A content model may list hundreds of elements.
+std::string shortened(std::string message) {
+    constexpr std::size_t most = 600;
+    if (message.size() > most) {
+        std::size_t end = most;
+        while (end != 0 && (static_cast<unsigned char>(message[end]) & 0xC0U) == 0x80) {
+            --end;
+        }
+        message.resize(end);
+        message += "...";
+    }
+    return message;
+}
+
+ValidityError toError(const SAXParseException& problem) {
+    return {problem.getLineNumber(), problem.getColumnNumber(),
+            shortened(toUtf8(problem.getMessage()))};
+}
+
+/// Ends a parse whose further errors nobody wants.
+struct Enough {};
+
+/// Collects what the validator reports, refuses document types and opens nothing.
+class Collector final : public DefaultHandler {
+public:
+    explicit Collector(std::size_t most) : most_(most) {}
+
+    void error(const SAXParseException& problem) override {
+        errors_.push_back(toError(problem));
+        placeAtChild(errors_.back());
+        if (errors_.size() == most_) {
+            throw Enough();
+        }
+    }
+    // A document that is not well-formed is none, whatever was found before.
+    void fatalError(const SAXParseException& problem) override { throw problem; }
+    void warning(const SAXParseException&) override {}
+    void resetErrors() override {}
+
+    void setDocumentLocator(const Locator* locator) override { locator_ = locator; }
+    void startElement(const XMLCh*, const XMLCh* name, const XMLCh*, const Attributes&) override {
+        open_.back().push_back({name, locator_->getLineNumber(), locator_->getColumnNumber()});
+        open_.emplace_back();
+    }
+    void endElement(const XMLCh*, const XMLCh*, const XMLCh*) override { open_.pop_back(); }
+    void startDTD(const XMLCh*, const XMLCh*, const XMLCh*) override {
+        throwParseError(locator_->getLineNumber(), locator_->getColumnNumber(),
+                        "document type found, expected none");
+    }
+
+    std::vector<ValidityError> take() { return std::move(errors_); }
+
+private:
+    struct Child {
+        std::u16string name;
+        XMLFileLoc line;
+        XMLFileLoc column;
+    };
+
+    /// The children of an element are checked at its end. People look for the child that the error
+    /// names: "element 'TrackID' is not allowed ...".
+    void placeAtChild(ValidityError& error) const {
+        constexpr std::string_view begin = "element '";
+        const std::size_t end = error.message.find('\'', begin.size());
+        if (error.message.compare(0, begin.size(), begin) != 0 || end == std::string::npos) {
+            return;
+        }
+        const Utf16Text name =
+            Platform::fromUtf8(error.message.substr(begin.size(), end - begin.size()));
+        const auto& children = open_.back();
+        const auto child = std::find_if(children.rbegin(), children.rend(), [&](const Child& each) {
+            return each.name == toXml(name);
+        });
+        if (child != children.rend()) {
+            error.line = child->line;
+            error.column = child->column;
+        }
+    }
+
+    std::size_t most_;
+    const Locator* locator_ = nullptr;
+    std::vector<std::vector<Child>> open_{1}; ///< the children so far of each open element
+    std::vector<ValidityError> errors_;
+};
+
+/// Gives a schema those that it imports. For all else it gives nothing to read.
+class Imports final : public EntityResolver {
+public:
+    explicit Imports(const std::vector<SchemaText>& schemas) : schemas_(schemas) {}
+
+    InputSource* resolveEntity(const XMLCh*, const XMLCh* systemId) override {
+        const std::string path = toUtf8(systemId);
+        const std::string name = path.substr(path.find_last_of('/') + 1);
+        const auto found = std::find_if(schemas_.begin(), schemas_.end(),
+                                        [&](const auto& s) { return s.fileName == name; });
+        if (found == schemas_.end()) {
+            throw Exceptions::InvalidFormat("schema " + name + " is imported, but is not there",
+                                            CORVID_HERE);
+        }
+        return sourceOf(*found).release();
+    }
+
+    static std::unique_ptr<MemBufInputSource> sourceOf(const SchemaText& schema) {
+        return std::make_unique<MemBufInputSource>(
+            reinterpret_cast<const XMLByte*>(schema.text.data()), schema.text.size(),
+            schema.fileName.c_str());
+    }
+
+private:
+    const std::vector<SchemaText>& schemas_;
+};
+
+std::unique_ptr<SAX2XMLReader> createReader(XMLGrammarPool& pool) {
+    std::unique_ptr<SAX2XMLReader> reader(
+        XMLReaderFactory::createXMLReader(XMLPlatformUtils::fgMemoryManager, &pool));
+    const auto set = [&](const XMLCh* feature, bool on) { reader->setFeature(feature, on); };
+    set(XMLUni::fgSAX2CoreNameSpaces, true);
+    set(XMLUni::fgSAX2CoreValidation, true);
+    set(XMLUni::fgXercesDynamic, false);
+    set(XMLUni::fgXercesSchema, true);
+    set(XMLUni::fgXercesHandleMultipleImports, true);
+    set(XMLUni::fgXercesUseCachedGrammarInParse, true);
+    set(XMLUni::fgXercesLoadSchema, false);
+    set(XMLUni::fgXercesLoadExternalDTD, false);
+    set(XMLUni::fgXercesDisableDefaultEntityResolution, true);
+    return reader;
+}
+
+} // namespace
+
+struct SchemaValidator::State {
+    XMLGrammarPoolImpl pool{XMLPlatformUtils::fgMemoryManager};
+};
+
+std::string ValidityError::describe() const {
+    return "line " + std::to_string(line) + ", column " + std::to_string(column) + ": " + message;
+}
+
+SchemaValidator::SchemaValidator(const std::vector<SchemaText>& schemas) {
+    Initializer::instance();
+    state_ = std::make_unique<State>();
+    const auto reader = createReader(state_->pool);
+    Imports imports(schemas);
+    reader->setEntityResolver(&imports);
+    Collector problems(1);
+    reader->setErrorHandler(&problems);
+    try {
+        reader->loadGrammar(*Imports::sourceOf(schemas.front()), Grammar::SchemaGrammarType, true);
+    } catch (const SAXParseException& problem) {
+        throw Exceptions::InvalidFormat(
+            toUtf8(problem.getSystemId()) + ": " + toError(problem).describe(), CORVID_HERE);
+    } catch (const Enough&) {
+        throw Exceptions::InvalidFormat("schemas: " + problems.take().front().describe(),
+                                        CORVID_HERE);
+    }
+    state_->pool.lockPool();
+}
+
+SchemaValidator::~SchemaValidator() = default;
+
+std::vector<ValidityError> SchemaValidator::validate(const unsigned char* bytes, std::size_t length,
+                                                     std::size_t most) const {
+    const auto reader = createReader(state_->pool);
+    const std::vector<SchemaText> none;
+    Imports imports(none);
+    reader->setEntityResolver(&imports);
+    Collector found(most);
+    reader->setErrorHandler(&found);
+    reader->setContentHandler(&found);
+    reader->setLexicalHandler(&found);
+    try {
+        reader->parse(*openBuffer(bytes, length));
+    } catch (const Enough&) {
+        // What was found is all that is wanted.
+    }
+    return found.take();
+}
+
+} // namespace Corvid::XMLUtils

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "Corvid_XMLUtils/Export.h"
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace Corvid::XMLUtils {
+
+/// One XML Schema document.
+struct SchemaText {
+    std::string fileName; ///< by which the others import it
+    std::string text;     ///< in UTF-8
+};
+
+/// Something in a document that its schema does not allow.
+struct ValidityError {
+    unsigned long long line = 0; ///< from 1
+    unsigned long long column = 0;
+    std::string message;
+
+    /// "line 4, column 12: ..."
+    CORVID_XMLUTILS_EXPORT std::string describe() const;
+};
+
+/// Checks documents against XML Schema 1.0 with the validator of Xerces-C. Nothing is opened:
+/// neither what a document nor what a schema names.
+class CORVID_XMLUTILS_EXPORT SchemaValidator {
+public:
+    /// @param schemas  the first describes the root of documents; all that it imports, directly or
+    ///                 not, must be among them.
+    /// @throws InvalidFormat  they are no schemas; tells file, line and reason.
+    explicit SchemaValidator(const std::vector<SchemaText>& schemas);
+    SchemaValidator(const SchemaValidator&) = delete;
+    SchemaValidator& operator=(const SchemaValidator&) = delete;
+    ~SchemaValidator();
+
+    /// Finds what is wrong with a document, in its order.
+    /// @param bytes  of the document, in any encoding that loadDocumentFromBuffer reads. Borrowed.
+    /// @param most   how many errors to return at the most, at least 1.
+    /// @throws what loadDocumentFromBuffer throws for a document that is not well-formed.
+    std::vector<ValidityError> validate(const unsigned char* bytes, std::size_t length,
+                                        std::size_t most) const;
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace Corvid::XMLUtils
