@@ -33,6 +33,12 @@ inline constexpr const XMLCh* universalLabel = u"groups:UniversalLabel";
 inline constexpr const XMLCh* key = u"groups:Key";
 inline constexpr const XMLCh* berOctetCount = u"groups:BEROctetCount";
 inline constexpr const XMLCh* targetInstance = u"types:TargetInstance";
+/// A link is named after the class of the set it leads to, with this behind.
+inline constexpr const XMLCh* linkSuffix = u"_REF";
+/// A link to an identifier that several sets have; in the namespace of the first one's class.
+inline constexpr const XMLCh* ambiguousLink = u"MULTIPLE_METADATASETS_REF";
+/// A link to nothing, or to what the dictionary does not know.
+inline constexpr const XMLCh* danglingLink = u"s377m:Dangling_REF";
 inline constexpr const XMLCh* instanceUID = u"rp210:InstanceUID";
 inline constexpr const XMLCh* generationUID = u"rp210:GenerationUID";
 

@@ -18,9 +18,10 @@ namespace Identifiers = Types::Identifiers;
 using ReferenceHolder = Templates::auto_ptr<Types::Reference>;
 using xercesc::DOMElement;
 
-/// A link names the class that it leads to with "_REF" behind; anything else is a set itself.
+/// What is not a link is a set itself.
 bool isLink(const DOMElement& element) {
-    return std::u16string_view(element.getLocalName()).find(u"_REF") != std::u16string_view::npos;
+    return std::u16string_view(element.getLocalName()).find(Names::linkSuffix) !=
+           std::u16string_view::npos;
 }
 
 ReferenceHolder makeReference(Identifiers::Identifier type, const Types::UUID& target) {

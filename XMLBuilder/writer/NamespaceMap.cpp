@@ -64,7 +64,7 @@ const NamespaceMap::NodeName& NamespaceMap::linkNameOf(
     if (known != linkNames_.end()) {
         return known->second;
     }
-    return linkNames_.emplace(&definition, makeName(definition, u"_REF")).first->second;
+    return linkNames_.emplace(&definition, makeName(definition, Names::linkSuffix)).first->second;
 }
 
 } // namespace Corvid::XMLBuilder

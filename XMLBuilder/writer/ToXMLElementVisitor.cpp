@@ -147,7 +147,7 @@ ToXMLElementVisitor::Outcome ToXMLElementVisitor::writeLink(const Types::Referen
                                                             const MetadataSet& target,
                                                             bool ambiguous, DOMElement* element) {
     const NamespaceMap::NodeName& name = namespaces_->linkNameOf(*target.metaMetadataSet());
-    const XMLCh* linkName = ambiguous ? u"MULTIPLE_METADATASETS_REF" : name.qualified.c_str();
+    const XMLCh* linkName = ambiguous ? Names::ambiguousLink : name.qualified.c_str();
     DOMElement* link = parent_->getOwnerDocument()->createElementNS(name.uri, linkName);
     element->appendChild(link);
     writeTarget(reference, link);
@@ -161,7 +161,7 @@ ToXMLElementVisitor::Outcome ToXMLElementVisitor::writeLink(const Types::Referen
 
 void ToXMLElementVisitor::writeDangling(const Types::Reference& reference, DOMElement* element) {
     DOMElement* link = parent_->getOwnerDocument()->createElementNS(
-        namespaces_->uriOf(Names::s377m.prefix).c_str(), u"s377m:Dangling_REF");
+        namespaces_->uriOf(Names::s377m.prefix).c_str(), Names::danglingLink);
     element->appendChild(link);
     writeTarget(reference, link);
 }

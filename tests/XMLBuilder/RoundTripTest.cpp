@@ -49,6 +49,7 @@ bool holdsASetTwice(const std::string& xml) {
 void expectRoundTrip(Metadata::PartitionMetadata& partition, Flags flags) {
     const auto& dictionary = partition.partitionDictionary().dictionary();
     const std::string first = documentOf(partition, flags);
+    EXPECT_EQ(validityErrors(*dictionary, first), "");
     const std::string second = readAndWritten(first, dictionary, flags);
     if (holdsASetTwice(first)) {
         return;

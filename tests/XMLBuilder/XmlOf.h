@@ -5,8 +5,10 @@
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/Serialise.h"
 #include "host/xmlutils/XmlText.h"
+#include "tests/XMLBuilder/Validity.h"
 #include "tests/support/Model.h"
 
+#include <gtest/gtest.h>
 #include <xercesc/dom/DOM.hpp>
 
 #include <string>
@@ -33,11 +35,17 @@ inline std::string toText(const xercesc::DOMNode* node, XMLUtils::Layout layout)
     return text;
 }
 
+/// The document of a model, which must be valid by the schema of its dictionary; empty where there
+/// is none.
 inline std::string xmlOf(Model& model, Flags flags = {},
                          XMLUtils::Layout layout = XMLUtils::Layout::indented) {
     const auto document = XMLBuilder::partition2XML(&model.partition, flags.referencesAsValues,
                                                     flags.skipNonStructural);
-    return toText(document.get(), layout);
+    const std::string text = toText(document.get(), layout);
+    if (!text.empty()) {
+        EXPECT_EQ(validityErrors(model.dictionary(), text), "") << text;
+    }
+    return text;
 }
 
 /// The same on one line.

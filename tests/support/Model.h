@@ -8,6 +8,7 @@
 #include "host/metadata/PartitionMetadata.h"
 #include "host/types/Types.h"
 
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -35,11 +36,17 @@ public:
 
     /// A model over the built-in dictionary and an extension of it.
     static Model extendedBy(std::string_view text) {
-        MetaMetadata::Dictionary::Texts texts;
-        texts.push_back({"test.dict", text});
+        // Many tests share a text, and dictionaries do not change.
+        static std::map<std::string, Templates::SharedPtr<MetaMetadata::Dictionary>> made;
         try {
-            return Model(
-                MetaMetadata::Dictionary::extend(*MetaMetadata::Dictionary::builtIn(), texts));
+            auto& dictionary = made[std::string(text)];
+            if (!dictionary) {
+                MetaMetadata::Dictionary::Texts texts;
+                texts.push_back({"test.dict", text});
+                dictionary =
+                    MetaMetadata::Dictionary::extend(*MetaMetadata::Dictionary::builtIn(), texts);
+            }
+            return Model(dictionary);
         } catch (const Exceptions::BaseException& e) {
             throw std::invalid_argument(Platform::toUtf8(e.message()));
         }

@@ -1,0 +1,177 @@
+#include "XMLBuilder/schema/ClassSchema.h"
+
+#include "XMLBuilder/NumberInput.h"
+#include "XMLBuilder/schema/DefinitionNames.h"
+#include "XMLBuilder/schema/FrameSchema.h"
+#include "XMLBuilder/schema/ValueSchema.h"
+#include "host/dictionary/Dictionary.h"
+#include "host/dictionary/MetaAttribute.h"
+#include "host/xmlutils/XmlText.h"
+
+#include <algorithm>
+#include <set>
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+namespace Identifiers = Types::Identifiers;
+using MetaMetadata::MetaElement;
+using MetaMetadata::MetaMetadataSet;
+using xercesc::DOMElement;
+
+std::u16string qualifiedName(const DefinitionNames& names) {
+    return std::u16string(names.names.prefix) + u':' + names.tag;
+}
+
+bool isInstanceUID(const DefinitionNames& names) {
+    return qualifiedName(names) == Names::instanceUID;
+}
+
+bool isAttribute(const DefinitionNames& names) {
+    return isInstanceUID(names) || qualifiedName(names) == Names::generationUID;
+}
+
+bool isReference(Identifiers::Identifier type) {
+    return type == Identifiers::StrongReference || type == Identifiers::WeakReference;
+}
+
+std::u16string toText(const Utf16Text& text) { return XMLUtils::toXml(text); }
+
+std::u16string describeProperty(const MetaElement& property) {
+    const auto encoding = Types::dottedHexadecimal;
+    std::u16string text = toText(property.label().toString(encoding));
+    if (property.staticLocalTag() != 0) {
+        text +=
+            u", local tag " + toText(Types::LocalTag(property.staticLocalTag()).toString(encoding));
+    }
+    return text;
+}
+
+void addProperty(SchemaDocument& document, const MetaElement& property,
+                 const DefinitionNames& names) {
+    const Identifiers::Identifier type = property.dataType();
+    const Identifiers::Identifier itemType =
+        property.isCollection()
+            ? static_cast<const MetaMetadata::MetaCollectionElement&>(property).dataSubType()
+            : type;
+    if (isAttribute(names)) {
+        document.define(u"xs:attribute", names.tag, {{u"type", schemaTypeOf(type, document)}});
+        return;
+    }
+    auto& element = document.define(u"xs:element", names.tag);
+    document.annotate(element, describeProperty(property));
+    if (isReference(itemType)) {
+        const auto reference = document.refer(
+            Names::groups, property.isCollection() ? Frame::references : Frame::reference);
+        element.setAttribute(u"type", reference.c_str());
+    } else if (!property.isCollection()) {
+        element.setAttribute(u"type", schemaTypeOf(type, document).c_str());
+    } else {
+        auto& items = document.add(document.add(element, u"xs:complexType"), u"xs:sequence");
+        document.add(items, u"xs:element",
+                     {{u"name", u"Element"},
+                      {u"type", schemaTypeOf(itemType, document)},
+                      {u"minOccurs", u"0"},
+                      {u"maxOccurs", u"unbounded"}});
+    }
+}
+
+/// The properties of a set as they follow one another in its element; those without a place in
+/// documents are left out.
+std::vector<const MetaElement*> inDocumentOrder(const MetaMetadataSet& set) {
+    std::vector<std::pair<std::uint32_t, const MetaElement*>> ordered;
+    for (const auto& attribute : set.attributes()) {
+        // A set's attributes are all of this kind.
+        const auto& property =
+            static_cast<const MetaMetadata::MetaAttribute&>(*attribute).metaElement();
+        if (const unsigned short* index = property.attribute("SchemaIndex")) {
+            ordered.emplace_back(readNumber<std::uint32_t>(XMLUtils::toXml(index)), &property);
+        }
+    }
+    std::sort(ordered.begin(), ordered.end());
+    std::vector<const MetaElement*> properties;
+    for (const auto& [index, property] : ordered) {
+        properties.push_back(property);
+    }
+    return properties;
+}
+
+/// The properties of a set's type, and which of them its ancestor's brings along.
+struct TypeContent {
+    explicit TypeContent(const MetaMetadataSet& set) : properties(inDocumentOrder(set)) {
+        // Xerces-C loses the ancestor's part where a type extends one of a namespace that imports
+        // its own.
+        if (set.parent() == nullptr || std::u16string_view(DefinitionNames(set).names.uri) !=
+                                           DefinitionNames(*set.parent()).names.uri) {
+            return;
+        }
+        // What extends a type comes behind all that it has, so the ancestor's must come first.
+        const auto before = inDocumentOrder(*set.parent());
+        if (before.size() <= properties.size() &&
+            std::equal(before.begin(), before.end(), properties.begin())) {
+            base = set.parent();
+            inherited = before.size();
+        }
+    }
+
+    std::vector<const MetaElement*> properties;
+    const MetaMetadataSet* base = nullptr;
+    std::size_t inherited = 0;
+};
+
+void addType(SchemaDocument& document, const MetaMetadataSet& set, const DefinitionNames& names) {
+    const TypeContent content(set);
+    DOMElement* type = &document.define(u"xs:complexType", names.tag);
+    document.annotate(*type, u"set " + toText(set.key().toString(Types::dottedHexadecimal)));
+    if (content.base != nullptr) {
+        const DefinitionNames base(*content.base);
+        type = &document.add(document.add(*type, u"xs:complexContent"), u"xs:extension",
+                             {{u"base", document.refer(base.names, base.tag)}});
+    }
+    auto& sequence = document.add(*type, u"xs:sequence");
+    if (content.base == nullptr) {
+        document.add(
+            sequence, u"xs:element",
+            {{u"ref", document.refer(Names::groups, Frame::extensions)}, {u"minOccurs", u"0"}});
+    }
+    const auto begin = content.properties.begin() + static_cast<std::ptrdiff_t>(content.inherited);
+    for (auto property = begin; property != content.properties.end(); ++property) {
+        const DefinitionNames each(**property);
+        const std::u16string reference = document.refer(each.names, each.tag);
+        if (isAttribute(each)) {
+            document.add(
+                *type, u"xs:attribute",
+                {{u"ref", reference}, {u"use", isInstanceUID(each) ? u"required" : u"optional"}});
+        } else {
+            document.add(sequence, u"xs:element", {{u"ref", reference}, {u"minOccurs", u"0"}});
+        }
+    }
+}
+
+} // namespace
+
+void describeProperties(SchemaSet& schemas, const MetaMetadata::Dictionary& dictionary) {
+    for (auto i = dictionary.metaElementBegin(); i != dictionary.metaElementEnd(); ++i) {
+        const DefinitionNames names(**i);
+        addProperty(schemas.of(names.names), **i, names);
+    }
+}
+
+void describeSets(SchemaSet& schemas, const MetaMetadata::Dictionary& dictionary) {
+    std::set<std::u16string> uris;
+    for (auto i = dictionary.metaMetadataSetBegin(); i != dictionary.metaMetadataSetEnd(); ++i) {
+        const DefinitionNames names(**i);
+        auto& document = schemas.of(names.names);
+        const std::u16string link = document.refer(Names::groups, Frame::link);
+        addType(document, **i, names);
+        document.define(u"xs:element", names.tag,
+                        {{u"type", document.refer(names.names, names.tag)}});
+        document.define(u"xs:element", names.tag + Names::linkSuffix, {{u"type", link}});
+        if (uris.insert(names.names.uri).second) {
+            document.define(u"xs:element", Names::ambiguousLink, {{u"type", link}});
+        }
+    }
+}
+
+} // namespace Corvid::XMLBuilder

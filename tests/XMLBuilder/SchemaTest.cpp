@@ -1,0 +1,128 @@
+#include "XMLBuilder/schema/Schemas.h"
+#include "tests/XMLBuilder/Things.h"
+
+namespace Corvid::Testing {
+namespace {
+
+/// A document with a bit of everything.
+std::string validDocument() {
+    Model model;
+    auto& preface = model.set("Preface", 1);
+    model.value(preface, "GenerationUID", uuid(9));
+    model.value(preface, "FileLastModified", Types::Timestamp(2024, 2, 29, 12, 30, 15, 500));
+    model.value(preface, "FormatVersion", Types::VersionType(1, 3));
+    model.value(preface, "OperationalPattern", Types::UniversalLabel());
+    model.reference(preface, "ContentStorageObject", 2);
+    model.set("ContentStorage", 2);
+    auto& track = model.set("TimelineTrack", 3);
+    model.value(track, "TrackID", Types::UInt32(7));
+    model.unknown(track, 0x3F01, "bytes");
+    model.darkSet(Model::darkKey(), 4, "dark");
+    return xmlOf(model);
+}
+
+std::string errorsOf(const std::string& document) {
+    return validityErrors(*MetaMetadata::Dictionary::builtIn(), document);
+}
+
+struct Damage {
+    const char* name;
+    const char* from;
+    const char* to;
+    const char* told; ///< in one of the errors
+};
+
+class Schema : public testing::TestWithParam<Damage> {};
+
+TEST_P(Schema, doesNotAllowADamagedDocument) {
+    std::string document = validDocument();
+    const std::string from = GetParam().from;
+    const std::size_t at = document.find(from);
+    ASSERT_NE(at, std::string::npos) << document;
+    const auto line =
+        1 + std::count(document.begin(), document.begin() + static_cast<std::ptrdiff_t>(at), '\n');
+    document.replace(at, from.size(), GetParam().to);
+    const std::string errors = errorsOf(document);
+    EXPECT_NE(errors.find(GetParam().told), std::string::npos) << errors << document;
+    EXPECT_EQ(errors.find("line " + std::to_string(line) + ","), 0U) << errors << document;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , Schema,
+    testing::Values(Damage{"MisspeltProperty", "<rp210:FormatVersion>259</rp210:FormatVersion>",
+                           "<rp210:FormatVersoin>259</rp210:FormatVersoin>", "rp210:FormatVersoin"},
+                    Damage{"MisspeltSet", "<s377m:ContentStorage ", "<s377m:ContentStorge ",
+                           "s377m:ContentStorge"},
+                    Damage{"PropertyOfAnotherClass", "<rp210:TrackID>7</rp210:TrackID>",
+                           "<rp210:FormatVersion>1</rp210:FormatVersion>", "FormatVersion"},
+                    Damage{"TextForANumber", "<rp210:TrackID>7<", "<rp210:TrackID>seven<", "seven"},
+                    Damage{"NumberTooGreat", "<rp210:FormatVersion>259<",
+                           "<rp210:FormatVersion>65536<", "65536"},
+                    Damage{"LabelCutOff", "00.00</rp210:OperationalPattern>",
+                           "00</rp210:OperationalPattern>", "regular expression"},
+                    Damage{"NoInstanceUID", "<s377m:TimelineTrack rp210:InstanceUID",
+                           "<s377m:TimelineTrack id", "InstanceUID"},
+                    Damage{"UnknownPart", "<types:Month>2</types:Month>",
+                           "<types:Mouth>2</types:Mouth>", "types:Mouth"},
+                    Damage{"LinkToNothing", " types:TargetInstance=\"", " types:Target=\"",
+                           "TargetInstance"},
+                    Damage{"BytesThatAreNone", "6279746573", "6279746573x", "6279746573x"},
+                    Damage{"DarkSetWithoutKey", " groups:Key=\"", " groups:Kee=\"", "Kee"}),
+    [](const auto& which) { return which.param.name; });
+
+TEST(Schemas, allowWhatTheWriterMakes) { EXPECT_EQ(errorsOf(validDocument()), ""); }
+
+TEST(Schemas, areOneForEachNamespaceWithItsOwnFile) {
+    const auto schemas = XMLBuilder::makeSchemas(*MetaMetadata::Dictionary::builtIn());
+    std::vector<std::string> files;
+    for (const auto& schema : schemas) {
+        files.push_back(schema.fileName);
+        EXPECT_NE(toText(schema.document.get(), XMLUtils::Layout::compact)
+                      .find("targetNamespace=\"" + schema.namespaceUri + "\""),
+                  std::string::npos);
+    }
+    EXPECT_THAT(files, testing::IsSupersetOf({"s377m.xsd", "rp210.xsd", "groups.xsd", "types.xsd",
+                                              "s422mTypes.xsd"}));
+    EXPECT_TRUE(std::is_sorted(files.begin(), files.end()));
+    EXPECT_EQ(std::adjacent_find(files.begin(), files.end()), files.end());
+}
+
+TEST(Schemas, areTheSameOnEveryCall) {
+    const auto& dictionary = *MetaMetadata::Dictionary::builtIn();
+    const auto once = XMLBuilder::makeSchemas(dictionary);
+    const auto again = XMLBuilder::makeSchemas(dictionary);
+    ASSERT_EQ(once.size(), again.size());
+    for (std::size_t i = 0; i != once.size(); ++i) {
+        EXPECT_EQ(toText(once[i].document.get(), XMLUtils::Layout::compact),
+                  toText(again[i].document.get(), XMLUtils::Layout::compact));
+    }
+}
+
+TEST(Schemas, knowWhatAnExtensionGivesToAClassThatOthersInheritFrom) {
+    // It has the highest SchemaIndex, so it stands behind the properties of the descendants.
+    auto model = Model::extendedBy(
+        "namespace s377m urn:SMPTE:S377M\nnamespace e urn:test:elements\n"
+        "extend s377m:InterchangeObject\n"
+        "property e:Note 06.0e.2b.34.01.01.01.01.0e.7f.01.00.00.00.01.00 - UTF16String optional "
+        "-\n");
+    auto& preface = model.set("Preface", 1);
+    model.value(preface, "FormatVersion", Types::VersionType(1, 3));
+    model.value(preface, "Note", Types::UTF16String(Platform::fromUtf8("x").c_str()));
+    const std::string document = xmlOf(model); // which is held to be valid
+    EXPECT_LT(document.find("FormatVersion"), document.find("e:Note"));
+}
+
+TEST(Schemas, refuseASetAndAPropertyOfOneName) {
+    auto model = Model::extendedBy(
+        "namespace s377m urn:SMPTE:S377M\nnamespace e urn:test:elements\n"
+        "set e:Same 06.0e.2b.34.02.53.01.01.0e.7f.01.00.00.00.00.00 s377m:InterchangeObject "
+        "concrete\n"
+        "property e:Same 06.0e.2b.34.01.01.01.01.0e.7f.01.00.00.00.01.00 - UInt8 optional -\n");
+    const Failure failure = failureOf<Exceptions::InvalidDictionary>(
+        [&] { XMLBuilder::makeSchemas(model.dictionary()); });
+    EXPECT_NE(failure.message.find("Same"), std::string::npos) << failure.message;
+    EXPECT_NE(failure.message.find("urn:test:elements"), std::string::npos) << failure.message;
+}
+
+} // namespace
+} // namespace Corvid::Testing
