@@ -5,7 +5,8 @@
 --samples stands for the folder of real files (CORVID_SAMPLES, else beside the project), --small for
 the file of small_file.py.
 
-Each file is written twice: to a file, indented; and to standard output, compact and in UTF-16. A
+Each file is written to a file, indented, with references as links and as values; and to standard
+output, compact and in UTF-16. xmllint validates the former, the command itself the latter. A
 file with characters that XML cannot hold must be refused without --replace-invalid. One line per
 file; exit status 1 if anything is amiss, 77 if there is nothing to check or to check with.
 """
@@ -56,7 +57,10 @@ def complaints_about(arguments, facts, path, target):
         status, _, message = run([arguments.xmllint, "--noout", "--nonet", target])
         if status:
             yield "xmllint: " + message
-    status, text, message = run(command + ["--compact", "--encoding", "utf-16"])
+    status, _, message = run(command + ["-o", target[:-4] + ".values.xml", "--references", "values"])
+    if status:
+        yield "references as values: status %d: %s" % (status, message)
+    status, text, message = run(command + ["--validate", "--compact", "--encoding", "utf-16"])
     if status:
         yield "compact, utf-16: status %d: %s" % (status, message)
         return
@@ -123,7 +127,27 @@ def check(arguments, folders, scratch):
             print("    " + line)
         bad += bool(found)
     print("%d of %d files as they should be" % (len(files) - bad, len(files)))
-    return 1 if bad else 0
+    return 1 if bad or invalid_documents(arguments, scratch) else 0
+
+
+def invalid_documents(arguments, scratch):
+    """Prints what xmllint finds in the documents, by the schemas that the command writes. All in
+    one go, because to load the schemas takes longer than to validate most documents."""
+    schemas = os.path.join(scratch, "schema")
+    status, _, message = run([arguments.corvid, "schema", "-o", schemas])
+    if status:
+        print("corvid schema: status %d: %s" % (status, message))
+        return True
+    documents = sorted(glob.glob(os.path.join(glob.escape(scratch), "*.xml")))
+    if not arguments.xmllint or not documents:
+        return False
+    schema = os.path.join(schemas, "s377m.xsd")
+    status, _, message = run(
+        [arguments.xmllint, "--noout", "--nonet", "--schema", schema] + documents
+    )
+    lines = [line for line in message.splitlines() if not line.endswith(" validates")]
+    print("%d documents validated with xmllint: %s" % (len(documents), lines or "all are valid"))
+    return status != 0
 
 
 if __name__ == "__main__":

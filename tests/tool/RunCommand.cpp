@@ -50,6 +50,11 @@ std::size_t Workshop::count() const {
 
 Bytes smallClip() { return MxfBuilder().add(headerPartition()).withRandomIndexPack().build(); }
 
+Bytes clipWithANamelessSet() {
+    const Bytes nameless = klv(structuralKey(timelineTrackSet), property(0x4801, number(7, 4)));
+    return MxfBuilder().add(headerPartition(join({smallMetadata(), nameless}))).build();
+}
+
 Bytes clipWithCompany(std::u16string_view name) {
     const Bytes metadata =
         join({standardPrimer(),

@@ -38,6 +38,9 @@ private:
 /// A file with small metadata that has nothing odd.
 Bytes smallClip();
 
+/// A file with a set that has no InstanceUID.
+Bytes clipWithANamelessSet();
+
 /// A file whose first Identification holds a company name of these code units.
 Bytes clipWithCompany(std::u16string_view name);
 

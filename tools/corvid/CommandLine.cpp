@@ -4,6 +4,7 @@
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/HelpFormatter.h"
 #include "tools/corvid/Info.h"
+#include "tools/corvid/Schema.h"
 #include "tools/corvid/ToXml.h"
 #include "tools/corvid/XmlModule.h"
 
@@ -85,6 +86,9 @@ Work declareToXml(CLI::App& verb) {
                   "Write U+FFFD for characters that XML can't hold, and say where, instead of "
                   "refusing them")
         ->group(processing);
+    verb.add_flag("--validate", options->validate,
+                  "Check the document against its schema before it is written")
+        ->group(processing);
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->type_name("FILE")
         ->capture_default_str()
@@ -137,6 +141,17 @@ Work declareInfo(CLI::App& verb, bool colours) {
     return [options](Messages& messages) { info(*options, messages); };
 }
 
+Work declareSchema(CLI::App& verb) {
+    const auto options = std::make_shared<SchemaOptions>();
+    declareDictionaries(verb, options->dictionaries);
+    verb.add_option("-o,--output", options->folder,
+                    "Folder for the schemas, one file per namespace")
+        ->type_name("DIR")
+        ->capture_default_str()
+        ->group(output);
+    return [options](Messages& messages) { xmlVerbs().schema(*options, messages); };
+}
+
 } // namespace
 
 Command parseCommandLine(int argc, const char* const* argv, bool colours) {
@@ -158,6 +173,7 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     add("from-xml", "Write a document as an MXF header partition", declareFromXml);
     add("info", "Tell what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
+    add("schema", "Write the XML Schema of the documents", declareSchema);
 
     try {
         app.parse(argc, argv);

@@ -1,9 +1,11 @@
 #include "tools/corvid/ToXml.h"
 
 #include "XMLBuilder/XMLBuilder.h"
+#include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/Serialise.h"
 #include "host/xmlutils/XmlText.h"
+#include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/InstanceText.h"
 #include "tools/corvid/Messages.h"
@@ -55,9 +57,29 @@ public:
     Writer(const Document& document, const ToXmlOptions& options)
         : document_(document), options_(options) {}
 
-    void replacing(Output& output, Messages& messages) const {
+    void write(Output& output, const MetaMetadata::Dictionary& dictionary,
+               Messages& messages) const {
+        if (options_.validate) {
+            DataIO::Memory::MemoryDataSink text;
+            writeTo(text, messages);
+            validateDocument(text.rawBuffer(), text.serializedSize(), dictionary, messages);
+            output.write(text.rawBuffer(), text.serializedSize());
+        } else if (options_.replaceInvalid || output.isHeldBack()) {
+            writeTo(output, messages);
+        } else {
+            writeWholeOrNothing(output, messages);
+        }
+    }
+
+private:
+    void writeTo(DataIO::DataSink& sink, Messages& messages) const {
+        if (!options_.replaceInvalid) {
+            RefuseWithAdvice refuse;
+            serialise(refuse, sink);
+            return;
+        }
         XMLUtils::ReplaceInvalidCharacters replaced;
-        serialise(replaced, output);
+        serialise(replaced, sink);
         for (const auto& character : replaced.replaced()) {
             messages.warning(character.describe() + ": replaced by U+FFFD");
         }
@@ -69,24 +91,18 @@ public:
         }
     }
 
-    void refusing(Output& output) const {
-        RefuseWithAdvice refuse;
-        if (output.isHeldBack()) {
-            serialise(refuse, output);
-            return;
-        }
-        // Whoever reads standard output gets the whole document or nothing. One that is too long to
-        // keep is serialised a second time, when it is known that nothing is refused.
+    /// For whoever reads standard output. What is too long to keep is serialised a second time,
+    /// when it is known that nothing is refused.
+    void writeWholeOrNothing(Output& output, Messages& messages) const {
         HeldText text;
-        serialise(refuse, text);
+        writeTo(text, messages);
         if (text.isWhole()) {
             output.write(text.kept().data(), text.kept().size());
         } else {
-            serialise(refuse, output);
+            writeTo(output, messages);
         }
     }
 
-private:
     void serialise(XMLUtils::InvalidCharacters& invalid, DataIO::DataSink& sink) const {
         XMLUtils::serialise(document_.get(), options_.encoding,
                             options_.compact ? XMLUtils::Layout::compact
@@ -142,19 +158,15 @@ void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
     if (output->replaces(options.clip.path)) {
         throw UsageError{"the output is the input itself"};
     }
-    mxf::File file(options.clip.path, loadDictionary(options.clip.dictionaries), messages);
+    const auto dictionary = loadDictionary(options.clip.dictionaries);
+    mxf::File file(options.clip.path, dictionary, messages);
     work.header = readMetadata(file, options.clip);
     if (options.clip.partition == "auto" && work.header.partition != 0) {
         messages.note("metadata is from " +
                       describe(work.header.partition, file.partitions()[work.header.partition]));
     }
     work.document = build(*work.header.metadata, options);
-    const Writer writer(work.document, options);
-    if (options.replaceInvalid) {
-        writer.replacing(*output, messages);
-    } else {
-        writer.refusing(*output);
-    }
+    Writer(work.document, options).write(*output, *dictionary, messages);
     output->commit();
 }
 

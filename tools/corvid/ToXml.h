@@ -16,6 +16,7 @@ struct ToXmlOptions {
     bool structuralOnly = false; ///< without sets that are no structural metadata
     std::string start;           ///< InstanceUID of the set to begin with; empty for the Preface
     bool compact = false;
+    bool validate = false;       ///< against the schema, before anything is written
     bool replaceInvalid = false; ///< U+FFFD in the place of what XML can't hold
 };
 

@@ -4,6 +4,7 @@ namespace Corvid::Tool {
 
 class Messages;
 struct FromXmlOptions;
+struct SchemaOptions;
 struct ToXmlOptions;
 
 /// The verbs that need XML, as the module offers them.
@@ -14,6 +15,7 @@ struct ToXmlOptions;
 struct XmlVerbs {
     void (*toXml)(const ToXmlOptions& options, Messages& messages);
     void (*fromXml)(const FromXmlOptions& options, Messages& messages);
+    void (*schema)(const SchemaOptions& options, Messages& messages);
 };
 
 /// Loads the module on first use; it stays.

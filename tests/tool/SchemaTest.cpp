@@ -1,0 +1,68 @@
+#include "tests/tool/RunCommand.h"
+
+#include <gmock/gmock.h>
+
+using namespace Corvid::Testing;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+namespace {
+
+class SchemaCommand : public ::testing::Test {
+protected:
+    SchemaCommand() { shop.write("clip.mxf", smallClip()); }
+
+    Workshop shop;
+};
+
+TEST_F(SchemaCommand, writesAFileForEachNamespace) {
+    const Outcome outcome = shop.run("corvid schema -o made/schema");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, IsEmpty());
+    EXPECT_THAT(outcome.err, HasSubstr("s377m.xsd describes whole documents"));
+    for (const char* file : {"s377m", "rp210", "groups", "types", "s422mTypes"}) {
+        EXPECT_THAT(shop.read(std::string("made/schema/") + file + ".xsd"), HasSubstr("<xs:schema"))
+            << file;
+    }
+}
+
+TEST_F(SchemaCommand, describesWhatADictionaryAdds) {
+    shop.write("house.dict", std::string("namespace s377m urn:SMPTE:S377M\n"
+                                         "namespace house urn:test:House\n"
+                                         "extend s377m:Preface\n"
+                                         "property house:Shelf 06.0e.2b.34.01.01.01.01.0e.7f.01."
+                                         "00.00.00.01.00 - UInt8 optional -\n"));
+    EXPECT_EQ(shop.run("corvid schema --dictionary house.dict -o schema").status, 0);
+    EXPECT_THAT(shop.read("schema/house.xsd"), HasSubstr("name=\"Shelf\""));
+    EXPECT_THAT(shop.read("schema/s377m.xsd"), HasSubstr("ref=\"house:Shelf\""));
+}
+
+TEST_F(SchemaCommand, leavesNothingHalfWritten) {
+    shop.run("mkdir schema; mkdir schema/types.xsd");
+    const Outcome outcome = shop.run("corvid schema -o schema");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.err, HasSubstr("types.xsd"));
+    EXPECT_EQ(shop.run("ls schema").out, "types.xsd\n");
+    EXPECT_EQ(shop.run("corvid schema -o clip.mxf/schema").status, 3);
+}
+
+TEST_F(SchemaCommand, validatesWhatIsWritten) {
+    const Outcome plain = shop.run("corvid to-xml clip.mxf");
+    const Outcome checked = shop.run("corvid to-xml --validate clip.mxf");
+    EXPECT_EQ(checked.status, 0) << checked.err;
+    EXPECT_EQ(checked.out, plain.out);
+    EXPECT_THAT(checked.err, IsEmpty());
+}
+
+TEST_F(SchemaCommand, refusesADocumentThatIsNotValid) {
+    // A set without InstanceUID can be written, but nobody could refer to it.
+    shop.write("nameless.mxf", clipWithANamelessSet());
+    EXPECT_EQ(shop.run("corvid to-xml nameless.mxf -o plain.xml").status, 0);
+    const Outcome outcome = shop.run("corvid to-xml --validate nameless.mxf -o checked.xml");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("corvid: nameless.mxf: line 20, column 26: "));
+    EXPECT_THAT(outcome.err, HasSubstr("InstanceUID"));
+    EXPECT_EQ(shop.run("ls *.xml").out, "plain.xml\n");
+}
+
+} // namespace

@@ -1,0 +1,44 @@
+#include "tools/corvid/Schema.h"
+
+#include "tools/corvid/Clip.h"
+#include "tools/corvid/DocumentSchema.h"
+#include "tools/corvid/Messages.h"
+#include "tools/corvid/Output.h"
+
+#include <filesystem>
+#include <memory>
+
+namespace Corvid::Tool {
+
+namespace {
+
+/// @throws OutputError  it can't be made.
+void makeFolder(const std::filesystem::path& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(folder, error);
+    if (error) {
+        throw OutputError(folder.string(), "can't make the folder", error.value());
+    }
+}
+
+} // namespace
+
+void schema(const SchemaOptions& options, Messages& messages) {
+    const auto schemas = documentSchemas(*loadDictionary(options.dictionaries));
+    const std::filesystem::path folder = options.folder;
+    makeFolder(folder);
+    // All are written before the first gets its name.
+    std::vector<std::unique_ptr<Output>> outputs;
+    for (const auto& each : schemas) {
+        auto output = Output::open((folder / each.fileName).string());
+        output->write(reinterpret_cast<const unsigned char*>(each.text.data()), each.text.size());
+        outputs.push_back(std::move(output));
+    }
+    for (const auto& output : outputs) {
+        output->commit();
+    }
+    messages.note(std::to_string(schemas.size()) + " schemas written to " + options.folder + "; " +
+                  schemas.front().fileName + " describes whole documents");
+}
+
+} // namespace Corvid::Tool

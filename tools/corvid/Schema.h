@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Corvid::Tool {
+
+class Messages;
+
+/// What `corvid schema` can be told.
+struct SchemaOptions {
+    std::vector<std::string> dictionaries; ///< files with definitions beside the built-in ones
+    std::string folder = ".";              ///< where the schemas go; made where it is missing
+};
+
+/// Writes the XML Schema documents of the documents that `to-xml` writes, one file per namespace.
+///
+/// Needs Xerces-C; see XmlModule.h.
+/// @throws IOError, BaseException  as guard() takes them.
+void schema(const SchemaOptions& options, Messages& messages);
+
+} // namespace Corvid::Tool
