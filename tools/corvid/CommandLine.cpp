@@ -120,6 +120,9 @@ Work declareFromXml(CLI::App& verb) {
             [options](std::int64_t) { options->identifiers = DocumentIdentifiers::fresh; },
             "Give every set a new InstanceUID instead of the one in the document")
         ->group(processing);
+    verb.add_flag("--validate", options->validate,
+                  "Check the document against its schema before it is read")
+        ->group(processing);
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->required()
         ->type_name("FILE")

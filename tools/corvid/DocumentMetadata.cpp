@@ -53,10 +53,8 @@ DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
     return document;
 }
 
-DocumentMetadata readDocumentFile(const std::string& path,
-                                  const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
-                                  DocumentIdentifiers identifiers) {
-    const std::string bytes = readWhole(path, greatestDocument, "a document");
+std::string loadDocumentText(const std::string& path) {
+    std::string bytes = readWhole(path, greatestDocument, "a document");
     if (bytes.empty()) {
         throw Exceptions::InvalidFormat("an empty file, expected an XML document", CORVID_HERE);
     }
@@ -65,8 +63,14 @@ DocumentMetadata readDocumentFile(const std::string& path,
                                         "makes one of it",
                                         CORVID_HERE);
     }
+    return bytes;
+}
+
+DocumentMetadata readDocumentText(const std::string& text,
+                                  const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+                                  DocumentIdentifiers identifiers) {
     try {
-        return readDocument(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(),
+        return readDocument(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
                             dictionary, identifiers);
     } catch (const Exceptions::ParseError& error) {
         throw Exceptions::ParseError(messageOf(error), error.file(), error.line());

@@ -29,12 +29,16 @@ DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
                               const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                               DocumentIdentifiers identifiers);
 
-/// Reads a file that people say is a document.
+/// The bytes of a file that people say is a document.
 /// @param path  "-" is standard input.
 /// @throws IOError        it can't be read.
-/// @throws InvalidFormat  it is empty, or an MXF file; else as readDocument(), but that what the
-///                        parser refuses is told without naming the parser.
-DocumentMetadata readDocumentFile(const std::string& path,
+/// @throws InvalidFormat  it is empty, or an MXF file.
+std::string loadDocumentText(const std::string& path);
+
+/// Reads what loadDocumentText() gave.
+/// @throws BaseException  as readDocument(), but that what the parser refuses is told without
+///     naming the parser.
+DocumentMetadata readDocumentText(const std::string& text,
                                   const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                                   DocumentIdentifiers identifiers);
 

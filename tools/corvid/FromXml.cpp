@@ -3,6 +3,7 @@
 #include "host/dataio/BufferedSink.h"
 #include "host/mxf/HeaderMetadataWriter.h"
 #include "tools/corvid/Clip.h"
+#include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/Output.h"
@@ -55,8 +56,13 @@ void fromXml(const FromXmlOptions& options, Messages& messages) {
     if (output->isTerminal()) {
         throw UsageError{"an MXF file is nothing for a terminal; -o FILE writes it to a file"};
     }
-    const DocumentMetadata document =
-        readDocumentFile(options.path, loadDictionary(options.dictionaries), options.identifiers);
+    const auto dictionary = loadDictionary(options.dictionaries);
+    const std::string text = loadDocumentText(options.path);
+    if (options.validate) {
+        validateDocument(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
+                         *dictionary, messages);
+    }
+    const DocumentMetadata document = readDocumentText(text, dictionary, options.identifiers);
     report(document.copies, messages);
     const auto& preface = prefaceOf(*document.metadata, messages);
     const mxf::PartitionPack pack = packFor(preface, options.kagSize, messages);

@@ -9,6 +9,7 @@ struct FromXmlOptions {
     std::string path;                      ///< "-" is standard input
     std::vector<std::string> dictionaries; ///< files with definitions beside the built-in ones
     DocumentIdentifiers identifiers = DocumentIdentifiers::written;
+    bool validate = false;       ///< against the schema, before anything is read
     std::uint32_t kagSize = 512; ///< bytes; 1 for no alignment
     std::string output;          ///< "-" is standard output
 };
