@@ -63,7 +63,10 @@ public:
         }
     }
     // A document that is not well-formed is none, whatever was found before.
-    void fatalError(const SAXParseException& problem) override { throw problem; }
+    void fatalError(const SAXParseException& problem) override {
+        throwParseError(problem.getLineNumber(), problem.getColumnNumber(),
+                        toUtf8(problem.getMessage()).c_str());
+    }
     void warning(const SAXParseException&) override {}
     void resetErrors() override {}
 
