@@ -4,6 +4,7 @@
 #include "host/dictionary/MetaAttribute.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MisplacedAttribute.h"
+#include "host/dictionary/UnknownAttribute.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -204,6 +205,27 @@ bool isA(const MetadataSet& set, Structural::SetClass ancestor) {
 std::string className(const MetadataSet& set) {
     return set.metaMetadataSet() == nullptr ? Platform::toUtf8(set.key().toString())
                                             : tagName(*set.metaMetadataSet());
+}
+
+std::string propertyName(const Metadata::PartitionDictionary& tags, const Element& element) {
+    struct Unknown : MetaMetadata::AbstractMetaAttributeVisitor {
+        void visit(const MetaMetadata::UnknownAttribute& attribute) override {
+            tag = attribute.localTag();
+        }
+        void visit(const MetaMetadata::MisplacedAttribute&) override {}
+        void visit(const MetaMetadata::MetaAttribute&) override {}
+        Types::LocalTag tag;
+    } unknown;
+    if (const auto* definition = Metadata::definitionOf(*element.metaAttribute())) {
+        return tagName(*definition);
+    }
+    element.metaAttribute()->accept(unknown);
+    const auto* const label = tags.find(unknown.tag, true);
+    if (label == nullptr) {
+        return "tag " + Platform::toUtf8(unknown.tag.toString());
+    }
+    const auto* const definition = tags.dictionary()->findElement(*label);
+    return definition == nullptr ? Platform::toUtf8(label->toString()) : tagName(*definition);
 }
 
 std::string tagName(const MetaMetadata::MetaDefinition& definition) {

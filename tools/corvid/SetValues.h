@@ -66,6 +66,11 @@ bool isA(const Metadata::MetadataSet& set, Structural::SetClass ancestor);
 /// What the dictionary calls the class of a set; its key where it does not know it.
 std::string className(const Metadata::MetadataSet& set);
 
+/// What people call a property: its name in the dictionary, else its label, else its tag.
+/// @param tags  of the partition that the element is in.
+std::string propertyName(const Metadata::PartitionDictionary& tags,
+                         const Metadata::Element& element);
+
 /// What the dictionary calls a definition.
 std::string tagName(const MetaMetadata::MetaDefinition& definition);
 

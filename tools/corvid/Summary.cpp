@@ -1,7 +1,6 @@
 #include "tools/corvid/Summary.h"
 
 #include "host/dictionary/AbstractMetaAttributeVisitor.h"
-#include "host/dictionary/MisplacedAttribute.h"
 #include "host/dictionary/UnknownAttribute.h"
 #include "tools/corvid/SetValues.h"
 
@@ -169,22 +168,20 @@ public:
                     Summary& summary)
         : tags_(tags), set_(set), summary_(summary) {}
 
-    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
-        const auto* const label = tags_.find(attribute.localTag(), true);
-        const std::string name = label == nullptr
-                                     ? "tag " + Platform::toUtf8(attribute.localTag().toString())
-                                     : Platform::toUtf8(label->toString());
-        if (attribute.reason() != MetaMetadata::UnknownAttribute::unfitValue) {
-            ++summary_.unknownProperties[name];
-            return;
-        }
-        const auto* const element =
-            label == nullptr ? nullptr : tags_.dictionary()->findElement(*label);
-        ++summary_.unfitProperties[className(set_) + "/" +
-                                   (element == nullptr ? name : tagName(*element))];
+    void add(const Metadata::Element& element) {
+        name_ = propertyName(tags_, element);
+        element.metaAttribute()->accept(*this);
     }
-    void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
-        ++summary_.misplacedProperties[className(set_) + "/" + tagName(attribute.metaElement())];
+
+    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
+        if (attribute.reason() != MetaMetadata::UnknownAttribute::unfitValue) {
+            ++summary_.unknownProperties[name_];
+        } else {
+            ++summary_.unfitProperties[className(set_) + "/" + name_];
+        }
+    }
+    void visit(const MetaMetadata::MisplacedAttribute&) override {
+        ++summary_.misplacedProperties[className(set_) + "/" + name_];
     }
     void visit(const MetaMetadata::MetaAttribute&) override {}
 
@@ -192,6 +189,7 @@ private:
     const Metadata::PartitionDictionary& tags_;
     const MetadataSet& set_;
     Summary& summary_;
+    std::string name_;
 };
 
 /// True for a set that is there to define what others are: of a dictionary or a meta-dictionary.
@@ -215,7 +213,7 @@ void countSets(const PartitionMetadata& metadata, Summary& summary) {
         }
         InvalidElements invalid(metadata.partitionDictionary(), *set, summary);
         for (auto element = set->invalidBegin(); element != set->invalidEnd(); ++element) {
-            (*element)->metaAttribute()->accept(invalid);
+            invalid.add(**element);
         }
     }
     for (auto set = metadata.darkBegin(); set != metadata.darkEnd(); ++set) {
