@@ -1,0 +1,56 @@
+#pragma once
+
+#include <array>
+#include <string>
+
+namespace Corvid::Tool {
+
+/// How two partitions can differ; DifferenceKinds.def tells what each means.
+enum class DifferenceKind : unsigned char {
+#define CORVID_DIFFERENCE(name, weight, sentence) name,
+#include "tools/corvid/DifferenceKinds.def"
+};
+
+/// What a difference says about the way through XML.
+enum class DifferenceWeight : unsigned char {
+    real,    ///< metadata was damaged
+    implied, ///< a document has no room for it
+    refused, ///< a document has room for it, but can't be read then
+};
+
+struct DescribedKind {
+    DifferenceKind kind;
+    const char* name;
+    DifferenceWeight weight;
+    const char* sentence;
+};
+
+/// All kinds, the real ones first.
+inline constexpr std::array differenceKinds{
+#define CORVID_DIFFERENCE(name, weight, sentence)                                                  \
+    DescribedKind{DifferenceKind::name, #name, DifferenceWeight::weight, sentence},
+#include "tools/corvid/DifferenceKinds.def"
+};
+
+constexpr const DescribedKind& describe(DifferenceKind kind) {
+    return differenceKinds[static_cast<std::size_t>(kind)];
+}
+
+constexpr bool isReal(DifferenceKind kind) {
+    return describe(kind).weight == DifferenceWeight::real;
+}
+
+/// With which identifiers of sets a difference appears: those of the file, or new ones.
+enum class DifferenceIdentifiers : unsigned char { both, written, fresh };
+
+/// One difference. Texts are UTF-8; empty where there is nothing to say.
+struct Difference {
+    DifferenceKind kind;
+    std::string set;         ///< its class, or the key of a dark set
+    std::string instanceUID; ///< of the set, as it was before
+    std::string property;
+    std::string detail; ///< what was there and what is
+    DifferenceIdentifiers identifiers = DifferenceIdentifiers::both;
+};
+
+} // namespace Corvid::Tool

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "host/metadata/PartitionMetadata.h"
+
+#include <optional>
+#include <vector>
+
+namespace Corvid::Tool {
+
+/// A property that has a value, by what tells it from others in its set.
+struct ListedProperty {
+    /// What kind of property it is, and its label without version byte, or its tag.
+    using Identity = std::array<Types::u8, 17>;
+
+    Identity identity;
+    const Metadata::Element* element;
+    bool isUnknown; ///< to the dictionary, or at least of a form that it does not know
+    std::optional<Types::UniversalLabel> label; ///< that stands for it in the file
+};
+
+/// The properties of a set that have a value, but for its InstanceUID, by identity and, where that
+/// is the same, in stored order. Those of a document and those of a file are listed alike: an
+/// unknown property with a static tag goes by the tag, others by the label.
+/// @param tags  of the set's partition.
+std::vector<ListedProperty> listProperties(const Metadata::PartitionDictionary& tags,
+                                           const Metadata::MetadataSet& set);
+
+} // namespace Corvid::Tool

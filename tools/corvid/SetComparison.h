@@ -1,0 +1,49 @@
+#pragma once
+
+#include "tools/corvid/Difference.h"
+#include "tools/corvid/PropertyList.h"
+#include "tools/corvid/Renaming.h"
+#include "tools/corvid/ValueImage.h"
+
+namespace Corvid::Tool {
+
+/// Compares sets that belong together: one of a file and what came back of it from XML.
+class SetComparison {
+public:
+    /// @param before, after  tags of the partitions that the sets are from. All is borrowed.
+    SetComparison(const Metadata::PartitionDictionary& before,
+                  const Metadata::PartitionDictionary& after, const Renaming& renaming,
+                  std::vector<Difference>& differences)
+        : before_(before), after_(after), renaming_(renaming), differences_(differences) {}
+
+    /// Adds the differences of class, key and properties; the InstanceUID does not matter.
+    void compare(const Metadata::MetadataSet& before, const Metadata::MetadataSet& after);
+
+    /// All that is to come back of a set: the content() of a set that came back whole.
+    std::string contentInXml(const Metadata::MetadataSet& before) const;
+    std::string content(const Metadata::MetadataSet& after) const;
+
+    /// Adds a difference that a set has as a whole.
+    void add(DifferenceKind kind, const Metadata::MetadataSet& set, std::string detail = {});
+
+private:
+    using Properties = std::vector<ListedProperty>;
+    using Range = std::pair<Properties::const_iterator, Properties::const_iterator>;
+
+    void add(DifferenceKind kind, const Metadata::PartitionDictionary& tags,
+             const ListedProperty& property, std::string detail = {});
+    void addAll(const std::vector<DifferenceKind>& kinds, const ListedProperty& property);
+    void compareAlike(Range olds, Range news);
+    void compareValues(const ListedProperty& before, const ListedProperty& after,
+                       const ValueImage& whole, const ValueImage& inXml);
+    void compareLabels(const ListedProperty& before, const ListedProperty& after);
+
+    const Metadata::PartitionDictionary& before_;
+    const Metadata::PartitionDictionary& after_;
+    const Renaming& renaming_;
+    const Renaming asTheyAre_;
+    std::vector<Difference>& differences_;
+    const Metadata::MetadataSet* set_ = nullptr; ///< the one at work, as it was before
+};
+
+} // namespace Corvid::Tool

@@ -1,0 +1,63 @@
+#include "tools/corvid/ShortValue.h"
+
+#include "host/dataio/Memory.h"
+#include "host/types/Types.h"
+#include "tools/corvid/SetValues.h"
+
+#include <algorithm>
+#include <fmt/core.h>
+#include <optional>
+
+namespace Corvid::Tool {
+
+namespace {
+
+constexpr std::size_t longestText = 60; // in bytes of UTF-8
+constexpr std::size_t longestBytes = 30;
+
+struct Text : Types::Visitors::NullVisitor {
+    using NullVisitor::visit;
+    void visit(const Types::UTF16String& text) override { found = Platform::toUtf8(text.value()); }
+    void visit(const Types::ISO7String& text) override {
+        found = Platform::toUtf8(Platform::widen(text.value()));
+    }
+    std::optional<std::string> found;
+};
+
+std::string shortText(std::string text) {
+    if (text.size() <= longestText) {
+        return "\"" + text + "\"";
+    }
+    std::size_t end = longestText;
+    // Not in the middle of a character.
+    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80) {
+        --end;
+    }
+    text.resize(end);
+    return "\"" + text + "...\"";
+}
+
+std::string shortBytes(const Metadata::Element& element) {
+    DataIO::Memory::MemoryDataSink sink(element.serializedSize());
+    element.serialize(sink);
+    if (sink.serializedSize() == 0) {
+        return "no bytes";
+    }
+    std::string text;
+    for (std::size_t i = 0; i != std::min(sink.serializedSize(), longestBytes); ++i) {
+        text += fmt::format("{:02x}", sink.rawBuffer()[i]);
+    }
+    return text + (sink.serializedSize() > longestBytes ? "..." : "");
+}
+
+} // namespace
+
+std::string shortValue(const Metadata::Element& element) {
+    Text text;
+    if (const auto* const value = simpleValue(&element)) {
+        value->accept(text);
+    }
+    return text.found ? shortText(*text.found) : shortBytes(element);
+}
+
+} // namespace Corvid::Tool
