@@ -4,17 +4,15 @@
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/Serialise.h"
-#include "host/xmlutils/XmlText.h"
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/InstanceText.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/Output.h"
+#include "tools/corvid/XercesFailures.h"
 
 #include <memory>
 #include <vector>
-#include <xercesc/dom/DOMException.hpp>
-#include <xercesc/util/XMLException.hpp>
 
 namespace Corvid::Tool {
 
@@ -170,11 +168,6 @@ void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
     output->commit();
 }
 
-[[noreturn]] void rethrow(const XMLCh* message) {
-    throw Exceptions::InvalidFormat("Xerces-C: " + Platform::toUtf8(XMLUtils::fromXml(message)),
-                                    CORVID_HERE);
-}
-
 } // namespace
 
 void toXml(const ToXmlOptions& options, Messages& messages) {
@@ -182,13 +175,7 @@ void toXml(const ToXmlOptions& options, Messages& messages) {
     // Reachable to the end, so that leak checkers see that nothing is lost.
     static std::vector<std::unique_ptr<Leftovers>> kept;
     kept.push_back(std::make_unique<Leftovers>());
-    try {
-        convert(options, messages, *kept.back());
-    } catch (const xercesc::XMLException& error) {
-        rethrow(error.getMessage());
-    } catch (const xercesc::DOMException& error) {
-        rethrow(error.getMessage());
-    }
+    translateXerces([&] { convert(options, messages, *kept.back()); });
 }
 
 } // namespace Corvid::Tool
