@@ -4,6 +4,7 @@
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/Output.h"
 #include "tools/corvid/Printable.h"
+#include "tools/corvid/ProgressBar.h"
 #include "tools/corvid/Table.h"
 
 #include <cerrno>
@@ -57,6 +58,32 @@ TEST_F(MessagesOfTheCommand, exceptionsHaveTheirExitStatus) {
     EXPECT_EQ(statusOf(std::bad_alloc()), exitRefused);
     EXPECT_EQ(statusOf(std::runtime_error("x")), exitRefused);
     EXPECT_EQ(statusOf(UsageError{"x"}), exitUsage);
+    EXPECT_EQ(messages.lastError(), "x");
+}
+
+TEST_F(MessagesOfTheCommand, workThatHasToldItsOutcomeSaysNoMore) {
+    EXPECT_EQ(guard([] { throw EndedWith{exitRefused}; }, messages), exitRefused);
+    EXPECT_EQ(guard([] { throw EndedWith{exitNoFile}; }, messages), exitNoFile);
+    EXPECT_EQ(said(), "");
+    EXPECT_EQ(messages.lastError(), "");
+}
+
+TEST_F(MessagesOfTheCommand, takeThePlaceOfProgress) {
+    Messages terminal(sink, false, true);
+    terminal.showProgress("");
+    EXPECT_EQ(said(), "");
+    terminal.showProgress("1 of 2");
+    terminal.showProgress("2 of 2");
+    terminal.note("x");
+    terminal.note("y");
+    terminal.showProgress("");
+    EXPECT_EQ(said(), "\r\033[K1 of 2\r\033[K2 of 2\r\033[Kcorvid: note: x\ncorvid: note: y\n");
+}
+
+TEST_F(MessagesOfTheCommand, showProgressOnATerminalOnly) {
+    messages.showProgress("1 of 2");
+    EXPECT_EQ(said(), "");
+    EXPECT_FALSE(messages.showsProgress());
 }
 
 TEST_F(MessagesOfTheCommand, sayNothingOfAClosedPipe) {
@@ -68,6 +95,31 @@ TEST_F(MessagesOfTheCommand, sayNothingOfAClosedPipe) {
 TEST(Printable, escapesControlCharactersOnly) {
     EXPECT_EQ(printable("a\tb\x7F\xC2\x85\xC3\xBC\xC2\xA0"), "a\\x09b\\x7f\\x85\xC3\xBC\xC2\xA0");
     EXPECT_EQ(printable("\xC2"), "\xC2");
+}
+
+TEST(ProgressBar, fillsAsTheWorkGoesOn) {
+    EXPECT_EQ(progressBar(0, 4, "a", 80), "[....................] 0 of 4  a");
+    EXPECT_EQ(progressBar(1, 4, "a", 80), "[#####...............] 1 of 4  a");
+    EXPECT_EQ(progressBar(4, 4, "a", 80), "[####################] 4 of 4  a");
+    EXPECT_EQ(progressBar(0, 0, "", 80), "[####################] 0 of 0  ");
+}
+
+TEST(ProgressBar, fitsTheLineAndEscapesNames) {
+    const std::string bar = "[....................] 0 of 4  ";
+    EXPECT_EQ(progressBar(0, 4, "folder/clip.mxf", 40), bar + "clip.mxf");
+    EXPECT_EQ(progressBar(0, 4,
+                          "\xC3\xBC"
+                          "12345678",
+                          40),
+              bar + "12345678");
+    EXPECT_EQ(progressBar(0, 4,
+                          "\xC3\xBC"
+                          "1234567",
+                          40),
+              bar + "1234567");
+    EXPECT_EQ(progressBar(0, 4, "clip.mxf", 12), "[..........");
+    EXPECT_EQ(progressBar(0, 4, "clip.mxf", 0), "");
+    EXPECT_EQ(progressBar(0, 4, "\x1B[2J", 80), bar + "\\x1b[2J");
 }
 
 TEST(Table, alignsColumnsAndLeavesOutEmptyOnes) {

@@ -15,6 +15,8 @@ int guard(const std::function<void()>& work, Messages& messages) {
     try {
         work();
         return exitDone;
+    } catch (const EndedWith& end) {
+        return end.status;
     } catch (const UsageError& error) {
         messages.error("", error.text);
         return exitUsage;

@@ -20,6 +20,11 @@ struct UsageError {
     std::string text;
 };
 
+/// The work is done and everything about it told, but it did not go well.
+struct EndedWith {
+    ExitStatus status;
+};
+
 /// Does the work of a verb. The one place where exceptions become messages and exit statuses.
 int guard(const std::function<void()>& work, Messages& messages);
 

@@ -11,6 +11,7 @@ namespace {
 constexpr std::string_view red = "\033[31m";
 constexpr std::string_view yellow = "\033[33m";
 constexpr std::string_view plain = "\033[0m";
+constexpr std::string_view clearedLine = "\r\033[K";
 
 } // namespace
 
@@ -25,6 +26,7 @@ void Messages::error(std::string_view file, std::string_view text) {
         at != std::string::npos) {
         message.erase(at, file.size() + 1);
     }
+    lastError_ = message;
     line(file, red, "", message);
 }
 
@@ -65,8 +67,20 @@ void Messages::line(std::string_view file, std::string_view colour, std::string_
     whole +=
         colours_ && !colour.empty() ? std::string(colour) + message + std::string(plain) : message;
     whole += '\n';
+    showProgress("");
+    write(whole);
+}
+
+void Messages::showProgress(std::string_view text) {
+    if (terminal_ && (progressIsShown_ || !text.empty())) {
+        write(std::string(clearedLine) + std::string(text));
+        progressIsShown_ = !text.empty();
+    }
+}
+
+void Messages::write(std::string_view text) {
     try {
-        sink_.write(reinterpret_cast<const unsigned char*>(whole.data()), whole.size());
+        sink_.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
     } catch (const Exceptions::IOError&) {
         // Where nobody listens there is nobody to tell.
     }

@@ -9,11 +9,14 @@
 
 namespace {
 
+bool isTerminal(int file) {
+    const char* const terminal = std::getenv("TERM");
+    return ::isatty(file) != 0 && !(terminal != nullptr && std::string(terminal) == "dumb");
+}
+
 bool wantsColours(int file) {
     const char* const no = std::getenv("NO_COLOR");
-    const char* const terminal = std::getenv("TERM");
-    return ::isatty(file) != 0 && (no == nullptr || *no == '\0') &&
-           !(terminal != nullptr && std::string(terminal) == "dumb");
+    return isTerminal(file) && (no == nullptr || *no == '\0');
 }
 
 } // namespace
@@ -23,7 +26,7 @@ int main(int argc, char** argv) {
     // A pipe that nobody reads any more is an error like others, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
     DescriptorOutput errors(STDERR_FILENO, "standard error");
-    Messages messages(errors, wantsColours(STDERR_FILENO));
+    Messages messages(errors, wantsColours(STDERR_FILENO), isTerminal(STDERR_FILENO));
     const int status = guard(
         [&] {
             const Command command = parseCommandLine(argc, argv, wantsColours(STDOUT_FILENO));
