@@ -80,7 +80,8 @@ TEST(Command, helpOfInfoNamesEveryOption) {
 }
 
 TEST(Command, helpFitsInEightyColumns) {
-    std::istringstream lines(Workshop().run("corvid to-xml --help; corvid info -h; corvid -h").out);
+    std::istringstream lines(
+        Workshop().run("corvid to-xml --help; corvid info -h; corvid check -h; corvid -h").out);
     std::size_t count = 0;
     for (std::string line; std::getline(lines, line); ++count) {
         EXPECT_LE(line.size(), 80U) << line;
@@ -89,7 +90,7 @@ TEST(Command, helpFitsInEightyColumns) {
 }
 
 TEST(Command, saysThatAFileIsNotThere) {
-    for (const char* verb : {"to-xml", "info"}) {
+    for (const char* verb : {"to-xml", "info", "check"}) {
         const Outcome outcome = Workshop().run(std::string("corvid ") + verb + " gone.mxf");
         EXPECT_EQ(outcome.status, 3);
         EXPECT_EQ(outcome.err, "corvid: gone.mxf: can't open: No such file or directory\n");

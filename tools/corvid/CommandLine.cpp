@@ -1,5 +1,6 @@
 #include "tools/corvid/CommandLine.h"
 
+#include "tools/corvid/Check.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/HelpFormatter.h"
@@ -42,11 +43,8 @@ void declareDictionaries(CLI::App& verb, std::vector<std::string>& paths) {
         ->group(input);
 }
 
-void declareClip(CLI::App& verb, ClipOptions& options) {
-    verb.add_option("CLIP.mxf", options.path, "MXF file to read; - is standard input")
-        ->required()
-        ->type_name("CLIP.mxf")
-        ->group(input);
+/// What verbs that read one MXF file and those that read many can be told of them.
+void declareReading(CLI::App& verb, ClipOptions& options) {
     declareDictionaries(verb, options.dictionaries);
     verb.add_option("--partition", options.partition,
                     "Whose metadata is read: auto (the last complete copy), header, footer, or the "
@@ -61,6 +59,14 @@ void declareClip(CLI::App& verb, ClipOptions& options) {
             "")
         ->capture_default_str()
         ->group(input);
+}
+
+void declareClip(CLI::App& verb, ClipOptions& options) {
+    verb.add_option("CLIP.mxf", options.path, "MXF file to read; - is standard input")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    declareReading(verb, options);
 }
 
 Work declareToXml(CLI::App& verb) {
@@ -155,6 +161,21 @@ Work declareSchema(CLI::App& verb) {
     return [options](Messages& messages) { xmlVerbs().schema(*options, messages); };
 }
 
+Work declareCheck(CLI::App& verb, bool colours) {
+    const auto options = std::make_shared<CheckOptions>();
+    options->colours = colours;
+    verb.add_option("CLIP.mxf", options->files, "MXF files to check; - is standard input")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    declareReading(verb, options->clip);
+    verb.add_flag("--all", options->all,
+                  "List all differences, however many there are of a kind in a file")
+        ->group(output);
+    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    return [options](Messages& messages) { xmlVerbs().check(*options, messages); };
+}
+
 } // namespace
 
 Command parseCommandLine(int argc, const char* const* argv, bool colours) {
@@ -176,6 +197,8 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     add("from-xml", "Write a document as an MXF header partition", declareFromXml);
     add("info", "Tell what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
+    add("check", "Take MXF files to XML and back, tell what differs",
+        [colours](CLI::App& verb) { return declareCheck(verb, colours); });
     add("schema", "Write the XML Schema of the documents", declareSchema);
 
     try {

@@ -3,6 +3,7 @@
 namespace Corvid::Tool {
 
 class Messages;
+struct CheckOptions;
 struct FromXmlOptions;
 struct SchemaOptions;
 struct ToXmlOptions;
@@ -13,6 +14,7 @@ struct ToXmlOptions;
 /// `corvid info` does. So these verbs stand in a module of their own that is loaded when one of
 /// them is called. Module and command are built together: there is no other version to be met.
 struct XmlVerbs {
+    void (*check)(const CheckOptions& options, Messages& messages);
     void (*toXml)(const ToXmlOptions& options, Messages& messages);
     void (*fromXml)(const FromXmlOptions& options, Messages& messages);
     void (*schema)(const SchemaOptions& options, Messages& messages);

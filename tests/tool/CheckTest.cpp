@@ -1,0 +1,201 @@
+#include "tests/tool/RunCommand.h"
+
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using namespace Corvid::Testing;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::StartsWith;
+
+namespace {
+
+const std::string smallLine = "clip.mxf: lossless (2 sets, 5 properties)\n";
+
+class Check : public ::testing::Test {
+protected:
+    Check() {
+        shop.write("clip.mxf", smallClip());
+        shop.write("odd.mxf", clipWithCompany(u"a\u0001b"));
+        shop.write("text.mxf", std::string("no MXF file"));
+    }
+
+    /// A file with a dark set, and a dictionary in which another class takes the name of dark sets.
+    void writeTrap() const {
+        const Bytes dark = klv(hex("06.0e.2b.34.02.53.01.01.0e.7f.7f.01.01.01.01.00"), Bytes(5, 1));
+        shop.write("trap.mxf", MxfBuilder()
+                                   .add(headerPartition(join({smallMetadata(), dark})))
+                                   .withRandomIndexPack()
+                                   .build());
+        shop.write("trap.dict",
+                   std::string("namespace s377m urn:SMPTE:S377M\nnamespace h urn:example:house\n"
+                               "set h:DarkMetadata 06.0e.2b.34.02.53.01.01.0e.7f.7f.02.01.01.01.00 "
+                               "s377m:InterchangeObject concrete\n"));
+    }
+
+    nlohmann::json json(const std::string& arguments, int status) const {
+        const Outcome outcome = shop.run("corvid check --json " + arguments);
+        EXPECT_EQ(outcome.status, status) << outcome.err;
+        return nlohmann::json::parse(outcome.out);
+    }
+
+    Workshop shop;
+};
+
+TEST_F(Check, saysThatAFileIsLossless) {
+    for (const char* line : {"corvid check clip.mxf", "corvid check clip.mxf --partition header"}) {
+        const Outcome outcome = shop.run(line);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.out, smallLine);
+        EXPECT_THAT(outcome.err, IsEmpty());
+    }
+    EXPECT_EQ(shop.run("cat clip.mxf | corvid check -").out,
+              "standard input" + smallLine.substr(8));
+}
+
+TEST_F(Check, listsWhatTheFormatImplies) {
+    const Outcome outcome = shop.run("corvid check odd.mxf");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.out,
+                StartsWith("odd.mxf: lossless but for 1 difference that the format implies (2 "
+                           "sets, 4 properties)\n"
+                           "  - invalidCharacter (1): characters that XML can't hold are "
+                           "replaced\n"
+                           "      Identification "));
+    EXPECT_THAT(outcome.out, HasSubstr(": ApplicationSupplierName\n"));
+}
+
+TEST_F(Check, saysThatAFileIsDifferent) {
+    writeTrap();
+    EXPECT_EQ(shop.run("corvid check trap.mxf").status, 0);
+    const Outcome outcome = shop.run("corvid check --dictionary trap.dict trap.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, StartsWith("trap.mxf: DIFFERENT: 2 differences (3 sets, 5 "
+                                        "properties)\n  ! missingSet (1): a set is missing\n"));
+    EXPECT_THAT(outcome.out, HasSubstr("  ! extraSet (1): a set was not there before\n"
+                                       "      DarkMetadata "));
+}
+
+TEST_F(Check, goesOnWithTheNextFileAndCountsTheWorst) {
+    writeTrap();
+    const Outcome all = shop.run("corvid check --dictionary trap.dict clip.mxf gone.mxf odd.mxf "
+                                 "text.mxf trap.mxf clip.mxf");
+    EXPECT_EQ(all.status, 3);
+    EXPECT_THAT(all.out, StartsWith(smallLine));
+    EXPECT_THAT(all.out,
+                ::testing::EndsWith(
+                    smallLine + "6 files: 2 lossless, 1 lossless but for what the format implies, "
+                                "1 different, 1 refused, 1 unreadable\n"));
+    EXPECT_THAT(all.err, HasSubstr("corvid: gone.mxf: can't open: "));
+    EXPECT_THAT(all.err, HasSubstr("corvid: text.mxf: "));
+
+    EXPECT_EQ(shop.run("corvid check clip.mxf odd.mxf").status, 0);
+    EXPECT_EQ(shop.run("corvid check text.mxf clip.mxf").status, 1);
+    EXPECT_EQ(shop.run("corvid check text.mxf gone.mxf clip.mxf").status, 3);
+}
+
+TEST_F(Check, refusesMetadataWithoutPreface) {
+    const Bytes metadata = join({standardPrimer(), set(structuralKey(contentStorageSet), 2)});
+    shop.write("bare.mxf",
+               MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
+    const Outcome outcome = shop.run("corvid check bare.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("corvid: bare.mxf: no Preface"));
+    EXPECT_THAT(outcome.out, IsEmpty());
+}
+
+TEST_F(Check, commandLinesThatCantBeMeantCheckNothing) {
+    for (const char* line : {"corvid check", "corvid check --partition 1.5 clip.mxf"}) {
+        const Outcome outcome = shop.run(line);
+        EXPECT_EQ(outcome.status, 2) << line;
+        EXPECT_THAT(outcome.out, IsEmpty());
+    }
+    const Outcome outcome = shop.run("corvid check --dictionary gone.dict clip.mxf");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_THAT(outcome.out, IsEmpty());
+}
+
+TEST_F(Check, listsTwentyOfAKindUnlessAskedForAll) {
+    std::vector<Bytes> sets{standardPrimer(), set(structuralKey(prefaceSet), 1)};
+    for (unsigned i = 0; i != 25; ++i) {
+        sets.push_back(set(structuralKey(identificationSet), 10 + i, {property(0x3C01, {})}));
+    }
+    shop.write("many.mxf",
+               MxfBuilder().add(headerPartition(join(sets))).withRandomIndexPack().build());
+    const auto lines = [](const std::string& text) {
+        return std::count(text.begin(), text.end(), '\n');
+    };
+    const std::string some = shop.run("corvid check many.mxf").out;
+    EXPECT_THAT(some, HasSubstr("- emptyValue (25): "));
+    EXPECT_THAT(some, HasSubstr("      and 5 more\n"));
+    EXPECT_EQ(lines(some), 23);
+    const std::string all = shop.run("corvid check --all many.mxf").out;
+    EXPECT_THAT(all, Not(HasSubstr("more")));
+    EXPECT_EQ(lines(all), 27);
+    EXPECT_EQ(json("many.mxf", 0)["files"][0]["differences"].size(), 25U);
+}
+
+TEST_F(Check, printsJson) {
+    writeTrap();
+    const auto report = json("clip.mxf odd.mxf gone.mxf", 3);
+    EXPECT_EQ(report["summary"],
+              nlohmann::json::parse(R"({"files": 3, "lossless": 1, "implied": 1, "different": 0,
+                                        "refused": 0, "unreadable": 1})"));
+    ASSERT_EQ(report["files"].size(), 3U);
+    const auto& clip = report["files"][0];
+    EXPECT_EQ(clip, nlohmann::json::parse(R"({"file": "clip.mxf", "result": "lossless", "sets": 2,
+        "properties": 5, "counts": {}, "differences": [], "error": null})"));
+    const auto& odd = report["files"][1];
+    EXPECT_EQ(odd["result"], "implied");
+    EXPECT_EQ(odd["counts"], nlohmann::json::parse(R"({"invalidCharacter": 1})"));
+    ASSERT_EQ(odd["differences"].size(), 1U);
+    const auto& difference = odd["differences"][0];
+    EXPECT_EQ(difference["kind"], "invalidCharacter");
+    EXPECT_EQ(difference["weight"], "implied");
+    EXPECT_EQ(difference["set"], "Identification");
+    EXPECT_EQ(difference["property"], "ApplicationSupplierName");
+    EXPECT_EQ(difference["identifiers"], "both");
+    EXPECT_THAT(difference["instanceUID"].get<std::string>(), StartsWith("7a.00."));
+    const auto& gone = report["files"][2];
+    EXPECT_EQ(gone["result"], "unreadable");
+    EXPECT_EQ(gone["sets"], nullptr);
+    EXPECT_THAT(gone["error"].get<std::string>(), StartsWith("can't open: "));
+
+    const auto trap = json("--dictionary trap.dict trap.mxf", 1)["files"][0];
+    EXPECT_EQ(trap["result"], "different");
+    EXPECT_EQ(trap["differences"][0]["weight"], "real");
+}
+
+TEST_F(Check, showsProgressAndColoursOnATerminalOnly) {
+    if (shop.run("command -v script").status != 0) {
+        GTEST_SKIP() << "no script(1) to make a terminal";
+    }
+    const auto onTerminal = [&](const std::string& line) {
+        return shop.run("TERM=xterm script -qec '" + line + "' /dev/null </dev/null").out;
+    };
+    const std::string two = onTerminal("corvid check clip.mxf text.mxf");
+    EXPECT_THAT(two, HasSubstr("[....................] 0 of 2  clip.mxf\r\033[K"));
+    EXPECT_THAT(two, HasSubstr("[##########..........] 1 of 2  text.mxf\r\033[Kcorvid: text.mxf"));
+    EXPECT_THAT(two, HasSubstr("\033[32mlossless\033[0m"));
+    EXPECT_THAT(onTerminal("corvid check clip.mxf"), Not(HasSubstr("of 1")));
+    EXPECT_THAT(onTerminal("corvid check clip.mxf clip.mxf 2>&1 | cat"), Not(HasSubstr("\033")));
+    EXPECT_THAT(onTerminal("corvid check --json clip.mxf text.mxf 2>/dev/null"),
+                Not(HasSubstr("\033")));
+    EXPECT_THAT(onTerminal("TERM=dumb corvid check clip.mxf clip.mxf"), Not(HasSubstr("\033")));
+}
+
+TEST_F(Check, findsNoDamageInRealFiles) {
+    const auto samples = samplesDir();
+    if (samples.empty()) {
+        GTEST_SKIP() << "no folder of sample files";
+    }
+    const auto report = json("'" + samples.string() + "'/*.mxf", 0);
+    EXPECT_GT(report["files"].size(), 20U);
+    for (const auto& file : report["files"]) {
+        EXPECT_THAT(file["result"], ::testing::AnyOf("lossless", "implied")) << file.dump(2);
+    }
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+#include "tools/corvid/CheckReport.h"
+
+#include <nlohmann/json.hpp>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json orNull(const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); }
+
+const char* nameOf(DifferenceWeight weight) {
+    switch (weight) {
+    case DifferenceWeight::real:
+        return "real";
+    case DifferenceWeight::implied:
+        return "implied";
+    case DifferenceWeight::refused:
+        return "refused";
+    }
+    return "";
+}
+
+const char* nameOf(DifferenceIdentifiers identifiers) {
+    switch (identifiers) {
+    case DifferenceIdentifiers::both:
+        return "both";
+    case DifferenceIdentifiers::written:
+        return "written";
+    case DifferenceIdentifiers::fresh:
+        return "new";
+    }
+    return "";
+}
+
+Json toJson(const Difference& difference) {
+    const DescribedKind& kind = describe(difference.kind);
+    return {{"kind", kind.name},
+            {"weight", nameOf(kind.weight)},
+            {"set", orNull(difference.set)},
+            {"instanceUID", orNull(difference.instanceUID)},
+            {"property", orNull(difference.property)},
+            {"detail", orNull(difference.detail)},
+            {"identifiers", nameOf(difference.identifiers)}};
+}
+
+Json toJson(const CheckedFile& file) {
+    Json json = {{"file", file.file},
+                 {"result", Tool::nameOf(file.result)},
+                 {"sets", nullptr},
+                 {"properties", nullptr},
+                 {"counts", Json::object()},
+                 {"differences", Json::array()},
+                 {"error", orNull(file.error)}};
+    if (file.result >= CheckResult::refused) {
+        return json;
+    }
+    json["sets"] = file.comparison.sets;
+    json["properties"] = file.comparison.properties;
+    std::map<DifferenceKind, std::size_t> counts;
+    for (const Difference& difference : file.comparison.differences) {
+        ++counts[difference.kind];
+        json["differences"].push_back(toJson(difference));
+    }
+    for (const auto& [kind, count] : counts) {
+        json["counts"][describe(kind).name] = count;
+    }
+    return json;
+}
+
+} // namespace
+
+std::string toJson(const std::vector<CheckedFile>& files) {
+    CheckTally tally;
+    Json list = Json::array();
+    for (const CheckedFile& file : files) {
+        tally.add(file);
+        list.push_back(toJson(file));
+    }
+    Json summary = {{"files", files.size()}};
+    for (const auto result : {CheckResult::lossless, CheckResult::implied, CheckResult::different,
+                              CheckResult::refused, CheckResult::unreadable}) {
+        summary[Tool::nameOf(result)] = tally.count(result);
+    }
+    const Json json = {{"files", std::move(list)}, {"summary", std::move(summary)}};
+    // Names of files need not be UTF-8, JSON must be.
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,153 @@
+#include "tools/corvid/CheckReport.h"
+
+#include "tools/corvid/Printable.h"
+
+#include <algorithm>
+#include <fmt/core.h>
+
+namespace Corvid::Tool {
+
+namespace {
+
+constexpr std::size_t shownOfAKind = 20;
+
+struct DescribedResult {
+    CheckResult result;
+    const char* name;
+    const char* words;
+};
+
+constexpr DescribedResult results[] = {
+    {CheckResult::lossless, "lossless", "lossless"},
+    {CheckResult::implied, "implied", "lossless but for what the format implies"},
+    {CheckResult::different, "different", "different"},
+    {CheckResult::refused, "refused", "refused"},
+    {CheckResult::unreadable, "unreadable", "unreadable"},
+};
+
+struct Style {
+    const char* good = "";
+    const char* bad = "";
+    const char* end = "";
+
+    explicit Style(bool colours) {
+        if (colours) {
+            good = "\033[32m";
+            bad = "\033[31m";
+            end = "\033[0m";
+        }
+    }
+};
+
+std::string counted(std::size_t count, const char* what) {
+    return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
+}
+
+std::size_t countReal(const std::vector<Difference>& differences) {
+    return static_cast<std::size_t>(
+        std::count_if(differences.begin(), differences.end(),
+                      [](const Difference& each) { return isReal(each.kind); }));
+}
+
+std::string verdict(const CheckedFile& file, const Style& style) {
+    const auto& differences = file.comparison.differences;
+    const std::size_t real = countReal(differences);
+    const std::size_t implied = differences.size() - real;
+    if (real != 0) {
+        return fmt::format("{}DIFFERENT{}: {}", style.bad, style.end, counted(real, "difference")) +
+               (implied == 0 ? "" : fmt::format(", and {} that the format implies", implied));
+    }
+    return fmt::format("{}lossless{}", style.good, style.end) +
+           (implied == 0
+                ? ""
+                : " but for " + counted(implied, "difference") + " that the format implies");
+}
+
+std::string line(const Difference& difference) {
+    std::string text = difference.set;
+    const auto append = [&text](const char* between, const std::string& part) {
+        if (!part.empty()) {
+            text += (text.empty() ? "" : between) + part;
+        }
+    };
+    append(" ", difference.instanceUID);
+    append(": ", difference.property);
+    append(": ", difference.detail);
+    switch (difference.identifiers) {
+    case DifferenceIdentifiers::both:
+        break;
+    case DifferenceIdentifiers::written:
+        text += " (with the written identifiers only)";
+        break;
+    case DifferenceIdentifiers::fresh:
+        text += " (with new identifiers only)";
+        break;
+    }
+    return printable(text);
+}
+
+} // namespace
+
+void CheckTally::add(const CheckedFile& file) {
+    ++files_;
+    ++counts_[file.result];
+    worst_ = std::max(worst_, file.result);
+}
+
+std::size_t CheckTally::count(CheckResult result) const {
+    const auto found = counts_.find(result);
+    return found == counts_.end() ? 0 : found->second;
+}
+
+const char* nameOf(CheckResult result) { return results[static_cast<std::size_t>(result)].name; }
+
+CheckResult resultOf(const Comparison& comparison) {
+    return comparison.differences.empty()           ? CheckResult::lossless
+           : countReal(comparison.differences) == 0 ? CheckResult::implied
+                                                    : CheckResult::different;
+}
+
+std::string toText(const CheckedFile& file, bool all, bool colours) {
+    if (file.result >= CheckResult::refused) {
+        return "";
+    }
+    const Style style(colours);
+    const auto& differences = file.comparison.differences;
+    std::string text = fmt::format("{}: {} ({}, {})\n", printable(file.file), verdict(file, style),
+                                   counted(file.comparison.sets, "set"),
+                                   file.comparison.properties == 1
+                                       ? "1 property"
+                                       : fmt::format("{} properties", file.comparison.properties));
+    std::map<DifferenceKind, std::vector<const Difference*>> byKind;
+    for (const Difference& difference : differences) {
+        byKind[difference.kind].push_back(&difference);
+    }
+    for (const auto& [kind, members] : byKind) {
+        const bool real = isReal(kind);
+        text += fmt::format("  {}{} {}{} ({}): {}\n", real ? style.bad : "", real ? '!' : '-',
+                            describe(kind).name, real ? style.end : "", members.size(),
+                            describe(kind).sentence);
+        const std::size_t shown = all ? members.size() : std::min(members.size(), shownOfAKind);
+        for (std::size_t i = 0; i != shown; ++i) {
+            text += "      " + line(*members[i]) + "\n";
+        }
+        if (shown != members.size()) {
+            text += fmt::format("      and {} more\n", members.size() - shown);
+        }
+    }
+    return text;
+}
+
+std::string toText(const CheckTally& tally) {
+    std::string text = counted(tally.files(), "file");
+    const char* between = ": ";
+    for (const auto& result : results) {
+        if (const std::size_t count = tally.count(result.result); count != 0) {
+            text += fmt::format("{}{} {}", between, count, result.words);
+            between = ", ";
+        }
+    }
+    return text + "\n";
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "tools/corvid/Comparison.h"
+
+#include <map>
+
+namespace Corvid::Tool {
+
+/// What the check of a file ended with. Each is worse than the one before.
+enum class CheckResult : unsigned char {
+    lossless,   ///< all came back
+    implied,    ///< all that the format has room for
+    different,  ///< something was damaged
+    refused,    ///< the file can't be taken to XML and back
+    unreadable, ///< the file can't be read at all
+};
+
+/// A file that was checked.
+struct CheckedFile {
+    std::string file; ///< as people named it
+    CheckResult result = CheckResult::lossless;
+    Comparison comparison; ///< where it came to that
+    std::string error;     ///< where it did not
+};
+
+/// Many of them, counted.
+class CheckTally {
+public:
+    void add(const CheckedFile& file);
+    std::size_t files() const noexcept { return files_; }
+    std::size_t count(CheckResult result) const;
+    CheckResult worst() const noexcept { return worst_; }
+
+private:
+    std::size_t files_ = 0;
+    std::map<CheckResult, std::size_t> counts_;
+    CheckResult worst_ = CheckResult::lossless;
+};
+
+/// How programs call a result.
+const char* nameOf(CheckResult result);
+
+/// The result that a comparison means.
+CheckResult resultOf(const Comparison& comparison);
+
+/// For people: a line for the file, then its differences by kind, the real ones first. Nothing for
+/// a file that could not be compared: why not has gone to standard error.
+/// @param all      whether all are listed, however many there are of a kind.
+/// @param colours  whether it is coloured.
+std::string toText(const CheckedFile& file, bool all, bool colours);
+/// "3 files: 2 lossless, 1 different"
+std::string toText(const CheckTally& tally);
+
+/// For programs: JSON with the keys that docs/check.md names.
+std::string toJson(const std::vector<CheckedFile>& files);
+
+} // namespace Corvid::Tool
