@@ -40,11 +40,11 @@ def told(label, value, facts):
     return value or None
 
 
-def properties(item, primer, facts):
+def properties(item, primer, facts, static_tags):
     """Counts (label, value) for each property of a set; a tag without label stands for itself."""
     found = Counter()
     for tag, value in item.properties:
-        label = primer.get(tag) or facts.static_tags.get(tag)
+        label = primer.get(tag) or static_tags.get(tag)
         label = unversioned(label) if label else tag
         value = told(label, value, facts)
         if value is not None:
@@ -101,7 +101,7 @@ def against_preface(pack, partition):
     labels = partition.primer
     values = {
         unversioned(labels[tag]): value
-        for tag, value in partition.sets[0].properties
+        for tag, value in partition.sets[0].properties or []
         if tag in labels
     }
     if pack.value[64:80] != values.get(PATTERN, bytes(16)):
@@ -133,8 +133,9 @@ def differences(path, header_path, facts):
         if not twins:
             yield "%s: not there" % where
             continue
-        wanted = properties(item, old.primer, facts)
-        found = [properties(twin, new.primer, facts) for twin in twins]
+        # The primer of the header must have every tag whose meaning is known.
+        wanted = properties(item, old.primer, facts, facts.static_tags)
+        found = [properties(twin, new.primer, facts, {}) for twin in twins]
         if wanted not in found:
             for label, value in wanted - found[0]:
                 yield "%s: lacks %s %s" % (where, name(label), value[:40].hex())

@@ -1,14 +1,16 @@
-"""Runs `corvid to-xml` over every MXF file of the folders and checks each document.
+"""Runs `corvid to-xml` over every MXF file of the folders and checks each document, then `from-xml`
+over the document and checks the header that this makes.
 
-    run_all.py --corvid PATH [--xmllint PATH] [--registers DIR] [--samples] [--small] [DIR...]
+    run_all.py --corvid PATH [--xmllint PATH] [--ffprobe PATH] [--registers DIR] [--samples] [--small]
+               [DIR...]
 
 --samples stands for the folder of real files (CORVID_SAMPLES, else beside the project), --small for
 the file of small_file.py.
 
 Each file is written to a file, indented, with references as links and as values; and to standard
 output, compact and in UTF-16. xmllint validates the former, the command itself the latter. A
-file with characters that XML cannot hold must be refused without --replace-invalid. One line per
-file; exit status 1 if anything is amiss, 77 if there is nothing to check or to check with.
+file with characters that XML cannot hold must be refused without --replace-invalid, and is not
+written back, because its document says something else. One line per file; exit status 1 if anything is amiss, 77 if there is nothing to check or to check with.
 """
 import argparse
 import glob
@@ -17,6 +19,7 @@ import subprocess
 import sys
 import tempfile
 
+import check_header
 import check_xml
 import facts as knowledge
 import klv
@@ -70,10 +73,24 @@ def complaints_about(arguments, facts, path, target):
         yield "compact, utf-16: " + line
 
 
+def complaints_about_header(arguments, facts, path, document):
+    header = document + ".header"
+    status, _, message = run([arguments.corvid, "from-xml", document, "-o", header])
+    if status:
+        yield "from-xml: status %d: %s" % (status, message)
+        return
+    for line in check_header.differences(path, header, facts):
+        yield "from-xml: " + line
+    if arguments.ffprobe:
+        for line in check_header.probed(arguments.ffprobe, path, header, document + ".probed.mxf"):
+            yield "from-xml: " + line
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--corvid", required=True)
     parser.add_argument("--xmllint")
+    parser.add_argument("--ffprobe", help="for folders of whole files")
     parser.add_argument("--registers")
     parser.add_argument("--lines", type=int, default=20, help="differences to print per file")
     parser.add_argument(
