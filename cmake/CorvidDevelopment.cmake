@@ -1,12 +1,17 @@
 # Warnings, sanitizers and what makes builds quick.
 
 option(CORVID_STRICT "Warnings are errors" OFF)
+option(CORVID_FUZZ_SEARCH "Build for a search with clang's libFuzzer" OFF)
 set(CORVID_SANITIZE "" CACHE STRING "Sanitizers to build with, e.g. address,undefined")
 
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
   add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
   if(CORVID_STRICT)
     add_compile_options(-Werror)
+  endif()
+  if(CORVID_FUZZ_SEARCH)
+    # What the search is led by; only the targets get libFuzzer's main().
+    add_compile_options(-fsanitize=fuzzer-no-link)
   endif()
   if(CORVID_SANITIZE)
     add_compile_options(-fsanitize=${CORVID_SANITIZE} -fno-sanitize-recover=all)

@@ -1,6 +1,14 @@
 #pragma once
 
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define CORVID_FINDS_LEAKS
+#endif
+#elif defined(__SANITIZE_ADDRESS__)
+#define CORVID_FINDS_LEAKS
+#endif
+
+#ifdef CORVID_FINDS_LEAKS
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -13,7 +21,7 @@ class LeaksByContract {
 public:
     LeaksByContract(const LeaksByContract&) = delete;
     LeaksByContract& operator=(const LeaksByContract&) = delete;
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef CORVID_FINDS_LEAKS
     LeaksByContract() { __lsan_disable(); }
     ~LeaksByContract() { __lsan_enable(); }
 #else

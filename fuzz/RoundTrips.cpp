@@ -1,0 +1,41 @@
+#include "fuzz/RoundTrips.h"
+
+#include "fuzz/FuzzInput.h"
+#include "host/dataio/Memory.h"
+#include "host/mxf/HeaderMetadataWriter.h"
+#include "tests/support/LeaksByContract.h"
+#include "tools/corvid/RoundTrip.h"
+
+namespace Corvid::Fuzzing {
+
+namespace {
+
+void refuseDamage(const Tool::Comparison& comparison) {
+    for (const Tool::Difference& difference : comparison.differences) {
+        if (Tool::isReal(difference.kind)) {
+            fail(std::string(Tool::describe(difference.kind).name) + ": set " + difference.set +
+                 " " + difference.instanceUID + ", property " + difference.property + ": " +
+                 difference.detail);
+        }
+    }
+}
+
+} // namespace
+
+void roundTripKlv(Metadata::PartitionMetadata& metadata) {
+    DataIO::Memory::MemoryDataSink sink;
+    mxf::PartitionPack pack;
+    pack.status = mxf::PartitionStatus::closedComplete;
+    pack.kagSize = 16;
+    mxf::writeHeaderPartition(pack, mxf::HeaderMetadataWriter(metadata), sink);
+    const auto again = readMxf(sink.rawBuffer(), sink.serializedSize());
+    refuseDamage(Tool::compare(metadata, *again, {}));
+}
+
+void roundTripXml(Metadata::PartitionMetadata& metadata) {
+    // Without Preface, the document is given up.
+    const Testing::LeaksByContract leaks;
+    refuseDamage(Tool::compareWithRoundTrip(metadata));
+}
+
+} // namespace Corvid::Fuzzing

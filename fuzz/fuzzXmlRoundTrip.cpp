@@ -1,0 +1,18 @@
+#include "fuzz/FuzzInput.h"
+#include "fuzz/RoundTrips.h"
+#include "host/base/Exceptions.h"
+#include "tools/corvid/DocumentMetadata.h"
+
+using namespace Corvid;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    try {
+        const auto read = Tool::readDocument(bytes, size, MetaMetadata::Dictionary::builtIn(),
+                                             Tool::DocumentIdentifiers::written);
+        Fuzzing::roundTripKlv(*read.metadata);
+        Fuzzing::roundTripXml(*read.metadata);
+    } catch (const Exceptions::BaseException&) {
+        // Refused, as it should be.
+    }
+    return 0;
+}
