@@ -23,8 +23,7 @@ class CORVID_EXPORT J2KCodingStyleDefault : public Visitable<J2KCodingStyleDefau
 public:
     J2KCodingStyleDefault(u8 scod, u32 sGcod, const u8* spcod, u64 spcodLength);
     explicit J2KCodingStyleDefault(ByteView bytes);
-    /// What follows the numbers is never empty, and no document holds it where it is.
-    static bool fits(ByteView bytes) noexcept { return ByteRun::fits(bytes) && bytes.size > head; }
+    static bool fits(ByteView bytes) noexcept { return ByteRun::fits(bytes) && bytes.size >= head; }
 
     u8 scod() const noexcept { return bytes_[0]; }
     u32 sGcod() const noexcept { return readBigEndian<u32>(bytes_.data() + 1); }
@@ -41,8 +40,7 @@ class CORVID_EXPORT J2KQuantisationDefault : public Visitable<J2KQuantisationDef
 public:
     J2KQuantisationDefault(u8 sqcd, const u8* sPgcd, u64 sPgcdLength);
     explicit J2KQuantisationDefault(ByteView bytes);
-    /// What follows the numbers is never empty, and no document holds it where it is.
-    static bool fits(ByteView bytes) noexcept { return ByteRun::fits(bytes) && bytes.size > head; }
+    static bool fits(ByteView bytes) noexcept { return ByteRun::fits(bytes) && bytes.size >= head; }
 
     u8 sqcd() const noexcept { return bytes_[0]; }
     const DataStream& sPgcd() const noexcept { return sPgcd_; }

@@ -140,7 +140,7 @@ def sets():
             (0x8002, b"\xFF\xFF"),
             (0x8003, many(b"\x07\x01\x02", b"\x08\x01\x01", size=3)),
             (0x8004, b"\x01\xFF\xFF\xFF\xFF\xAB"),
-            (0x8005, b"\xC8\x20"),
+            (0x8005, b"\xC8"),
             (0x8006, b"de\xFC\0x"),
             (0x800B, uid(0xC0)[:15]),
         ),

@@ -43,7 +43,7 @@ SIZES = {
     "J2KPictureComponent": 3,
 }
 ENCODINGS = {"UTF16String": "utf-16-be", "ISO7String": "latin-1"}
-AT_LEAST = {"J2KCodingStyleDefault": 6, "J2KQuantisationDefault": 2}
+AT_LEAST = {"J2KCodingStyleDefault": 5, "J2KQuantisationDefault": 1}
 
 
 REPLACEMENT = "\uFFFD"

@@ -88,8 +88,8 @@ template <> struct Samples<Types::DataStream> : SamplesOfRun<0> {};
 template <> struct Samples<Types::DataValue> : SamplesOfRun<0> {};
 template <> struct Samples<Types::Unknown> : SamplesOfRun<0> {};
 template <> struct Samples<Types::ISO7String> : SamplesOfRun<0> {};
-template <> struct Samples<Types::J2KCodingStyleDefault> : SamplesOfRun<6> {};
-template <> struct Samples<Types::J2KQuantisationDefault> : SamplesOfRun<2> {};
+template <> struct Samples<Types::J2KCodingStyleDefault> : SamplesOfRun<5> {};
+template <> struct Samples<Types::J2KQuantisationDefault> : SamplesOfRun<1> {};
 
 template <> struct Samples<Types::UTF16String> {
     static std::vector<Sample> fitting() {
