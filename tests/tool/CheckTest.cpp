@@ -1,8 +1,12 @@
 #include "tests/tool/RunCommand.h"
 
+#include "host/mxf/File.h"
+#include "tests/tool/Differences.h"
+
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+using namespace Corvid;
 using namespace Corvid::Testing;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -195,6 +199,29 @@ TEST_F(Check, findsNoDamageInRealFiles) {
     EXPECT_GT(report["files"].size(), 20U);
     for (const auto& file : report["files"]) {
         EXPECT_THAT(file["result"], ::testing::AnyOf("lossless", "implied")) << file.dump(2);
+    }
+}
+
+TEST_F(Check, wouldFindNoDamageInWhatFromXmlWrites) {
+    std::vector<std::filesystem::path> files{sourceDir() / "examples" / "sample.mxf"};
+    if (const auto samples = samplesDir(); !samples.empty()) {
+        for (const auto& entry : std::filesystem::directory_iterator(samples)) {
+            if (entry.path().extension() == ".mxf") {
+                files.push_back(entry.path());
+            }
+        }
+    }
+    mxf::NoWarnings warnings;
+    const auto dictionary = MetaMetadata::Dictionary::builtIn();
+    for (const auto& path : files) {
+        const Outcome outcome = shop.run("corvid to-xml --replace-invalid '" + path.string() +
+                                         "' -o t.xml && corvid from-xml t.xml -o t.mxf");
+        ASSERT_EQ(outcome.status, 0) << path << outcome.err;
+        mxf::File before(path.string(), dictionary, warnings);
+        mxf::File after((shop.path() / "t.mxf").string(), dictionary, warnings);
+        const auto differences =
+            differencesOf(*before.readMetadata().metadata, *after.readMetadata().metadata);
+        EXPECT_FALSE(anyReal(kindsOf(differences))) << path << "\n" << linesOf(differences);
     }
 }
 
