@@ -62,13 +62,14 @@ void unite(std::vector<Difference>& differences, const std::vector<Difference>& 
 } // namespace
 
 void writeForComparison(PartitionMetadata& metadata, DataIO::DataSink& sink) {
-    const SetAside aside(metadata);
-    const auto document = XMLBuilder::partition2XML(&metadata, false, false);
-    if (!document) {
+    // Asked before: a writer that finds none leaves its document behind.
+    if (metadata.find(Metadata::Structural::StructuralMetadataKeys::preface()).empty()) {
         throw Exceptions::InvalidFormat("no Preface among the " + std::to_string(metadata.size()) +
                                             " sets of the partition, so there is nothing to write",
                                         CORVID_HERE);
     }
+    const SetAside aside(metadata);
+    const auto document = XMLBuilder::partition2XML(&metadata, false, false);
     XMLUtils::ReplaceInvalidCharacters invalid(0);
     XMLUtils::serialise(document.get(), XMLUtils::EncodingType::utf8, XMLUtils::Layout::compact,
                         invalid, sink);
