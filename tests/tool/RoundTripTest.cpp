@@ -37,6 +37,8 @@ struct Implied {
     std::function<void(ThingPartition&)> make;
 };
 
+void PrintTo(const Implied& each, std::ostream* out) { *out << each.name; }
+
 const Types::UniversalLabel unknownLabel(Model::darkKey());
 
 /// A property of the thing whose label has another version in its file than in the dictionary.
@@ -201,10 +203,16 @@ const std::vector<Implied> impliedCases = {
      }},
     {"EmptyCodingStyle",
      {Kind::emptyCodestreamPart},
-     [](ThingPartition& t) { t.add("J2KCodingStyleDefault", "12345"); }},
+     [](ThingPartition& t) {
+         t.model.value(*t.thing, "J2KCodingStyleDefault",
+                       Types::J2KCodingStyleDefault(1, 2, nullptr, 0));
+     }},
     {"EmptyQuantisation",
      {Kind::emptyCodestreamPart},
-     [](ThingPartition& t) { t.add("J2KQuantisationDefault", "1"); }},
+     [](ThingPartition& t) {
+         t.model.value(*t.thing, "J2KQuantisationDefault",
+                       Types::J2KQuantisationDefault(1, nullptr, 0));
+     }},
 };
 
 /// What comes back of a partition by way of XML.
@@ -234,6 +242,9 @@ TEST_P(WhatTheFormatImplies, isWhatTheWayThroughXmlDoes) {
 
 TEST_P(WhatTheFormatImplies, isNoDifferenceWhereAllIsKept) {
     const auto copy = copyOf(before());
+    if (!copy) {
+        return; // No file holds the value.
+    }
     for (const auto kind : kindsBetween(before(), *copy)) {
         // The bytes of a value don't hold all milliseconds.
         EXPECT_EQ(kind, Kind::oddMilliseconds);
@@ -274,19 +285,16 @@ TEST_P(WhatTheFormatImplies, excusesNoOtherValueInItsPlace) {
 }
 
 TEST_P(WhatTheFormatImplies, leavesThePartitionAsItWas) {
-    const auto copy = copyOf(before());
+    const auto values = [&] {
+        std::vector<std::string> list;
+        forEachValue(before(), [&](const MetadataSet&, const Element& element) {
+            list.push_back(valueOf(element));
+        });
+        return list;
+    };
+    const auto expected = values();
     Tool::compareWithRoundTrip(before());
-    forEachValue(before(),
-                 [&](const MetadataSet& set, const Element&) { EXPECT_GT(set.countValues(), 0U); });
-    std::vector<std::string> values;
-    std::vector<std::string> expected;
-    forEachValue(before(), [&](const MetadataSet&, const Element& element) {
-        values.push_back(valueOf(element));
-    });
-    forEachValue(*copy, [&](const MetadataSet&, const Element& element) {
-        expected.push_back(valueOf(element));
-    });
-    EXPECT_EQ(values, expected);
+    EXPECT_EQ(values(), expected);
 }
 
 INSTANTIATE_TEST_SUITE_P(, WhatTheFormatImplies, ::testing::ValuesIn(impliedCases),
