@@ -3,7 +3,6 @@
 #include "XMLBuilder/Namespaces.h"
 #include "XMLBuilder/reader/ChildSteps.h"
 #include "host/base/Exceptions.h"
-#include "host/dictionary/UnknownAttribute.h"
 #include "host/xmlutils/XmlText.h"
 
 #include <xercesc/dom/DOMDocument.hpp>
@@ -51,8 +50,7 @@ void ExtensionTags::keepNamed(const DOMElement& root) {
 
 void ExtensionTags::keep(const XMLCh* tag) {
     try {
-        tags_.keepTagOf(MetaMetadata::UnknownAttribute(
-            tagFrom(tag), MetaMetadata::UnknownAttribute::unknownLabel));
+        tags_.keep(tagFrom(tag));
     } catch (const Exceptions::InvalidFormat&) {
         // That is for whoever reads the element, if anybody does.
     }

@@ -72,6 +72,16 @@ TEST_F(CollectionReader, comparesSizesFromTheFirstItemThatHasOne) {
               "000000020000000261626364");
 }
 
+TEST_F(CollectionReader, countsValuesWithoutBytesAmongTheItems) {
+    const char* none = "<![CDATA[]]>"; // a value, though one of no bytes
+    EXPECT_EQ(bytesOf(readItems("DataStreamBatch", items({none}))), "0000000100000000");
+    EXPECT_EQ(bytesOf(readItems("DataStreamBatch", items({none, none, "0a"}))),
+              "00000003000000010a");
+    failureOf<Exceptions::InvalidLength>([&] {
+        readItems("DataStreamBatch", items({none, "0a", none}));
+    });
+}
+
 TEST_F(CollectionReader, leavesTheElementAsItWasWhenSizesDiffer) {
     auto& set = readThing("");
     EXPECT_ANY_THROW(readItems("DataStreamBatch", items({"0a", "0a0b"})));
@@ -150,11 +160,19 @@ TEST_F(CollectionReader, leavesAReferenceToASetOfUnknownClassUnset) {
 }
 
 TEST_F(CollectionReader, readsNoItemsAsAnEmptyCollectionOfReferences) {
-    const auto& set = readReferences("WeakReferenceBatch", "");
-    const auto& element = elementOf<ReferenceBatchElement>(set, "WeakReferenceBatch");
-    EXPECT_EQ(element.size(), 0U);
-    EXPECT_FALSE(element.isSkipped());
-    EXPECT_TRUE(elementOf<ReferenceBatchElement>(set, "StrongReferenceBatch").isSkipped());
+    for (const char* tag : {"StrongReferenceArray", "StrongReferenceBatch", "WeakReferenceArray",
+                            "WeakReferenceBatch"}) {
+        for (const char* content : {"", "text", "<!-- comment -->"}) {
+            const auto& set = readReferences(tag, content);
+            const auto& element = elementOf<Metadata::ReferenceCollectionElement>(set, tag);
+            EXPECT_EQ(element.size(), 0U);
+            EXPECT_FALSE(element.isSkipped());
+            DataIO::Memory::MemoryDataSink sink;
+            element.serialize(sink);
+            EXPECT_EQ(sink.serializedSize(), 8U);
+            EXPECT_EQ(set.countValues(), 2U); // its identifier beside it
+        }
+    }
 }
 
 } // namespace

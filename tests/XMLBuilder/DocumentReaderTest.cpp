@@ -139,6 +139,19 @@ TEST_F(DocumentReader, letsItsOwnExceptionsPass) {
     });
 }
 
+TEST_F(DocumentReader, tellsTheFailureOfAValueUnchangedInEveryForm) {
+    const std::string xml = documentOf("<t:Thing><e:DataStream>0</e:DataStream></t:Thing>");
+    const auto check = [](auto read) {
+        const Failure failure = failureOf<Exceptions::InvalidFormat>(read);
+        EXPECT_EQ(failure.message, "Value has invalid Length");
+        EXPECT_EQ(failure.file, "Corvid/XMLBuilder/FromXMLElementVisitor");
+        EXPECT_EQ(failure.code, 8U);
+    };
+    check([&] { readXml(model_, xml); });
+    check([&] { getPartitionMetadataFromString(Platform::fromUtf8(xml), &model_.partition); });
+    check([&] { readFile(xml); });
+}
+
 TEST_F(DocumentReader, leavesWhatItMadeBeforeAFailure) {
     failureOf<Exceptions::InvalidFormat>([&] {
         readSets("<t:Thing><e:UInt8>1</e:UInt8></t:Thing>"

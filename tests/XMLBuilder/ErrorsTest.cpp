@@ -2,6 +2,8 @@
 
 #include "tests/XMLBuilder/Things.h"
 
+#include <exception>
+
 namespace Corvid::Testing {
 namespace {
 
@@ -13,6 +15,12 @@ TEST(Errors, joinConditionAndExplanationAndTellThePlace) {
     EXPECT_EQ(failure.message, "!yearValue.empty (): No 'Year' element in XML metadata");
     EXPECT_EQ(failure.file, "some/file");
     EXPECT_EQ(failure.line, 42);
+}
+
+TEST(Errors, areCaughtByTheirOwnBaseOnly) {
+    EXPECT_TRUE((std::is_base_of_v<Exceptions::BaseException, Exceptions::InvalidFormat>));
+    EXPECT_FALSE((std::is_base_of_v<std::exception, Exceptions::BaseException>));
+    EXPECT_FALSE((std::is_base_of_v<Exceptions::InvalidFormat, Exceptions::InvalidLength>));
 }
 
 TEST(Errors, tellLengthsByTheirOwnClass) {
