@@ -1,25 +1,11 @@
-#include "host/mxf/File.h"
+#include "tests/XMLBuilder/RoundTrip.h"
 #include "tests/XMLBuilder/Things.h"
-#include "tests/support/DocumentText.h"
-#include "tests/support/Paths.h"
 
-#include <filesystem>
 #include <regex>
 #include <set>
 
 namespace Corvid::Testing {
 namespace {
-
-/// The document of a partition; characters that XML cannot hold are replaced.
-std::string documentOf(Metadata::PartitionMetadata& partition, Flags flags) {
-    const auto document =
-        XMLBuilder::partition2XML(&partition, flags.referencesAsValues, flags.skipNonStructural);
-    XMLUtils::ReplaceInvalidCharacters invalid;
-    DataIO::Memory::MemoryDataSink sink;
-    XMLUtils::serialise(document.get(), XMLUtils::EncodingType::utf8, XMLUtils::Layout::compact,
-                        invalid, sink);
-    return {reinterpret_cast<const char*>(sink.rawBuffer()), sink.serializedSize()};
-}
 
 /// Reads the document and writes what was read.
 std::string readAndWritten(const std::string& xml,
@@ -183,24 +169,13 @@ TEST_F(RoundTrip, keepsReferencesExtensionsAndDarkSets) {
 
 class SamplesRoundTrip : public testing::TestWithParam<bool> {};
 
-struct NoWarnings : mxf::WarningSink {
-    void warn(const mxf::Warning&) override {}
-};
-
 TEST_P(SamplesRoundTrip, keepsTheMetadataOfRealFiles) {
-    const auto folder = samplesDir();
-    if (folder.empty()) {
+    if (samplesDir().empty()) {
         GTEST_SKIP() << "no folder of sample files";
     }
-    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        if (entry.path().extension() == ".mxf") {
-            SCOPED_TRACE(entry.path().filename());
-            NoWarnings warnings;
-            mxf::File file(entry.path().string(), MetaMetadata::Dictionary::builtIn(), warnings);
-            const auto read = file.readMetadata(mxf::PartitionChoice::header());
-            expectRoundTrip(*read.metadata, {GetParam(), false});
-        }
-    }
+    forEachSample([](Metadata::PartitionMetadata& partition) {
+        expectRoundTrip(partition, {GetParam(), false});
+    });
 }
 
 INSTANTIATE_TEST_SUITE_P(, SamplesRoundTrip, testing::Bool(), [](const auto& which) {
