@@ -4,6 +4,7 @@
 #include <map>
 #include <regex>
 #include <string>
+#include <string_view>
 #include <utility>
 
 /// Documents compared as text, but for what does not come back when they are read.
@@ -12,16 +13,24 @@ namespace Corvid::Testing {
 /// The text with the identifiers of sets replaced by numbers in order of appearance: a reader may
 /// give every set a new one.
 inline std::string withoutIdentifiers(const std::string& xml) {
-    static const std::regex identifier("(InstanceUID|TargetInstance)=\"([^\"]*)\"");
+    static constexpr std::string_view begin = "=\"";
+    const auto endsWith = [](std::string_view text, std::string_view end) {
+        return text.size() >= end.size() && text.substr(text.size() - end.size()) == end;
+    };
     std::map<std::string, std::size_t> numbers;
     std::string result;
     std::size_t done = 0;
-    for (std::sregex_iterator i(xml.begin(), xml.end(), identifier), end; i != end; ++i) {
-        const auto number = numbers.emplace((*i)[2], numbers.size()).first->second;
-        const auto begin = static_cast<std::size_t>(i->position());
-        result.append(xml, done, begin - done);
-        result += (*i)[1].str() + "=\"" + std::to_string(number) + "\"";
-        done = begin + static_cast<std::size_t>(i->length());
+    for (std::size_t at = xml.find(begin); at != std::string::npos; at = xml.find(begin, at)) {
+        const std::string_view name(xml.data() + done, at - done);
+        at += begin.size();
+        if (!endsWith(name, "InstanceUID") && !endsWith(name, "TargetInstance")) {
+            continue;
+        }
+        const std::size_t end = xml.find('"', at);
+        result.append(xml, done, at - done);
+        result +=
+            std::to_string(numbers.emplace(xml.substr(at, end - at), numbers.size()).first->second);
+        done = end;
     }
     return result.append(xml, done, std::string::npos);
 }
