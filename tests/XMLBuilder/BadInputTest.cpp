@@ -137,7 +137,7 @@ TEST_F(BadInput, thatIsCutOffAnywhereIsRefusedBeforeAnythingIsMade) {
 TEST_F(BadInput, withAnyByteChangedIsReadOrRefused) {
     const std::string xml = everything();
     for (std::size_t i = 0; i != xml.size(); ++i) {
-        for (const char byte : {'\0', '<', '\'', '0', '\x80', '\xFF'}) {
+        for (const char byte : {'\0', '<', '\xFF'}) {
             std::string changed = xml;
             changed[i] = byte;
             Model model(model_.partition.partitionDictionary().dictionary());
