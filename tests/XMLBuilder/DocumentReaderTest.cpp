@@ -1,9 +1,7 @@
 #include "tests/XMLBuilder/Things.h"
 #include "tests/support/Paths.h"
 
-#include <atomic>
 #include <fstream>
-#include <thread>
 
 namespace Corvid::Testing {
 namespace {
@@ -159,26 +157,6 @@ TEST_F(DocumentReader, leavesWhatItMadeBeforeAFailure) {
     });
     ASSERT_EQ(model_.partition.size(), 2U);
     EXPECT_EQ(bytesOf(elementOf(**model_.partition.begin(), "UInt8").value()), "01");
-}
-
-TEST(DocumentReaders, readIntoDifferentPartitionsAtTheSameTime) {
-    const std::string xml =
-        documentOf("<s377m:Preface rp210:InstanceUID='1'><rp210:FormatVersion>259"
-                   "</rp210:FormatVersion></s377m:Preface><s377m:Filler/>");
-    std::atomic<std::size_t> sets{0};
-    std::vector<std::thread> readers;
-    for (int i = 0; i != 4; ++i) {
-        readers.emplace_back([&] {
-            for (int n = 0; n != 50; ++n) {
-                Model model;
-                sets += readXml(model, xml).size();
-            }
-        });
-    }
-    for (auto& reader : readers) {
-        reader.join();
-    }
-    EXPECT_EQ(sets, 400U);
 }
 
 } // namespace

@@ -5,10 +5,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <atomic>
-#include <thread>
-#include <vector>
-
 namespace Corvid::Testing {
 namespace {
 
@@ -109,24 +105,6 @@ TEST(PublicInterface, leavesTheLockFreeWhenAWriterThrows) {
     Model model;
     model.set("Preface", 1);
     EXPECT_TRUE(partition2XML(&model.partition, false, false));
-}
-
-TEST(PublicInterface, serialisesCallersOnDifferentPartitions) {
-    std::atomic<int> written{0};
-    std::vector<std::thread> callers;
-    for (int i = 0; i != 4; ++i) {
-        callers.emplace_back([&written] {
-            Model model;
-            model.set("Preface", 1);
-            for (int n = 0; n != 50; ++n) {
-                written += partition2XML(&model.partition, false, false) ? 1 : 0;
-            }
-        });
-    }
-    for (auto& caller : callers) {
-        caller.join();
-    }
-    EXPECT_EQ(written, 200);
 }
 
 TEST(PublicInterface, givesNothingWithoutPreface) {
