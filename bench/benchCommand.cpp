@@ -80,6 +80,8 @@ void printRatios(const Bench::Ratios& ratios) {
                  {"platform"}, 1.6);
     ratios.print("corvid info, 40 sets, to XML platform up and down", {"info_40"}, {"platform"},
                  1.6);
+    ratios.print("corvid dictionary, one name, to XML platform up and down", {"dictionary"},
+                 {"platform"}, 1.6);
     ratios.print("corvid --version to XML platform up and down", {"version"}, {"platform"}, 1.6);
     // What is not the start of the process is to grow as the sets do.
     for (const std::string counter : {"", "cpu_ms"}) {
@@ -100,6 +102,7 @@ int runAll(int argc, char** argv) {
     add("platform", {yardstick, "platform"}, often);
     add("version", {command, "--version"}, often);
     add("info_40", {command, "info", files.mxf(small)}, often);
+    add("dictionary", {command, "dictionary", "Preface"}, often);
     for (const std::size_t sets : scales) {
         add(toXml(sets), {command, "to-xml", files.mxf(sets), "-o", files.xml(sets)},
             sets > 1000 ? seldom : often);

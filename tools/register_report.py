@@ -9,9 +9,9 @@ TITLE = """\
 # What Corvid knows of the SMPTE registers
 
 [The dictionary](dictionary.md) defines every set that header metadata can hold, with all
-properties that the registers give it. All entries of the registers (SMPTE ST 335, ST 395, ST 400,
-ST 2003) are there by name. This page is made by `tools/make-dictionary.py` from the registers'
-tables.
+properties that the registers give it. [corvid dictionary](dictionary-command.md) explains these and
+all other entries of the registers (SMPTE ST 335, ST 395, ST 400, ST 2003). This page is made by
+`tools/make-dictionary.py` from the registers' tables.
 """
 
 

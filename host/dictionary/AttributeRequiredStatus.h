@@ -12,4 +12,8 @@ enum Status : unsigned int {
     optional = 4, ///< it may be left out
 };
 
+/// What texts of definitions call each status, in the order of their numbers.
+inline constexpr const char* names[] = {"required", "encoder-required", "decoder-required",
+                                        "best-effort", "optional"};
+
 } // namespace Corvid::MetaMetadata::AttributeRequiredStatus

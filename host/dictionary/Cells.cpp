@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 namespace Corvid::MetaMetadata::Cells {
 
@@ -17,14 +18,6 @@ struct NamedType {
 constexpr NamedType valueTypes[] = {
 #define CORVID_VALUE_TYPE(Class, Id, Form) {#Class, Types::Identifiers::Class},
 #include "host/types/ValueTypes.def"
-};
-
-constexpr std::pair<std::string_view, AttributeRequiredStatus::Status> statuses[] = {
-    {"required", AttributeRequiredStatus::required},
-    {"encoder-required", AttributeRequiredStatus::encoderRequired},
-    {"decoder-required", AttributeRequiredStatus::decoderRequired},
-    {"best-effort", AttributeRequiredStatus::bestEffort},
-    {"optional", AttributeRequiredStatus::optional},
 };
 
 template <std::size_t Size>
@@ -85,12 +78,12 @@ std::optional<std::uint32_t> number(std::string_view text) {
 }
 
 std::optional<AttributeRequiredStatus::Status> status(std::string_view text) {
-    for (const auto& [name, value] : statuses) {
-        if (name == text) {
-            return value;
-        }
-    }
-    return std::nullopt;
+    const auto* const first = std::begin(AttributeRequiredStatus::names);
+    const auto* const last = std::end(AttributeRequiredStatus::names);
+    const auto* const found = std::find(first, last, text);
+    return found == last
+               ? std::nullopt
+               : std::optional(static_cast<AttributeRequiredStatus::Status>(found - first));
 }
 
 std::optional<ValueType> valueType(std::string_view text) {

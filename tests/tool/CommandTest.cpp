@@ -81,7 +81,10 @@ TEST(Command, helpOfInfoNamesEveryOption) {
 
 TEST(Command, helpFitsInEightyColumns) {
     std::istringstream lines(
-        Workshop().run("corvid to-xml --help; corvid info -h; corvid check -h; corvid -h").out);
+        Workshop()
+            .run("corvid to-xml --help; corvid info -h; corvid check -h; corvid dictionary -h; "
+                 "corvid -h")
+            .out);
     std::size_t count = 0;
     for (std::string line; std::getline(lines, line); ++count) {
         EXPECT_LE(line.size(), 80U) << line;

@@ -60,7 +60,9 @@ TEST_P(Docs, examplesPrintWhatThePageShows) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, Docs, ::testing::Values("to-xml", "from-xml", "info", "check", "schema"),
+INSTANTIATE_TEST_SUITE_P(, Docs,
+                         ::testing::Values("to-xml", "from-xml", "info", "check", "schema",
+                                           "dictionary-command"),
                          [](const auto& each) {
                              std::string name = each.param;
                              std::replace(name.begin(), name.end(), '-', '_');

@@ -1,6 +1,6 @@
 #include "tools/corvid/LabelText.h"
+#include "tools/corvid/Lines.h"
 #include "tools/corvid/RegisteredName.h"
-#include "tools/corvid/Wrapped.h"
 
 #include "host/base/Text.h"
 

@@ -1,6 +1,7 @@
 #include "tools/corvid/CommandLine.h"
 
 #include "tools/corvid/Check.h"
+#include "tools/corvid/DictionaryCommand.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/HelpFormatter.h"
@@ -176,6 +177,20 @@ Work declareCheck(CLI::App& verb, bool colours) {
     return [options](Messages& messages) { xmlVerbs().check(*options, messages); };
 }
 
+Work declareDictionary(CLI::App& verb, bool colours) {
+    const auto options = std::make_shared<DictionaryOptions>();
+    options->colours = colours;
+    verb.add_option("LABEL-OR-NAME", options->wanted,
+                    "Label or key in any form, local tag, or name of a set, property, type, member "
+                    "or label, or part of it")
+        ->required()
+        ->type_name("LABEL-OR-NAME")
+        ->group(input);
+    declareDictionaries(verb, options->dictionaries);
+    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    return [options](Messages&) { dictionary(*options); };
+}
+
 } // namespace
 
 Command parseCommandLine(int argc, const char* const* argv, bool colours) {
@@ -200,6 +215,8 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     add("check", "Take MXF files to XML and back, tell what differs",
         [colours](CLI::App& verb) { return declareCheck(verb, colours); });
     add("schema", "Write the XML Schema of the documents", declareSchema);
+    add("dictionary", "Explain a label, local tag, set, property or type",
+        [colours](CLI::App& verb) { return declareDictionary(verb, colours); });
 
     try {
         app.parse(argc, argv);

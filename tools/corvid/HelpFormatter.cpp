@@ -1,6 +1,6 @@
 #include "tools/corvid/HelpFormatter.h"
 
-#include "tools/corvid/Wrapped.h"
+#include "tools/corvid/Lines.h"
 
 #include <iterator>
 #include <sstream>

@@ -22,4 +22,14 @@ std::string registeredName(const std::string& text) {
     return label ? registeredName(*label) : "";
 }
 
+std::vector<std::string> branchesOf(const Types::UniversalLabel& label) {
+    std::vector<std::string> names;
+    for (const MetaMetadata::LabelBranch& branch : MetaMetadata::Registers::branches()) {
+        if (branch.holds(label)) {
+            names.emplace_back(branch.name());
+        }
+    }
+    return names;
+}
+
 } // namespace Corvid::Tool

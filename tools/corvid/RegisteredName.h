@@ -3,6 +3,7 @@
 #include "host/types/IdentifierTypes.h"
 
 #include <string>
+#include <vector>
 
 namespace Corvid::Tool {
 
@@ -12,5 +13,9 @@ std::string registeredName(const Types::UniversalLabel& label);
 
 /// The same for a dotted label; empty for any other text.
 std::string registeredName(const std::string& text);
+
+/// Where a label stands in the register of labels, or would if it were registered: from the widest
+/// part to the narrowest.
+std::vector<std::string> branchesOf(const Types::UniversalLabel& label);
 
 } // namespace Corvid::Tool

@@ -1,7 +1,6 @@
 #include "tools/corvid/SetValues.h"
 
 #include "host/dictionary/AbstractMetaAttributeVisitor.h"
-#include "host/dictionary/MetaAttribute.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MisplacedAttribute.h"
 #include "host/dictionary/UnknownAttribute.h"
@@ -72,22 +71,6 @@ std::vector<Types::UniversalLabel> labelsOf(const Element* element) {
 bool isRegistryLabel(const Types::UniversalLabel& label) {
     constexpr Types::u8 front[] = {0x06, 0x0e, 0x2b, 0x34, 0x04};
     return std::equal(std::begin(front), std::end(front), label.bytes().begin());
-}
-
-/// What the dictionary says of an element; null where it knows nothing of it.
-const MetaMetadata::MetaElement* definitionOf(const Element& element) {
-    struct Visitor : MetaMetadata::AbstractMetaAttributeVisitor {
-        void visit(const MetaMetadata::UnknownAttribute&) override {}
-        void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
-            found = &attribute.metaElement();
-        }
-        void visit(const MetaMetadata::MetaAttribute& attribute) override {
-            found = &attribute.metaElement();
-        }
-        const MetaMetadata::MetaElement* found = nullptr;
-    } visitor;
-    element.metaAttribute()->accept(visitor);
-    return visitor.found;
 }
 
 unsigned long schemaIndex(const MetaMetadata::MetaElement& definition) {
@@ -164,7 +147,7 @@ std::vector<std::pair<std::string, Types::UniversalLabel>> labelValues(const Met
                                    [](const auto& each) { return !isRegistryLabel(each); }),
                     found.end());
         const MetaMetadata::MetaElement* const definition =
-            found.empty() ? nullptr : definitionOf(*element);
+            found.empty() ? nullptr : Metadata::definitionOf(*element->metaAttribute());
         if (definition != nullptr) {
             properties.push_back({schemaIndex(*definition), tagName(*definition), found});
         }

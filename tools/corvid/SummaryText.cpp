@@ -1,9 +1,10 @@
+#include "tools/corvid/Lines.h"
 #include "tools/corvid/Printable.h"
 #include "tools/corvid/RegisteredName.h"
 #include "tools/corvid/StructuralLabels.h"
+#include "tools/corvid/Style.h"
 #include "tools/corvid/Summary.h"
 #include "tools/corvid/Table.h"
-#include "tools/corvid/Wrapped.h"
 
 #include <algorithm>
 #include <cmath>
@@ -17,22 +18,6 @@ namespace {
 /// More partitions than these are not taken in at a glance: those in the middle are counted only.
 constexpr std::size_t partitionsShown = 12;
 constexpr std::size_t partitionsAtEitherEnd = 4;
-
-struct Style {
-    std::string heading;
-    std::string quiet;
-    std::string odd;
-    std::string end;
-
-    explicit Style(bool colours) {
-        if (colours) {
-            heading = "\033[1m";
-            quiet = "\033[2m";
-            odd = "\033[33m";
-            end = "\033[0m";
-        }
-    }
-};
 
 std::string timeText(double seconds) {
     const auto milliseconds = std::llround(seconds * 1000);
@@ -55,14 +40,6 @@ std::string durationText(const Summary::Track& track) {
     const auto time = seconds(*track.duration, track.editRate);
     return time ? fmt::format("{} ({})", *track.duration, timeText(*time))
                 : fmt::format("{}", *track.duration);
-}
-
-std::string joined(const std::vector<std::string>& texts, const char* between) {
-    std::string line;
-    for (const auto& text : texts) {
-        line += (line.empty() || text.empty() ? "" : between) + text;
-    }
-    return line;
 }
 
 /// "8 Sequence" and "1 Preface": the most frequent first.

@@ -1,6 +1,14 @@
-#include "tools/corvid/Wrapped.h"
+#include "tools/corvid/Lines.h"
 
 namespace Corvid::Tool {
+
+std::string joined(const std::vector<std::string>& items, const char* between) {
+    std::string line;
+    for (const std::string& item : items) {
+        line += (line.empty() || item.empty() ? "" : between) + item;
+    }
+    return line;
+}
 
 std::string wrapped(const std::vector<std::string>& items, const std::string& between,
                     std::size_t indent) {

@@ -1,0 +1,151 @@
+#include "tools/corvid/DictionaryCommand.h"
+
+#include "host/base/Exceptions.h"
+#include "host/base/Text.h"
+#include "tools/corvid/Clip.h"
+#include "tools/corvid/Explanation.h"
+#include "tools/corvid/LabelText.h"
+#include "tools/corvid/Lines.h"
+#include "tools/corvid/NameMatch.h"
+#include "tools/corvid/Output.h"
+#include "tools/corvid/Printable.h"
+#include "tools/corvid/RegisteredName.h"
+#include "tools/corvid/Style.h"
+#include "tools/corvid/Table.h"
+
+#include <algorithm>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+Json matchName(Glossary::Match match) {
+    switch (match) {
+    case Glossary::Match::nothing:
+        return nullptr;
+    case Glossary::Match::label:
+        return "label";
+    case Glossary::Match::localTag:
+        return "local tag";
+    case Glossary::Match::name:
+        return "name";
+    case Glossary::Match::partOfName:
+        return "part of name";
+    }
+    return nullptr;
+}
+
+struct KindName {
+    const char* operator()(const MetaMetadata::MetaMetadataSet*) const { return "set"; }
+    const char* operator()(const MetaMetadata::MetaElement*) const { return "property"; }
+    const char* operator()(const MetaMetadata::RegisteredProperty&) const { return "property"; }
+    const char* operator()(const MetaMetadata::RegisteredType&) const { return "type"; }
+    const char* operator()(const MetaMetadata::RegisteredLabel&) const { return "label"; }
+    const char* operator()(const TypeMember&) const { return "member"; }
+    const char* operator()(const MetaMetadata::RegisteredGroup&) const { return "group"; }
+};
+
+/// What tells entries of one name apart: the label, or the type of a member.
+std::string detail(const Subject& subject) {
+    if (const auto* const member = std::get_if<TypeMember>(&subject)) {
+        return std::string(member->type.symbol()) + " " + std::string(member->member.value());
+    }
+    const auto label = labelOf(subject);
+    return label ? Platform::toUtf8(label->toString()) : "";
+}
+
+/// Not those that only differ from the first in blanks and case, nor the symbols of labels.
+std::string otherNames(const Glossary::Entry& entry) {
+    std::vector<std::string> others;
+    std::copy_if(entry.names.begin() + 1, entry.names.end(), std::back_inserter(others),
+                 [&entry](const std::string& name) {
+                     return !std::holds_alternative<MetaMetadata::RegisteredLabel>(entry.subject) &&
+                            folded(name) != folded(entry.names.front());
+                 });
+    return joined(others, ", ");
+}
+
+std::string listText(const Glossary::Entries& entries, bool colours) {
+    const Style style(colours);
+    Table table(0);
+    table.add({"Kind", "Label, or type and value", "Name", "Other names"});
+    for (const Glossary::Entry* entry : entries) {
+        table.add({std::visit(KindName(), entry->subject), detail(entry->subject),
+                   entry->names.front(), otherNames(*entry)});
+    }
+    return table.toString(style.heading, style.end);
+}
+
+/// Why nothing was found, on one line.
+std::string refusal(const std::string& wanted, const std::vector<std::string>& near) {
+    std::string text = "'" + printable(wanted) +
+                       "' is no label, local tag or name that the "
+                       "dictionary or the registers know";
+    if (const auto label = parseLabel(wanted)) {
+        const auto branches = branchesOf(*label);
+        text += branches.empty() || (*label)[4] != 4
+                    ? ""
+                    : "; it would stand in: " + joined(branches, " > ");
+    } else if (const auto tag = parseLocalTag(wanted); tag && *tag >= 0x8000) {
+        text += "; each file gives local tags from 80.00 on anew, in its primer pack";
+    }
+    return near.empty() ? text : text + "; near: " + joined(near, ", ");
+}
+
+std::string toText(const DictionaryOptions& options, const Glossary::Found& found,
+                   const MetaMetadata::Dictionary& definitions) {
+    if (found.entries.size() != 1) {
+        Glossary::Entries all = found.entries;
+        all.insert(all.end(), found.namesakes.begin(), found.namesakes.end());
+        return listText(all, options.colours);
+    }
+    const std::string text =
+        explanationText(explain(*found.entries.front(), definitions), options.colours);
+    return found.namesakes.empty()
+               ? text
+               : text + "\nOthers of that name\n" + listText(found.namesakes, options.colours);
+}
+
+std::string toJson(const DictionaryOptions& options, const Glossary::Found& found,
+                   const std::vector<std::string>& near,
+                   const MetaMetadata::Dictionary& definitions) {
+    Json json = {{"query", options.wanted},
+                 {"match", matchName(found.match)},
+                 {"entries", Json::array()},
+                 {"namesakes", Json::array()},
+                 {"near", near}};
+    for (const Glossary::Entry* entry : found.entries) {
+        json["entries"].push_back(explain(*entry, definitions));
+    }
+    for (const Glossary::Entry* entry : found.namesakes) {
+        json["namesakes"].push_back({{"kind", std::visit(KindName(), entry->subject)},
+                                     {"name", entry->names.front()},
+                                     {"is", detail(entry->subject)}});
+    }
+    // A query need not be UTF-8, JSON must be.
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+} // namespace
+
+void dictionary(const DictionaryOptions& options) {
+    const auto definitions = loadDictionary(options.dictionaries);
+    const Glossary glossary(*definitions);
+    const Glossary::Found found = glossary.find(options.wanted);
+    const std::vector<std::string> near =
+        found.entries.empty() ? glossary.near(options.wanted) : std::vector<std::string>();
+    if (options.json) {
+        printText(toJson(options, found, near, *definitions));
+    } else if (!found.entries.empty()) {
+        printText(toText(options, found, *definitions));
+    }
+    if (found.entries.empty()) {
+        throw Exceptions::InvalidArgument(refusal(options.wanted, near), CORVID_HERE);
+    }
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace Corvid::Tool {
+
+/// What `corvid dictionary` can be told.
+struct DictionaryOptions {
+    std::string wanted;                    ///< label, local tag or name
+    std::vector<std::string> dictionaries; ///< files with definitions beside the built-in ones
+    bool json = false;
+    bool colours = false; ///< no part of JSON
+};
+
+/// Prints on standard output what a label, a local tag or a name stands for.
+/// @throws InvalidArgument  nothing; suggests what is near.
+/// @throws IOError, InvalidDictionary, OutputError  as guard() takes them.
+void dictionary(const DictionaryOptions& options);
+
+} // namespace Corvid::Tool

@@ -1,0 +1,138 @@
+#include "tools/corvid/Explainer.h"
+
+#include "host/dictionary/AbstractMetaAttributeVisitor.h"
+#include "host/dictionary/MetaAttribute.h"
+#include "tools/corvid/SetValues.h"
+
+#include <algorithm>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using namespace MetaMetadata;
+
+std::string valueTypeOf(const MetaElement& element) {
+    const std::string type = Types::Identifiers::typeName(element.dataType());
+    if (!element.isCollection()) {
+        return type;
+    }
+    const auto& collection = static_cast<const MetaCollectionElement&>(element);
+    return type + "(" + Types::Identifiers::typeName(collection.dataSubType()) + ")";
+}
+
+/// What a definition says of one of its own properties.
+const MetaAttribute& metaAttribute(const AbstractMetaAttribute& attribute) {
+    struct Visitor : AbstractMetaAttributeVisitor {
+        void visit(const UnknownAttribute&) override {}
+        void visit(const MisplacedAttribute&) override {}
+        void visit(const MetaAttribute& own) override { found = &own; }
+        const MetaAttribute* found = nullptr;
+    } visitor;
+    attribute.accept(visitor);
+    return *visitor.found;
+}
+
+/// A property of a set, with the class that lists it.
+struct ListedProperty {
+    const MetaAttribute* attribute;
+    const MetaMetadataSet* of;
+};
+
+/// The properties of a set, its ancestors' first.
+std::vector<ListedProperty> propertiesOf(const MetaMetadataSet& set) {
+    std::vector<ListedProperty> properties;
+    for (const auto& attribute : set.attributes()) {
+        const MetaAttribute& property = metaAttribute(*attribute);
+        const MetaMetadataSet* of = &set;
+        while (of->parent() != nullptr &&
+               of->parent()->find(property.metaElement().label()) != nullptr) {
+            of = of->parent();
+        }
+        properties.push_back({&property, of});
+    }
+    return properties;
+}
+
+} // namespace
+
+void Explainer::operator()(const MetaMetadataSet* set) {
+    begin("set");
+    addDefinition(*set);
+    addAliases();
+    json_["key"] = Platform::toUtf8(set->key().toString());
+    json_["concrete"] = set->isConcrete();
+    Json chain = Json::array();
+    for (const auto* ancestor = set->parent(); ancestor != nullptr; ancestor = ancestor->parent()) {
+        chain.push_back(tagName(*ancestor));
+    }
+    json_["inherits"] = std::move(chain);
+    Json heirs = Json::array();
+    std::for_each(dictionary_.metaMetadataSetBegin(), dictionary_.metaMetadataSetEnd(),
+                  [&](const MetaMetadataSet* other) {
+                      if (other->parent() == set) {
+                          heirs.push_back(tagName(*other));
+                      }
+                  });
+    json_["inheritedBy"] = std::move(heirs);
+    if (const auto group = Registers::findGroup(set->key())) {
+        addSource(*group);
+    }
+    Json properties = Json::array();
+    for (const auto& [attribute, of] : propertiesOf(*set)) {
+        const MetaElement& element = attribute->metaElement();
+        properties.push_back(
+            {{"property", tagName(element)},
+             {"localTag", dotted(element.staticLocalTag())},
+             {"type", valueTypeOf(element)},
+             {"status", AttributeRequiredStatus::names[attribute->requiredStatus()]},
+             {"of", tagName(*of)},
+             {"label", dotted(element.label())}});
+    }
+    json_["properties"] = std::move(properties);
+}
+
+void Explainer::operator()(const MetaElement* element) {
+    begin("property");
+    addDefinition(*element);
+    addAliases();
+    json_["label"] = dotted(element->label());
+    json_["localTag"] = dotted(element->staticLocalTag());
+    json_["type"] = valueTypeOf(*element);
+    const auto property = Registers::properties().find(element->label());
+    addRegisteredType(property ? property->type() : std::nullopt);
+    if (property) {
+        addSource(*property);
+    }
+    Json sets = Json::array();
+    std::for_each(
+        dictionary_.metaMetadataSetBegin(), dictionary_.metaMetadataSetEnd(),
+        [&](const MetaMetadataSet* set) {
+            const auto* const attribute = set->find(element->label());
+            const bool isInherited =
+                set->parent() != nullptr && set->parent()->find(element->label()) != nullptr;
+            if (attribute == nullptr || isInherited) {
+                return;
+            }
+            sets.push_back(
+                {{"set", tagName(*set)},
+                 {"status",
+                  AttributeRequiredStatus::names[metaAttribute(**attribute).requiredStatus()]},
+                 {"inheritedBy", std::count_if(dictionary_.metaMetadataSetBegin(),
+                                               dictionary_.metaMetadataSetEnd(),
+                                               [&](const MetaMetadataSet* heir) {
+                                                   const auto* ancestor = heir->parent();
+                                                   while (ancestor != nullptr && ancestor != set) {
+                                                       ancestor = ancestor->parent();
+                                                   }
+                                                   return ancestor == set;
+                                               })},
+                 {"key", Platform::toUtf8(set->key().toString())}});
+        });
+    json_["sets"] = std::move(sets);
+    if (property) {
+        addGroupsWith(*property);
+    }
+}
+
+} // namespace Corvid::Tool

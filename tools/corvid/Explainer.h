@@ -1,0 +1,68 @@
+#pragma once
+
+#include "host/base/Text.h"
+#include "tools/corvid/Glossary.h"
+
+#include <nlohmann/json.hpp>
+
+namespace Corvid::Tool {
+
+using Json = nlohmann::ordered_json;
+
+inline Json orNull(std::string_view text) {
+    return text.empty() ? Json(nullptr) : Json(std::string(text));
+}
+
+inline Json dotted(const Types::UniversalLabel& label) {
+    return Platform::toUtf8(label.toString());
+}
+
+/// Null for 0, which stands for none.
+inline Json dotted(Types::u16 localTag) {
+    return localTag == 0 ? Json(nullptr)
+                         : Json(Platform::toUtf8(Types::LocalTag(localTag).toString()));
+}
+
+template <class Entry> Json symbolOf(const std::optional<Entry>& entry) {
+    return entry ? orNull(entry->symbol()) : Json(nullptr);
+}
+
+/// Builds the explanation of one entry.
+class Explainer {
+public:
+    Explainer(const Glossary::Entry& entry, const MetaMetadata::Dictionary& dictionary)
+        : entry_(entry), dictionary_(dictionary) {}
+
+    Json explain();
+
+    // ExplainDefinitions.cpp
+    void operator()(const MetaMetadata::MetaMetadataSet* set);
+    void operator()(const MetaMetadata::MetaElement* element);
+    // ExplainRegisters.cpp
+    void operator()(const MetaMetadata::RegisteredType& type);
+    void operator()(const MetaMetadata::RegisteredLabel& label);
+    void operator()(const TypeMember& member);
+    void operator()(const MetaMetadata::RegisteredProperty& property);
+    void operator()(const MetaMetadata::RegisteredGroup& group);
+
+private:
+    void begin(const char* kind);
+    /// The name and namespace in documents.
+    void addDefinition(const MetaMetadata::MetaDefinition& definition);
+    void addAliases();
+    void addRegisteredType(const std::optional<MetaMetadata::RegisteredType>& type);
+    void addMembers(const char* key, const MetaMetadata::RegisteredType& type);
+    /// The groups that have a property and are no header metadata.
+    void addGroupsWith(const MetaMetadata::RegisteredProperty& property);
+
+    template <class Entry> void addSource(const Entry& entry) {
+        json_["document"] = orNull(entry.document());
+        json_["deprecated"] = entry.isDeprecated();
+    }
+
+    const Glossary::Entry& entry_;
+    const MetaMetadata::Dictionary& dictionary_;
+    Json json_ = Json::object();
+};
+
+} // namespace Corvid::Tool

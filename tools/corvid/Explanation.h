@@ -1,0 +1,21 @@
+#pragma once
+
+#include "tools/corvid/Glossary.h"
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+
+namespace Corvid::Tool {
+
+/// All that is known of an entry, with the keys that docs/dictionary-command.md names. Values are
+/// texts, numbers and truth values, lists of texts, objects of texts, and lists of objects, in
+/// which null stands where nothing is known.
+/// @param dictionary  that the entry's glossary was made of.
+nlohmann::ordered_json explain(const Glossary::Entry& entry,
+                               const MetaMetadata::Dictionary& dictionary);
+
+/// The same for people: what has one value on a line of its own, lists of objects as tables.
+/// @param colours  whether headings are coloured.
+std::string explanationText(const nlohmann::ordered_json& explanation, bool colours);
+
+} // namespace Corvid::Tool
