@@ -4,8 +4,10 @@
 
 #include <xercesc/util/XercesDefs.hpp>
 
+#include <functional>
 #include <map>
 #include <string>
+#include <string_view>
 
 namespace Corvid::XMLBuilder {
 
@@ -19,7 +21,7 @@ enum class WrittenIdentifiers : unsigned char {
 /// them in the partition. A reference and its target meet here, whichever is read first.
 class InstanceNameTable {
 public:
-    using Entries = std::map<std::u16string, Types::UUID>;
+    using Entries = std::map<std::u16string, Types::UUID, std::less<>>;
 
     explicit InstanceNameTable(WrittenIdentifiers written = WrittenIdentifiers::replaced) noexcept
         : written_(written) {}
@@ -27,11 +29,16 @@ public:
     /// The InstanceUID of a written identifier. If it has none yet, it gets itself where those that
     /// are written are kept, else the one that make() returns.
     template <class Make> const Types::UUID& findOrAdd(const XMLCh* written, Make make) {
-        const auto [entry, added] = entries_.try_emplace(written);
-        if (added && !(written_ == WrittenIdentifiers::kept && parse(written, entry->second))) {
-            entry->second = make();
+        const std::u16string_view name = written;
+        const auto place = entries_.lower_bound(name);
+        if (place != entries_.end() && place->first == name) {
+            return place->second;
         }
-        return entry->second;
+        Types::UUID identifier;
+        if (written_ == WrittenIdentifiers::replaced || !parse(written, identifier)) {
+            identifier = make();
+        }
+        return entries_.emplace_hint(place, name, identifier)->second;
     }
 
     Entries::const_iterator begin() const noexcept { return entries_.begin(); }
