@@ -39,6 +39,8 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
     -ffile-prefix-map=${PROJECT_BINARY_DIR}/=build/)
 endif()
 
+include(cmake/CorvidHardening.cmake)
+
 # The rest serves those who work on Corvid; inside another project that one decides.
 if(PROJECT_IS_TOP_LEVEL)
   include(cmake/CorvidDevelopment.cmake)

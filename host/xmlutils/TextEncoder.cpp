@@ -71,7 +71,7 @@ std::size_t TextEncoder::room() {
 void TextEncoder::toUtf8(const XMLCh* text, std::size_t count) {
     const XMLCh* const end = text + count;
     while (text != end) {
-        const XMLCh* const stop = text + std::min<std::size_t>(room(), end - text);
+        const XMLCh* const stop = text + std::min(room(), static_cast<std::size_t>(end - text));
         unsigned char* to = buffer_.data() + used_;
         // The second unit of a pair may lie behind `stop`: the first one's four bytes pay for both.
         while (text < stop) {
@@ -101,7 +101,7 @@ void TextEncoder::toUtf16(const XMLCh* text, std::size_t count) {
     const std::size_t high = form_ == Form::utf16BE ? 0 : 1;
     const XMLCh* const end = text + count;
     while (text != end) {
-        const XMLCh* const stop = text + std::min<std::size_t>(room(), end - text);
+        const XMLCh* const stop = text + std::min(room(), static_cast<std::size_t>(end - text));
         unsigned char* to = buffer_.data() + used_;
         for (; text != stop; ++text, to += 2) {
             to[high] = static_cast<unsigned char>(*text >> 8);

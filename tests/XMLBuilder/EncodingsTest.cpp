@@ -35,15 +35,15 @@ void PrintTo(const Encoded& c, std::ostream* to) { *to << c.name; }
 class Encodings : public Things, public testing::WithParamInterface<Encoded> {};
 
 TEST_P(Encodings, areReadOrRefused) {
-    const auto& [name, bytes, text, message] = GetParam();
-    if (text != nullptr) {
-        const auto& set = *readXml(model_, bytes).front();
-        EXPECT_EQ(bytesOf(elementOf(set, "UTF16String").value()), text);
+    const Encoded& c = GetParam();
+    if (c.text != nullptr) {
+        const auto& set = *readXml(model_, c.bytes).front();
+        EXPECT_EQ(bytesOf(elementOf(set, "UTF16String").value()), c.text);
         return;
     }
-    EXPECT_THAT(failureOf<Exceptions::ParseError>([&] { readXml(model_, bytes); }).message,
+    EXPECT_THAT(failureOf<Exceptions::ParseError>([&] { readXml(model_, c.bytes); }).message,
                 testing::AllOf(StartsWith("class xercesc_3_0::SAXException: line 1, column "),
-                               HasSubstr(message)));
+                               HasSubstr(c.message)));
     EXPECT_EQ(model_.partition.size(), 0U);
 }
 

@@ -1,5 +1,6 @@
 #include "tests/XMLBuilder/Things.h"
 #include "tests/support/PeakMemory.h"
+#include "tests/support/Sanitizers.h"
 #include "tests/support/SmallStack.h"
 
 namespace Corvid::Testing {
@@ -9,7 +10,7 @@ using testing::HasSubstr;
 
 /// As much as a hostile document has of something, and fewer of what takes more time.
 constexpr std::size_t many = 1000000;
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(CORVID_ADDRESS_SANITIZER) || defined(CORVID_THREAD_SANITIZER)
 constexpr std::size_t some = 20000;
 constexpr std::size_t manyComponents = some;
 #else

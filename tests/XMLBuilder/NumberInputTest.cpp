@@ -99,7 +99,7 @@ protected:
     }
 };
 using Numbers = testing::Types<int, unsigned, std::int64_t, std::uint64_t>;
-TYPED_TEST_SUITE(NumberInput, Numbers);
+TYPED_TEST_SUITE(NumberInput, Numbers, );
 
 TYPED_TEST(NumberInput, readsWhatAStreamInTheClassicLocaleReads) { this->compareOften(); }
 

@@ -22,7 +22,7 @@ template <class Number> void agreesWithStream(Number number) {
 
 template <class Number> class NumberText : public testing::Test {};
 using Numbers = testing::Types<int, unsigned, long long, unsigned long long>;
-TYPED_TEST_SUITE(NumberText, Numbers);
+TYPED_TEST_SUITE(NumberText, Numbers, );
 
 TYPED_TEST(NumberText, isWhatAStreamWritesInTheClassicLocale) {
     using Limits = std::numeric_limits<TypeParam>;

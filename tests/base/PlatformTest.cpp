@@ -1,5 +1,7 @@
 #include "host/base/Platform.h"
 
+#include "tests/support/Sanitizers.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -26,7 +28,7 @@ TEST(MallocAlloc, givesAPointerForNoBytes) {
 TEST(MallocAlloc, takesNull) { malloc_alloc::deallocate(nullptr, 8); }
 
 // Sanitizers stop at a size that they hold for absurd instead of returning null.
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if !defined(CORVID_ADDRESS_SANITIZER) && !defined(CORVID_THREAD_SANITIZER)
 TEST(MallocAlloc, throwsWhereThereIsNoMemory) {
     volatile std::size_t size = std::numeric_limits<std::size_t>::max() / 2;
     EXPECT_THROW(malloc_alloc::allocate(size), std::bad_alloc);

@@ -123,7 +123,7 @@ TEST_F(MetadataSetTest, refusesAValueBeyondTheLengthFieldBeforeAnyByteIsWritten)
     };
     element.set(textOfSize(0x7FFF));
     EXPECT_EQ(bytesOf(set, partition).size(), 16U + 4 + 20 + 4 + 0xFFFE);
-    for (const std::size_t units : {0x8000, 0x8001, 0x10000}) {
+    for (const std::size_t units : {0x8000U, 0x8001U, 0x10000U}) {
         element.set(textOfSize(units));
         DataIO::Memory::MemoryDataSink sink;
         try {

@@ -93,7 +93,7 @@ TEST_F(SerializationOrder, followsReferencesInStoredOrderInvalidOnesIncluded) {
     single.setUnverifiedReference(
         Templates::auto_ptr<Types::Reference>(new Types::StrongReference(uuidOf(3))));
     refer(preface, childArray, {2});
-    for (const u32 uuid : {2, 3, 4, 5}) {
+    for (const u32 uuid : {2U, 3U, 4U, 5U}) {
         makeSet(otherKey(), uuid);
     }
     EXPECT_EQ(order().uuids, (Uuids{1, 5, 4, 3, 2}));

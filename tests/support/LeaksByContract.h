@@ -1,14 +1,8 @@
 #pragma once
 
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define CORVID_FINDS_LEAKS
-#endif
-#elif defined(__SANITIZE_ADDRESS__)
-#define CORVID_FINDS_LEAKS
-#endif
+#include "tests/support/Sanitizers.h"
 
-#ifdef CORVID_FINDS_LEAKS
+#ifdef CORVID_ADDRESS_SANITIZER
 #include <sanitizer/lsan_interface.h>
 #endif
 
@@ -21,7 +15,7 @@ class LeaksByContract {
 public:
     LeaksByContract(const LeaksByContract&) = delete;
     LeaksByContract& operator=(const LeaksByContract&) = delete;
-#ifdef CORVID_FINDS_LEAKS
+#ifdef CORVID_ADDRESS_SANITIZER
     LeaksByContract() { __lsan_disable(); }
     ~LeaksByContract() { __lsan_enable(); }
 #else

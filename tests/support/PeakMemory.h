@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Sanitizers.h"
+
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -14,7 +16,7 @@ namespace Corvid::Testing {
 /// runs in a process of its own, from which nothing but this number comes back; what it throws
 /// counts as done. Nothing where sanitizers make memory mean something else.
 inline std::optional<std::size_t> peakMemoryOf(const std::function<void()>& body) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(CORVID_ADDRESS_SANITIZER) || defined(CORVID_THREAD_SANITIZER)
     (void)body;
     return {};
 #else

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/Sanitizers.h"
+
 #include <exception>
 #include <functional>
 #include <pthread.h>
@@ -9,7 +11,7 @@ namespace Corvid::Testing {
 
 /// Stack enough for everything that the library does, however deep its input: what the smallest
 /// threads of common platforms have. Sanitizers make every frame several times as large.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(CORVID_ADDRESS_SANITIZER) || defined(CORVID_THREAD_SANITIZER)
 inline constexpr std::size_t smallStack = 4 * 512 * 1024;
 #else
 inline constexpr std::size_t smallStack = 512 * 1024;

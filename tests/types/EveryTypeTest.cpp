@@ -9,12 +9,14 @@ struct NameOfType {
 };
 
 // Note every call: the overload, and the address of what it was called with.
+using Calls = std::vector<std::pair<std::string, const Types::DataType*>>;
+
 #define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
     void visit(const Types::Class& value) override { calls.emplace_back(#Class, &value); }
 class ConstRecorder : public Types::Visitors::Visitor {
 public:
 #include "host/types/ValueTypes.def"
-    std::vector<std::pair<std::string, const Types::DataType*>> calls;
+    Calls calls;
 };
 
 #define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
@@ -22,7 +24,7 @@ public:
 class NonConstRecorder : public Types::Visitors::NonConstVisitor {
 public:
 #include "host/types/ValueTypes.def"
-    std::vector<std::pair<std::string, const Types::DataType*>> calls;
+    Calls calls;
 };
 
 template <class T> class EveryType : public ::testing::Test {};
@@ -52,7 +54,7 @@ TYPED_TEST(EveryType, isVisitedAsItsMostDerivedTypeOnce) {
         const auto value = makeFromBytes<TypeParam>(sample.bytes);
         ASSERT_TRUE(value);
         const Types::DataType* const address = value.get();
-        const decltype(ConstRecorder::calls) expected = {{IdentifierOf<TypeParam>::name, address}};
+        const Calls expected = {{IdentifierOf<TypeParam>::name, address}};
         ConstRecorder constant;
         address->accept(constant);
         EXPECT_EQ(constant.calls, expected);

@@ -192,7 +192,7 @@ Glossary::Found Glossary::find(const std::string& text) const {
 }
 
 Glossary::Found Glossary::findName(const std::string& text) const {
-    enum Rank { firstName, otherName, folded, part, ranks };
+    enum Rank { firstName, otherName, folded, partOfName, ranks };
     const NameMatch wanted(text);
     Entries byRank[ranks];
     for (const Entry& entry : entries_) {
@@ -206,7 +206,7 @@ Glossary::Found Glossary::findName(const std::string& text) const {
                 best = std::min<int>(best, folded);
                 break;
             case NameMatch::part:
-                best = std::min<int>(best, part);
+                best = std::min<int>(best, partOfName);
                 break;
             case NameMatch::none:
                 break;
@@ -223,10 +223,10 @@ Glossary::Found Glossary::findName(const std::string& text) const {
     for (int rank = 0; rank != ranks; ++rank) {
         if (found.entries.empty()) {
             found.match = byRank[rank].empty() ? Match::nothing
-                          : rank == part       ? Match::partOfName
+                          : rank == partOfName ? Match::partOfName
                                                : Match::name;
             found.entries = std::move(byRank[rank]);
-        } else if (rank != part) {
+        } else if (rank != partOfName) {
             found.namesakes.insert(found.namesakes.end(), byRank[rank].begin(), byRank[rank].end());
         }
     }
