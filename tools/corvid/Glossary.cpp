@@ -192,7 +192,7 @@ Glossary::Found Glossary::find(const std::string& text) const {
 }
 
 Glossary::Found Glossary::findName(const std::string& text) const {
-    enum Rank { firstName, otherName, folded, partOfName, ranks };
+    enum Rank { firstName, otherName, foldedName, part, ranks };
     const NameMatch wanted(text);
     Entries byRank[ranks];
     for (const Entry& entry : entries_) {
@@ -203,10 +203,10 @@ Glossary::Found Glossary::findName(const std::string& text) const {
                 best = std::min<int>(best, &name == &entry.names.front() ? firstName : otherName);
                 break;
             case NameMatch::alike:
-                best = std::min<int>(best, folded);
+                best = std::min<int>(best, foldedName);
                 break;
             case NameMatch::part:
-                best = std::min<int>(best, partOfName);
+                best = std::min<int>(best, part);
                 break;
             case NameMatch::none:
                 break;
@@ -223,10 +223,10 @@ Glossary::Found Glossary::findName(const std::string& text) const {
     for (int rank = 0; rank != ranks; ++rank) {
         if (found.entries.empty()) {
             found.match = byRank[rank].empty() ? Match::nothing
-                          : rank == partOfName ? Match::partOfName
+                          : rank == part       ? Match::partOfName
                                                : Match::name;
             found.entries = std::move(byRank[rank]);
-        } else if (rank != partOfName) {
+        } else if (rank != part) {
             found.namesakes.insert(found.namesakes.end(), byRank[rank].begin(), byRank[rank].end());
         }
     }
