@@ -5,6 +5,8 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
+#include <cxxabi.h>
 #include <memory>
 #include <sstream>
 #include <string>
@@ -23,20 +25,25 @@ std::string outputOf(const std::string& command) {
     return output;
 }
 
+std::string demangled(const std::string& symbol) {
+    int status = 0;
+    const std::unique_ptr<char, void (*)(void*)> text(
+        abi::__cxa_demangle(symbol.c_str(), nullptr, nullptr, &status), std::free);
+    return text ? text.get() : symbol;
+}
+
 /// The names, without arguments, of what the library defines for others.
 std::vector<std::string> exportedNames() {
     std::istringstream lines(
-        outputOf(CORVID_TEST_NM " -DC --defined-only " CORVID_TEST_XMLBUILDER_LIBRARY));
+        outputOf(CORVID_TEST_NM " -D --defined-only " CORVID_TEST_XMLBUILDER_LIBRARY));
     std::vector<std::string> names;
-    for (std::string line; std::getline(lines, line);) {
-        std::istringstream columns(line);
-        std::string address;
-        std::string kind;
-        std::string name;
-        columns >> address >> kind;
-        std::getline(columns >> std::ws, name);
+    std::string address;
+    std::string kind;
+    std::string symbol;
+    while (lines >> address >> kind >> symbol) {
         if (kind != "A") { // the name of the version itself
-            names.push_back(name.substr(0, name.find_first_of("(@")));
+            const std::string name = demangled(symbol.substr(0, symbol.find('@')));
+            names.push_back(name.substr(0, name.find('(')));
         }
     }
     return names;
