@@ -177,12 +177,14 @@ public:
     using element_type = T;
 
     SharedPtr() noexcept = default;
-    explicit SharedPtr(auto_ptr<T> object) : SharedPtr(object.get()) { object.release(); }
-    explicit SharedPtr(T* object) : object_(object) {
-        if (object != nullptr) {
+    explicit SharedPtr(auto_ptr<T> object) {
+        if (object) {
             counter_ = new (Platform::malloc_alloc::allocate(sizeof(Counter))) Counter;
+            object_ = object.release();
         }
     }
+    /// Owns the object at once: it is deleted if there is no memory for the count.
+    explicit SharedPtr(T* object) : SharedPtr(auto_ptr<T>(object)) {}
     SharedPtr(const SharedPtr& other) noexcept : object_(other.object_), counter_(other.counter_) { share(); }
     SharedPtr(SharedPtr&& other) noexcept
         : object_(std::exchange(other.object_, nullptr)), counter_(std::exchange(other.counter_, nullptr)) {}
