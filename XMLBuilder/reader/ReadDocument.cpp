@@ -11,6 +11,7 @@
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLUni.hpp>
 
 #include <memory>
 #include <string_view>
@@ -62,6 +63,11 @@ SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNa
         XMLUtils::Initializer::instance().domImplementation()->createLSParser(
             xercesc::DOMImplementationLS::MODE_SYNCHRONOUS, nullptr,
             xercesc::XMLPlatformUtils::fgMemoryManager, nullptr));
+    // XQilla's parsers name it again with each parse, and Xerces-C would release the old name a
+    // second time should there be no memory for the new one.
+    parser->getDomConfig()->setParameter(
+        xercesc::XMLUni::fgXercesParserUseDocumentFromImplementation,
+        static_cast<const void*>(nullptr));
     SetList sets;
     Reading reading(*partition, names);
     const DOMDocument& document = load(*parser);
