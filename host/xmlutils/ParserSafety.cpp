@@ -4,6 +4,7 @@
 #include "host/xmlutils/DocumentLimits.h"
 #include "host/xmlutils/XmlText.h"
 
+#include <exception>
 #include <string>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/Wrapper4InputSource.hpp>
@@ -19,11 +20,18 @@ namespace {
 
 using namespace xercesc;
 
-/// Reaches the scanner of a parser, which alone tells line and column while it parses.
-class ScannerAccess : public AbstractDOMParser {
+/// Reaches what a parser keeps to itself.
+class ParserAccess : public AbstractDOMParser {
 public:
-    static XMLScanner& of(const AbstractDOMParser& parser) {
-        return *(parser.*&ScannerAccess::getScanner)();
+    /// The scanner alone tells line and column while it parses.
+    static XMLScanner& scannerOf(const AbstractDOMParser& parser) {
+        return *(parser.*&ParserAccess::getScanner)();
+    }
+
+    /// A parser that has run out of memory believes that it still parses, and then refuses every
+    /// change of its configuration.
+    static void endParse(AbstractDOMParser& parser) {
+        (parser.*&ParserAccess::setParseInProgress)(false);
     }
 };
 
@@ -36,14 +44,22 @@ public:
         }
         if (!found_) {
             found_ = true;
-            text_ = Platform::toUtf8(fromXml(error.getMessage()));
             line_ = error.getLocation()->getLineNumber();
             column_ = error.getLocation()->getColumnNumber();
+            try {
+                text_ = Platform::toUtf8(fromXml(error.getMessage()));
+            } catch (...) {
+                // Xerces-C would drop it and go on.
+                failure_ = std::current_exception();
+            }
         }
         return false;
     }
 
     void throwIfFound() const {
+        if (failure_) {
+            std::rethrow_exception(failure_);
+        }
         if (found_) {
             throwParseError(line_, column_, text_.c_str());
         }
@@ -51,6 +67,7 @@ public:
 
 private:
     bool found_ = false;
+    std::exception_ptr failure_; ///< of taking the text
     std::string text_;
     XMLFileLoc line_ = 0;
     XMLFileLoc column_ = 0;
@@ -94,10 +111,11 @@ private:
 /// Puts the guards into a parser and takes them out again.
 class Guarded {
 public:
-    Guarded(DOMLSParser& parser, XMLScanner& scanner)
-        : parser_(parser), scanner_(scanner), oldDocHandler_(scanner.getDocHandler()),
-          oldDocTypeHandler_(scanner.getDocTypeHandler()), limits_(scanner, *oldDocHandler_),
-          documentType_(scanner, oldDocTypeHandler_),
+    Guarded(DOMLSParser& parser, AbstractDOMParser& based)
+        : parser_(parser), based_(based), scanner_(ParserAccess::scannerOf(based)),
+          oldDocHandler_(scanner_.getDocHandler()),
+          oldDocTypeHandler_(scanner_.getDocTypeHandler()), limits_(scanner_, *oldDocHandler_),
+          documentType_(scanner_, oldDocTypeHandler_),
           oldErrorHandler_(config().getParameter(XMLUni::fgDOMErrorHandler)),
           oldSecurity_(config().getParameter(XMLUni::fgXercesSecurityManager)) {
         configure();
@@ -110,6 +128,7 @@ public:
     Guarded(const Guarded&) = delete;
     Guarded& operator=(const Guarded&) = delete;
     ~Guarded() {
+        ParserAccess::endParse(based_);
         scanner_.setDocTypeHandler(oldDocTypeHandler_);
         scanner_.setDocHandler(oldDocHandler_);
         config().setParameter(XMLUni::fgDOMErrorHandler, oldErrorHandler_);
@@ -143,6 +162,7 @@ private:
     }
 
     DOMLSParser& parser_;
+    AbstractDOMParser& based_; ///< the same parser
     XMLScanner& scanner_;
     XMLDocumentHandler* oldDocHandler_;
     DocTypeHandler* oldDocTypeHandler_;
@@ -162,7 +182,7 @@ DOMDocument* parseSafely(const InputSource& input, DOMLSParser& parser) {
         throw Exceptions::InvalidArgument(
             "XML parser of an unknown implementation, expected one based on Xerces-C", CORVID_HERE);
     }
-    return Guarded(parser, ScannerAccess::of(*based)).parse(input);
+    return Guarded(parser, *based).parse(input);
 }
 
 void throwParseError(unsigned long long line, unsigned long long column, const char* text) {
