@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <mutex>
 #include <utility>
 #include <vector>
 
@@ -14,16 +13,14 @@ namespace Corvid::MetaMetadata {
 
 /// The properties with those of the ancestors, and the way to find one.
 struct MetaMetadataSet::Inherited {
-    std::once_flag once;
     Attributes all;
     std::vector<std::pair<LabelMatch, std::uint32_t>> byLabel; // sorted; second: place in all
 };
 
 MetaMetadataSet::MetaMetadataSet(const Names& names, const KLV::Key& key, bool concrete)
-    : MetaDefinition(names), key_(key), concrete_(concrete),
-      inherited_(std::make_unique<Inherited>()) {}
+    : MetaDefinition(names), key_(key), concrete_(concrete) {}
 
-MetaMetadataSet::~MetaMetadataSet() = default;
+MetaMetadataSet::~MetaMetadataSet() { const std::unique_ptr<Inherited> owned(inherited_.load()); }
 
 void MetaMetadataSet::add(const MetaElement& element, AttributeRequiredStatus::Status status) {
     own_.push_back(Attribute(
@@ -31,30 +28,38 @@ void MetaMetadataSet::add(const MetaElement& element, AttributeRequiredStatus::S
 }
 
 const MetaMetadataSet::Inherited& MetaMetadataSet::inherited() const {
-    Inherited& result = *inherited_;
-    std::call_once(result.once, [this, &result] {
-        std::vector<const MetaMetadataSet*> line;
-        for (const MetaMetadataSet* set = this; set != nullptr; set = set->parent_) {
-            line.push_back(set);
-        }
-        Attributes all;
-        for (auto set = line.rbegin(); set != line.rend(); ++set) {
-            all.insert(all.end(), (*set)->own_.begin(), (*set)->own_.end());
-        }
-        decltype(result.byLabel) byLabel;
-        byLabel.reserve(all.size());
-        for (const Attribute& attribute : all) {
-            // A set's own list holds nothing but MetaAttributes: add() makes them.
-            const auto& known = static_cast<const MetaAttribute&>(*attribute);
-            byLabel.emplace_back(known.metaElement().label().withoutVersion(),
-                                 static_cast<std::uint32_t>(byLabel.size()));
-        }
-        std::sort(byLabel.begin(), byLabel.end(),
-                  [](const auto& a, const auto& b) { return LabelMatchLess()(a.first, b.first); });
-        result.all = std::move(all);
-        result.byLabel = std::move(byLabel);
-    });
-    return result;
+    // No std::call_once: an exception that passes it needs memory, or it ends the process.
+    if (const Inherited* known = inherited_.load(std::memory_order_acquire)) {
+        return *known;
+    }
+    auto made = makeInherited();
+    Inherited* faster = nullptr; // what another thread has made meanwhile
+    return inherited_.compare_exchange_strong(faster, made.get(), std::memory_order_acq_rel,
+                                              std::memory_order_acquire)
+               ? *made.release()
+               : *faster;
+}
+
+std::unique_ptr<MetaMetadataSet::Inherited> MetaMetadataSet::makeInherited() const {
+    std::vector<const MetaMetadataSet*> line;
+    for (const MetaMetadataSet* set = this; set != nullptr; set = set->parent_) {
+        line.push_back(set);
+    }
+    auto made = std::make_unique<Inherited>();
+    auto& [all, byLabel] = *made;
+    for (auto set = line.rbegin(); set != line.rend(); ++set) {
+        all.insert(all.end(), (*set)->own_.begin(), (*set)->own_.end());
+    }
+    byLabel.reserve(all.size());
+    for (const Attribute& attribute : all) {
+        // A set's own list holds nothing but MetaAttributes: add() makes them.
+        const auto& known = static_cast<const MetaAttribute&>(*attribute);
+        byLabel.emplace_back(known.metaElement().label().withoutVersion(),
+                             static_cast<std::uint32_t>(byLabel.size()));
+    }
+    std::sort(byLabel.begin(), byLabel.end(),
+              [](const auto& a, const auto& b) { return LabelMatchLess()(a.first, b.first); });
+    return made;
 }
 
 const MetaMetadataSet::Attributes& MetaMetadataSet::attributes() const { return inherited().all; }

@@ -7,6 +7,7 @@
 #include "host/klv/Key.h"
 #include "host/types/IdentifierTypes.h"
 
+#include <atomic>
 #include <memory>
 
 namespace Corvid::MetaMetadata {
@@ -51,13 +52,14 @@ public:
 private:
     struct Inherited;
     const Inherited& inherited() const;
+    std::unique_ptr<Inherited> makeInherited() const;
 
     KLV::Key key_;
     const MetaMetadataSet* parent_ = nullptr;
     bool concrete_;
     Attributes own_;
-    // Made on first use: most sets of a dictionary never occur in a file.
-    std::unique_ptr<Inherited> inherited_;
+    // Owned; made on first use, for most sets of a dictionary never occur in a file.
+    mutable std::atomic<Inherited*> inherited_{nullptr};
 };
 
 } // namespace Corvid::MetaMetadata
