@@ -3,8 +3,6 @@
 #include "host/metadata/MetadataSet.h"
 
 #include <array>
-#include <cstring>
-#include <unordered_map>
 
 namespace Corvid::Metadata {
 
@@ -37,25 +35,12 @@ public:
     Targets find(const Types::UUID& uuid) const;
 
 private:
-    using Bytes = std::array<Types::u8, 16>;
-    struct Hash {
-        std::size_t operator()(const Bytes& bytes) const noexcept {
-            // The bytes may come from an attacker, but equal hashes only cost time in proportion to
-            // the sets that share them, and those who count upwards differ in a few bits only.
-            Types::u64 halves[2];
-            std::memcpy(halves, bytes.data(), sizeof halves);
-            const Types::u64 mixed =
-                (halves[0] ^ (halves[1] >> 29)) * 0x9E3779B97F4A7C15U + halves[1];
-            return static_cast<std::size_t>((mixed ^ (mixed >> 32)) * 0xD6E8FEB86659FD93U);
-        }
-    };
-    struct Range {
-        Types::u32 first = 0;
-        Types::u32 count = 0;
-    };
+    using Identifier = std::array<Types::u8, Types::UUID::fixedSize>;
 
-    Sets grouped_; ///< the sets with one InstanceUID stand side by side
-    std::unordered_map<Bytes, Range, Hash> ranges_;
+    // Searched by halves rather than hashed: whoever makes a file chooses its identifiers, and
+    // could choose such as share a hash.
+    Templates::vector<Identifier> identifiers_; ///< in order, one for each of sets_
+    Sets sets_; ///< those with one InstanceUID in the partition's order
 };
 
 } // namespace Corvid::Metadata

@@ -78,5 +78,27 @@ TEST_F(ReferencesTest, areFoundAmongMany) {
     }
 }
 
+/// Identifiers that a plain multiplying hash of their two halves gives one value: to look one up
+/// among them in a table would cost as much as there are.
+TEST_F(ReferencesTest, areFoundAmongManyThatAreMadeToCollide) {
+    constexpr Types::u64 factor = 0x9E3779B97F4A7C15U;
+    constexpr Types::u64 inverse = 0xF1DE83E19937733DU;
+    static_assert(factor * inverse == 1);
+    const auto colliding = [](Types::u64 number) {
+        const Types::u64 second = number * 0x9876543211U;
+        const Types::u64 halves[] = {(12345 - second) * inverse ^ second >> 29, second};
+        return Types::UUID(
+            Types::ByteView{reinterpret_cast<const Types::u8*>(halves), sizeof halves});
+    };
+    constexpr u32 count = 200000;
+    for (u32 i = 0; i != count; ++i) {
+        dynamic_cast<SimpleElement&>(*makeSet(otherKey(), 0).find(instanceUID()))
+            .set(colliding(i).clone());
+    }
+    for (u32 i = 0; i != count; ++i) {
+        ASSERT_EQ(partition.resolve(colliding(i)).size(), 1U) << i;
+    }
+}
+
 } // namespace
 } // namespace Corvid::Testing
