@@ -73,6 +73,12 @@ private:
             return;
         }
         const std::uint64_t end = position_ + count;
+        if (end > partition_.end) {
+            warn(partition_.offset(), "header metadata of " + std::to_string(count) +
+                                          " bytes runs into the next partition at " +
+                                          at(partition_.end));
+            return;
+        }
         if (!isThere(position_, end)) {
             warn(partition_.offset(), "header metadata of " + std::to_string(count) +
                                           " bytes runs past the end of the file");
@@ -95,13 +101,14 @@ private:
         }
         const KLV::Triplet& triplet = start_.triplet;
         const auto size = static_cast<std::size_t>(
-            std::min<std::uint64_t>(triplet.length.value, greatestPrimerSize));
+            std::min({triplet.length.value, std::uint64_t{greatestPrimerSize},
+                      partition_.end - triplet.valueOffset()}));
         const auto value = window_.view(triplet.valueOffset(), size);
         for (const auto& [tag, label] :
              parsePrimerPack({value.data, value.size}, triplet.offset, warnings_)) {
             result_->partitionDictionary().add(tag, label);
         }
-        if (size != triplet.length.value) {
+        if (triplet.length.value > greatestPrimerSize) {
             warn(triplet.offset, "primer pack of " + std::to_string(triplet.length.value) +
                                      " bytes is longer than one with every tag");
         }
@@ -110,7 +117,8 @@ private:
 
     /// The head of the next KLV that is no fill; nothing where the header metadata ends.
     std::optional<KLV::Triplet> nextTriplet() {
-        while (!ended_ && window_.source().available(position_, 1) != 0) {
+        while (!ended_ && position_ < partition_.end &&
+               window_.source().available(position_, 1) != 0) {
             const bool atDeclaredEnd = declaredEnd_ && position_ >= *declaredEnd_;
             if (!declaredEnd_) {
                 window_.readAheadUpTo(position_ + cautiousReadAhead);
@@ -152,12 +160,17 @@ private:
     }
 
     void readOne(const KLV::Triplet& triplet, SetReader& sets) {
+        if (triplet.end() > partition_.end) {
+            return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
+                                     " bytes runs into the next partition at " +
+                                     at(partition_.end));
+        }
         if (!isThere(triplet.valueOffset(), triplet.end())) {
             return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
                                      " bytes runs past the end of the file");
         }
         if (declaredEnd_ && triplet.end() > *declaredEnd_) {
-            if (!isExactLocalSet(triplet)) {
+            if (triplet.length.value > greatestSetSize || !isExactLocalSet(triplet)) {
                 return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
                                          " bytes runs past the end of the header metadata");
             }
@@ -192,12 +205,13 @@ private:
         ended_ = true;
     }
 
-    /// Whether the properties of a local set of any length fill it exactly and another KLV follows:
-    /// then its length is true. Only the properties' heads are read.
+    /// Whether the properties of a local set fill it exactly and another KLV follows: then its
+    /// length is true.
     bool isExactLocalSet(const KLV::Triplet& triplet) {
         if (!KLV::isLocalSet(triplet.key)) {
             return false;
         }
+        window_.readAheadUpTo(triplet.end());
         std::uint64_t next = triplet.valueOffset();
         while (next < triplet.end()) {
             const auto head = window_.view(next, 4);
@@ -252,8 +266,11 @@ std::optional<MetadataStart> findHeaderMetadata(DataIO::ReadWindow& window,
                                                 const Partition& partition) {
     try {
         KLV::Triplet triplet = KLV::readTriplet(window, partition.triplet.end());
-        while (isFill(triplet.key)) {
+        while (isFill(triplet.key) && triplet.end() < partition.end) {
             triplet = KLV::readTriplet(window, triplet.end());
+        }
+        if (triplet.valueOffset() > partition.end) {
+            return std::nullopt;
         }
         if (isPrimerPack(triplet.key)) {
             return MetadataStart{triplet, true};

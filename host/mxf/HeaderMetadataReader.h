@@ -40,7 +40,8 @@ CORVID_EXPORT std::optional<MetadataStart> findHeaderMetadata(DataIO::ReadWindow
 ///
 /// It ends where HeaderByteCount says. Where that is 0 or not true, which is a warning, it ends at
 /// the first key that cannot be metadata: a partition pack, index table, random index pack or
-/// essence. Metadata that is cut off is kept as far as its sets are whole, with a warning.
+/// essence. In any case it ends where the partition does. Metadata that is cut off is kept as far
+/// as its sets are whole, with a warning.
 /// @param dictionary  the definitions of sets and properties; shared with the result.
 /// @throws LimitExceeded  a set is longer than greatestSetSize.
 /// @throws IOError        the bytes can't be read.

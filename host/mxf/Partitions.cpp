@@ -19,20 +19,24 @@ using Exceptions::InvalidLength;
 std::string at(std::uint64_t offset) { return "byte " + std::to_string(offset); }
 
 /// Reads the partition pack whose head has been read, and of its value no more than it needs.
-/// @throws InvalidLength  the source ends before the fields do.
-Partition readPack(DataIO::ReadWindow& window, const KLV::Triplet& triplet) {
+/// @param end  of what may be the partition's.
+/// @throws InvalidLength  the source ends before the fields of fixed size do.
+Partition readPack(DataIO::ReadWindow& window, const KLV::Triplet& triplet, std::uint64_t end) {
     const auto value = [&](std::uint64_t size) {
         const auto view = window.view(
             triplet.valueOffset(), static_cast<std::size_t>(std::min(triplet.length.value, size)));
         return Types::ByteView{view.data, view.size};
     };
     const Types::ByteView head = value(partitionPackHead);
+    const std::uint64_t labelsOffset = triplet.valueOffset() + partitionPackHead;
     std::uint64_t labels = 0;
-    if (head.size == partitionPackHead) {
+    if (head.size == partitionPackHead && labelsOffset < end) {
         const auto count = Types::readBigEndian<Types::u32>(head.data + partitionPackHead - 8);
-        labels = std::min<std::uint64_t>(count, greatestEssenceContainerCount) * KLV::Key::length;
+        labels = std::min<std::uint64_t>(
+            std::min<std::uint64_t>(count, greatestEssenceContainerCount) * KLV::Key::length,
+            end - labelsOffset);
     }
-    return {triplet, parsePartitionPack(triplet.key, value(partitionPackHead + labels))};
+    return {triplet, parsePartitionPack(triplet.key, value(partitionPackHead + labels)), end};
 }
 
 class Finder {
@@ -48,15 +52,22 @@ public:
         if (!complete || footerIsNew) {
             followChain();
         }
+        return wholePartitions();
+    }
+
+private:
+    /// The partitions that were found, as far as each reaches.
+    Partitions wholePartitions() {
         Partitions result;
         result.reserve(found_.size());
-        for (auto& [offset, partition] : found_) {
-            result.push_back(std::move(partition));
+        for (auto each = found_.begin(); each != found_.end(); ++each) {
+            const auto next = std::next(each);
+            result.push_back(readPack(window_, each->second.triplet,
+                                      next == found_.end() ? Partition().end : next->first));
         }
         return result;
     }
 
-private:
     void warn(std::uint64_t offset, std::string text) {
         Warning warning;
         warning.text = std::move(text);
@@ -64,12 +75,12 @@ private:
         warnings_.warn(warning);
     }
 
-    /// The partition at an offset in the file, or nothing.
+    /// The partition at an offset in the file, but for its list of essence containers, or nothing.
     std::optional<Partition> readAt(std::uint64_t offset) {
         try {
             const KLV::Triplet triplet = KLV::readTriplet(window_, offset);
             if (isPartitionPack(triplet.key)) {
-                return readPack(window_, triplet);
+                return readPack(window_, triplet, triplet.valueOffset());
             }
         } catch (const InvalidLength&) {
             // Nothing that could be a pack; the caller knows who told of it.
@@ -189,7 +200,7 @@ Partition findHeaderPartition(DataIO::ReadWindow& window, WarningSink& warnings)
     }
     Partition header;
     try {
-        header = readPack(window, KLV::readTriplet(window, *offset));
+        header = readPack(window, KLV::readTriplet(window, *offset), Partition().end);
     } catch (const InvalidLength& error) {
         throw InvalidLength("header partition pack at " + at(*offset) +
                                 " can't be read: " + Platform::toUtf8(error.message()),

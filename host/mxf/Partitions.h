@@ -3,12 +3,18 @@
 #include "host/mxf/PartitionPack.h"
 #include "host/mxf/Warnings.h"
 
+#include <limits>
+
 namespace Corvid::mxf {
 
 /// A partition and where its pack stands.
 struct Partition {
     KLV::Triplet triplet; ///< of the pack, in bytes from the front of the file
     PartitionPack pack;
+    /// Where the next partition that is known begins; beyond every file where none is. What stands
+    /// there and behind is not this partition's, whatever a length says: partitions that claim each
+    /// other's bytes would cost time and memory out of all proportion to the file.
+    std::uint64_t end = std::numeric_limits<std::uint64_t>::max();
 
     std::uint64_t offset() const noexcept { return triplet.offset; }
 };

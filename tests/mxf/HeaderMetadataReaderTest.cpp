@@ -208,6 +208,58 @@ TEST(HeaderMetadata, isKeptUpToALengthThatPointsPastTheEnd) {
     }
 }
 
+/// A length that reaches into the next partition.
+struct Reach {
+    const char* name;
+    Bytes metadata;
+    std::size_t sets; ///< that are read
+    const char* warning;
+};
+void PrintTo(const Reach& c, std::ostream* out) { *out << c.name; }
+
+class LengthIntoTheNextPartition : public ::testing::TestWithParam<Reach> {};
+
+TEST_P(LengthIntoTheNextPartition, takesNothingOfIt) {
+    PartitionSpec spec = Testing::headerPartition(GetParam().metadata);
+    spec.headerByteCount = spec.metadata.size() + 200;
+    ReadBack back(MxfBuilder().add(spec).add(Testing::footerPartition(Testing::smallMetadata())));
+    ASSERT_EQ(back.file.partitions().size(), 2U);
+    EXPECT_EQ(back.metadata(PartitionChoice::numbered(0)).size(), GetParam().sets);
+    EXPECT_EQ(back.read.metadata->darkBegin(), back.read.metadata->darkEnd());
+    EXPECT_TRUE(back.warnings.tell(GetParam().warning)) << back.warnings.lines();
+}
+
+Bytes fillKey() {
+    const Bytes fill = Testing::fill(0);
+    return Bytes(fill.begin(), fill.begin() + 16);
+}
+
+const auto farther = [](const Bytes& key) { return Testing::klv(key, {}, 4, 250); };
+
+INSTANTIATE_TEST_SUITE_P(
+    , LengthIntoTheNextPartition,
+    ::testing::Values(
+        Reach{"Metadata", Testing::smallMetadata(), 2, "bytes runs into the next partition"},
+        Reach{"Set",
+              join({Testing::smallMetadata(),
+                    farther(Testing::structuralKey(Testing::identificationSet))}),
+              2, "KLV of 250 bytes runs into the next partition"},
+        Reach{"DarkSet", join({Testing::smallMetadata(), farther(Testing::uuid(9))}), 2,
+              "KLV of 250 bytes runs into the next partition"},
+        Reach{"Fill", join({Testing::smallMetadata(), farther(fillKey())}), 2,
+              "bytes runs into the next partition"},
+        Reach{"Primer", farther(Testing::primerKey()), 0, "header metadata has no Preface"}),
+    Testing::nameOfCase<Reach>);
+
+TEST(HeaderMetadata, isNotBehindAFillThatReachesIntoTheNextPartition) {
+    PartitionSpec spec = Testing::headerPartition();
+    spec.behindPack = farther(fillKey());
+    ReadBack back(MxfBuilder().add(spec).add(Testing::footerPartition(Testing::smallMetadata())));
+    ASSERT_EQ(back.file.partitions().size(), 2U);
+    EXPECT_EQ(Testing::messageOf([&] { back.metadata(PartitionChoice::numbered(0)); }),
+              "no header metadata in partition 0 (header, closed and complete)");
+}
+
 TEST(HeaderMetadata, isKeptUpToALengthThatCannotBe) {
     for (const int first : {0x80, 0x89, 0xFF}) {
         const Bytes lie = join({Testing::structuralKey(Testing::identificationSet),

@@ -170,6 +170,84 @@ TEST(File, readsNoEssence) {
     }
 }
 
+/// Counts the bytes that are read.
+class CountingSource : public DataIO::MemorySource {
+public:
+    CountingSource(const Bytes& bytes, std::uint64_t& read)
+        : MemorySource(bytes.data(), bytes.size()), read_(read) {}
+
+    std::size_t readAt(std::uint64_t offset, unsigned char* to, std::size_t count) override {
+        const std::size_t got = MemorySource::readAt(offset, to, count);
+        read_ += got;
+        return got;
+    }
+
+private:
+    std::uint64_t& read_;
+};
+
+/// Many partitions, each of which claims the bytes of those behind it.
+struct Claim {
+    const char* name;
+    PartitionSpec (*partition)(std::uint32_t left); ///< `left` bytes follow behind its metadata
+};
+void PrintTo(const Claim& c, std::ostream* out) { *out << c.name; }
+
+class OverlappingPartitions : public ::testing::TestWithParam<Claim> {};
+
+TEST_P(OverlappingPartitions, areReadInProportionToTheFile) {
+    constexpr std::uint32_t count = 400;
+    const std::size_t size = MxfBuilder().add(GetParam().partition(0)).build().size();
+    MxfBuilder builder;
+    for (std::uint32_t i = count; i-- != 0;) {
+        PartitionSpec partition = GetParam().partition(static_cast<std::uint32_t>(i * size));
+        partition.kind = i + 1 == count ? 2 : 3;
+        builder.add(partition);
+    }
+    const Bytes bytes = builder.withRandomIndexPack().build();
+    std::uint64_t read = 0;
+    Testing::Collected warnings;
+    File file(Templates::auto_ptr<DataIO::RandomAccessSource>(new CountingSource(bytes, read)),
+              MetaMetadata::Dictionary::builtIn(), warnings);
+    EXPECT_EQ(file.partitions().size(), count);
+    Testing::messageOf([&] { file.readMetadata(); });
+    EXPECT_LT(read, 20 * bytes.size());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , OverlappingPartitions,
+    ::testing::Values(Claim{"ByTheirPacks",
+                            [](std::uint32_t left) {
+                                PartitionSpec spec = Testing::bodyPartition();
+                                spec.essenceContainerCount = 0xFFFFFFFF;
+                                spec.packLength = left + 88;
+                                return spec;
+                            }},
+                      Claim{"ByTheirFill",
+                            [](std::uint32_t left) {
+                                PartitionSpec spec = Testing::bodyPartition();
+                                const Bytes fill = Testing::fill(0);
+                                spec.behindPack = Testing::klv(
+                                    Bytes(fill.begin(), fill.begin() + 16), {}, 4, left);
+                                return spec;
+                            }},
+                      Claim{"ByTheirPrimers",
+                            [](std::uint32_t left) {
+                                PartitionSpec spec = Testing::bodyPartition(
+                                    Testing::klv(Testing::primerKey(), {}, 4, left));
+                                spec.headerByteCount = spec.metadata.size() + left;
+                                return spec;
+                            }},
+                      Claim{"ByTheirSets",
+                            [](std::uint32_t left) {
+                                PartitionSpec spec = Testing::bodyPartition(
+                                    join({Testing::standardPrimer(),
+                                          Testing::klv(Testing::uuid(9), {}, 4, left)}));
+                                spec.headerByteCount = spec.metadata.size() + left;
+                                return spec;
+                            }}),
+    Testing::nameOfCase<Claim>);
+
 class SparseFile : public ::testing::Test {
 protected:
     /// Writes the pieces at their offsets. @return whether the file system takes such a file.
@@ -230,6 +308,18 @@ TEST_F(SparseFile, withASetBeyondTheLimitIsRefused) {
     const std::string message = Testing::messageOf([&] { read(PartitionChoice::header()); });
     EXPECT_NE(message.find("4294967296 bytes, expected 268435456 at most"), std::string::npos)
         << message;
+}
+
+TEST_F(SparseFile, withASetBeyondTheLimitAndTheMetadataIsNotWalkedThrough) {
+    PartitionSpec header = Testing::headerPartition(
+        join({Testing::smallMetadata(), Testing::structuralKey(Testing::identificationSet),
+              Testing::ber(hundredGigabytes / 2, 9)}));
+    if (!write({{0, MxfBuilder().add(header).build()}}, hundredGigabytes)) {
+        GTEST_SKIP() << "the file system of temporary files refuses a sparse file of 120 GB";
+    }
+    const HeaderMetadata read = this->read(PartitionChoice::header());
+    EXPECT_EQ(read.metadata->size(), 2U);
+    EXPECT_FALSE(read.isWhole);
 }
 
 TEST_F(SparseFile, withALyingByteCountEndsWhereTheHoleBegins) {

@@ -61,6 +61,19 @@ TEST(PartitionPack, takesOnlyTheEssenceContainersThatAreThere) {
     EXPECT_EQ(back.metadata().size(), 2U);
 }
 
+TEST(PartitionPack, takesNoEssenceContainersFromTheNextPartition) {
+    PartitionSpec spec = Testing::bodyPartition();
+    spec.essenceContainers = {Testing::uuid(9)};
+    spec.essenceContainerCount = 0xFFFFFFFF;
+    spec.packLength = 1 << 20;
+    MxfBuilder builder;
+    builder.add(Testing::headerPartition()).add(spec).add(Testing::footerPartition());
+    ReadBack back(builder);
+    ASSERT_EQ(offsetsIn(back), threeOffsets(builder));
+    EXPECT_EQ(back.file.partitions()[1].pack.essenceContainers.size(), 1U);
+    EXPECT_EQ(back.file.partitions()[1].end, builder.offsetOf(2));
+}
+
 TEST(PartitionPack, isWrittenAsItWasRead) {
     PartitionSpec spec = Testing::bodyPartition();
     spec.status = 1;
