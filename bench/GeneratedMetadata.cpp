@@ -3,6 +3,7 @@
 #include "host/dataio/MemorySource.h"
 #include "host/mxf/File.h"
 
+#include <algorithm>
 #include <initializer_list>
 #include <set>
 #include <stdexcept>
@@ -14,8 +15,11 @@ namespace {
 
 using namespace Testing;
 
-constexpr unsigned tracksPerPackage = 6;
-constexpr unsigned clipsPerSequence = 2;
+constexpr std::size_t leastTracksPerPackage = 6;
+constexpr std::size_t clipsPerSequence = 2;
+constexpr std::size_t setsPerTrack = 2 + clipsPerSequence; // itself, its sequence, the clips
+/// As many as a property has room for.
+constexpr std::size_t greatestPackageCount = 4080;
 
 /// The fifteenth byte of the keys that MxfBuilder.h does not name.
 constexpr unsigned char sequenceSet = 0x0F;
@@ -31,7 +35,10 @@ struct Node {
 /// The sets, parents before their children.
 class Tree {
 public:
-    explicit Tree(std::size_t sets) : limit_(sets) { nodes_.reserve(sets); }
+    Tree(std::size_t sets, std::size_t tracksPerPackage)
+        : limit_(sets), tracksPerPackage_(tracksPerPackage) {
+        nodes_.reserve(sets);
+    }
 
     bool isFull() const { return nodes_.size() == limit_; }
 
@@ -46,13 +53,13 @@ public:
     }
     void addPackageTo(std::size_t storage) {
         const std::size_t package = addTo(storage, sourcePackageSet);
-        for (unsigned i = 0; i != tracksPerPackage && !isFull(); ++i) {
+        for (std::size_t i = 0; i != tracksPerPackage_ && !isFull(); ++i) {
             const std::size_t track = addTo(package, timelineTrackSet);
             if (isFull()) {
                 return;
             }
             const std::size_t sequence = addTo(track, sequenceSet);
-            for (unsigned k = 0; k != clipsPerSequence && !isFull(); ++k) {
+            for (std::size_t k = 0; k != clipsPerSequence && !isFull(); ++k) {
                 addTo(sequence, sourceClipSet);
             }
         }
@@ -62,16 +69,18 @@ public:
 
 private:
     std::size_t limit_;
+    std::size_t tracksPerPackage_;
     std::vector<Node> nodes_;
 };
 
 Tree grow(std::size_t sets) {
     constexpr std::size_t inFront = 3; // Preface, content storage, Identification
-    constexpr std::size_t perPackage = 1 + tracksPerPackage * (2 + clipsPerSequence);
-    if (sets < inFront + 1 || sets > 4080 * perPackage) {
+    if (sets < inFront + 1 || sets > greatestPackageCount * greatestPackageCount * setsPerTrack) {
         throw std::invalid_argument("no such number of sets");
     }
-    Tree tree(sets);
+    const std::size_t besidesPackage = sets / greatestPackageCount; // of each package
+    Tree tree(sets,
+              std::max(leastTracksPerPackage, (besidesPackage + setsPerTrack - 1) / setsPerTrack));
     const std::size_t preface = tree.add(prefaceSet);
     const std::size_t storage = tree.addTo(preface, contentStorageSet);
     tree.addTo(preface, identificationSet);

@@ -14,8 +14,10 @@ struct GeneratedFile {
     std::size_t properties = 0; ///< of all sets; 5.7 to 5.8 per set where there are many
 };
 
-/// @param sets  how many sets, at least 4; 102,000 at most, where the list of the packages fills
-///     its property (65,535 bytes). The same bytes on every call.
+/// @param sets  how many sets, at least 4, at most some 66 million. Beyond 102,000, where the list
+/// of
+///     the packages fills its property (65,535 bytes), each package has more tracks than the six
+///     of real files. The same bytes on every call.
 GeneratedFile generateFile(std::size_t sets);
 
 /// The metadata of such a file as it stands in memory after reading.
