@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <unordered_set>
-#include <vector>
+#include "host/xmlutils/ElementLimits.h"
+
 #include <xercesc/framework/XMLDocumentHandler.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 
@@ -51,15 +49,9 @@ public:
     }
 
 private:
-    [[noreturn]] void refuse(const std::string& element, XMLSize_t attributes) const;
-    void countNames(const xercesc::XMLElementDecl& declaration, unsigned int uri,
-                    const XMLCh* prefix, const Attributes& attributes, XMLSize_t attributeCount);
-
     const xercesc::XMLScanner& scanner_;
     xercesc::XMLDocumentHandler& next_;
-    /// For each open element the number of attributes that it and those around it have.
-    std::vector<XMLSize_t> open_;
-    std::unordered_set<std::uint64_t> names_; ///< a hash for each name that came up
+    ElementLimits limits_;
 };
 
 } // namespace Corvid::XMLUtils

@@ -1,6 +1,7 @@
 #include "host/xmlutils/SchemaValidator.h"
 
 #include "host/base/Exceptions.h"
+#include "host/xmlutils/ElementLimits.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/ParserSafety.h"
 #include "host/xmlutils/XmlInput.h"
@@ -12,6 +13,7 @@
 #include <xercesc/sax/EntityResolver.hpp>
 #include <xercesc/sax/Locator.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/sax2/Attributes.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 #include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/sax2/XMLReaderFactory.hpp>
@@ -71,11 +73,20 @@ public:
     void resetErrors() override {}
 
     void setDocumentLocator(const Locator* locator) override { locator_ = locator; }
-    void startElement(const XMLCh*, const XMLCh* name, const XMLCh*, const Attributes&) override {
+    void startElement(const XMLCh* uri, const XMLCh* name, const XMLCh* qualified,
+                      const Attributes& attributes) override {
+        check(limits_.startElement(attributes.getLength(), true), qualified);
+        check(limits_.useName(0, {uri, qualified}), qualified);
+        for (XMLSize_t i = 0; i != attributes.getLength(); ++i) {
+            check(limits_.useName(0, {attributes.getURI(i), attributes.getQName(i)}), qualified);
+        }
         open_.back().push_back({name, locator_->getLineNumber(), locator_->getColumnNumber()});
         open_.emplace_back();
     }
-    void endElement(const XMLCh*, const XMLCh*, const XMLCh*) override { open_.pop_back(); }
+    void endElement(const XMLCh*, const XMLCh*, const XMLCh*) override {
+        limits_.endElement();
+        open_.pop_back();
+    }
     void startDTD(const XMLCh*, const XMLCh*, const XMLCh*) override {
         throwParseError(locator_->getLineNumber(), locator_->getColumnNumber(),
                         "document type found, expected none");
@@ -89,6 +100,13 @@ private:
         XMLFileLoc line;
         XMLFileLoc column;
     };
+
+    void check(const std::string& problem, const XMLCh* element) const {
+        if (!problem.empty()) {
+            throwParseError(locator_->getLineNumber(), locator_->getColumnNumber(),
+                            ("element " + toUtf8(element) + problem).c_str());
+        }
+    }
 
     /// The children of an element are checked at its end. People look for the child that the error
     /// names: "element 'TrackID' is not allowed ...".
@@ -114,6 +132,7 @@ private:
     const Locator* locator_ = nullptr;
     std::vector<std::vector<Child>> open_{1}; ///< the children so far of each open element
     std::vector<ValidityError> errors_;
+    ElementLimits limits_;
 };
 
 /// Gives a schema those that it imports. For all else it gives nothing to read.
@@ -148,6 +167,7 @@ std::unique_ptr<SAX2XMLReader> createReader(XMLGrammarPool& pool) {
         XMLReaderFactory::createXMLReader(XMLPlatformUtils::fgMemoryManager, &pool));
     const auto set = [&](const XMLCh* feature, bool on) { reader->setFeature(feature, on); };
     set(XMLUni::fgSAX2CoreNameSpaces, true);
+    set(XMLUni::fgSAX2CoreNameSpacePrefixes, true); // namespace declarations count as attributes
     set(XMLUni::fgSAX2CoreValidation, true);
     set(XMLUni::fgXercesDynamic, false);
     set(XMLUni::fgXercesSchema, true);

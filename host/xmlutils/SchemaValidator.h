@@ -40,7 +40,9 @@ public:
     /// Finds what is wrong with a document, in its order.
     /// @param bytes  of the document, in any encoding that loadDocumentFromBuffer reads. Borrowed.
     /// @param most   how many errors to return at the most, at least 1.
-    /// @throws what loadDocumentFromBuffer throws for a document that is not well-formed.
+    /// @throws what loadDocumentFromBuffer throws for a document that is not well-formed or beyond
+    /// a
+    ///         limit.
     std::vector<ValidityError> validate(const unsigned char* bytes, std::size_t length,
                                         std::size_t most) const;
 

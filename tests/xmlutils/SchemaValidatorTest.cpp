@@ -112,6 +112,36 @@ TEST(SchemaValidator, refusesADocumentThatIsNotWellFormed) {
     EXPECT_THROW(errorsOf(""), xercesc::SAXParseException);
 }
 
+TEST(SchemaValidator, refusesWhatIsBeyondTheLimitsOfDocuments) {
+    const auto refusal = [](const std::string& text) {
+        try {
+            errorsOf(text, 1000000);
+        } catch (const xercesc::SAXParseException& e) {
+            return Platform::toUtf8(XMLUtils::fromXml(e.getMessage()));
+        }
+        return std::string("none");
+    };
+    std::string deep, attributes, names;
+    for (int i = 0; i != 1000000; ++i) {
+        deep += "<a>";
+    }
+    for (int i = 0; i != 1025; ++i) {
+        attributes += " a" + std::to_string(i) + "=''";
+    }
+    for (int i = 0; i != 16384; ++i) {
+        names += "<a" + std::to_string(i) + "/>";
+    }
+    EXPECT_EQ(refusal(deep),
+              "line 1, column 12292: element a stands 4097 deep, expected at most 4096");
+    EXPECT_EQ(
+        refusal("<a" + attributes + "/>"),
+        "line 1, column 8120: element a and those around it have 1025 attributes, expected at "
+        "most 1024");
+    EXPECT_EQ(refusal("<a>" + names + "</a>"),
+              "line 1, column 136350: element a16383: 16385 different names of elements and "
+              "attributes so far, expected at most 16384");
+}
+
 TEST(SchemaValidator, refusesADocumentTypeBeforeItsEntities) {
     try {
         errorsOf("<!DOCTYPE r [<!ENTITY e SYSTEM '/etc/hostname'>]>\n<r>&e;</r>");
