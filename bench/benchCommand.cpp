@@ -1,77 +1,25 @@
-#include "bench/ChildProcess.h"
-#include "bench/GeneratedMetadata.h"
+#include "bench/CommandRuns.h"
 #include "bench/Ratios.h"
-#include "bench/WorkFolder.h"
 
-#include <benchmark/benchmark.h>
 #include <exception>
-#include <fstream>
 #include <iostream>
-#include <stdexcept>
 
 namespace {
 
 using namespace Corvid;
-using Arguments = std::vector<std::string>;
 
-constexpr const char* command = CORVID_BENCH_COMMAND;
-constexpr const char* yardstick = CORVID_BENCH_YARDSTICK;
+using Bench::addRuns;
+using Bench::command;
+using Bench::yardstick;
+
 constexpr std::size_t small = 40;
-constexpr std::size_t scales[] = {small, 1000, 10000, 100000};
+constexpr std::size_t large = 100000;
+const std::vector<std::size_t> scales = {small, 1000, 10000, large};
 
-/// A generated MXF file and its XML for every scale; they go with the object.
-class Files {
-public:
-    void generate() const {
-        for (const std::size_t sets : scales) {
-            // This process must stay small: see run().
-            Bench::inChild([&] { write(mxf(sets), Bench::generateFile(sets).bytes); });
-            Bench::run({command, "to-xml", mxf(sets), "-o", xml(sets)});
-        }
-    }
-    std::string mxf(std::size_t sets) const { return path(sets, ".mxf"); }
-    std::string xml(std::size_t sets) const { return path(sets, ".xml"); }
-
-private:
-    std::string path(std::size_t sets, const char* ending) const {
-        return folder_.path(std::to_string(sets) + ending);
-    }
-    static void write(const std::string& path, const Testing::Bytes& bytes) {
-        std::ofstream file(path, std::ios::binary);
-        file.write(reinterpret_cast<const char*>(bytes.data()),
-                   static_cast<std::streamsize>(bytes.size()));
-        if (!file.flush()) {
-            throw std::runtime_error("can't write " + path);
-        }
-    }
-
-    Bench::WorkFolder folder_;
-};
-
-/// Measures a program from its start to its end.
-void measure(benchmark::State& state, const Arguments& commandLine) {
-    Bench::Usage usage;
-    for (auto _ : state) {
-        usage = Bench::run(commandLine);
-        state.SetIterationTime(usage.wallSeconds);
-    }
-    state.counters["cpu_ms"] = 1000 * usage.cpuSeconds;
-    state.counters["peak_MiB"] = usage.peakMiB;
-}
-
-/// Each repetition is one run. What takes some milliseconds is run often, because a single run says
+/// What takes some milliseconds is run often, because a single run says
 /// more of what else the machine does.
 constexpr int often = 51;
 constexpr int seldom = 9;
-
-void add(const std::string& name, const Arguments& commandLine, int repetitions) {
-    const auto work = [commandLine](benchmark::State& state) { measure(state, commandLine); };
-    benchmark::RegisterBenchmark(name.c_str(), work)
-        ->Repetitions(repetitions)
-        ->Iterations(1)
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond);
-}
 
 std::string toXml(std::size_t sets) { return "to-xml_" + std::to_string(sets); }
 
@@ -97,17 +45,16 @@ void printRatios(const Bench::Ratios& ratios) {
 }
 
 int runAll(int argc, char** argv) {
-    const Files files;
-    files.generate();
-    add("platform", {yardstick, "platform"}, often);
-    add("version", {command, "--version"}, often);
-    add("info_40", {command, "info", files.mxf(small)}, often);
-    add("dictionary", {command, "dictionary", "Preface"}, often);
+    const Bench::CommandFiles files(scales);
+    addRuns("platform", {yardstick, "platform"}, often);
+    addRuns("version", {command, "--version"}, often);
+    addRuns("info_40", {command, "info", files.mxf(small)}, often);
+    addRuns("dictionary", {command, "dictionary", "Preface"}, often);
     for (const std::size_t sets : scales) {
-        add(toXml(sets), {command, "to-xml", files.mxf(sets), "-o", files.xml(sets)},
-            sets > 1000 ? seldom : often);
+        addRuns(toXml(sets), {command, "to-xml", files.mxf(sets), "-o", files.xml(sets)},
+                sets > 1000 ? seldom : often);
     }
-    add("dom_100000", {yardstick, "dom", files.xml(scales[3])}, seldom);
+    addRuns("dom_100000", {yardstick, "dom", files.xml(large)}, seldom);
     return Bench::runBenchmarks(argc, argv, printRatios);
 }
 
