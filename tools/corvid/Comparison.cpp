@@ -4,7 +4,7 @@
 #include "tools/corvid/SetComparison.h"
 
 #include <deque>
-#include <unordered_map>
+#include <map>
 #include <unordered_set>
 
 namespace Corvid::Tool {
@@ -30,7 +30,8 @@ void pairUp(const Sets<Set>& before, const Sets<Set>& after, ContentBefore conte
         outcome.pair(*before.front(), *after.front());
         return;
     }
-    std::unordered_map<std::string, std::deque<const Set*>> byContent;
+    // No hash: whoever makes a file could choose contents that share one.
+    std::map<std::string, std::deque<const Set*>> byContent;
     for (const Set* set : after) {
         byContent[content(*set)].push_back(set);
     }
