@@ -6,6 +6,7 @@
 #include "host/klv/BerOutput.h"
 #include "host/metadata/PartitionDictionary.h"
 #include "host/metadata/PartitionMetadata.h"
+#include "host/types/ByteRuns.h"
 
 #include <algorithm>
 
@@ -27,9 +28,6 @@ private:
     PartitionMetadata& partition_;
 };
 
-/// The most that the two bytes of a property's length can tell.
-constexpr std::size_t greatestValue = 0xFFFF;
-
 [[noreturn]] void refuse(const MetadataSet& set, const Types::UniversalLabel* label,
                          const Element& element, std::size_t size) {
     if (const auto* definition = definitionOf(*element.metaAttribute());
@@ -42,7 +40,7 @@ constexpr std::size_t greatestValue = 0xFFFF;
             Platform::toUtf8(set.key().toString(encoding)) + ": property " +
             (label == nullptr ? "without label" : Platform::toUtf8(label->toString(encoding))) +
             " has " + std::to_string(size) + " bytes, but at most " +
-            std::to_string(greatestValue) + " fit a local set",
+            std::to_string(Types::ByteRun::greatestSize) + " fit a local set",
         CORVID_HERE);
 }
 
@@ -224,7 +222,7 @@ std::size_t MetadataSet::valueSize() const {
     std::size_t size = 0;
     for (const auto& [label, element] : inStoredOrder()) {
         const std::size_t bytes = element->serializedSize();
-        if (bytes > greatestValue) {
+        if (bytes > Types::ByteRun::greatestSize) {
             refuse(*this, label, *element, bytes);
         }
         size += 4 + bytes;

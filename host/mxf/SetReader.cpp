@@ -10,10 +10,6 @@ namespace {
 using Metadata::Element;
 using Metadata::MetadataSet;
 
-/// The most properties of a set; the places of a set's elements are numbers of 16 bits, and a
-/// property that does not fit its class takes two.
-constexpr std::size_t greatestPropertyCount = 0x7FFF;
-
 struct Walk {
     std::size_t properties = 0;
     std::size_t rest = 0; ///< bytes behind the last property

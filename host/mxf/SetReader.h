@@ -7,6 +7,10 @@
 
 namespace Corvid::mxf {
 
+/// The most properties of a set that is taken apart; one with more is kept as a dark set. Real sets
+/// have some tens, and no more local tags than twice this many can be told apart.
+constexpr std::size_t greatestPropertyCount = 0x7FFF;
+
 /// Makes sets of the KLV triplets of header metadata. Nothing is lost: what the dictionary does not
 /// know, or what does not fit it, is kept as dark or unknown.
 class CORVID_EXPORT SetReader {

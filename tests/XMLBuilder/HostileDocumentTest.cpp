@@ -1,4 +1,5 @@
 #include "tests/XMLBuilder/Things.h"
+#include "tests/support/MemoryBounds.h"
 #include "tests/support/PeakMemory.h"
 #include "tests/support/Sanitizers.h"
 #include "tests/support/SmallStack.h"
@@ -106,8 +107,9 @@ TEST_P(HostileDocument, takesMemoryInProportionToItsSize) {
         GTEST_SKIP() << "sanitizers have their own ways with memory";
     }
     // The five bytes of "<a/>x" become two nodes of some 390 bytes: nothing takes a greater
-    // multiple. Xerces-C begins with tables and blocks of a fixed size.
-    EXPECT_LE(*peak, 96 * xml.size() + (std::size_t{4} << 20));
+    // multiple.
+    EXPECT_LE(*peak, MemoryBounds::documentToMetadata * xml.size() + MemoryBounds::constant);
+    RecordProperty("multiple", std::to_string(*peak / xml.size()));
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -11,9 +11,6 @@ namespace Corvid::Tool {
 
 namespace {
 
-/// Nobody writes so many definitions; a device that never ends is not read forever.
-constexpr std::size_t greatestDictionary = 64 * 1024 * 1024;
-
 std::optional<mxf::PartitionChoice> choiceOf(const std::string& text) {
     if (text == "auto") {
         return mxf::PartitionChoice::automatic();

@@ -7,6 +7,10 @@
 
 namespace Corvid::Tool {
 
+/// The most bytes of a dictionary. Nobody writes so many definitions; a device that never ends is
+/// not read forever.
+constexpr std::size_t greatestDictionary = std::size_t{64} * 1024 * 1024;
+
 /// What every verb that reads an MXF file can be told of it.
 struct ClipOptions {
     std::string path;                      ///< "-" is standard input

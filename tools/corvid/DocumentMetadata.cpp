@@ -2,6 +2,7 @@
 
 #include "XMLBuilder/reader/ReadDocument.h"
 #include "host/base/Exceptions.h"
+#include "host/mxf/Partitions.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/ReadWhole.h"
 #include "tools/corvid/RenameSets.h"
@@ -13,16 +14,13 @@ namespace Corvid::Tool {
 
 namespace {
 
-/// Far more than anybody's header metadata; in memory a document takes several times its size.
-constexpr std::size_t greatestDocument = std::size_t{1024} * 1024 * 1024;
-
 /// Whether a file begins as an MXF file does, behind its run-in if it has one (SMPTE ST 377-1).
 bool isMxf(const std::string& bytes) {
-    constexpr std::size_t greatestRunIn = 65535;
     constexpr std::array<char, 11> packKey = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05,
                                               0x01, 0x01, 0x0d, 0x01, 0x02};
-    const auto end = bytes.begin() + static_cast<std::ptrdiff_t>(
-                                         std::min(bytes.size(), greatestRunIn + packKey.size()));
+    const auto end =
+        bytes.begin() +
+        static_cast<std::ptrdiff_t>(std::min(bytes.size(), mxf::greatestRunIn + packKey.size()));
     return std::search(bytes.begin(), end, packKey.begin(), packKey.end()) != end;
 }
 

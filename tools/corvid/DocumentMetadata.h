@@ -2,11 +2,16 @@
 
 #include "tools/corvid/MergeCopies.h"
 
+#include <cstddef>
 #include <string>
 
 namespace Corvid::Tool {
 
 class Messages;
+
+/// The most bytes of a document that the command reads. Far more than anybody's header metadata; in
+/// memory a document takes several times its size.
+constexpr std::size_t greatestDocument = std::size_t{1024} * 1024 * 1024;
 
 /// Which InstanceUIDs the sets of a document get.
 enum class DocumentIdentifiers : unsigned char {

@@ -1,0 +1,93 @@
+#include "XMLBuilder/InlineDepth.h"
+#include "host/dictionary/Inheritance.h"
+#include "host/klv/BerInput.h"
+#include "host/mxf/HeaderMetadataReader.h"
+#include "host/mxf/PrimerPack.h"
+#include "host/mxf/RandomIndexPack.h"
+#include "host/mxf/SetReader.h"
+#include "host/types/ByteRuns.h"
+#include "host/xmlutils/LoadDocument.h"
+#include "tests/support/MemoryBounds.h"
+#include "tests/support/Paths.h"
+#include "tools/corvid/Clip.h"
+#include "tools/corvid/DocumentMetadata.h"
+#include "tools/corvid/FromXml.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <regex>
+
+using namespace Corvid;
+using namespace Corvid::Testing;
+
+namespace {
+
+std::string textOf(const std::string& path) {
+    std::ifstream file(sourceDir() / path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+struct Limit {
+    std::string figure, constant, file;
+};
+
+/// The rows of the page that name a constant.
+std::vector<Limit> limitsOfThePage() {
+    const std::string page = textOf("docs/limits.md");
+    const std::regex row(R"(\| [^|]* \| (\d+) \|[^\n]*`(\w+)` in `([\w/.]+)`[^|\n]*\|\n)");
+    std::vector<Limit> limits;
+    for (std::sregex_iterator each(page.begin(), page.end(), row), end; each != end; ++each) {
+        limits.push_back({(*each)[1], (*each)[2], (*each)[3]});
+    }
+    return limits;
+}
+
+TEST(LimitsPage, tellsTheFiguresOfTheCode) {
+#define CORVID_LIMIT(Scope, Name)                                                                  \
+    { #Name, std::to_string(Scope Name) }
+    const std::map<std::string, std::string> figures = {
+        CORVID_LIMIT(mxf::, greatestRunIn),
+        CORVID_LIMIT(KLV::BerLength::, greatestOctets),
+        CORVID_LIMIT(mxf::, greatestSetSize),
+        CORVID_LIMIT(mxf::, greatestPropertyCount),
+        CORVID_LIMIT(mxf::, greatestPrimerSize),
+        CORVID_LIMIT(mxf::, greatestRandomIndexPack),
+        CORVID_LIMIT(mxf::, greatestEssenceContainerCount),
+        CORVID_LIMIT(Tool::, greatestDictionary),
+        CORVID_LIMIT(MetaMetadata::, deepestInheritance),
+        CORVID_LIMIT(Tool::, greatestDocument),
+        CORVID_LIMIT(XMLUtils::, maximumElementDepth),
+        CORVID_LIMIT(XMLUtils::, maximumOpenAttributes),
+        CORVID_LIMIT(XMLUtils::, maximumNames),
+        CORVID_LIMIT(XMLBuilder::, greatestInlineDepth),
+        CORVID_LIMIT(Types::ByteRun::, greatestSize),
+        CORVID_LIMIT(Tool::, greatestKagSize),
+    };
+#undef CORVID_LIMIT
+    std::map<std::string, std::string> told;
+    for (const Limit& limit : limitsOfThePage()) {
+        const auto [place, isNew] = told.emplace(limit.constant, limit.figure);
+        EXPECT_TRUE(isNew || place->second == limit.figure) << limit.constant;
+        EXPECT_NE(textOf(limit.file).find(limit.constant + " = "), std::string::npos)
+            << limit.constant << " in " << limit.file;
+    }
+    EXPECT_EQ(told, figures);
+}
+
+TEST(LimitsPage, tellsTheBoundsThatAreTested) {
+    const std::string page = textOf("docs/limits.md");
+    const auto tells = [&](const std::string& work, std::size_t multiple) {
+        return page.find("| " + work + " | " + std::to_string(multiple) + " |") !=
+               std::string::npos;
+    };
+    EXPECT_TRUE(tells("file to metadata", MemoryBounds::fileToMetadata));
+    EXPECT_TRUE(tells("file to document, as `to-xml`", MemoryBounds::fileToDocument));
+    EXPECT_TRUE(tells("file to document and back, as `check`", MemoryBounds::check));
+    EXPECT_TRUE(tells("document to metadata, as `from-xml`", MemoryBounds::documentToMetadata));
+    static_assert(MemoryBounds::constant == std::size_t{4} << 20);
+    EXPECT_NE(page.find("so many times its size, and 4 MiB"), std::string::npos);
+}
+
+} // namespace
