@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
     try {
         return runAll(argc, argv);
     } catch (const std::exception& error) {
-        std::cerr << "benchBreadth: " << error.what() << std::endl;
+        std::cerr << "breadth: " << error.what() << std::endl;
         return 1;
     }
 }
