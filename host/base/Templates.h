@@ -165,7 +165,9 @@ class LockedCounter {
 public:
     void increment() noexcept { Platform::Synchronization::interlockedIncrement(count_); }
     /// @return true when the last owner is gone.
-    bool decrement() noexcept { return Platform::Synchronization::interlockedDecrement(count_) == 0; }
+    bool decrement() noexcept {
+        return Platform::Synchronization::interlockedDecrement(count_) == 0;
+    }
 
 private:
     volatile long count_ = 1;
@@ -185,11 +187,15 @@ public:
     }
     /// Owns the object at once: it is deleted if there is no memory for the count.
     explicit SharedPtr(T* object) : SharedPtr(auto_ptr<T>(object)) {}
-    SharedPtr(const SharedPtr& other) noexcept : object_(other.object_), counter_(other.counter_) { share(); }
+    SharedPtr(const SharedPtr& other) noexcept : object_(other.object_), counter_(other.counter_) {
+        share();
+    }
     SharedPtr(SharedPtr&& other) noexcept
-        : object_(std::exchange(other.object_, nullptr)), counter_(std::exchange(other.counter_, nullptr)) {}
+        : object_(std::exchange(other.object_, nullptr)),
+          counter_(std::exchange(other.counter_, nullptr)) {}
     template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
-    SharedPtr(const SharedPtr<U, Counter>& other) noexcept : object_(other.object_), counter_(other.counter_) {
+    SharedPtr(const SharedPtr<U, Counter>& other) noexcept
+        : object_(other.object_), counter_(other.counter_) {
         share();
     }
     ~SharedPtr() { drop(); }

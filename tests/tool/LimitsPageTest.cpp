@@ -86,8 +86,8 @@ TEST(LimitsPage, tellsTheBoundsThatAreTested) {
     EXPECT_TRUE(tells("file to document, as `to-xml`", MemoryBounds::fileToDocument));
     EXPECT_TRUE(tells("file to document and back, as `check`", MemoryBounds::check));
     EXPECT_TRUE(tells("document to metadata, as `from-xml`", MemoryBounds::documentToMetadata));
-    static_assert(MemoryBounds::constant == std::size_t{4} << 20);
-    EXPECT_NE(page.find("so many times its size, and 4 MiB"), std::string::npos);
+    static_assert(MemoryBounds::constant == std::size_t{8} << 20);
+    EXPECT_NE(page.find("so many times its size, and 8 MiB"), std::string::npos);
 }
 
 } // namespace
