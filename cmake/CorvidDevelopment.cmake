@@ -21,6 +21,10 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
   endif()
 endif()
 
+# Whether the C library is glibc, whose allocator tells what it holds and can be stood in for.
+include(CheckCXXSymbolExists)
+check_cxx_symbol_exists(mallinfo2 malloc.h CORVID_HAS_GLIBC_MALLOC)
+
 find_program(CORVID_CCACHE ccache)
 mark_as_advanced(CORVID_CCACHE)
 if(CORVID_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
