@@ -91,6 +91,7 @@ std::vector<const MetaElement*> inDocumentOrder(const MetaMetadataSet& set) {
     }
     std::sort(ordered.begin(), ordered.end());
     std::vector<const MetaElement*> properties;
+    properties.reserve(ordered.size());
     for (const auto& [index, property] : ordered) {
         properties.push_back(property);
     }

@@ -3,8 +3,10 @@
 #include "host/dataio/Memory.h"
 #include "host/mxf/HeaderMetadataWriter.h"
 #include "tests/mxf/ReadBack.h"
+#include "tests/support/LeaksByContract.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/PeakMemory.h"
+#include "tests/support/Sanitizers.h"
 #include "tests/support/SmallStack.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/RoundTrip.h"
@@ -243,7 +245,7 @@ INSTANTIATE_TEST_SUITE_P(
 /// the process after a fraction of them.
 class Chain : public ::testing::Test {
 protected:
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(CORVID_ADDRESS_SANITIZER) || defined(CORVID_THREAD_SANITIZER)
     static constexpr std::size_t length = 80000; // on a larger stack
 #else
     static constexpr std::size_t length = 40000;
@@ -284,6 +286,7 @@ TEST_F(Chain, comesBackFromXmlOnASmallStack) {
 TEST_F(Chain, withReferencesAsValuesIsRefusedOnASmallStack) {
     onSmallStack([] {
         const auto read = readFile(file());
+        const LeaksByContract leaks;
         EXPECT_THAT(messageOf([&] { XMLBuilder::partition2XML(read.metadata.get(), true, false); }),
                     testing::HasSubstr("strong references nest deeper than 256 sets"));
     });
