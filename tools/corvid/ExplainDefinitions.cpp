@@ -13,7 +13,7 @@ namespace {
 using namespace MetaMetadata;
 
 std::string valueTypeOf(const MetaElement& element) {
-    const std::string type = Types::Identifiers::typeName(element.dataType());
+    std::string type = Types::Identifiers::typeName(element.dataType());
     if (!element.isCollection()) {
         return type;
     }

@@ -20,7 +20,7 @@ std::string wrapped(const std::vector<std::string>& items, const std::string& be
         const std::size_t behind = i + 1 == items.size() ? 0 : endOfLine.size() - 1;
         const std::size_t width = indent + line.size() + between.size() + items[i].size() + behind;
         if (!line.empty() && width > columns) {
-            result += std::string(indent, ' ') + line + endOfLine;
+            result.append(indent, ' ').append(line).append(endOfLine);
             line.clear();
         }
         line += (line.empty() ? "" : between) + items[i];
