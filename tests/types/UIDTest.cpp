@@ -2,6 +2,10 @@
 #include "tests/types/Samples.h"
 
 #include <set>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+#include <vector>
 
 namespace Corvid::Testing {
 namespace {
@@ -39,6 +43,44 @@ TEST(GenerateUUID, givesEachOnce) {
     for (int i = 0; i != 1000; ++i) {
         EXPECT_TRUE(seen.insert(UID::generateUUID(UID::uniqueVersion).bytes()).second);
     }
+}
+
+TEST(GenerateUUID, givesEachOnceInWhateverThread) {
+    constexpr std::size_t each = 5000;
+    std::vector<std::vector<std::array<u8, 16>>> made(4);
+    std::vector<std::thread> threads;
+    for (auto& mine : made) {
+        threads.emplace_back([&mine] {
+            for (std::size_t i = 0; i != each; ++i) {
+                mine.push_back(UID::generateUUID(UID::uniqueVersion).bytes());
+            }
+        });
+    }
+    std::set<std::array<u8, 16>> seen;
+    for (std::size_t i = 0; i != threads.size(); ++i) {
+        threads[i].join();
+        seen.insert(made[i].begin(), made[i].end());
+    }
+    EXPECT_EQ(seen.size(), threads.size() * each);
+}
+
+TEST(GenerateUUID, givesAChildProcessOthersThanItsParent) {
+    UID::generateUUID(UID::uniqueVersion); // what is got in advance is there now
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        const auto bytes = UID::generateUUID(UID::uniqueVersion).bytes();
+        _exit(write(ends[1], bytes.data(), bytes.size()) == 16 ? 0 : 1);
+    }
+    ASSERT_GT(child, 0);
+    const auto here = UID::generateUUID(UID::uniqueVersion).bytes();
+    std::array<u8, 16> there{};
+    EXPECT_EQ(read(ends[0], there.data(), there.size()), 16);
+    waitpid(child, nullptr, 0);
+    close(ends[0]);
+    close(ends[1]);
+    EXPECT_NE(there, here);
 }
 
 TEST(GenerateUUID, takesItsBytesFromTheReplacedSource) {
