@@ -23,11 +23,11 @@ constexpr unsigned digitValue(Utf16Unit unit) {
 [[noreturn]] void refuse(const Utf16Unit* text, std::size_t size) {
     constexpr std::size_t quoted = 200;
     const std::size_t length = Templates::char_traits<Utf16Unit>::length(text);
-    throw Exceptions::InvalidFormat("identifier '" + Platform::toUtf8(text, std::min(length, quoted)) +
-                                        (length > quoted ? "...': " : "': ") + "expected " +
-                                        std::to_string(size) +
-                                        " bytes as pairs of hexadecimal digits joined by full stops",
-                                    CORVID_HERE);
+    throw Exceptions::InvalidFormat(
+        "identifier '" + Platform::toUtf8(text, std::min(length, quoted)) +
+            (length > quoted ? "...': " : "': ") + "expected " + std::to_string(size) +
+            " bytes as pairs of hexadecimal digits joined by full stops",
+        CORVID_HERE);
 }
 
 } // namespace

@@ -40,7 +40,8 @@ void appendUtf16(Utf16Text& to, char32_t point) {
 constexpr bool isLead(Utf16Unit unit) { return (unit & 0xFC00) == 0xD800; }
 constexpr bool isTrail(Utf16Unit unit) { return (unit & 0xFC00) == 0xDC00; }
 
-/// The code point at the front of the text, and its length in bytes; length 0 where it is malformed.
+/// The code point at the front of the text, and its length in bytes; length 0 where it is
+/// malformed.
 std::pair<char32_t, std::size_t> decodeUtf8(std::string_view text) {
     const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byte(0);

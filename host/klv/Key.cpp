@@ -7,7 +7,8 @@ namespace Corvid::KLV {
 namespace {
 
 /// Compares the front of a key, the version byte left out.
-template <std::size_t Size> bool startsWith(const Key& key, const unsigned char (&front)[Size]) noexcept {
+template <std::size_t Size>
+bool startsWith(const Key& key, const unsigned char (&front)[Size]) noexcept {
     for (std::size_t i = 0; i != Size; ++i) {
         if (i != 7 && key[i] != front[i]) {
             return false;
@@ -30,7 +31,7 @@ Utf16Text Key::toString(Types::StringRepresentationEncodingType) const {
 
 bool isStructuralMetadataSet(const Key& key) noexcept {
     static constexpr unsigned char front[] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01,
-                                          0x01, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01};
+                                              0x01, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01};
     return startsWith(key, front);
 }
 

@@ -16,7 +16,8 @@ Value::Value(DataIO::DataSource& source, std::size_t size) {
     const std::size_t got = source.read(bytes.data(), size);
     if (got != size) {
         throw Exceptions::InvalidLength("value of " + std::to_string(size) +
-                                            " bytes, but the source ended after " + std::to_string(got),
+                                            " bytes, but the source ended after " +
+                                            std::to_string(got),
                                         CORVID_HERE);
     }
     slice_ = DataIO::Slice(bytes.data(), bytes.size());

@@ -9,7 +9,8 @@ namespace Corvid::KLV {
 class CORVID_EXPORT Value {
 public:
     /// Reads size bytes from where the source stands.
-    /// @throws InvalidLength  the source ends before; nothing larger than what is left is allocated.
+    /// @throws InvalidLength  the source ends before; nothing larger than what is left is
+    /// allocated.
     Value(DataIO::DataSource& source, std::size_t size);
     Value(const unsigned char* bytes, std::size_t size) : slice_(bytes, size) {}
 

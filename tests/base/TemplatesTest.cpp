@@ -118,7 +118,8 @@ using SharedPointer = Owners;
 TEST_F(SharedPointer, deletesWithItsLastOwner) {
     SharedPtr<Tracked> first(new Tracked(7));
     {
-        const SharedPtr<Tracked> second = first; // NOLINT(performance-unnecessary-copy-initialization)
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+        const SharedPtr<Tracked> second = first;
         EXPECT_EQ(first.get(), second.get());
         first = SharedPtr<Tracked>();
         EXPECT_EQ(Tracked::living, 1);
