@@ -5,7 +5,6 @@
 #include "XMLBuilder/reader/Reading.h"
 #include "XMLBuilder/reader/TranslateExceptions.h"
 #include "host/base/Exceptions.h"
-#include "host/xmlutils/CleanDocument.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/LoadDocument.h"
 
@@ -91,9 +90,7 @@ SetList readBuffer(const unsigned char* bytes, std::size_t length,
     return translated(EntryPoint::buffer, [&] {
         return readPartitionMetadata(
             partition, names, places, [&](DOMLSParser& parser) -> const DOMDocument& {
-                auto* document = XMLUtils::loadDocumentFromBuffer(bytes, length, parser);
-                XMLUtils::cleanEmptyTextNodes(*document);
-                return *document;
+                return *XMLUtils::loadCleanDocumentFromBuffer(bytes, length, parser);
             });
     });
 }

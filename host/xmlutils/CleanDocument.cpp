@@ -1,24 +1,13 @@
 #include "host/xmlutils/CleanDocument.h"
 
+#include "host/xmlutils/WhiteSpace.h"
+
 #include <vector>
 #include <xercesc/dom/DOMNode.hpp>
 
 namespace Corvid::XMLUtils {
 
-namespace {
-
 using xercesc::DOMNode;
-
-bool isWhiteSpace(const XMLCh* text) {
-    for (; *text != 0; ++text) {
-        if (*text != u' ' && *text != u'\n' && *text != u'\t' && *text != u'\r') {
-            return false;
-        }
-    }
-    return true;
-}
-
-} // namespace
 
 void cleanEmptyTextNodes(DOMNode& top) {
     // The way down is kept here, because to ask a node for its parent costs Xerces-C a search

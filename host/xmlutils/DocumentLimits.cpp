@@ -30,23 +30,38 @@ void DocumentLimits::startElement(const XMLElementDecl& declaration, unsigned in
         }
     };
     check(limits_.startElement(attributeCount, !isEmpty)); // of an empty element no end is told
-    check(limits_.useName(uri, {prefix, declaration.getBaseName()}));
+    if (!isCounted({&declaration, uri})) {
+        check(limits_.useName(uri, {prefix, declaration.getBaseName()}));
+    }
     for (XMLSize_t i = 0; i != attributeCount; ++i) {
         const XMLAttr& attribute = *attributes.elementAt(i);
         check(limits_.useName(attribute.getURIId(), {attribute.getPrefix(), attribute.getName()}));
     }
-    next_.startElement(declaration, uri, prefix, attributes, attributeCount, isEmpty, isRoot);
+    DocumentFilter::startElement(declaration, uri, prefix, attributes, attributeCount, isEmpty,
+                                 isRoot);
+}
+
+/// Remembers the name in place of another. Most elements of a document share few names, and to find
+/// one here costs less than to look at its text.
+bool DocumentLimits::isCounted(const ScannedName& name) {
+    ScannedName& last = counted_[name.declaration->getId() % counted_.size()];
+    if (last.declaration == name.declaration && last.uri == name.uri) {
+        return true;
+    }
+    last = name;
+    return false;
 }
 
 void DocumentLimits::endElement(const XMLElementDecl& declaration, unsigned int uri, bool isRoot,
                                 const XMLCh* prefix) {
     limits_.endElement();
-    next_.endElement(declaration, uri, isRoot, prefix);
+    DocumentFilter::endElement(declaration, uri, isRoot, prefix);
 }
 
 void DocumentLimits::startDocument() {
     limits_.startDocument();
-    next_.startDocument();
+    counted_.fill({});
+    DocumentFilter::startDocument();
 }
 
 } // namespace Corvid::XMLUtils

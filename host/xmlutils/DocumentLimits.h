@@ -1,23 +1,22 @@
 #pragma once
 
+#include "host/xmlutils/DocumentFilter.h"
 #include "host/xmlutils/ElementLimits.h"
 
-#include <xercesc/framework/XMLDocumentHandler.hpp>
+#include <array>
 #include <xercesc/internal/XMLScanner.hpp>
 
 namespace Corvid::XMLUtils {
 
-/// Stands between a scanner and the parser that builds the document, and ends the parse before an
-/// element that is beyond a limit gets into the document. LoadDocument.h tells the limits.
-class DocumentLimits final : public xercesc::XMLDocumentHandler {
+/// Ends the parse before an element that is beyond a limit gets into the document. LoadDocument.h
+/// tells the limits.
+class DocumentLimits final : public DocumentFilter {
 public:
-    using Attributes = xercesc::RefVectorOf<xercesc::XMLAttr>;
-
     /// Everything is borrowed.
     /// @param scanner  tells line and column.
     /// @param next     gets all that stays within the limits.
     DocumentLimits(const xercesc::XMLScanner& scanner, xercesc::XMLDocumentHandler& next) noexcept
-        : scanner_(scanner), next_(next) {}
+        : DocumentFilter(next), scanner_(scanner) {}
 
     /// @throws xercesc::SAXParseException  the element is beyond a limit.
     void startElement(const xercesc::XMLElementDecl& declaration, unsigned int uri,
@@ -27,31 +26,17 @@ public:
                     const XMLCh* prefix) override;
     void startDocument() override;
 
-    void docCharacters(const XMLCh* text, XMLSize_t length, bool cdata) override {
-        next_.docCharacters(text, length, cdata);
-    }
-    void docComment(const XMLCh* text) override { next_.docComment(text); }
-    void docPI(const XMLCh* target, const XMLCh* data) override { next_.docPI(target, data); }
-    void endDocument() override { next_.endDocument(); }
-    void endEntityReference(const xercesc::XMLEntityDecl& entity) override {
-        next_.endEntityReference(entity);
-    }
-    void ignorableWhitespace(const XMLCh* text, XMLSize_t length, bool cdata) override {
-        next_.ignorableWhitespace(text, length, cdata);
-    }
-    void resetDocument() override { next_.resetDocument(); }
-    void startEntityReference(const xercesc::XMLEntityDecl& entity) override {
-        next_.startEntityReference(entity);
-    }
-    void XMLDecl(const XMLCh* version, const XMLCh* encoding, const XMLCh* standalone,
-                 const XMLCh* recognised) override {
-        next_.XMLDecl(version, encoding, standalone, recognised);
-    }
-
 private:
+    /// A name as the scanner knows it: a declaration belongs to one prefix and local name.
+    struct ScannedName {
+        const xercesc::XMLElementDecl* declaration;
+        unsigned int uri;
+    };
+    bool isCounted(const ScannedName& name);
+
     const xercesc::XMLScanner& scanner_;
-    xercesc::XMLDocumentHandler& next_;
     ElementLimits limits_;
+    std::array<ScannedName, 256> counted_{}; ///< some of the names of elements that came up
 };
 
 } // namespace Corvid::XMLUtils

@@ -11,6 +11,11 @@ xercesc::DOMDocument* loadDocumentFromBuffer(const unsigned char* bytes, std::si
     return parseSafely(*openBuffer(bytes, length), parser);
 }
 
+xercesc::DOMDocument* loadCleanDocumentFromBuffer(const unsigned char* bytes, std::size_t length,
+                                                  xercesc::DOMLSParser& parser) {
+    return parseSafely(*openBuffer(bytes, length), parser, EmptyText::leftOut);
+}
+
 xercesc::DOMDocument* loadDocumentFromFile(const Utf16Unit* path, xercesc::DOMLSParser& parser) {
     if (path == nullptr || *path == 0) {
         throw Exceptions::IOError("XML document: no path, expected the path of a file",

@@ -41,6 +41,11 @@ CORVID_XMLUTILS_EXPORT xercesc::DOMDocument* loadDocumentFromBuffer(const unsign
                                                                     std::size_t length,
                                                                     xercesc::DOMLSParser& parser);
 
+/// The same without the texts that cleanEmptyTextNodes() would remove, which never get into the
+/// document. Comments do, whatever the parser was told.
+CORVID_XMLUTILS_EXPORT xercesc::DOMDocument* loadCleanDocumentFromBuffer(
+    const unsigned char* bytes, std::size_t length, xercesc::DOMLSParser& parser);
+
 /// Parses a document from a file, which is read piece by piece.
 ///
 /// @param path  zero-terminated UTF-16; never read as a URI.

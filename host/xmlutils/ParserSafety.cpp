@@ -2,6 +2,7 @@
 
 #include "host/base/Exceptions.h"
 #include "host/xmlutils/DocumentLimits.h"
+#include "host/xmlutils/WhiteSpaceFilter.h"
 #include "host/xmlutils/XmlText.h"
 
 #include <exception>
@@ -111,14 +112,18 @@ private:
 /// Puts the guards into a parser and takes them out again.
 class Guarded {
 public:
-    Guarded(DOMLSParser& parser, AbstractDOMParser& based)
+    Guarded(DOMLSParser& parser, AbstractDOMParser& based, EmptyText emptyText)
         : parser_(parser), based_(based), scanner_(ParserAccess::scannerOf(based)),
           oldDocHandler_(scanner_.getDocHandler()),
-          oldDocTypeHandler_(scanner_.getDocTypeHandler()), limits_(scanner_, *oldDocHandler_),
+          oldDocTypeHandler_(scanner_.getDocTypeHandler()), noEmptyText_(*oldDocHandler_),
+          limits_(scanner_, emptyText == EmptyText::kept ? *oldDocHandler_ : noEmptyText_),
           documentType_(scanner_, oldDocTypeHandler_),
           oldErrorHandler_(config().getParameter(XMLUni::fgDOMErrorHandler)),
           oldSecurity_(config().getParameter(XMLUni::fgXercesSecurityManager)) {
         configure();
+        if (emptyText == EmptyText::leftOut) {
+            config().setParameter(XMLUni::fgDOMComments, true); // A comment ends a text.
+        }
         security_.setEntityExpansionLimit(0);
         config().setParameter(XMLUni::fgXercesSecurityManager, &security_);
         config().setParameter(XMLUni::fgDOMErrorHandler, &error_);
@@ -167,6 +172,7 @@ private:
     XMLDocumentHandler* oldDocHandler_;
     DocTypeHandler* oldDocTypeHandler_;
     FirstError error_;
+    WhiteSpaceFilter noEmptyText_;
     DocumentLimits limits_;
     NoDocumentType documentType_;
     SecurityManager security_;
@@ -176,13 +182,13 @@ private:
 
 } // namespace
 
-DOMDocument* parseSafely(const InputSource& input, DOMLSParser& parser) {
+DOMDocument* parseSafely(const InputSource& input, DOMLSParser& parser, EmptyText emptyText) {
     auto* const based = dynamic_cast<AbstractDOMParser*>(&parser);
     if (based == nullptr) {
         throw Exceptions::InvalidArgument(
             "XML parser of an unknown implementation, expected one based on Xerces-C", CORVID_HERE);
     }
-    return Guarded(parser, *based).parse(input);
+    return Guarded(parser, *based, emptyText).parse(input);
 }
 
 void throwParseError(unsigned long long line, unsigned long long column, const char* text) {

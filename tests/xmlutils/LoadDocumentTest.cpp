@@ -1,12 +1,12 @@
 #include "host/xmlutils/LoadDocument.h"
 
 #include "host/base/Exceptions.h"
+#include "host/xmlutils/CleanDocument.h"
 #include "tests/xmlutils/Documents.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <unistd.h>
@@ -106,6 +106,62 @@ TEST(LoadDocument, keepsWhiteSpace) {
     EXPECT_EQ(meaningOf(*load("<a>\n <b/>\n</a>", *parser)),
               "\nstart {}a\ntext \n \nstart {}b\nend\ntext \n\nend");
 }
+
+struct Texts {
+    const char* name;
+    std::string inside; ///< of the root
+};
+void PrintTo(const Texts& value, std::ostream* to) { *to << value.name; }
+
+class LoadsClean : public ::testing::TestWithParam<Texts> {};
+
+/// Nodes as they are, neighbouring texts and all.
+std::string nodesOf(const xercesc::DOMNode& top) {
+    std::string nodes;
+    for (const auto* node = top.getFirstChild(); node != nullptr; node = node->getNextSibling()) {
+        nodes += std::to_string(node->getNodeType()) + ' ' + utf8(node->getNodeName()) + ' ';
+        nodes += node->getNodeValue() == nullptr ? "" : '[' + utf8(node->getNodeValue()) + ']';
+        nodes += " {" + nodesOf(*node) + "}\n";
+    }
+    return nodes;
+}
+
+TEST_P(LoadsClean, asIfItWereCleanedAfterwards) {
+    for (const bool comments : {true, false}) {
+        const std::string text = "<a xmlns:p='urn:p'>" + GetParam().inside + "</a>";
+        const Parser cleaning = makeParser();
+        xercesc::DOMDocument* const expected = load(text, *cleaning);
+        cleanEmptyTextNodes(*expected);
+        const Parser parser = makeParser();
+        parser->getDomConfig()->setParameter(xercesc::XMLUni::fgDOMComments, comments);
+        EXPECT_EQ(nodesOf(*loadCleanDocumentFromBuffer(
+                      reinterpret_cast<const unsigned char*>(text.data()), text.size(), *parser)),
+                  nodesOf(*expected));
+        // The parser is as before.
+        EXPECT_THAT(nodesOf(*load("<a> </a>", *parser)), ::testing::HasSubstr("[ ]"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , LoadsClean,
+    ::testing::Values(
+        Texts{"NoText", ""}, Texts{"NoTextInside", "<b/><b></b>"}, Texts{"WhiteSpaceAlone", " \n"},
+        Texts{"Indented", "\n <b>\r\n\t<c/>\r</b>\n <p:b p:c=' '/>\n"},
+        Texts{"TextInWhiteSpace", "\n x \n<b> y</b>z <b>  </b> "},
+        Texts{"CharacterReferences", "&#32;&#10;<b>&#x20;&#xA0;</b> &#13; <b>&#9;x</b> "},
+        Texts{"PredefinedEntities", " &lt; <b> &amp;</b> <b>&gt; </b>\n&quot;<b/>&apos;\n"},
+        Texts{"Comments", " <!-- --> x <!----> <!-- a -->y<b> <!----></b>"},
+        Texts{"ProcessingInstructions", " <?p?> x <?p ?> <?p a?>y<b> <?p?></b>"},
+        Texts{"CdataSections", " <![CDATA[]]> <![CDATA[ ]]>x <![CDATA[y]]> <b> <![CDATA[z]]> </b>"
+                               "<b><![CDATA[ ]]>x</b><b>x<![CDATA[ ]]></b>"},
+        Texts{"ManyCdataSections", "<![CDATA[x]]> <![CDATA[ ]]><![CDATA[ ]]> <b/> "},
+        Texts{"OtherBlanks", "&#x85;<b>&#x2028;</b><b>\xC2\xA0</b><b>\xE3\x80\x80 </b>"},
+        Texts{"TextBehindManyBuffersOfWhiteSpace", std::string(300000, '\n') + "x<b/>"},
+        Texts{"ManyBuffersOfWhiteSpace", std::string(300000, ' ') + "<b/>"},
+        Texts{"WhiteSpaceBehindManyBuffersOfText",
+              std::string(300000, 'x') + std::string(300000, ' ') + "<b/>" +
+                  std::string(99999, ' ') + '&' + "lt;" + std::string(99999, ' ')}),
+    [](const auto& test) { return std::string(test.param.name); });
 
 TEST(LoadDocument, takesAnyNumberOfCharacterReferences) {
     std::string text = "<a>";
@@ -246,10 +302,14 @@ TEST(LoadDocument, refusesMoreDifferentNamesThanTheLimit) {
     EXPECT_THAT(loadingError(withNames(maximumNames + 1, "<a", "/>")),
                 ::testing::HasSubstr(": element a16384: 16385 different names of elements and "
                                      "attributes so far, expected at most 16384"));
-    for (const char* before : {"<r a", "<r xmlns:a", "<r xmlns:p='a"}) {
-        const std::string behind =
-            before[std::strlen(before) - 2] == '\'' ? "' p:b=''/>" : "='u'/>";
-        EXPECT_THAT(loadingError(withNames(maximumNames + 1, before, behind.c_str())),
+    const std::pair<const char*, const char*> otherNames[] = {
+        {"<r a", "='u'/>"},
+        {"<r xmlns:a", "='u'/>"},
+        {"<r xmlns:p='a", "' p:b=''/>"},
+        {"<p:r xmlns:p='a", "'/>"},
+    };
+    for (const auto& [before, behind] : otherNames) {
+        EXPECT_THAT(loadingError(withNames(maximumNames + 1, before, behind)),
                     ::testing::HasSubstr(" different names "))
             << before;
     }
