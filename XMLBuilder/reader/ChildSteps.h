@@ -43,6 +43,9 @@ public:
     /// @param context  borrowed; its children must not change while this object is used.
     void reset(const xercesc::DOMNode& context);
 
+    /// How many child elements there are.
+    std::size_t count() const noexcept { return entries_.size(); }
+
     /// False only where the step leads nowhere: the quick answer for most of what a set may hold.
     bool mayHave(const ChildStep& step) const noexcept {
         return (hashes_ & bitOf(step.hash_)) != 0;

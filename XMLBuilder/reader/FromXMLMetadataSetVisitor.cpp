@@ -35,6 +35,7 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     const OpenSet open(reading_, element_);
     const ReadingPlace outer = std::exchange(reading_.place(), {&element_, nullptr});
     declarer_ = &PrefixScope::declarerFor(element_);
+    set.reserve(open.children().count() + element_.getAttributes()->getLength());
     // The set has an element for each, but makes those that are asked for only.
     for (const ExpectedProperty& property : reading_.propertiesOf(*set.metaMetadataSet())) {
         if (property.name.place == PropertyName::Place::child) {

@@ -73,6 +73,9 @@ public:
     /// values. Each is made when it is asked for.
     void holdWholeClass() noexcept { isWhole_ = false; }
 
+    /// Makes room for so many elements that the set's class lists.
+    void reserve(std::size_t elements) { elements_.reserve(elements); }
+
     /// Adds an element without value that the set's class lists.
     /// @param localTag  the tag that it had in its file, or 0.
     Element& createElement(const Types::UniversalLabel& label, Element::Attribute attribute,
