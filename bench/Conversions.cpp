@@ -5,9 +5,9 @@
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/mxf/File.h"
-#include "host/mxf/HeaderMetadataWriter.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/Serialise.h"
+#include "tests/support/HeaderPartition.h"
 #include "tests/support/RichModel.h"
 
 #include <fstream>
@@ -20,6 +20,7 @@ namespace Corvid::Bench {
 
 namespace {
 
+using Testing::headerPartitionOf;
 using Testing::Model;
 using Octets = std::vector<unsigned char>;
 
@@ -41,18 +42,6 @@ void expect(bool isTrue, const char* what) {
     if (!isTrue) {
         throw std::runtime_error(std::string("unexpected: ") + what);
     }
-}
-
-Octets bytesOf(const DataIO::Memory::MemoryDataSink& sink) {
-    return {sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()};
-}
-
-Octets headerPartitionOf(Metadata::PartitionMetadata& metadata) {
-    DataIO::Memory::MemoryDataSink sink;
-    mxf::PartitionPack pack;
-    pack.status = mxf::PartitionStatus::closedComplete;
-    mxf::writeHeaderPartition(pack, mxf::HeaderMetadataWriter(metadata), sink);
-    return bytesOf(sink);
 }
 
 Utf16Text textOf(Model& model, bool referencesAsValues) {

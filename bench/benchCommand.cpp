@@ -1,8 +1,6 @@
 #include "bench/CommandRuns.h"
+#include "bench/Program.h"
 #include "bench/Ratios.h"
-
-#include <exception>
-#include <iostream>
 
 namespace {
 
@@ -61,11 +59,5 @@ int runAll(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // Caught, so that the generated files go.
-    try {
-        return runAll(argc, argv);
-    } catch (const std::exception& error) {
-        std::cerr << "benchCommand: " << error.what() << std::endl;
-        return 1;
-    }
+    return Corvid::Bench::runProgram("benchCommand", [&] { return runAll(argc, argv); });
 }

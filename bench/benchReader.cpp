@@ -2,6 +2,7 @@
 #include "XMLBuilder/XMLBuilder.h"
 #include "bench/ChildProcess.h"
 #include "bench/GeneratedMetadata.h"
+#include "bench/Program.h"
 #include "bench/Ratios.h"
 #include "bench/ThreadTime.h"
 #include "bench/WorkFolder.h"
@@ -10,7 +11,6 @@
 #include "host/xmlutils/Serialise.h"
 
 #include <cstring>
-#include <exception>
 #include <fstream>
 #include <iostream>
 #include <map>
@@ -125,14 +125,8 @@ int runAll(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // Caught, so that the document goes.
-    try {
-        if (argc == 3 && std::strcmp(argv[1], "--read") == 0) {
-            return readFile(argv[2]);
-        }
-        return runAll(argc, argv);
-    } catch (const std::exception& error) {
-        std::cerr << "benchReader: " << error.what() << std::endl;
-        return 1;
-    }
+    return Bench::runProgram("benchReader", [&] {
+        const bool reads = argc == 3 && std::strcmp(argv[1], "--read") == 0;
+        return reads ? readFile(argv[2]) : runAll(argc, argv);
+    });
 }

@@ -1,10 +1,8 @@
 // What metadata takes that has far more sets than anybody's: whether a million is still linear.
 
 #include "bench/CommandRuns.h"
+#include "bench/Program.h"
 #include "bench/Ratios.h"
-
-#include <exception>
-#include <iostream>
 
 namespace {
 
@@ -45,11 +43,5 @@ int runAll(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-    // Caught, so that the generated files go.
-    try {
-        return runAll(argc, argv);
-    } catch (const std::exception& error) {
-        std::cerr << "breadth: " << error.what() << std::endl;
-        return 1;
-    }
+    return Corvid::Bench::runProgram("breadth", [&] { return runAll(argc, argv); });
 }

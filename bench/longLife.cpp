@@ -1,5 +1,5 @@
 #include "bench/Conversions.h"
-#include "host/base/Exceptions.h"
+#include "bench/Program.h"
 
 #include <algorithm>
 #include <atomic>
@@ -157,14 +157,9 @@ bool live(std::size_t count) {
 } // namespace
 
 int main(int argc, char** argv) {
-    try {
+    return Bench::runProgram("longLife", [&] {
         const bool isFlat = live(argc > 1 ? std::stoul(argv[1]) : 100000);
         std::puts(isFlat ? "nothing has grown" : "something has GROWN");
         return isFlat ? 0 : 1;
-    } catch (const Exceptions::BaseException& error) {
-        std::cerr << "longLife: " << Platform::toUtf8(error.message()) << std::endl;
-    } catch (const std::exception& error) {
-        std::cerr << "longLife: " << error.what() << std::endl;
-    }
-    return 1;
+    });
 }

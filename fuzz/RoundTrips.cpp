@@ -1,8 +1,7 @@
 #include "fuzz/RoundTrips.h"
 
 #include "fuzz/FuzzInput.h"
-#include "host/dataio/Memory.h"
-#include "host/mxf/HeaderMetadataWriter.h"
+#include "tests/support/HeaderPartition.h"
 #include "tests/support/LeaksByContract.h"
 #include "tools/corvid/RoundTrip.h"
 
@@ -23,12 +22,8 @@ void refuseDamage(const Tool::Comparison& comparison) {
 } // namespace
 
 void roundTripKlv(Metadata::PartitionMetadata& metadata) {
-    DataIO::Memory::MemoryDataSink sink;
-    mxf::PartitionPack pack;
-    pack.status = mxf::PartitionStatus::closedComplete;
-    pack.kagSize = 16;
-    mxf::writeHeaderPartition(pack, mxf::HeaderMetadataWriter(metadata), sink);
-    const auto again = readMxf(sink.rawBuffer(), sink.serializedSize());
+    const auto bytes = Testing::headerPartitionOf(metadata);
+    const auto again = readMxf(bytes.data(), bytes.size());
     refuseDamage(Tool::compare(metadata, *again, {}));
 }
 

@@ -1,18 +1,17 @@
 #include "host/base/KeyedHash.h"
 
-#include <cstdint>
 #include <sodium/crypto_shorthash.h>
 
 namespace Corvid {
 
-std::size_t KeyedHash::operator()(std::u16string_view text) const {
+std::uint64_t KeyedHash::operator()(std::u16string_view text) const noexcept {
     static_assert(std::tuple_size<Key>::value == crypto_shorthash_KEYBYTES);
     std::uint64_t hash = 0;
     static_assert(sizeof hash == crypto_shorthash_BYTES);
     crypto_shorthash(reinterpret_cast<unsigned char*>(&hash),
                      reinterpret_cast<const unsigned char*>(text.data()),
                      text.size() * sizeof(char16_t), key_.data());
-    return static_cast<std::size_t>(hash);
+    return hash;
 }
 
 } // namespace Corvid

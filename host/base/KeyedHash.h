@@ -3,7 +3,7 @@
 #include "Corvid/Export.h"
 
 #include <array>
-#include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace Corvid {
@@ -18,8 +18,7 @@ public:
     explicit KeyedHash(const Key& key) noexcept : key_(key) {}
 
     /// The hash of UTF-16 text.
-    // Not noexcept: the containers of libstdc++ then keep each hash instead of asking for it again.
-    std::size_t operator()(std::u16string_view text) const;
+    std::uint64_t operator()(std::u16string_view text) const noexcept;
 
 private:
     Key key_;

@@ -1,8 +1,7 @@
-#include "host/dataio/Memory.h"
 #include "host/dataio/MemorySource.h"
 #include "host/mxf/File.h"
-#include "host/mxf/HeaderMetadataWriter.h"
 #include "tests/allocation/Sweep.h"
+#include "tests/support/HeaderPartition.h"
 #include "tests/support/RichModel.h"
 
 #include <gtest/gtest.h>
@@ -15,16 +14,6 @@ namespace {
 const std::set<std::string> outOfMemory = {"std::bad_alloc"};
 
 using Octets = std::vector<unsigned char>;
-
-/// The bytes of a header partition with the metadata.
-Octets headerPartitionOf(Metadata::PartitionMetadata& metadata) {
-    DataIO::Memory::MemoryDataSink sink;
-    mxf::PartitionPack pack;
-    pack.status = mxf::PartitionStatus::closedComplete;
-    pack.kagSize = 16;
-    mxf::writeHeaderPartition(pack, mxf::HeaderMetadataWriter(metadata), sink);
-    return {sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()};
-}
 
 std::string asText(const Octets& bytes) { return {bytes.begin(), bytes.end()}; }
 

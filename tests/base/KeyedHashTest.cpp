@@ -22,13 +22,13 @@ TEST(KeyedHash, isSipHash) {
     std::u16string text(7, u'\0');
     auto* bytes = reinterpret_cast<unsigned char*>(&text[0]);
     std::iota(bytes, bytes + 14, static_cast<unsigned char>(0));
-    EXPECT_EQ(hash(u""), static_cast<std::size_t>(0x726fdb47dd0e0e31U));
-    EXPECT_EQ(hash(text.substr(0, 1)), static_cast<std::size_t>(0x0d6c8009d9a94f5aU));
-    EXPECT_EQ(hash(text), static_cast<std::size_t>(0xf723ca908e7af2eeU));
+    EXPECT_EQ(hash(u""), 0x726fdb47dd0e0e31U);
+    EXPECT_EQ(hash(text.substr(0, 1)), 0x0d6c8009d9a94f5aU);
+    EXPECT_EQ(hash(text), 0xf723ca908e7af2eeU);
 }
 
 TEST(KeyedHash, differsForEachKey) {
-    std::set<std::size_t> hashes;
+    std::set<std::uint64_t> hashes;
     for (unsigned char first = 0; first != 100; ++first) {
         hashes.insert(KeyedHash(key(first))(u"06.0e.2b.34"));
     }
@@ -37,7 +37,7 @@ TEST(KeyedHash, differsForEachKey) {
 
 TEST(KeyedHash, readsTheWholeText) {
     const KeyedHash hash(key(7));
-    std::set<std::size_t> hashes;
+    std::set<std::uint64_t> hashes;
     for (std::size_t length = 0; length != 100; ++length) {
         hashes.insert(hash(std::u16string(length, u'0')));
     }
