@@ -7,8 +7,8 @@
 
 namespace Corvid::Bench {
 
-/// What main() does: runs the program and tells a failure, so that nothing is thrown past the owners
-/// of the files that the program makes.
+/// What main() does: runs the program and tells a failure, so that nothing is thrown past the
+/// owners of the files that the program makes.
 /// @param run  gives the exit status.
 template <class Run> int runProgram(const char* name, Run run) {
     try {
