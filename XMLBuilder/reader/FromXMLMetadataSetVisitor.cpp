@@ -6,6 +6,7 @@
 #include "host/dictionary/UnknownAttribute.h"
 #include "host/metadata/PartitionMetadata.h"
 
+#include <algorithm>
 #include <string_view>
 #include <utility>
 
@@ -35,9 +36,11 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     const OpenSet open(reading_, element_);
     const ReadingPlace outer = std::exchange(reading_.place(), {&element_, nullptr});
     declarer_ = &PrefixScope::declarerFor(element_);
-    set.reserve(open.children().count() + element_.getAttributes()->getLength());
+    const auto& properties = reading_.propertiesOf(*set.metaMetadataSet());
+    const auto written = open.children().count() + element_.getAttributes()->getLength();
+    set.reserve(std::min(written, properties.size()));
     // The set has an element for each, but makes those that are asked for only.
-    for (const ExpectedProperty& property : reading_.propertiesOf(*set.metaMetadataSet())) {
+    for (const ExpectedProperty& property : properties) {
         if (property.name.place == PropertyName::Place::child) {
             readProperty(set, property, open.children());
         } else {
