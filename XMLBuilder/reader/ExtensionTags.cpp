@@ -2,11 +2,16 @@
 
 #include "XMLBuilder/Namespaces.h"
 #include "XMLBuilder/reader/ChildSteps.h"
+#include "XMLBuilder/reader/HexBytes.h"
 #include "host/base/Exceptions.h"
+#include "host/mxf/LocalSet.h"
 #include "host/xmlutils/XmlText.h"
 
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMNodeList.hpp>
+
+#include <algorithm>
+#include <string_view>
 
 namespace Corvid::XMLBuilder {
 
@@ -44,6 +49,27 @@ void ExtensionTags::keepNamed(const DOMElement& root) {
             if (const XMLCh* tag = child->getAttribute(Names::staticLocalTag); *tag != 0) {
                 keep(tag);
             }
+        }
+    }
+    keepTagsOfDarkSets(root);
+}
+
+void ExtensionTags::keepTagsOfDarkSets(const DOMElement& root) {
+    const auto& sets =
+        *root.getElementsByTagNameNS(Names::groups.uri, Names::localPart(Names::darkMetadata));
+    for (XMLSize_t i = 0; const auto* set = sets.item(i); ++i) {
+        const auto* content = set->getFirstChild();
+        const XMLCh* const value = content == nullptr ? nullptr : content->getNodeValue();
+        const std::u16string_view text = value == nullptr ? u"" : value;
+        // Bytes that can't be read are refused where the set is read.
+        if (text.empty() || text.size() % 2 != 0 ||
+            !std::all_of(text.begin(), text.end(), isHexDigit)) {
+            continue;
+        }
+        const FieldBytes bytes = decodeHex(value);
+        mxf::LocalSet properties({bytes.data(), bytes.size()});
+        while (const auto property = properties.next()) {
+            tags_.keep(Types::LocalTag(property->tag));
         }
     }
 }

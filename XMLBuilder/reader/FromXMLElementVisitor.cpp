@@ -2,13 +2,16 @@
 
 #include "XMLBuilder/Errors.h"
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
-#include "XMLBuilder/reader/ValueParser.h"
+#include "host/base/Exceptions.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/PartitionMetadata.h"
+#include "host/types/Factories.h"
 #include "host/types/UID.h"
 
+#include <algorithm>
 #include <string_view>
+#include <vector>
 
 namespace Corvid::XMLBuilder {
 
@@ -52,10 +55,10 @@ bool hasVariableSize(Identifiers::Identifier type) {
 
 FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& valueNode,
                                              const MetaMetadata::MetaElement* definition,
-                                             Reading& reading)
+                                             Reading& reading, EmptyParts empty)
     : node_(valueNode),
       type_(definition == nullptr ? Identifiers::Unknown : definition->dataType()),
-      itemType_(Identifiers::Unknown), reading_(reading) {
+      itemType_(Identifiers::Unknown), reading_(reading), empty_(empty) {
     if (definition != nullptr && definition->isCollection()) {
         itemType_ =
             static_cast<const MetaMetadata::MetaCollectionElement*>(definition)->dataSubType();
@@ -63,7 +66,7 @@ FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& valueNode,
 }
 
 void FromXMLElementVisitor::visit(Metadata::SimpleElement& element) {
-    if (auto value = parseValue(reading_, type_, node_)) {
+    if (auto value = parseValue(reading_, type_, node_, empty_)) {
         element.set(std::move(value), false);
     }
 }
@@ -78,10 +81,43 @@ void FromXMLElementVisitor::visit(Metadata::ArrayElement& element) {
 
 template <class Collection>
 void FromXMLElementVisitor::readItems(Metadata::CollectionElement& element) {
+    if (empty_ == EmptyParts::values && Identifiers::typeSize(itemType_) == 0) {
+        readFilledUp<Collection>(element);
+        return;
+    }
     element.set(Templates::auto_ptr<Types::Collection>(new Collection(itemSize())));
     for (const auto* item = ChildSteps::firstElement(node_); item != nullptr;
          item = ChildSteps::nextElement(*item)) {
-        element.add(parseValue(reading_, itemType_, *item));
+        element.add(parseValue(reading_, itemType_, *item, empty_));
+    }
+}
+
+template <class Collection>
+void FromXMLElementVisitor::readFilledUp(Metadata::CollectionElement& element) {
+    std::vector<Templates::auto_ptr<Types::SimpleDataType>> items;
+    std::size_t longest = 0;
+    for (const auto* item = ChildSteps::firstElement(node_); item != nullptr;
+         item = ChildSteps::nextElement(*item)) {
+        items.push_back(parseValue(reading_, itemType_, *item, empty_));
+        longest = std::max(longest, items.back()->byteCount());
+    }
+    // One long item makes all others long: there must not be more of that than a file can hold.
+    if (longest * items.size() > Types::ByteRun::greatestSize) {
+        throw Exceptions::LimitExceeded(
+            std::to_string(items.size()) + " items, the longest of " + std::to_string(longest) +
+                " bytes, have more than the " + std::to_string(Types::ByteRun::greatestSize) +
+                " bytes that a property can hold",
+            CORVID_ELEMENT_VISITOR_HERE);
+    }
+    element.set(Templates::auto_ptr<Types::Collection>(new Collection(static_cast<int>(longest))));
+    if (longest == 0) {
+        return; // A file can't hold items of no length.
+    }
+    Templates::vector<Types::u8> bytes;
+    for (const auto& item : items) {
+        bytes.assign(item->rawBuffer(), item->rawBuffer() + item->byteCount());
+        bytes.resize(longest);
+        element.add(Types::Factories::fromBytes(itemType_, {bytes.data(), bytes.size()}));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/reader/Reading.h"
+#include "XMLBuilder/reader/ValueParser.h"
 #include "host/metadata/Elements.h"
 #include "host/types/Identifiers.h"
 
@@ -13,8 +14,11 @@ public:
     /// Everything is borrowed.
     /// @param valueNode   an element, or an attribute.
     /// @param definition  null for an unknown property, whose value is bytes.
+    /// @param empty       EmptyParts::values also fills up the items of a collection of texts or
+    ///                    bytes with zeros to the longest.
     FromXMLElementVisitor(const xercesc::DOMNode& valueNode,
-                          const MetaMetadata::MetaElement* definition, Reading& reading);
+                          const MetaMetadata::MetaElement* definition, Reading& reading,
+                          EmptyParts empty);
 
     void visit(Metadata::ReferenceBatchElement& element) override { readReferences(element); }
     void visit(Metadata::ReferenceArrayElement& element) override { readReferences(element); }
@@ -28,6 +32,7 @@ private:
     template <class Collection> void readItems(Metadata::CollectionElement& element);
     int itemSize();
     int measureItems();
+    template <class Collection> void readFilledUp(Metadata::CollectionElement& element);
 
     /// The reference that a link stands for; null where the link or the type is none.
     Templates::auto_ptr<Types::Reference> readLink(const xercesc::DOMElement& link,
@@ -39,6 +44,7 @@ private:
     Types::Identifiers::Identifier type_;
     Types::Identifiers::Identifier itemType_; ///< of a collection
     Reading& reading_;
+    EmptyParts empty_;
 };
 
 } // namespace Corvid::XMLBuilder

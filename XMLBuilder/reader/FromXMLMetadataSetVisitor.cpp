@@ -21,21 +21,33 @@ using xercesc::DOMNode;
 /// What a property's prefix stands for where the document does not declare it.
 constexpr const XMLCh* fallbackUri = u"http://www.smpte-ra.org";
 
-void fill(Element& element, const DOMNode& node, const MetaMetadata::MetaElement* definition,
-          Reading& reading) {
-    const ReadingPlace outer = reading.place();
-    reading.place().property = &node;
-    FromXMLElementVisitor reader(node, definition, reading);
+} // namespace
+
+void FromXMLMetadataSetVisitor::fill(Element& element, const DOMNode& node,
+                                     const MetaMetadata::MetaElement* definition) {
+    const ReadingPlace outer = reading_.place();
+    reading_.place().property = &node;
+    FromXMLElementVisitor reader(node, definition, reading_, emptyPartsOf(element));
     element.accept(reader);
-    reading.place() = outer;
+    reading_.place() = outer;
 }
 
-} // namespace
+EmptyParts FromXMLMetadataSetVisitor::emptyPartsOf(const Element& element) const {
+    return supplemented_ != nullptr &&
+                   supplemented_->count(identityOf(*element.metaAttribute(),
+                                                   reading_.partition().partitionDictionary())) != 0
+               ? EmptyParts::values
+               : EmptyParts::missing;
+}
 
 void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     const OpenSet open(reading_, element_);
     const ReadingPlace outer = std::exchange(reading_.place(), {&element_, nullptr});
     declarer_ = &PrefixScope::declarerFor(element_);
+    if (reading_.supplement() != nullptr) {
+        supplemented_ =
+            reading_.supplement()->enter(set, element_.getAttribute(Names::instanceUID));
+    }
     const auto& properties = reading_.propertiesOf(*set.metaMetadataSet());
     const auto written = open.children().count() + element_.getAttributes()->getLength();
     set.reserve(std::min(written, properties.size()));
@@ -64,7 +76,7 @@ void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
                        : ChildSteps::evaluate(element_, element_, step,
                                               declared == nullptr ? fallbackUri : nullptr);
     if (node != nullptr) {
-        fill(*set.find(property.definition.label()), *node, &property.definition, reading_);
+        fill(*set.find(property.definition.label()), *node, &property.definition);
     }
 }
 
@@ -76,7 +88,7 @@ void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
     }
     Element& element = *set.find(property.definition.label());
     if (property.name.place == PropertyName::Place::otherAttribute) {
-        fill(element, *attribute, &property.definition, reading_);
+        fill(element, *attribute, &property.definition);
         return;
     }
     // The set keeps the identifier that it was made with, unless the document has named it before.
@@ -112,7 +124,7 @@ void FromXMLMetadataSetVisitor::readExtension(Metadata::MetadataSet& set,
             ? Element::Attribute(new MetaMetadata::MisplacedAttribute(*definition))
             : Element::Attribute(new MetaMetadata::UnknownAttribute(
                   reading_.tags().of(extension), MetaMetadata::UnknownAttribute::unknownLabel));
-    fill(set.createInvalidElement(attribute), extension, definition, reading_);
+    fill(set.createInvalidElement(attribute), extension, definition);
 }
 
 const MetaMetadata::MetaElement* FromXMLMetadataSetVisitor::definitionOf(

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/reader/Reading.h"
+#include "XMLBuilder/reader/ValueParser.h"
 #include "host/metadata/Visitors.h"
 
 #include <string>
@@ -24,6 +25,9 @@ public:
     void visit(Metadata::MetadataSet& set) override;
 
 private:
+    void fill(Metadata::Element& element, const xercesc::DOMNode& node,
+              const MetaMetadata::MetaElement* definition);
+    EmptyParts emptyPartsOf(const Metadata::Element& element) const;
     void readProperty(Metadata::MetadataSet& set, const ExpectedProperty& property,
                       const ChildSteps& children);
     void readAttribute(Metadata::MetadataSet& set, const ExpectedProperty& property);
@@ -34,6 +38,8 @@ private:
 
     const xercesc::DOMElement& element_;
     const xercesc::DOMElement* declarer_ = nullptr; ///< where the prefixes come from
+    /// Which properties are read as they are; null for none.
+    const Supplement::Properties* supplemented_ = nullptr;
     Reading& reading_;
 };
 

@@ -71,7 +71,7 @@ void readRoot(Reading& reading, const xercesc::DOMElement& root, SetList& sets) 
 /// @param load  gives the document, which belongs to the parser.
 template <class Load>
 SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNameTable& names,
-                              Places places, Load load) {
+                              Places places, Supplement* supplement, Load load) {
     if (partition == nullptr) {
         throw Exceptions::InvalidArgument("no partition to read the document into, expected one",
                                           CORVID_HERE);
@@ -86,7 +86,7 @@ SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNa
         xercesc::XMLUni::fgXercesParserUseDocumentFromImplementation,
         static_cast<const void*>(nullptr));
     SetList sets;
-    Reading reading(*partition, names);
+    Reading reading(*partition, names, supplement);
     const DOMDocument& document = load(*parser);
     const auto& root = *document.getDocumentElement();
     try {
@@ -103,11 +103,11 @@ SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNa
 } // namespace
 
 SetList readBuffer(const unsigned char* bytes, std::size_t length,
-                   Metadata::PartitionMetadata* partition, InstanceNameTable& names,
-                   Places places) {
+                   Metadata::PartitionMetadata* partition, InstanceNameTable& names, Places places,
+                   Supplement* supplement) {
     return translated(EntryPoint::buffer, [&] {
         return readPartitionMetadata(
-            partition, names, places, [&](DOMLSParser& parser) -> const DOMDocument& {
+            partition, names, places, supplement, [&](DOMLSParser& parser) -> const DOMDocument& {
                 return *XMLUtils::loadCleanDocumentFromBuffer(bytes, length, parser);
             });
     });
@@ -116,7 +116,7 @@ SetList readBuffer(const unsigned char* bytes, std::size_t length,
 SetList readFile(const Utf16Unit* path, Metadata::PartitionMetadata* partition,
                  InstanceNameTable& names) {
     return translated(EntryPoint::file, [&] {
-        return readPartitionMetadata(partition, names, Places::untold,
+        return readPartitionMetadata(partition, names, Places::untold, nullptr,
                                      [&](DOMLSParser& parser) -> const DOMDocument& {
                                          return *XMLUtils::loadDocumentFromFile(path, parser);
                                      });

@@ -12,6 +12,8 @@ class PartitionMetadata;
 
 namespace Corvid::XMLBuilder {
 
+class Supplement;
+
 /// Sets that live in a partition.
 using SetList = Templates::list<Metadata::MetadataSet*, Platform::malloc_alloc>;
 
@@ -26,6 +28,7 @@ enum class Places : unsigned char {
 ///
 /// @param names  may hold entries already: references and sets that bear such a name in the
 ///               document get the identifier that the entry says.
+/// @param supplement  what is known besides the elements; null for nothing. Borrowed.
 /// @return the sets made for children of the root and of the container of dark sets, in document
 ///         order; not those that stand inside references.
 /// @throws InvalidArgument  there is no partition; ParseError, InvalidFormat, InvalidLength,
@@ -33,7 +36,7 @@ enum class Places : unsigned char {
 ///         partition.
 SetList readBuffer(const unsigned char* bytes, std::size_t length,
                    Metadata::PartitionMetadata* partition, InstanceNameTable& names,
-                   Places places = Places::untold);
+                   Places places = Places::untold, Supplement* supplement = nullptr);
 
 /// The same for a file, whose white space between elements stays in the document.
 /// @param path  zero-terminated.

@@ -35,9 +35,11 @@ PropertyName::PropertyName(const MetaMetadata::MetaElement& definition)
     }
 }
 
-Reading::Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names)
+Reading::Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names,
+                 Supplement* supplement)
     : partition_(partition), dictionary_(partition.partitionDictionary().dictionary()),
-      sets_(*dictionary_), names_(names), tags_(partition.partitionDictionary()) {}
+      sets_(*dictionary_), names_(names), tags_(partition.partitionDictionary()),
+      supplement_(supplement) {}
 
 const std::vector<ExpectedProperty>& Reading::propertiesOf(
     const MetaMetadata::MetaMetadataSet& set) {

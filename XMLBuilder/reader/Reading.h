@@ -6,6 +6,7 @@
 #include "XMLBuilder/reader/InstanceNameTable.h"
 #include "XMLBuilder/reader/PrefixScope.h"
 #include "XMLBuilder/reader/SetDefinitionIndex.h"
+#include "XMLBuilder/reader/Supplement.h"
 #include "host/dictionary/Dictionary.h"
 
 #include <cstddef>
@@ -62,8 +63,10 @@ struct ReadingPlace {
 /// What one call of the reader knows: shared by all its visitors, gone when the call returns.
 class Reading {
 public:
-    /// Both are borrowed.
-    Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names);
+    /// All are borrowed.
+    /// @param supplement  null for a document that has nothing but its elements.
+    Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names,
+            Supplement* supplement = nullptr);
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
@@ -71,6 +74,7 @@ public:
     const SetDefinitionIndex& sets() const noexcept { return sets_; }
     InstanceNameTable& names() noexcept { return names_; }
     ExtensionTags& tags() noexcept { return tags_; }
+    Supplement* supplement() const noexcept { return supplement_; }
 
     /// The properties of a class and its ancestors, by label, as its sets list their elements.
     const std::vector<ExpectedProperty>& propertiesOf(const MetaMetadata::MetaMetadataSet& set);
@@ -98,6 +102,7 @@ private:
     SetDefinitionIndex sets_;
     InstanceNameTable& names_;
     ExtensionTags tags_;
+    Supplement* supplement_;
     PrefixScope prefixes_;
     PrefixScope prefixesOfRoot_;
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>

@@ -8,6 +8,7 @@
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/klv/Value.h"
+#include "host/types/Factories.h"
 #include "host/xmlutils/UnicodeString.h"
 #include "host/xmlutils/XmlText.h"
 
@@ -113,14 +114,22 @@ template <class T> void enterWrapper(Parts& parts) {
     parts.enter(*found);
 }
 
+/// What the accessor of a part gives.
+template <class T, class Get> using ContentOf = std::decay_t<std::invoke_result_t<Get, const T&>>;
+
+template <class T, class Get> constexpr bool holdsBytes(const Field<Get>&) {
+    return std::is_base_of_v<Types::DataType, ContentOf<T, Get>>;
+}
+
 /// The texts of all parts, in document order. They are looked for and checked in the order of
 /// their ranks, so that of several missing ones the right one is told.
-template <class T> auto textsOf(const Parts& parts) {
+template <class T> auto textsOf(const Parts& parts, EmptyParts empty) {
     constexpr std::size_t count = std::tuple_size_v<decltype(Fields<T>::list)>;
     std::array<const XMLCh*, count> texts{};
     const auto read = [&](const auto& field, std::size_t place) {
         texts[place] = parts.text(field.name);
-        if (field.condition != nullptr && *texts[place] == 0) {
+        if (field.condition != nullptr && *texts[place] == 0 &&
+            !(empty == EmptyParts::values && holdsBytes<T>(field))) {
             throwInvalidFormat(
                 field.condition,
                 ("No '" + narrow(Names::localPart(field.name)) + "' element in XML metadata")
@@ -141,8 +150,7 @@ template <class T> auto textsOf(const Parts& parts) {
 
 /// The content of a part, by what its accessor gives: a number or bytes.
 template <class T, class Get> auto contentOf(const Field<Get>&, const XMLCh* text) {
-    using Content = std::decay_t<std::invoke_result_t<Get, const T&>>;
-    if constexpr (std::is_base_of_v<Types::DataType, Content>) {
+    if constexpr (std::is_base_of_v<Types::DataType, ContentOf<T, Get>>) {
         return parseHexBytes(text);
     } else {
         return readNumber<u32>(text);
@@ -160,7 +168,8 @@ auto contentsOf(const Texts& texts, std::index_sequence<Place...>) {
 /// The operations mirror those of ToXMLBaseTypeVisitor: one per form of value.
 class Forms : public ValueForms {
 public:
-    Forms(Reading& reading, const DOMNode& node) : reading_(reading), node_(node) {}
+    Forms(Reading& reading, const DOMNode& node, EmptyParts empty)
+        : reading_(reading), node_(node), empty_(empty) {}
 
     /// Up to 32 bits are read as a number of 32 bits, of which the low ones are kept.
     template <class T> Result parse(As<T>, Integer) {
@@ -230,7 +239,7 @@ public:
         if constexpr (F::wrapper.name != nullptr) {
             enterWrapper<T>(parts);
         }
-        const auto texts = textsOf<T>(parts);
+        const auto texts = textsOf<T>(parts, empty_);
         constexpr std::size_t count = std::tuple_size_v<decltype(F::list)>;
         return give(std::apply(F::make, contentsOf<T>(texts, std::make_index_sequence<count>())));
     }
@@ -252,9 +261,19 @@ public:
         return give(layout);
     }
 
+    // These are written, but read only where more is known of the property than its element.
+    Result parse(As<Types::DataValue>, Bytes) {
+        if (empty_ == EmptyParts::missing) {
+            return {};
+        }
+        const FieldBytes bytes = parseHexBytes(text());
+        return give(Types::DataValue(Types::ByteView{bytes.data(), bytes.size()}));
+    }
+    Result parse(As<Types::LocalTag>, IdentifierText) {
+        return empty_ == EmptyParts::missing ? Result() : identifier<Types::LocalTag>(text());
+    }
+
     // These stand in XML, if at all, as something else than the text of a value.
-    Result parse(As<Types::DataValue>, Bytes) { return {}; }
-    Result parse(As<Types::LocalTag>, IdentifierText) { return {}; }
     template <class T> Result parse(As<T>, ReferenceText) { return {}; }
     template <class T> Result parse(As<T>, Collection) { return {}; }
 
@@ -275,6 +294,7 @@ private:
 
     Reading& reading_;
     const DOMNode& node_;
+    EmptyParts empty_;
     std::u16string text_; ///< where it does not stand in one node
 };
 
@@ -290,11 +310,12 @@ Result parse(Forms forms, Types::Identifiers::Identifier type) {
 
 } // namespace
 
-Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const DOMNode& node) {
+Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const DOMNode& node,
+                  EmptyParts empty) {
     if (!isAttribute(node) && node.getFirstChild() == nullptr) {
-        return {};
+        return empty == EmptyParts::values ? Types::Factories::fromBytes(type, {}) : Result();
     }
-    auto value = parse(Forms(reading, node), type);
+    auto value = parse(Forms(reading, node, empty), type);
     constexpr std::size_t greatest = Types::ByteRun::greatestSize;
     if (value && value->byteCount() > greatest) {
         throw Exceptions::LimitExceeded(narrow(node.getNodeName()) + ": value of " +

@@ -13,13 +13,14 @@ namespace Corvid::XMLBuilder {
 ///
 /// @param node  an element, or an attribute.
 /// @return null for an element without any child, which carries no value, and for a type that is
-///         not read from XML.
+///         not read from XML; with EmptyParts::values only where no value of the type is empty.
 /// @throws InvalidFormat  bytes are not in hexadecimal, an identifier is malformed, or a part of a
 ///                        value that must be there is missing.
 /// @throws LimitExceeded  the value has more bytes than a property of a local set can hold
 ///                        (SMPTE ST 377-1).
 Templates::auto_ptr<Types::SimpleDataType> parseValue(Reading& reading,
                                                       Types::Identifiers::Identifier type,
-                                                      const xercesc::DOMNode& node);
+                                                      const xercesc::DOMNode& node,
+                                                      EmptyParts empty = EmptyParts::missing);
 
 } // namespace Corvid::XMLBuilder

@@ -93,6 +93,20 @@ TEST_F(DarkReader, makesSetsOfKnownNames) {
     EXPECT_EQ(std::distance(model_.partition.darkBegin(), model_.partition.darkEnd()), 2);
 }
 
+TEST_F(DarkReader, keepsTheLocalTagsOfDarkSetsFromOtherProperties) {
+    // The highest dynamic tag is the first that would be taken.
+    readSets("<t:Thing><groups:ExtensionElements><groups:DarkElement groups:UniversalLabel='" +
+             keyText() + "'>01</groups:DarkElement></groups:ExtensionElements></t:Thing>" +
+             "<groups:FloatingDarkMetadata>" +
+             darkSet("FFFF0001AA"
+                     "FFFE0001BB") +
+             "</groups:FloatingDarkMetadata>");
+    const auto& primer = model_.partition.partitionDictionary();
+    EXPECT_EQ(primer.find(Types::LocalTag(0xFFFF), false), nullptr);
+    EXPECT_EQ(primer.find(Types::LocalTag(0xFFFE), false), nullptr);
+    ASSERT_NE(primer.find(Types::LocalTag(0xFFFD), false), nullptr);
+}
+
 TEST_F(DarkReader, isNotAskedForADarkSetBesideTheContainer) {
     EXPECT_TRUE(readSets(darkSet("00")).empty());
     EXPECT_EQ(model_.partition.darkBegin(), model_.partition.darkEnd());

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "host/metadata/PartitionDictionary.h"
+
+#include <array>
+#include <set>
+#include <string_view>
+
+namespace Corvid::MetaMetadata {
+class AbstractMetaAttribute;
+}
+
+namespace Corvid::Metadata {
+class MetadataSet;
+}
+
+namespace Corvid::XMLBuilder {
+
+/// What tells the properties of a set apart, in a file as in a document: 'l' and the label, with
+/// its version byte as zero, or 't' and the local tag where no label is known.
+using PropertyIdentity = std::array<Types::u8, 17>;
+
+PropertyIdentity identityOf(const Types::UniversalLabel& label);
+PropertyIdentity identityOf(const Types::LocalTag& tag);
+/// @param tags  of the partition that the property is in.
+PropertyIdentity identityOf(const MetaMetadata::AbstractMetaAttribute& attribute,
+                            const Metadata::PartitionDictionary& tags);
+
+/// What an empty element stands for, or an empty part of a value.
+enum class EmptyParts : unsigned char {
+    missing, ///< nothing: no value is made, or a value that needs the part is refused
+    values,  ///< text or bytes of no length
+};
+
+/// What is known of a document besides its elements.
+class Supplement {
+public:
+    using Properties = std::set<PropertyIdentity>;
+
+    virtual ~Supplement() = default;
+
+    /// Called for each set of the document, in the document's order, before it is filled.
+    /// @param written  the set's identifier as the document has it; empty for none.
+    /// @return the properties that are read with EmptyParts::values, the items of collections then
+    ///         filled up with zeros to the longest. Null for none. Borrowed.
+    virtual const Properties* enter(Metadata::MetadataSet& set, std::u16string_view written) = 0;
+};
+
+} // namespace Corvid::XMLBuilder
