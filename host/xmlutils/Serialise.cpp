@@ -66,7 +66,7 @@ public:
     Serialiser(Layout layout, InvalidCharacters& invalid, TextEncoder& out)
         : invalid_(invalid), out_(out), documentOnOneLine_(layout == Layout::compact) {}
 
-    void write(const DOMNode& top, const char* encodingName);
+    void write(const DOMNode& top, const char* encodingName, std::string_view inFront = {});
 
 private:
     bool enter(const DOMNode& node);
@@ -99,10 +99,11 @@ private:
     std::list<std::basic_string<XMLCh>> madePrefixes_;
 };
 
-void Serialiser::write(const DOMNode& top, const char* encodingName) {
+void Serialiser::write(const DOMNode& top, const char* encodingName, std::string_view inFront) {
     out_.ascii("<?xml version=\"1.0\" encoding=\"");
     out_.ascii(encodingName);
     out_.ascii("\"?>");
+    out_.ascii(inFront);
     const DOMNode* node = &top;
     for (;;) {
         if (enter(*node)) {
@@ -429,7 +430,7 @@ const DOMNode& checkedTop(const DOMNode* node) {
 } // namespace
 
 void serialise(const DOMNode* node, EncodingType encoding, Layout layout,
-               InvalidCharacters& invalid, DataIO::DataSink& sink) {
+               InvalidCharacters& invalid, DataIO::DataSink& sink, std::string_view inFront) {
     const char* const encodingName = nameOf(encoding);
     const DOMNode& top = checkedTop(node);
     TextEncoder out(encoding, sink);
@@ -437,7 +438,7 @@ void serialise(const DOMNode* node, EncodingType encoding, Layout layout,
         const XMLCh byteOrderMark = 0xFEFF;
         out.units(&byteOrderMark, 1);
     }
-    Serialiser(layout, invalid, out).write(top, encodingName);
+    Serialiser(layout, invalid, out).write(top, encodingName, inFront);
 }
 
 void domToBuffer(const DOMNode* node, Utf16Text& out, EncodingType encoding, Layout layout) {

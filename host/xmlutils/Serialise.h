@@ -5,6 +5,8 @@
 #include "host/xmlutils/EncodingType.h"
 #include "host/xmlutils/XercesForward.h"
 
+#include <string_view>
+
 namespace Corvid::DataIO {
 class DataSink;
 }
@@ -29,6 +31,7 @@ enum class Layout {
 /// CDATA sections are written as text.
 ///
 /// @param node     a document or an element; the element is written as the root of a document.
+/// @param inFront  stands between the XML declaration and the rest, unchanged; ASCII.
 /// @param invalid  decides about characters that XML cannot hold. Borrowed.
 /// @param sink     receives the encoded bytes. Borrowed.
 /// @throws InvalidArgument  `node` is null or of another type, or the encoding is unknown.
@@ -38,7 +41,7 @@ enum class Layout {
 ///                          Part of the document may have gone to the sink.
 CORVID_XMLUTILS_EXPORT void serialise(const xercesc::DOMNode* node, EncodingType encoding,
                                       Layout layout, InvalidCharacters& invalid,
-                                      DataIO::DataSink& sink);
+                                      DataIO::DataSink& sink, std::string_view inFront = {});
 
 /// Writes a document as UTF-16 text. Its XML declaration names `encoding`, for whoever stores the
 /// text in that encoding; loadDocumentFromBuffer reads the text's own bytes for every encoding.
