@@ -11,11 +11,9 @@ namespace {
 
 void refuseDamage(const Tool::Comparison& comparison) {
     for (const Tool::Difference& difference : comparison.differences) {
-        if (Tool::isReal(difference.kind)) {
-            fail(std::string(Tool::describe(difference.kind).name) + ": set " + difference.set +
-                 " " + difference.instanceUID + ", property " + difference.property + ": " +
-                 difference.detail);
-        }
+        fail(std::string(Tool::describe(difference.kind).name) + ": set " + difference.set + " " +
+             difference.instanceUID + ", property " + difference.property + ": " +
+             difference.detail);
     }
 }
 

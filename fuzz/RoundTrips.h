@@ -11,7 +11,7 @@ namespace Corvid::Fuzzing {
 void roundTripKlv(Metadata::PartitionMetadata& metadata);
 
 /// Takes metadata to XML and back, with its identifiers and with new ones, and compares. Ends the
-/// search where anything is different but for what the format implies.
+/// search where anything is different.
 /// @param metadata  may be changed.
 /// @throws BaseException  it can't be written.
 void roundTripXml(Metadata::PartitionMetadata& metadata);

@@ -2,9 +2,8 @@
 
     check_header.py FILE.mxf HEADER.mxf [--ffprobe PATH] [--registers DIR]
 
-Prints every difference; exit status 1 if there is one. The bytes of values are compared as far as a
-document holds them: not the terminators of strings, nor values without anything in them. Dark sets
-are compared byte for byte, all others property by property, by label.
+Prints every difference; exit status 1 if there is one. Dark sets are compared byte for byte, with what
+the primer packs say of their local tags; all others property by property, by label and bytes.
 
 With ffprobe the header takes the place of the file's own, where no essence follows that directly:
 the program must see the same streams, and complain of nothing that it did not complain of before.
@@ -19,37 +18,31 @@ import klv
 from klv import hexpairs, unversioned
 
 KAG = 512
-STRINGS = {"UTF16String": b"\0\0", "ISO7String": b"\0"}
 PATTERN = bytes.fromhex("060e2b34010101000102020300000000")
 CONTAINERS = bytes.fromhex("060e2b34010101000102021002010000")
 
 
-def told(label, value, facts):
-    """What a document tells of a value, None where that is nothing."""
-    element = facts.elements.get(label)
-    kind = element.type if element else "Bytes"
-    if kind in STRINGS:
-        width = len(STRINGS[kind])
-        units = [value[at : at + width] for at in range(0, len(value), width)]
-        if STRINGS[kind] in units:
-            units = units[: units.index(STRINGS[kind])]
-        value = b"".join(units)
-        return value if value.replace(b"\0", b"").strip(b" \t\r\n") else None
-    if kind.startswith(("Array", "Batch")) and value[:4] == bytes(4):
-        return None
-    return value or None
-
-
-def properties(item, primer, facts, static_tags):
-    """Counts (label, value) for each property of a set; a tag without label stands for itself."""
+def properties(item, primer, static_tags, versioned):
+    """Counts (label, value) for each property of a set; a tag without label stands for itself. Of a
+    label that no file had, as the tag alone was there, the version takes no part."""
     found = Counter()
     for tag, value in item.properties:
-        label = primer.get(tag) or static_tags.get(tag)
-        label = unversioned(label) if label else tag
-        value = told(label, value, facts)
-        if value is not None:
-            found[label, value] += 1
+        label = primer.get(tag) or static_tags.get(tag) or tag
+        if label not in versioned and label != tag:
+            label = unversioned(label)
+        found[label, value] += 1
     return found
+
+
+def tags_of(item):
+    """The local tags in the bytes of a set, as far as they can be told apart."""
+    at, value = 0, item.value
+    while at + 4 <= len(value):
+        size = int.from_bytes(value[at + 2 : at + 4], "big")
+        if at + 4 + size > len(value):
+            return
+        yield int.from_bytes(value[at : at + 2], "big")
+        at += 4 + size
 
 
 def name(label):
@@ -119,30 +112,34 @@ def differences(path, header_path, facts):
     old, new = klv.choose(klv.read(path)), klv.Partition(data, 0, 0)
     if len(set(new.primer.values())) != len(new.primer):
         yield "a label stands in the primer pack twice"
+    labels = set(old.primer.values())
     same = Counter((item.key, item.ber_octets, item.value) for item in new.sets)
     sets = {}
     for item in new.sets:
-        sets.setdefault((unversioned(item.key), item.uid), []).append(item)
+        sets.setdefault((item.key, item.uid), []).append(item)
     for item in old.sets:
         where = "set %s %s" % (hexpairs(item.key), hexpairs(item.uid or b""))
         if item.properties is None or not facts.group_of(item.key):
             if not same[item.key, item.ber_octets, item.value]:
                 yield "%s: not there byte for byte" % where
+            for tag in tags_of(item):
+                if tag in old.primer and new.primer.get(tag) != old.primer[tag]:
+                    yield "%s: %s is no longer %s" % (where, name(tag), name(old.primer[tag]))
             continue
-        twins = sets.get((unversioned(item.key), item.uid))
+        twins = sets.get((item.key, item.uid))
         if not twins:
             yield "%s: not there" % where
             continue
         # The primer of the header must have every tag whose meaning is known.
-        wanted = properties(item, old.primer, facts, facts.static_tags)
-        found = [properties(twin, new.primer, facts, {}) for twin in twins]
+        wanted = properties(item, old.primer, facts.static_tags, labels)
+        found = [properties(twin, new.primer, {}, labels) for twin in twins]
         if wanted not in found:
             for label, value in wanted - found[0]:
                 yield "%s: lacks %s %s" % (where, name(label), value[:40].hex())
             for label, value in found[0] - wanted:
                 yield "%s: has %s %s" % (where, name(label), value[:40].hex())
-    if sum(map(len, sets.values())) > len(old.sets):
-        yield "more sets than the file has"
+    if sum(map(len, sets.values())) != len(old.sets):
+        yield "not as many sets as the file has"
 
 
 def exchanged(path, header_path):

@@ -10,6 +10,7 @@ import tempfile
 import check_header
 import facts as knowledge
 import klv
+from klv import unversioned
 
 SAMPLE = os.path.join(knowledge.ROOT, "examples", "sample.mxf")
 STEP = 3  # every so many bytes; a divisor of no size that recurs
@@ -17,10 +18,9 @@ SKIP = 77
 
 
 def takes_no_part(data, at):
-    """The version byte of a label or key; the size that an empty batch gives its items."""
-    return data[at - 7 : at - 3] == b"\x06\x0e\x2b\x34" or any(
-        data[start : start + 8] == b"\0\0\0\0\0\0\0\x10" for start in range(at - 7, at - 3)
-    )
+    """The version byte of the key of the primer pack, or of a fill."""
+    key = data[at - 7 : at + 9]
+    return any(unversioned(key) == unversioned(each) for each in (klv.PRIMER, klv.FILL))
 
 
 def complaints(damaged, scratch, facts):

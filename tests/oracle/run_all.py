@@ -9,8 +9,7 @@ the file of small_file.py.
 
 Each file is written to a file, indented, with references as links and as values; and to standard
 output, compact and in UTF-16. xmllint validates the former, the command itself the latter. A
-file with characters that XML cannot hold must be refused without --replace-invalid, and is not
-written back, because its document says something else. One line per file; exit status 1 if anything is amiss, 77 if there is nothing to check or to check with.
+file with characters that XML cannot hold must be refused without --replace-invalid. One line per file; exit status 1 if anything is amiss, 77 if there is nothing to check or to check with.
 """
 import argparse
 import glob
@@ -71,6 +70,7 @@ def complaints_about(arguments, facts, path, target):
         yield "compact, utf-16: no byte order mark"
     for line in check_xml.differences(path, text, facts):
         yield "compact, utf-16: " + line
+    yield from complaints_about_header(arguments, facts, path, target)
 
 
 def complaints_about_header(arguments, facts, path, document):

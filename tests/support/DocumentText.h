@@ -23,7 +23,8 @@ inline std::string withoutIdentifiers(const std::string& xml) {
     for (std::size_t at = xml.find(begin); at != std::string::npos; at = xml.find(begin, at)) {
         const std::string_view name(xml.data() + done, at - done);
         at += begin.size();
-        if (!endsWith(name, "InstanceUID") && !endsWith(name, "TargetInstance")) {
+        if (!endsWith(name, "InstanceUID") && !endsWith(name, "TargetInstance") &&
+            !endsWith(name, " set")) {
             continue;
         }
         const std::size_t end = xml.find('"', at);

@@ -28,10 +28,6 @@ std::vector<Kind> kindsBetween(PartitionMetadata& before, PartitionMetadata& aft
     return kindsOf(differencesOf(before, after));
 }
 
-bool anyReal(const std::vector<Kind>& kinds) {
-    return std::any_of(kinds.begin(), kinds.end(), Tool::isReal);
-}
-
 std::string linesOf(const std::vector<Tool::Difference>& differences) {
     std::string text;
     for (const auto& each : differences) {

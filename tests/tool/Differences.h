@@ -17,8 +17,6 @@ std::vector<Tool::Difference> differencesOf(Metadata::PartitionMetadata& before,
 std::vector<Tool::DifferenceKind> kindsBetween(Metadata::PartitionMetadata& before,
                                                Metadata::PartitionMetadata& after);
 
-bool anyReal(const std::vector<Tool::DifferenceKind>& kinds);
-
 /// All differences, a line each, for messages of tests.
 std::string linesOf(const std::vector<Tool::Difference>& differences);
 

@@ -66,10 +66,13 @@ TEST_F(FromXml, keepsTheMetadataOfRealFiles) {
     if (folder.empty()) {
         GTEST_SKIP() << "no folder of sample files";
     }
+    const auto withoutInstructions = [](const std::string& text) {
+        return std::regex_replace(text, std::regex("\n<\\?corvid [^>]*>"), "");
+    };
     // Where the container of unknown properties goes, so does its namespace.
     const std::string groups = " xmlns:groups=\"urn:SMPTE:Groups:MXF\"";
     const auto comparable = [&](const std::string& name) {
-        std::string text = withoutEmptyElements(shop.read(name));
+        std::string text = withoutEmptyElements(withoutInstructions(shop.read(name)));
         for (std::size_t at; (at = text.find(groups)) != std::string::npos;) {
             text.erase(at, groups.size());
         }
@@ -88,8 +91,10 @@ TEST_F(FromXml, keepsTheMetadataOfRealFiles) {
             EXPECT_EQ(outcome.status, 0) << outcome.err;
             EXPECT_THAT(outcome.err, Not(HasSubstr("warning"))) << outcome.err;
             ASSERT_EQ(shop.run(toXml + " header.mxf -o back.xml").status, 0);
-            const std::string there = comparable("there.xml");
-            const std::string back = comparable("back.xml");
+            // Nested sets leave out what refers to one a second time.
+            const bool isWhole = std::string(references) == "links";
+            const std::string there = isWhole ? shop.read("there.xml") : comparable("there.xml");
+            const std::string back = isWhole ? shop.read("back.xml") : comparable("back.xml");
             EXPECT_TRUE(there == back) << difference(there, back);
         }
     }

@@ -60,7 +60,7 @@ TEST_F(SchemaCommand, refusesADocumentThatIsNotValid) {
     EXPECT_EQ(shop.run("corvid to-xml nameless.mxf -o plain.xml").status, 0);
     const Outcome outcome = shop.run("corvid to-xml --validate nameless.mxf -o checked.xml");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, HasSubstr("corvid: nameless.mxf: line 20, column 26: "));
+    EXPECT_THAT(outcome.err, HasSubstr("corvid: nameless.mxf: line 22, column 26: "));
     EXPECT_THAT(outcome.err, HasSubstr("InstanceUID"));
     EXPECT_EQ(shop.run("ls *.xml").out, "plain.xml\n");
 }

@@ -19,7 +19,6 @@ struct DescribedResult {
 
 constexpr DescribedResult results[] = {
     {CheckResult::lossless, "lossless", "lossless"},
-    {CheckResult::implied, "implied", "lossless but for what the format implies"},
     {CheckResult::different, "different", "different"},
     {CheckResult::refused, "refused", "refused"},
     {CheckResult::unreadable, "unreadable", "unreadable"},
@@ -43,24 +42,11 @@ std::string counted(std::size_t count, const char* what) {
     return fmt::format("{} {}{}", count, what, count == 1 ? "" : "s");
 }
 
-std::size_t countReal(const std::vector<Difference>& differences) {
-    return static_cast<std::size_t>(
-        std::count_if(differences.begin(), differences.end(),
-                      [](const Difference& each) { return isReal(each.kind); }));
-}
-
 std::string verdict(const CheckedFile& file, const Style& style) {
     const auto& differences = file.comparison.differences;
-    const std::size_t real = countReal(differences);
-    const std::size_t implied = differences.size() - real;
-    if (real != 0) {
-        return fmt::format("{}DIFFERENT{}: {}", style.bad, style.end, counted(real, "difference")) +
-               (implied == 0 ? "" : fmt::format(", and {} that the format implies", implied));
-    }
-    return fmt::format("{}lossless{}", style.good, style.end) +
-           (implied == 0
-                ? ""
-                : " but for " + counted(implied, "difference") + " that the format implies");
+    return differences.empty() ? fmt::format("{}lossless{}", style.good, style.end)
+                               : fmt::format("{}DIFFERENT{}: {}", style.bad, style.end,
+                                             counted(differences.size(), "difference"));
 }
 
 std::string line(const Difference& difference) {
@@ -102,9 +88,7 @@ std::size_t CheckTally::count(CheckResult result) const {
 const char* nameOf(CheckResult result) { return results[static_cast<std::size_t>(result)].name; }
 
 CheckResult resultOf(const Comparison& comparison) {
-    return comparison.differences.empty()           ? CheckResult::lossless
-           : countReal(comparison.differences) == 0 ? CheckResult::implied
-                                                    : CheckResult::different;
+    return comparison.differences.empty() ? CheckResult::lossless : CheckResult::different;
 }
 
 std::string toText(const CheckedFile& file, bool all, bool colours) {
@@ -123,10 +107,8 @@ std::string toText(const CheckedFile& file, bool all, bool colours) {
         byKind[difference.kind].push_back(&difference);
     }
     for (const auto& [kind, members] : byKind) {
-        const bool real = isReal(kind);
-        text += fmt::format("  {}{} {}{} ({}): {}\n", real ? style.bad : "", real ? '!' : '-',
-                            describe(kind).name, real ? style.end : "", members.size(),
-                            describe(kind).sentence);
+        text += fmt::format("  {}! {}{} ({}): {}\n", style.bad, describe(kind).name, style.end,
+                            members.size(), describe(kind).sentence);
         const std::size_t shown = all ? members.size() : std::min(members.size(), shownOfAKind);
         for (std::size_t i = 0; i != shown; ++i) {
             text += "      " + line(*members[i]) + "\n";

@@ -9,7 +9,6 @@ namespace Corvid::Tool {
 /// What the check of a file ended with. Each is worse than the one before.
 enum class CheckResult : unsigned char {
     lossless,   ///< all came back
-    implied,    ///< all that the format has room for
     different,  ///< something was damaged
     refused,    ///< the file can't be taken to XML and back
     unreadable, ///< the file can't be read at all

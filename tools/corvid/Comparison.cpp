@@ -1,8 +1,10 @@
 #include "tools/corvid/Comparison.h"
 
+#include "host/mxf/LocalSet.h"
 #include "tools/corvid/DarkSetList.h"
 #include "tools/corvid/SetComparison.h"
 
+#include <bitset>
 #include <deque>
 #include <map>
 #include <unordered_set>
@@ -105,6 +107,7 @@ private:
     void compareNamed();
     void compareNameless();
     void compareDark();
+    void compareTags(const std::vector<ListedDarkSet>& darkSets);
 
     PartitionMetadata& before_;
     PartitionMetadata& after_;
@@ -169,7 +172,7 @@ void Comparer::compareNamed() {
     for (const Types::UUID& name : names) {
         const auto& [before, after] = groups[name];
         pairUp(
-            before, after, [this](const MetadataSet& set) { return sets_.contentInXml(set); },
+            before, after, [this](const MetadataSet& set) { return sets_.contentBefore(set); },
             [this](const MetadataSet& set) { return sets_.content(set); }, *this);
     }
 }
@@ -211,6 +214,28 @@ void Comparer::compareDark() {
     };
     for (const auto& [key, group] : groups) {
         pairUp(group.first, group.second, content, content, *this);
+    }
+    compareTags(before);
+}
+
+/// The bytes of dark sets hold local tags; what they mean is in the primer pack alone.
+void Comparer::compareTags(const std::vector<ListedDarkSet>& darkSets) {
+    std::bitset<0x10000> compared;
+    for (const ListedDarkSet& set : darkSets) {
+        mxf::LocalSet properties(
+            {reinterpret_cast<const Types::u8*>(set.value.data()), set.value.size()});
+        while (const auto property = properties.next()) {
+            const Types::LocalTag tag(property->tag);
+            const auto* const old = before_.partitionDictionary().find(tag, true);
+            const auto* const fresh = after_.partitionDictionary().find(tag, true);
+            if (!compared.test(property->tag) && old != nullptr &&
+                (fresh == nullptr || *fresh != *old)) {
+                add(Kind::missingPrimerEntry, set,
+                    "local tag " + Platform::toUtf8(tag.toString(Types::dottedHexadecimal)) +
+                        " was " + Platform::toUtf8(old->toString()));
+            }
+            compared.set(property->tag);
+        }
     }
 }
 

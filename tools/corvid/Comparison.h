@@ -19,9 +19,9 @@ struct Comparison {
 /// property, value by value.
 ///
 /// Sets belong together by their InstanceUID, those without one by their class and order; sets
-/// that the dictionary does not know by their bytes. Not compared is what is no metadata but its
-/// form in the file: the order of sets and of a set's properties, local tags, the primer pack, the
-/// octets of the length of a set that the dictionary knows.
+/// that the dictionary does not know by their bytes, and by what their local tags mean. Not
+/// compared is what is no metadata but its form in the file: the order of sets and of a set's
+/// properties, other local tags, the octets of the length of a set that the dictionary knows.
 /// @param before, after  borrowed; their primer packs get entries where they lack some that dark
 ///     sets need.
 /// @param renaming       the InstanceUIDs that the sets were given.

@@ -7,37 +7,23 @@ namespace Corvid::Tool {
 
 /// How two partitions can differ; DifferenceKinds.def tells what each means.
 enum class DifferenceKind : unsigned char {
-#define CORVID_DIFFERENCE(name, weight, sentence) name,
+#define CORVID_DIFFERENCE(name, sentence) name,
 #include "tools/corvid/DifferenceKinds.def"
-};
-
-/// What a difference says about the way through XML.
-enum class DifferenceWeight : unsigned char {
-    real,    ///< metadata was damaged
-    implied, ///< a document has no room for it
-    refused, ///< a document has room for it, but can't be read then
 };
 
 struct DescribedKind {
     DifferenceKind kind;
     const char* name;
-    DifferenceWeight weight;
     const char* sentence;
 };
 
-/// All kinds, the real ones first.
 inline constexpr std::array differenceKinds{
-#define CORVID_DIFFERENCE(name, weight, sentence)                                                  \
-    DescribedKind{DifferenceKind::name, #name, DifferenceWeight::weight, sentence},
+#define CORVID_DIFFERENCE(name, sentence) DescribedKind{DifferenceKind::name, #name, sentence},
 #include "tools/corvid/DifferenceKinds.def"
 };
 
 constexpr const DescribedKind& describe(DifferenceKind kind) {
     return differenceKinds[static_cast<std::size_t>(kind)];
-}
-
-constexpr bool isReal(DifferenceKind kind) {
-    return describe(kind).weight == DifferenceWeight::real;
 }
 
 /// With which identifiers of sets a difference appears: those of the file, or new ones.

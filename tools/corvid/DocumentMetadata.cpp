@@ -2,10 +2,12 @@
 
 #include "XMLBuilder/reader/ReadDocument.h"
 #include "host/base/Exceptions.h"
+#include "host/mxf/LocalSet.h"
 #include "host/mxf/Partitions.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/ReadWhole.h"
 #include "tools/corvid/RenameSets.h"
+#include "tools/corvid/supplement/SupplementText.h"
 
 #include <algorithm>
 #include <array>
@@ -39,12 +41,23 @@ std::string messageOf(const Exceptions::ParseError& error) {
 DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
                               const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                               DocumentIdentifiers identifiers) {
-    DocumentMetadata document{Templates::auto_ptr<Metadata::PartitionMetadata>(
-                                  new Metadata::PartitionMetadata(dictionary)),
-                              {}};
+    DocumentMetadata document;
+    document.metadata = Templates::auto_ptr<Metadata::PartitionMetadata>(
+        new Metadata::PartitionMetadata(dictionary));
     XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
-    XMLBuilder::readBuffer(bytes, length, document.metadata.get(), names, XMLBuilder::Places::told);
-    document.copies = mergeCopies(*document.metadata);
+    const DocumentSupplement supplement =
+        parseSupplement(instructionsInFront({reinterpret_cast<const char*>(bytes), length}));
+    SupplementReader reader(supplement);
+    reader.explainTags(document.metadata->partitionDictionary());
+    XMLBuilder::readBuffer(bytes, length, document.metadata.get(), names, XMLBuilder::Places::told,
+                           &reader);
+    document.supplement = reader.apply(*document.metadata);
+    document.isPartial = supplement.partial.has_value();
+    CopyCounts copies;
+    for (const auto& [set, count] : supplement.copies) {
+        copies[set] = count;
+    }
+    document.copies = mergeCopies(*document.metadata, copies);
     if (identifiers == DocumentIdentifiers::fresh) {
         renameSets(*document.metadata);
     }
@@ -75,6 +88,37 @@ DocumentMetadata readDocumentText(const std::string& text,
     }
 }
 
+namespace {
+
+/// Warns of dark sets whose bytes use local tags that no primer entry explains.
+void reportUnexplainedTags(const Metadata::PartitionMetadata& metadata, Messages& messages) {
+    const auto& primer = metadata.partitionDictionary();
+    std::size_t count = 0;
+    std::string first;
+    for (auto set = metadata.darkBegin(); set != metadata.darkEnd(); ++set) {
+        if (!KLV::isLocalSet((*set)->key())) {
+            continue;
+        }
+        mxf::LocalSet properties({(*set)->value()->begin(), (*set)->value()->size()});
+        while (const auto property = properties.next()) {
+            const Types::LocalTag tag(property->tag);
+            if (!tag.isStaticLocalTag() && primer.find(tag, false) == nullptr) {
+                first = ++count != 1
+                            ? first
+                            : "set " + Platform::toUtf8((*set)->key().toString()) + ": local tag " +
+                                  Platform::toUtf8(tag.toString(Types::dottedHexadecimal));
+                break;
+            }
+        }
+    }
+    if (count != 0) {
+        messages.warning(first + ": nothing in the document says what it means" +
+                         (count == 1 ? ""
+                                     : "; so it is with tags of " + std::to_string(count - 1) +
+                                           " more dark sets"));
+    }
+}
+
 void report(const MergedCopies& copies, Messages& messages) {
     if (copies.equal != 0) {
         messages.note(std::to_string(copies.equal) + (copies.equal == 1 ? " set" : " sets") +
@@ -85,6 +129,33 @@ void report(const MergedCopies& copies, Messages& messages) {
                          ": stands in the document more than once, and not the same each time; "
                          "all are kept");
     }
+}
+
+void report(const SupplementOutcome& supplement, Messages& messages) {
+    if (supplement.missingSets != 0) {
+        messages.note("processing instructions about " + std::to_string(supplement.missingSets) +
+                      (supplement.missingSets == 1 ? " set" : " sets") +
+                      " that the document does not hold are passed over");
+    }
+    for (const std::string& place : supplement.firstOverruled) {
+        messages.note(place + ": the document was edited, so its processing instruction is passed "
+                              "over");
+    }
+    if (const auto rest = supplement.overruled - supplement.firstOverruled.size(); rest != 0) {
+        messages.note("the same for " + std::to_string(rest) + " more");
+    }
+}
+
+} // namespace
+
+void report(const DocumentMetadata& document, Messages& messages) {
+    if (document.isPartial) {
+        messages.note("the document holds a part of the metadata of its file; the rest was left "
+                      "out on purpose");
+    }
+    report(document.supplement, messages);
+    report(document.copies, messages);
+    reportUnexplainedTags(*document.metadata, messages);
 }
 
 } // namespace Corvid::Tool

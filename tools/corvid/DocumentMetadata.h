@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tools/corvid/MergeCopies.h"
+#include "tools/corvid/supplement/ApplySupplement.h"
 
 #include <cstddef>
 #include <string>
@@ -22,10 +23,13 @@ enum class DocumentIdentifiers : unsigned char {
 /// What a document holds.
 struct DocumentMetadata {
     Templates::auto_ptr<Metadata::PartitionMetadata> metadata;
-    MergedCopies copies; ///< what became of sets that stand in the document more than once
+    MergedCopies copies; ///< what became of sets that the document holds more than once
+    SupplementOutcome supplement;
+    bool isPartial = false; ///< something of the file was left out of the document on purpose
 };
 
-/// Reads a document into a partition of its own. References and sets have the identifiers that are
+/// Reads a document into a partition of its own, together with the processing instructions in
+/// front of its root. References and sets have the identifiers that are
 /// written; one that is no text of a UUID gets a new one, wherever it stands the same.
 ///
 /// Needs Xerces-C; see XmlModule.h.
@@ -47,8 +51,8 @@ DocumentMetadata readDocumentText(const std::string& text,
                                   const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                                   DocumentIdentifiers identifiers);
 
-/// Says what became of sets that stand in a document more than once: a note of those that were
-/// merged, a warning for each that is unlike another.
-void report(const MergedCopies& copies, Messages& messages);
+/// Reports what people may want to know of a document that was read: sets that it holds more than
+/// once, instructions that do not fit it, dark sets whose local tags nothing explains.
+void report(const DocumentMetadata& document, Messages& messages);
 
 } // namespace Corvid::Tool

@@ -63,7 +63,7 @@ void fromXml(const FromXmlOptions& options, Messages& messages) {
                          *dictionary, messages);
     }
     const DocumentMetadata document = readDocumentText(text, dictionary, options.identifiers);
-    report(document.copies, messages);
+    report(document, messages);
     const auto& preface = prefaceOf(*document.metadata, messages);
     const mxf::PartitionPack pack = packFor(preface, options.kagSize, messages);
     const mxf::HeaderMetadataWriter metadata(*document.metadata);

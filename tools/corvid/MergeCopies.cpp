@@ -4,9 +4,9 @@
 #include "host/mxf/LocalSet.h"
 #include "tools/corvid/SetValues.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
-#include <set>
 
 namespace Corvid::Tool {
 
@@ -53,7 +53,31 @@ std::optional<Types::UUID> identifierOf(const DarkMetadataSet& set,
     return properties.atEnd() ? identifier : std::nullopt;
 }
 
-void mergeSets(PartitionMetadata& metadata, MergedCopies& merged) {
+/// Counts equal sets of one identifier.
+class Copies {
+public:
+    explicit Copies(Types::u32 greatest) : greatest_(greatest) {}
+
+    enum class Verdict { first, another, kept, tooMany };
+    Verdict add(const std::string& content) {
+        const Types::u32 count = ++counts_[content];
+        return count > greatest_     ? Verdict::tooMany
+               : count > 1           ? Verdict::kept
+               : counts_.size() == 1 ? Verdict::first
+                                     : Verdict::another;
+    }
+
+private:
+    Types::u32 greatest_;
+    std::map<std::string, Types::u32> counts_;
+};
+
+Copies copiesOf(const Types::UUID& identifier, const CopyCounts& counts) {
+    const auto count = counts.find(identifier);
+    return Copies(count == counts.end() ? 1 : std::max(count->second, Types::u32{1}));
+}
+
+void mergeSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopies& merged) {
     Templates::vector<const MetadataSet*> copies;
     for (const MetadataSet* set : metadata) {
         const auto sameIdentifier = metadata.resolve(set->instanceUID());
@@ -61,11 +85,12 @@ void mergeSets(PartitionMetadata& metadata, MergedCopies& merged) {
             &sameIdentifier.front() != set) {
             continue;
         }
-        std::set<std::string> seen;
+        Copies seen = copiesOf(set->instanceUID(), counts);
         for (const MetadataSet* copy : sameIdentifier) {
-            if (!seen.insert(bytesOf(*copy, metadata.partitionDictionary())).second) {
+            const auto verdict = seen.add(bytesOf(*copy, metadata.partitionDictionary()));
+            if (verdict == Copies::Verdict::tooMany) {
                 copies.push_back(copy);
-            } else if (copy != set) {
+            } else if (verdict == Copies::Verdict::another) {
                 merged.unequal.push_back({className(*copy), copy->instanceUID()});
             }
         }
@@ -74,18 +99,20 @@ void mergeSets(PartitionMetadata& metadata, MergedCopies& merged) {
     metadata.remove(copies);
 }
 
-void mergeDarkSets(PartitionMetadata& metadata, MergedCopies& merged) {
-    std::map<Types::UUID, std::set<std::string>> seen;
+void mergeDarkSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopies& merged) {
+    std::map<Types::UUID, Copies> seen;
     for (auto set = metadata.darkBegin(); set != metadata.darkEnd();) {
         const auto identifier = identifierOf(**set, metadata.partitionDictionary());
         if (identifier) {
-            auto& copies = seen[*identifier];
-            if (!copies.insert(bytesOf(**set)).second) {
+            auto& copies =
+                seen.try_emplace(*identifier, copiesOf(*identifier, counts)).first->second;
+            const auto verdict = copies.add(bytesOf(**set));
+            if (verdict == Copies::Verdict::tooMany) {
                 ++merged.equal;
                 set = metadata.removeDark(set);
                 continue;
             }
-            if (copies.size() != 1) {
+            if (verdict == Copies::Verdict::another) {
                 merged.unequal.push_back({Platform::toUtf8((*set)->key().toString()), *identifier});
             }
         }
@@ -95,10 +122,10 @@ void mergeDarkSets(PartitionMetadata& metadata, MergedCopies& merged) {
 
 } // namespace
 
-MergedCopies mergeCopies(PartitionMetadata& metadata) {
+MergedCopies mergeCopies(PartitionMetadata& metadata, const CopyCounts& copies) {
     MergedCopies merged;
-    mergeSets(metadata, merged);
-    mergeDarkSets(metadata, merged);
+    mergeSets(metadata, copies, merged);
+    mergeDarkSets(metadata, copies, merged);
     return merged;
 }
 

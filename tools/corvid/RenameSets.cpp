@@ -2,18 +2,14 @@
 
 #include "host/types/UID.h"
 
-#include <map>
-
 namespace Corvid::Tool {
 
 namespace {
 
-using Names = std::map<Types::UUID, Types::UUID>;
-
 /// Leads references to the new names.
 class Renamer : public Metadata::Visitors::NonConstElementVisitor {
 public:
-    explicit Renamer(const Names& names) : names_(names) {}
+    explicit Renamer(const Renaming& names) : names_(names) {}
 
     void visit(Metadata::ReferenceElement& element) override {
         if (element.value() != nullptr) {
@@ -33,12 +29,12 @@ private:
 
     /// Null for a reference that stays.
     Holder rename(const Types::Reference& reference) const {
-        const auto name = names_.find(reference.uuid());
-        if (name == names_.end()) {
+        const Types::UUID* const name = names_.find(reference.uuid());
+        if (name == nullptr) {
             return {};
         }
-        return reference.isStrong() ? Holder(new Types::StrongReference(name->second))
-                                    : Holder(new Types::WeakReference(name->second));
+        return reference.isStrong() ? Holder(new Types::StrongReference(*name))
+                                    : Holder(new Types::WeakReference(*name));
     }
     void renameItems(Metadata::ReferenceCollectionElement& element) {
         for (Types::u32 i = 0; i != element.size(); ++i) {
@@ -48,25 +44,27 @@ private:
         }
     }
 
-    const Names& names_;
+    const Renaming& names_;
 };
 
 } // namespace
 
-void renameSets(Metadata::PartitionMetadata& metadata) {
+Renaming renameSets(Metadata::PartitionMetadata& metadata) {
     using namespace Types::Factories::UID;
-    Names names;
+    Renaming names;
     for (Metadata::MetadataSet* set : metadata) {
         if (!set->hasInstanceUID()) {
             continue;
         }
-        const auto [name, isNew] = names.try_emplace(set->instanceUID());
-        if (isNew) {
-            name->second = generateUUID(uniqueVersion);
+        const Types::UUID before = set->instanceUID();
+        const Types::UUID* const known = names.find(before);
+        const Types::UUID after = known == nullptr ? generateUUID(uniqueVersion) : *known;
+        if (known == nullptr) {
+            names.add(before, after);
         }
         auto* const identifier = static_cast<Metadata::SimpleElement*>(
             set->find(Metadata::Structural::StructuralMetadataULs::instanceUID()));
-        identifier->set(name->second.clone());
+        identifier->set(after.clone());
     }
     Renamer renamer(names);
     for (Metadata::MetadataSet* set : metadata) {
@@ -77,6 +75,7 @@ void renameSets(Metadata::PartitionMetadata& metadata) {
             (*element)->accept(renamer);
         }
     }
+    return names;
 }
 
 } // namespace Corvid::Tool

@@ -1,12 +1,13 @@
 #pragma once
 
 #include "host/metadata/PartitionMetadata.h"
+#include "tools/corvid/Renaming.h"
 
 namespace Corvid::Tool {
 
 /// Gives every set that has an InstanceUID one that nobody else has, sets of one InstanceUID the
 /// same. References follow their targets; those that lead to no set stay, because dark sets, whose
 /// bytes are theirs to know, may be meant.
-void renameSets(Metadata::PartitionMetadata& metadata);
+Renaming renameSets(Metadata::PartitionMetadata& metadata);
 
 } // namespace Corvid::Tool

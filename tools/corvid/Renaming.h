@@ -11,6 +11,12 @@ class Renaming {
 public:
     void add(const Types::UUID& before, const Types::UUID& after) { names_[before] = after; }
 
+    /// What stands for an identifier, or null for itself.
+    const Types::UUID* find(const Types::UUID& before) const {
+        const auto found = names_.find(before);
+        return found == names_.end() ? nullptr : &found->second;
+    }
+
     const Types::UUID& of(const Types::UUID& before) const {
         const auto found = names_.find(before);
         return found == names_.end() ? before : found->second;

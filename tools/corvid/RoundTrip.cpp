@@ -1,12 +1,13 @@
 #include "tools/corvid/RoundTrip.h"
 
-#include "XMLBuilder/XMLBuilder.h"
-#include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
+#include "host/dataio/MemorySource.h"
+#include "host/mxf/File.h"
+#include "host/mxf/HeaderMetadataWriter.h"
 #include "host/xmlutils/InvalidCharacters.h"
-#include "host/xmlutils/Serialise.h"
 #include "tools/corvid/DocumentMetadata.h"
-#include "tools/corvid/SetAside.h"
+#include "tools/corvid/RenameSets.h"
+#include "tools/corvid/WriteDocument.h"
 
 #include <algorithm>
 #include <map>
@@ -17,20 +18,8 @@ namespace Corvid::Tool {
 namespace {
 
 using DataIO::Memory::MemoryDataSink;
+using PartitionHolder = Templates::auto_ptr<Metadata::PartitionMetadata>;
 using Metadata::PartitionMetadata;
-
-/// Which identifier of one reading became which in another of the same document.
-Renaming renamingBetween(const PartitionMetadata& one, const PartitionMetadata& other) {
-    Renaming renaming;
-    auto after = other.begin();
-    for (auto before = one.begin(); before != one.end() && after != other.end();
-         ++before, ++after) {
-        if ((*before)->hasInstanceUID()) {
-            renaming.add((*before)->instanceUID(), (*after)->instanceUID());
-        }
-    }
-    return renaming;
-}
 
 /// Adds to the differences of one comparison those that only the other has.
 void unite(std::vector<Difference>& differences, const std::vector<Difference>& others) {
@@ -59,35 +48,35 @@ void unite(std::vector<Difference>& differences, const std::vector<Difference>& 
     }
 }
 
-} // namespace
-
-void writeForComparison(PartitionMetadata& metadata, DataIO::DataSink& sink) {
-    // Asked before: a writer that finds none leaves its document behind.
-    if (metadata.find(Metadata::Structural::StructuralMetadataKeys::preface()).empty()) {
-        throw Exceptions::InvalidFormat("no Preface among the " + std::to_string(metadata.size()) +
-                                            " sets of the partition, so there is nothing to write",
-                                        CORVID_HERE);
-    }
-    const SetAside aside(metadata);
-    const auto document = XMLBuilder::partition2XML(&metadata, false, false);
+PartitionHolder throughXml(PartitionMetadata& metadata) {
+    MemoryDataSink text;
     XMLUtils::ReplaceInvalidCharacters invalid(0);
-    XMLUtils::serialise(document.get(), XMLUtils::EncodingType::utf8, XMLUtils::Layout::compact,
-                        invalid, sink);
+    WrittenDocument(metadata, {})
+        .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::compact, invalid, text);
+    return readDocument(text.rawBuffer(), text.serializedSize(),
+                        metadata.partitionDictionary().dictionary(), DocumentIdentifiers::written)
+        .metadata;
 }
 
+PartitionHolder throughFile(PartitionMetadata& metadata) {
+    MemoryDataSink bytes;
+    mxf::PartitionPack pack;
+    pack.status = mxf::PartitionStatus::closedComplete;
+    mxf::writeHeaderPartition(pack, mxf::HeaderMetadataWriter(metadata), bytes);
+    mxf::NoWarnings warnings;
+    mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(new DataIO::MemorySource(
+                       bytes.rawBuffer(), bytes.serializedSize(), "the file written")),
+                   metadata.partitionDictionary().dictionary(), warnings);
+    return file.readMetadata(mxf::PartitionChoice::header()).metadata;
+}
+
+} // namespace
+
 Comparison compareWithRoundTrip(PartitionMetadata& metadata) {
-    MemoryDataSink text;
-    writeForComparison(metadata, text);
-    const auto read = [&](DocumentIdentifiers identifiers) {
-        return readDocument(text.rawBuffer(), text.serializedSize(),
-                            metadata.partitionDictionary().dictionary(), identifiers);
-    };
-    const auto written = read(DocumentIdentifiers::written);
-    Comparison comparison = compare(metadata, *written.metadata, {});
-    const auto fresh = read(DocumentIdentifiers::fresh);
-    unite(comparison.differences,
-          compare(metadata, *fresh.metadata, renamingBetween(*written.metadata, *fresh.metadata))
-              .differences);
+    const PartitionHolder read = throughXml(metadata);
+    Comparison comparison = compare(metadata, *throughFile(*read), {});
+    const Renaming renaming = renameSets(*read);
+    unite(comparison.differences, compare(metadata, *throughFile(*read), renaming).differences);
     return comparison;
 }
 

@@ -4,17 +4,12 @@
 
 namespace Corvid::Tool {
 
-/// Writes the document by which metadata is compared: in UTF-8, with U+FFFD for characters that XML
-/// can't hold, without the values that no reader would take.
+/// Takes metadata the way of `to-xml --replace-invalid`, then of `from-xml`, once with the
+/// identifiers that it has and once with new ones, reads the file that this gives, and compares.
 ///
-/// Needs Xerces-C, as all here; see XmlModule.h.
+/// Needs Xerces-C; see XmlModule.h.
 /// @param metadata  borrowed; afterwards as it was, but for entries that its primer pack lacked.
-/// @throws InvalidFormat  there is no Preface; BaseException  as XMLBuilder/XMLBuilder.h says.
-void writeForComparison(Metadata::PartitionMetadata& metadata, DataIO::DataSink& sink);
-
-/// Takes metadata to XML and back, once with the identifiers that it has and once with new ones,
-/// and compares what comes back. What stays out of the document counts as a difference.
-/// @throws BaseException  as writeForComparison() and readDocument() do.
+/// @throws BaseException  to-xml or from-xml would refuse it.
 Comparison compareWithRoundTrip(Metadata::PartitionMetadata& metadata);
 
 } // namespace Corvid::Tool

@@ -1,7 +1,9 @@
 #include "tools/corvid/SetComparison.h"
 
+#include "host/metadata/Elements.h"
 #include "tools/corvid/SetValues.h"
 #include "tools/corvid/ShortValue.h"
+#include "tools/corvid/StoredBytes.h"
 
 #include <algorithm>
 #include <fmt/core.h>
@@ -13,6 +15,44 @@ namespace {
 using Kind = DifferenceKind;
 using Metadata::MetadataSet;
 
+/// The bytes of a value, its references renamed.
+class RenamedBytes : public Metadata::Visitors::ElementVisitor {
+public:
+    explicit RenamedBytes(const Renaming& renaming) : renaming_(renaming) {}
+
+    void visit(const Metadata::ReferenceBatchElement& element) override { collection(element); }
+    void visit(const Metadata::ReferenceArrayElement& element) override { collection(element); }
+    void visit(const Metadata::ReferenceElement& element) override {
+        rename(0, element.value()->uuid());
+    }
+    void visit(const Metadata::BatchElement&) override {}
+    void visit(const Metadata::ArrayElement&) override {}
+    void visit(const Metadata::SimpleElement&) override {}
+
+    std::string bytes;
+
+private:
+    void collection(const Metadata::ReferenceCollectionElement& element) {
+        constexpr std::size_t head = 8;
+        for (Types::u32 i = 0; i != element.size(); ++i) {
+            rename(head + i * Types::Reference::fixedSize, element.at(i).uuid());
+        }
+    }
+    void rename(std::size_t offset, const Types::UUID& target) {
+        const auto& name = renaming_.of(target).bytes();
+        std::copy(name.begin(), name.end(), bytes.begin() + static_cast<std::ptrdiff_t>(offset));
+    }
+
+    const Renaming& renaming_;
+};
+
+std::string bytesOf(const Metadata::Element& element, const Renaming& renaming) {
+    RenamedBytes visitor(renaming);
+    visitor.bytes = Tool::bytesOf(element);
+    element.accept(visitor);
+    return std::move(visitor.bytes);
+}
+
 std::string versions(unsigned char before, unsigned char after) {
     return fmt::format("version {:02x} came back as {:02x}", before, after);
 }
@@ -23,10 +63,9 @@ std::string contentOf(const Metadata::PartitionDictionary& tags, const MetadataS
     const auto key = set.key().withoutVersion();
     std::string text(key.begin(), key.end());
     for (const auto& property : listProperties(tags, set)) {
-        if (const ValueImage value = image(*property.element); value.bytes) {
-            text.append(property.identity.begin(), property.identity.end());
-            text += std::to_string(value.bytes->size()) + ":" + *value.bytes;
-        }
+        const std::string value = image(*property.element);
+        text.append(property.identity.begin(), property.identity.end());
+        text += std::to_string(value.size()) + ":" + value;
     }
     return text;
 }
@@ -46,20 +85,14 @@ void SetComparison::add(Kind kind, const Metadata::PartitionDictionary& tags,
     differences_.back().property = propertyName(tags, *property.element);
 }
 
-void SetComparison::addAll(const std::vector<Kind>& kinds, const ListedProperty& property) {
-    for (const Kind kind : kinds) {
-        add(kind, before_, property);
-    }
-}
-
-std::string SetComparison::contentInXml(const MetadataSet& before) const {
+std::string SetComparison::contentBefore(const MetadataSet& before) const {
     return contentOf(before_, before,
-                     [this](const auto& element) { return imageInXml(element, renaming_); });
+                     [this](const auto& element) { return bytesOf(element, renaming_); });
 }
 
 std::string SetComparison::content(const MetadataSet& after) const {
     return contentOf(after_, after,
-                     [this](const auto& element) { return imageOf(element, asTheyAre_); });
+                     [this](const auto& element) { return bytesOf(element, asTheyAre_); });
 }
 
 void SetComparison::compare(const MetadataSet& before, const MetadataSet& after) {
@@ -67,7 +100,9 @@ void SetComparison::compare(const MetadataSet& before, const MetadataSet& after)
     if (!KLV::matches(before.key(), after.key())) {
         add(Kind::otherClass, before, "came back as " + className(after));
     } else if (before.key() != after.key()) {
-        add(Kind::keyVersion, before, versions(before.key()[7], after.key()[7]));
+        add(Kind::keyVersion, before,
+            Platform::toUtf8(before.key().toString()) + " came back as " +
+                Platform::toUtf8(after.key().toString()));
     }
     const Properties olds = listProperties(before_, before);
     const Properties news = listProperties(after_, after);
@@ -90,41 +125,27 @@ void SetComparison::compare(const MetadataSet& before, const MetadataSet& after)
     }
 }
 
-/// Properties of one identity: one, or in stored order those that stand in the set repeatedly.
+/// Properties of one identity: one, or in stored order those that the set has repeatedly.
 void SetComparison::compareAlike(Range olds, Range news) {
     auto& [fresh, freshEnd] = news;
     for (auto old = olds.first; old != olds.second; ++old) {
-        const ValueImage whole = imageOf(*old->element, renaming_);
-        const ValueImage inXml = imageInXml(*old->element, renaming_);
-        // What is not told leaves its place to the next one, unless there is one for each.
-        const bool hasCounterpart =
-            fresh != freshEnd && (inXml.bytes || freshEnd - fresh >= olds.second - old ||
-                                  imageOf(*fresh->element, asTheyAre_) == whole);
-        if (hasCounterpart) {
-            compareValues(*old, *fresh, whole, inXml);
-            ++fresh;
-        } else if (inXml.bytes) {
+        const std::string whole = bytesOf(*old->element, renaming_);
+        const bool isSame = fresh != freshEnd && bytesOf(*fresh->element, asTheyAre_) == whole;
+        // One that is missing leaves its place to the next, unless there is one for each.
+        if (!isSame && freshEnd - fresh < olds.second - old) {
             add(Kind::missingProperty, before_, *old, "was " + shortValue(*old->element));
-        } else {
-            addAll(inXml.lost, *old);
+            continue;
         }
+        if (isSame) {
+            compareLabels(*old, *fresh);
+        } else {
+            add(Kind::otherValue, before_, *old,
+                shortValue(*old->element) + " came back as " + shortValue(*fresh->element));
+        }
+        ++fresh;
     }
     for (; fresh != freshEnd; ++fresh) {
         add(Kind::extraProperty, after_, *fresh, "is " + shortValue(*fresh->element));
-    }
-}
-
-void SetComparison::compareValues(const ListedProperty& before, const ListedProperty& after,
-                                  const ValueImage& whole, const ValueImage& inXml) {
-    const ValueImage found = imageOf(*after.element, asTheyAre_);
-    if (found == whole) {
-        compareLabels(before, after);
-    } else if (found == inXml && !inXml.lost.empty()) {
-        addAll(inXml.lost, before);
-        compareLabels(before, after);
-    } else {
-        add(Kind::otherValue, before_, before,
-            shortValue(*before.element) + " came back as " + shortValue(*after.element));
     }
 }
 

@@ -3,7 +3,6 @@
 #include "tools/corvid/Difference.h"
 #include "tools/corvid/PropertyList.h"
 #include "tools/corvid/Renaming.h"
-#include "tools/corvid/ValueImage.h"
 
 namespace Corvid::Tool {
 
@@ -19,8 +18,9 @@ public:
     /// Adds the differences of class, key and properties; the InstanceUID does not matter.
     void compare(const Metadata::MetadataSet& before, const Metadata::MetadataSet& after);
 
-    /// All that is to come back of a set: the content() of a set that came back whole.
-    std::string contentInXml(const Metadata::MetadataSet& before) const;
+    /// All that a set of the file says, references renamed, and a set that came back: the same
+    /// where nothing is lost.
+    std::string contentBefore(const Metadata::MetadataSet& before) const;
     std::string content(const Metadata::MetadataSet& after) const;
 
     /// Adds a difference that a set has as a whole.
@@ -32,10 +32,7 @@ private:
 
     void add(DifferenceKind kind, const Metadata::PartitionDictionary& tags,
              const ListedProperty& property, std::string detail = {});
-    void addAll(const std::vector<DifferenceKind>& kinds, const ListedProperty& property);
     void compareAlike(Range olds, Range news);
-    void compareValues(const ListedProperty& before, const ListedProperty& after,
-                       const ValueImage& whole, const ValueImage& inXml);
     void compareLabels(const ListedProperty& before, const ListedProperty& after);
 
     const Metadata::PartitionDictionary& before_;

@@ -1,24 +1,22 @@
 #include "tools/corvid/ToXml.h"
 
-#include "XMLBuilder/XMLBuilder.h"
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
-#include "host/xmlutils/Serialise.h"
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/InstanceText.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/Output.h"
+#include "tools/corvid/WriteDocument.h"
 #include "tools/corvid/XercesFailures.h"
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Corvid::Tool {
 
 namespace {
-
-using Document = Templates::auto_ptr<xercesc::DOMNode>;
 
 /// Refuses, and says what people can do about it.
 class RefuseWithAdvice final : public XMLUtils::InvalidCharacters {
@@ -52,7 +50,7 @@ private:
 /// Serialises a document with the options of the command line.
 class Writer {
 public:
-    Writer(const Document& document, const ToXmlOptions& options)
+    Writer(const WrittenDocument& document, const ToXmlOptions& options)
         : document_(document), options_(options) {}
 
     void write(Output& output, const MetaMetadata::Dictionary& dictionary,
@@ -102,56 +100,37 @@ private:
     }
 
     void serialise(XMLUtils::InvalidCharacters& invalid, DataIO::DataSink& sink) const {
-        XMLUtils::serialise(document_.get(), options_.encoding,
+        document_.serialise(options_.encoding,
                             options_.compact ? XMLUtils::Layout::compact
                                              : XMLUtils::Layout::indented,
                             invalid, sink);
     }
 
-    const Document& document_;
+    const WrittenDocument& document_;
     const ToXmlOptions& options_;
 };
 
-const Metadata::MetadataSet& findStart(const Metadata::PartitionMetadata& metadata,
-                                       const std::string& text) {
-    const auto uid = parseInstanceUID(text);
-    if (!uid) {
-        throw UsageError{"--start: expected an InstanceUID: 16 bytes as hexadecimal digits, joined "
-                         "by full stops as in the documents, or a UUID"};
-    }
-    const auto found = metadata.resolve(*uid);
-    if (found.empty()) {
-        throw Exceptions::InvalidArgument("no set with the InstanceUID " + text +
-                                              " to start from in this partition",
-                                          CORVID_HERE);
-    }
-    return found.front();
-}
-
-Document build(Metadata::PartitionMetadata& metadata, const ToXmlOptions& options) {
+DocumentContent contentOf(const ToXmlOptions& options) {
+    DocumentContent content{options.referencesAsValues, options.structuralOnly, {}};
     if (!options.start.empty()) {
-        return XMLBuilder::partition2XML(&metadata, &findStart(metadata, options.start),
-                                         options.referencesAsValues, options.structuralOnly);
+        content.start = parseInstanceUID(options.start);
+        if (!content.start) {
+            throw UsageError{"--start: expected an InstanceUID: 16 bytes as hexadecimal digits, "
+                             "joined by full stops as in the documents, or a UUID"};
+        }
     }
-    Document document =
-        XMLBuilder::partition2XML(&metadata, options.referencesAsValues, options.structuralOnly);
-    if (!document) {
-        throw Exceptions::InvalidFormat(
-            "no Preface among the " + std::to_string(metadata.size()) +
-                " sets of the partition; --start INSTANCEUID begins with another set",
-            CORVID_HERE);
-    }
-    return document;
+    return content;
 }
 
 /// Model and document, kept until the process ends: to take tens of thousands of objects apart just
 /// before costs time and brings nothing.
 struct Leftovers {
     mxf::HeaderMetadata header;
-    Document document;
+    std::optional<WrittenDocument> document;
 };
 
 void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
+    const DocumentContent content = contentOf(options);
     const auto output = Output::open(options.output);
     if (output->replaces(options.clip.path)) {
         throw UsageError{"the output is the input itself"};
@@ -163,8 +142,13 @@ void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
         messages.note("metadata is from " +
                       describe(work.header.partition, file.partitions()[work.header.partition]));
     }
-    work.document = build(*work.header.metadata, options);
-    Writer(work.document, options).write(*output, *dictionary, messages);
+    if (content.start && work.header.metadata->resolve(*content.start).empty()) {
+        throw Exceptions::InvalidArgument("no set with the InstanceUID " + options.start +
+                                              " to start from in this partition",
+                                          CORVID_HERE);
+    }
+    work.document.emplace(*work.header.metadata, content);
+    Writer(*work.document, options).write(*output, *dictionary, messages);
     output->commit();
 }
 

@@ -1,0 +1,291 @@
+#include "tools/corvid/supplement/ApplySupplement.h"
+
+#include "host/base/Exceptions.h"
+#include "host/dictionary/MetaMetadataSet.h"
+#include "host/dictionary/MisplacedAttribute.h"
+#include "tools/corvid/SetValues.h"
+#include "tools/corvid/StoredBytes.h"
+#include "tools/corvid/supplement/Filling.h"
+#include "tools/corvid/supplement/ListedElements.h"
+#include "tools/corvid/supplement/ToldValue.h"
+
+#include <algorithm>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Metadata::Element;
+using Metadata::MetadataSet;
+using XMLBuilder::EmptyParts;
+using XMLBuilder::identityOf;
+using XMLBuilder::PropertyIdentity;
+
+std::optional<Types::UUID> parseIdentifier(std::u16string_view text) {
+    try {
+        return Types::UUID(Utf16Text(text.begin(), text.end()).c_str(), Types::dottedHexadecimal);
+    } catch (const Exceptions::InvalidFormat&) {
+        return std::nullopt; // another name, which becomes a new identifier
+    }
+}
+
+/// What a document that is read with a supplement tells of bytes as the value of such an element.
+/// @return false where the bytes can't be its value.
+bool tellOf(const Element::Attribute& attribute, const std::string& bytes,
+            std::optional<std::string>& told) {
+    const auto element = Metadata::createElement(attribute);
+    if (!element->parse(viewOf(bytes))) {
+        return false;
+    }
+    told = bytesFromDocument(*element, EmptyParts::values);
+    return true;
+}
+
+class Clear : public Metadata::Visitors::NonConstElementVisitor {
+public:
+    void visit(Metadata::SimpleElement& element) override { element.set({}); }
+    void visit(Metadata::ReferenceElement&) override {}
+    void visit(Metadata::ReferenceBatchElement&) override {}
+    void visit(Metadata::ReferenceArrayElement&) override {}
+    void visit(Metadata::BatchElement&) override {}
+    void visit(Metadata::ArrayElement&) override {}
+};
+
+} // namespace
+
+SupplementReader::SupplementReader(const DocumentSupplement& supplement) : supplement_(supplement) {
+    for (const auto& form : supplement.forms) {
+        add({&form, nullptr});
+    }
+    for (const auto& bytes : supplement.bytes) {
+        add({nullptr, &bytes});
+    }
+    for (const auto& key : supplement.setKeys) {
+        sayingsOf(key.set).groups[key.set.copy].key = &key;
+    }
+    for (const auto& [setClass, count] : supplement.unidentified) {
+        unidentified_[setClass.withoutVersion()] = count;
+    }
+    const auto inOrder = [](const Saying& a, const Saying& b) {
+        return a.address().nth < b.address().nth;
+    };
+    const auto sort = [&](auto& all) {
+        for (auto& [address, sayings] : all) {
+            for (auto& [copy, group] : sayings.groups) {
+                for (auto& [property, list] : group.byProperty) {
+                    std::stable_sort(list.begin(), list.end(), inOrder);
+                }
+            }
+        }
+    };
+    sort(ofSets_);
+    sort(ofUnidentified_);
+}
+
+SupplementReader::Sayings& SupplementReader::sayingsOf(const SetAddress& address) {
+    return address.instanceUID ? ofSets_[*address.instanceUID]
+                               : ofUnidentified_[address.setClass.withoutVersion()];
+}
+
+void SupplementReader::add(const Saying& saying) {
+    Sayings& sayings = sayingsOf(saying.address().set);
+    const PropertyIdentity property = saying.address().identity();
+    sayings.properties.insert(property);
+    sayings.groups[saying.address().set.copy].byProperty[property].push_back(saying);
+}
+
+void SupplementReader::explainTags(Metadata::PartitionDictionary& primer) const {
+    for (const auto& [tag, label] : supplement_.primer) {
+        primer.add(tag, label);
+    }
+}
+
+const XMLBuilder::Supplement::Properties* SupplementReader::enter(MetadataSet& set,
+                                                                  std::u16string_view written) {
+    Sayings* sayings = nullptr;
+    if (written.empty()) {
+        const ClassKey setClass = set.metaMetadataSet()->key().withoutVersion();
+        if (const auto left = unidentified_.find(setClass);
+            left != unidentified_.end() && left->second != 0) {
+            --left->second;
+            nameless_.push_back(&set);
+        }
+        const auto found = ofUnidentified_.find(setClass);
+        sayings = found == ofUnidentified_.end() ? nullptr : &found->second;
+    } else if (!ofSets_.empty()) {
+        const auto identifier = parseIdentifier(written);
+        const auto found = identifier ? ofSets_.find(*identifier) : ofSets_.end();
+        sayings = found == ofSets_.end() ? nullptr : &found->second;
+    }
+    if (sayings == nullptr) {
+        return nullptr;
+    }
+    met_.push_back({&set, sayings, sayings->met++});
+    return &sayings->properties;
+}
+
+SupplementOutcome SupplementReader::apply(Metadata::PartitionMetadata& metadata) {
+    tags_ = &metadata.partitionDictionary();
+    applyClassKeys(metadata);
+    for (const Met& met : met_) {
+        applyToSet(met);
+    }
+    if (supplement_.textsAreTerminated) {
+        terminateTexts(metadata);
+    }
+    Clear clear;
+    for (MetadataSet* set : nameless_) {
+        set->find(Metadata::Structural::StructuralMetadataULs::instanceUID())->accept(clear);
+    }
+    const auto countMissing = [this](const auto& all) {
+        outcome_.missingSets += static_cast<std::size_t>(std::count_if(
+            all.begin(), all.end(), [](const auto& each) { return each.second.met == 0; }));
+    };
+    countMissing(ofSets_);
+    countMissing(ofUnidentified_);
+    return std::move(outcome_);
+}
+
+void SupplementReader::applyClassKeys(Metadata::PartitionMetadata& metadata) {
+    std::map<ClassKey, KLV::Key> keys;
+    for (const auto& [setClass, key] : supplement_.classKeys) {
+        keys[setClass.withoutVersion()] = key;
+    }
+    if (keys.empty()) {
+        return;
+    }
+    for (MetadataSet* set : metadata) {
+        const auto* const definition = set->metaMetadataSet();
+        const auto key = keys.find(definition->key().withoutVersion());
+        if (key != keys.end()) {
+            giveKey(*set, key->second);
+        }
+    }
+}
+
+void SupplementReader::giveKey(MetadataSet& set, const KLV::Key& key) {
+    if (isKeyOfClass(key, set.metaMetadataSet()->key())) {
+        set.setKey(key);
+    } else {
+        overrule(set, "key " + Platform::toUtf8(key.toString()));
+    }
+}
+
+void SupplementReader::overrule(const MetadataSet& set, const std::string& what) {
+    constexpr std::size_t listed = 8;
+    if (++outcome_.overruled <= listed) {
+        outcome_.firstOverruled.push_back("set " + className(set) + " " +
+                                          Platform::toUtf8(set.instanceUID().toString()) + ": " +
+                                          what);
+    }
+}
+
+void SupplementReader::applyToSet(const Met& met) {
+    for (const auto& copy : {std::optional<Types::u32>(), std::make_optional(met.copy)}) {
+        const auto group = met.sayings->groups.find(copy);
+        if (group != met.sayings->groups.end()) {
+            applyGroup(*met.set, met.sayings->properties, group->second);
+        }
+    }
+}
+
+void SupplementReader::applyGroup(MetadataSet& set, const Properties& properties,
+                                  const Group& group) {
+    if (group.key != nullptr) {
+        giveKey(set, group.key->key);
+    }
+    std::map<PropertyIdentity, std::vector<Element*>> present;
+    forEachElement(set, [&](Element& element) {
+        const auto property = identityOf(*element.metaAttribute(), *tags_);
+        if (properties.count(property) != 0) {
+            present[property].push_back(&element);
+        }
+    });
+    for (const auto& [property, sayings] : group.byProperty) {
+        applyToProperty(set, present[property], sayings);
+    }
+}
+
+void SupplementReader::applyToProperty(MetadataSet& set, const std::vector<Element*>& present,
+                                       const std::vector<Saying>& sayings) {
+    std::size_t next = 0;
+    Types::u32 nth = 0;
+    for (const Saying& saying : sayings) {
+        // Those of which nothing is said come in between.
+        const std::size_t between = saying.address().nth - std::min(saying.address().nth, nth);
+        next = std::min(present.size(), next + between);
+        nth = saying.address().nth + 1;
+        Element* const element = next == present.size() ? nullptr : present[next];
+        if (saying.form != nullptr) {
+            if (element != nullptr) {
+                if (element->serializedSize() != 0) {
+                    fillUp(*element, saying.form->size);
+                }
+                settled_.insert(element);
+                ++next;
+            }
+        } else if (element != nullptr && restore(*element, saying.bytes->bytes)) {
+            ++next;
+        } else if (!insert(set, *saying.bytes)) {
+            overrule(set,
+                     "property " + Platform::toUtf8(saying.bytes->property.label
+                                                        ? saying.bytes->property.label->toString()
+                                                        : saying.bytes->property.tag.toString(
+                                                              Types::dottedHexadecimal)));
+            next += element == nullptr ? 0 : 1;
+        }
+    }
+    // Without further word, an empty element is no value.
+    for (Element* element : present) {
+        if (restored_.count(element) == 0 && element->serializedSize() == 0) {
+            Clear clear;
+            element->accept(clear);
+        }
+    }
+}
+
+/// Gives an element its bytes, where the document holds what they look like in it.
+bool SupplementReader::restore(Element& element, const std::string& bytes) {
+    std::optional<std::string> told;
+    const auto found = bytesFromDocument(element, EmptyParts::values);
+    if (!tellOf(element.metaAttribute(), bytes, told) || !told ||
+        *told != (found ? *found : bytesOf(element))) {
+        return false;
+    }
+    element.parse(viewOf(bytes));
+    settled_.insert(&element);
+    restored_.insert(&element);
+    return true;
+}
+
+/// Adds an element that a document does not hold at all.
+bool SupplementReader::insert(MetadataSet& set, const DocumentSupplement::Bytes& bytes) {
+    if (!bytes.property.label) {
+        return false;
+    }
+    std::optional<std::string> told;
+    if (Element* const own = set.find(*bytes.property.label); own != nullptr && own->isSkipped()) {
+        return tellOf(own->metaAttribute(), bytes.bytes, told) && !told &&
+               own->parse(viewOf(bytes.bytes));
+    }
+    const auto* const definition = tags_->dictionary()->findElement(*bytes.property.label);
+    if (definition == nullptr) {
+        return false;
+    }
+    const Element::Attribute misplaced(new MetaMetadata::MisplacedAttribute(*definition));
+    return tellOf(misplaced, bytes.bytes, told) && !told &&
+           set.createInvalidElement(misplaced).parse(viewOf(bytes.bytes));
+}
+
+void SupplementReader::terminateTexts(Metadata::PartitionMetadata& metadata) {
+    for (MetadataSet* set : metadata) {
+        forEachElement(*set, [this](Element& element) {
+            const std::size_t terminator = terminatorSize(element);
+            if (terminator != 0 && settled_.count(&element) == 0) {
+                fillUp(element, element.serializedSize() + terminator);
+            }
+        });
+    }
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,86 @@
+#pragma once
+
+#include "host/metadata/PartitionMetadata.h"
+#include "tools/corvid/supplement/DocumentSupplement.h"
+
+#include <map>
+#include <unordered_set>
+
+namespace Corvid::Tool {
+
+/// What became of a supplement.
+struct SupplementOutcome {
+    std::size_t missingSets = 0; ///< that it speaks of and the document does not hold
+    std::size_t overruled = 0;   ///< values that the document tells otherwise
+    /// The first of them, "set Preface 06.0e. ...: property ...".
+    std::vector<std::string> firstOverruled;
+};
+
+/// Reads a document together with its supplement: hand it to the reader, then call apply().
+class SupplementReader final : public XMLBuilder::Supplement {
+public:
+    /// @param supplement  borrowed.
+    explicit SupplementReader(const DocumentSupplement& supplement);
+
+    /// To be called before the document is read.
+    void explainTags(Metadata::PartitionDictionary& primer) const;
+
+    const Properties* enter(Metadata::MetadataSet& set, std::u16string_view written) override;
+
+    /// To be called when the document is read, before sets are merged or renamed.
+    SupplementOutcome apply(Metadata::PartitionMetadata& metadata);
+
+private:
+    /// What is said of one property; one of the two.
+    struct Saying {
+        const DocumentSupplement::Form* form = nullptr;
+        const DocumentSupplement::Bytes* bytes = nullptr;
+
+        const PropertyAddress& address() const {
+            return form == nullptr ? bytes->property : form->property;
+        }
+    };
+    /// What is said of the sets that share an address, of each of them or of one.
+    struct Group {
+        std::map<XMLBuilder::PropertyIdentity, std::vector<Saying>> byProperty;
+        const DocumentSupplement::SetKey* key = nullptr;
+    };
+    struct Sayings {
+        Properties properties;
+        std::map<std::optional<Types::u32>, Group> groups; ///< by the number of the copy
+        Types::u32 met = 0;                                ///< sets so far
+    };
+    struct Met {
+        Metadata::MetadataSet* set;
+        const Sayings* sayings;
+        Types::u32 copy;
+    };
+
+    Sayings& sayingsOf(const SetAddress& address);
+    void add(const Saying& saying);
+    void applyClassKeys(Metadata::PartitionMetadata& metadata);
+    void giveKey(Metadata::MetadataSet& set, const KLV::Key& key);
+    void applyToSet(const Met& met);
+    void applyGroup(Metadata::MetadataSet& set, const Properties& properties, const Group& group);
+    void applyToProperty(Metadata::MetadataSet& set, const std::vector<Metadata::Element*>& present,
+                         const std::vector<Saying>& sayings);
+    bool restore(Metadata::Element& element, const std::string& bytes);
+    bool insert(Metadata::MetadataSet& set, const DocumentSupplement::Bytes& bytes);
+    void terminateTexts(Metadata::PartitionMetadata& metadata);
+    void overrule(const Metadata::MetadataSet& set, const std::string& what);
+
+    using ClassKey = std::array<unsigned char, KLV::Key::length>;
+
+    const DocumentSupplement& supplement_;
+    std::map<Types::UUID, Sayings> ofSets_;
+    std::map<ClassKey, Sayings> ofUnidentified_;
+    std::map<ClassKey, Types::u32> unidentified_; ///< how many are still to come
+    std::vector<Met> met_;
+    std::vector<Metadata::MetadataSet*> nameless_;
+    std::unordered_set<const Metadata::Element*> settled_; ///< whose end is said
+    std::unordered_set<const Metadata::Element*> restored_;
+    const Metadata::PartitionDictionary* tags_ = nullptr;
+    SupplementOutcome outcome_;
+};
+
+} // namespace Corvid::Tool

@@ -1,0 +1,277 @@
+#include "tools/corvid/supplement/CollectSupplement.h"
+
+#include "host/dictionary/MetaCollectionElement.h"
+#include "host/dictionary/MetaMetadataSet.h"
+#include "host/metadata/Elements.h"
+#include "host/mxf/LocalSet.h"
+#include "tools/corvid/StoredBytes.h"
+#include "tools/corvid/supplement/Filling.h"
+#include "tools/corvid/supplement/ListedElements.h"
+#include "tools/corvid/supplement/ToldValue.h"
+
+#include <algorithm>
+#include <bitset>
+#include <map>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Form = DocumentSupplement::Form;
+using Metadata::Element;
+using Metadata::MetadataSet;
+using XMLBuilder::EmptyParts;
+using XMLBuilder::identityOf;
+
+/// False for a value that comes back from a document whatever it is: most are numbers and
+/// identifiers.
+bool mayNeedMore(const Element& element) {
+    using namespace Types::Identifiers;
+    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    if (definition == nullptr) {
+        return element.serializedSize() == 0;
+    }
+    constexpr std::size_t collectionHead = 8;
+    if (definition->isCollection() && element.serializedSize() == collectionHead) {
+        return true;
+    }
+    const auto type =
+        definition->isCollection()
+            ? static_cast<const MetaMetadata::MetaCollectionElement*>(definition)->dataSubType()
+            : definition->dataType();
+    return typeSize(type) == 0 || type == UTF16 || type == LocalTag || type == ProductVersion;
+}
+
+class Collector {
+public:
+    Collector(const Metadata::PartitionMetadata& metadata,
+              const std::function<bool(const MetadataSet&)>& isWritten)
+        : metadata_(metadata), tags_(metadata.partitionDictionary()), isWritten_(isWritten) {}
+
+    DocumentSupplement collect() {
+        findWhatIsUsual();
+        // As a document has them, so that the same document always has the same instructions.
+        Templates::vector<const MetadataSet*> order;
+        metadata_.calculateSerializationOrder(order, true, false);
+        for (const MetadataSet* set : order) {
+            if (isWritten_ && !isWritten_(*set)) {
+                continue;
+            }
+            countCopies(*set);
+            if (set->metaMetadataSet() == nullptr) {
+                explainTagsOf(*set);
+            } else {
+                collect(*set);
+            }
+        }
+        for (auto set = metadata_.darkBegin(); set != metadata_.darkEnd(); ++set) {
+            mxf::LocalSet properties({(*set)->value()->begin(), (*set)->value()->size()});
+            while (const auto property = properties.next()) {
+                explainTag(Types::LocalTag(property->tag));
+            }
+        }
+        tellClasses();
+        return std::move(result_);
+    }
+
+private:
+    void findWhatIsUsual();
+    void countCopies(const MetadataSet& set);
+    void explainTagsOf(const MetadataSet& darkGroup);
+    void explainTag(const Types::LocalTag& tag);
+    void explainElement(const Element& element);
+    void tell(const Types::LocalTag& tag, const Types::UniversalLabel& label);
+    void collect(const MetadataSet& set);
+    void collect(const PropertyAddress& property, const Element& element);
+    SetAddress addressOf(const MetadataSet& set);
+    PropertyAddress addressOf(const SetAddress& set, const Element& element) const;
+    std::string contentOf(const MetadataSet& set) const;
+    void tellClasses();
+
+    const Metadata::PartitionMetadata& metadata_;
+    const Metadata::PartitionDictionary& tags_;
+    const std::function<bool(const MetadataSet&)>& isWritten_;
+    DocumentSupplement result_;
+    std::map<KLV::Key, KLV::Key> usualKeys_;      ///< by the dictionary's
+    std::map<KLV::Key, Types::u32> unidentified_; ///< likewise, how many
+    std::map<Types::UUID, Types::u32> copies_;    ///< met so far, of what has several
+    std::bitset<0x10000> told_;                   ///< tags of which there is an entry
+};
+
+/// What most texts and most sets of a class have in common is said once.
+void Collector::findWhatIsUsual() {
+    std::size_t bare = 0;
+    std::size_t terminated = 0;
+    std::map<KLV::Key, std::map<KLV::Key, std::size_t>> keys;
+    for (const MetadataSet* set : metadata_) {
+        if (set->metaMetadataSet() == nullptr) {
+            continue;
+        }
+        ++keys[set->metaMetadataSet()->key()][set->key()];
+        forEachElement(*set, [&](const Element& element) {
+            if (terminatorSize(element) != 0) {
+                const std::string stored = bytesOf(element);
+                const auto filling = findFilling(element, stored);
+                terminated += filling && filling->isTerminator ? 1 : 0;
+                bare += bytesFromDocument(element, EmptyParts::missing) == stored ? 1 : 0;
+            }
+        });
+    }
+    result_.textsAreTerminated = terminated > bare;
+    for (const auto& [setClass, counts] : keys) {
+        usualKeys_[setClass] =
+            std::max_element(counts.begin(), counts.end(), [](const auto& a, const auto& b) {
+                return a.second < b.second;
+            })->first;
+    }
+}
+
+/// Equal sets that share an InstanceUID would become one.
+void Collector::countCopies(const MetadataSet& set) {
+    const auto sets =
+        set.hasInstanceUID() ? metadata_.resolve(set.instanceUID()) : Metadata::Targets();
+    if (sets.size() < 2 || &sets.front() != &set) {
+        return;
+    }
+    std::map<std::string, Types::u32> contents;
+    Types::u32 most = 0;
+    for (const MetadataSet* each : sets) {
+        most = std::max(most, ++contents[contentOf(*each)]);
+    }
+    if (most > 1) {
+        result_.copies.push_back({set.instanceUID(), most});
+    }
+}
+
+std::string Collector::contentOf(const MetadataSet& set) const {
+    std::vector<std::string> properties;
+    forEachElement(set, [&](const Element& element) {
+        const auto identity = identityOf(*element.metaAttribute(), tags_);
+        properties.push_back(std::string(identity.begin(), identity.end()) + bytesOf(element));
+    });
+    std::stable_sort(properties.begin(), properties.end());
+    const auto& key = set.key().bytes();
+    std::string content(key.begin(), key.end());
+    for (const std::string& property : properties) {
+        content += std::to_string(property.size()) + ":" + property;
+    }
+    return content;
+}
+
+void Collector::explainTagsOf(const MetadataSet& darkGroup) {
+    for (const auto& [label, element] : darkGroup.made()) {
+        explainTag(Types::LocalTag(element->localTag()));
+    }
+    forEachElement(darkGroup, [&](const Element& element) {
+        explainTag(Types::LocalTag(element.localTag()));
+    });
+}
+
+/// Keeps what a tag of a dark set means: its bytes hold no more than the tag.
+void Collector::explainTag(const Types::LocalTag& tag) {
+    const auto* const label = tags_.find(tag, false);
+    const auto* const registered = tags_.dictionary()->findElementByStaticTag(tag.value());
+    if (label != nullptr && (registered == nullptr || registered->label() != *label)) {
+        tell(tag, *label);
+    }
+}
+
+/// Keeps the label of an unknown property that a document names by its static tag, and the version
+/// of the label of a known one.
+void Collector::explainElement(const Element& element) {
+    const Types::LocalTag tag(element.localTag());
+    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    if (definition == nullptr) {
+        if (tag.isStaticLocalTag()) {
+            explainTag(tag);
+        }
+    } else if (const auto* const label = tags_.find(tag, false);
+               label != nullptr && *label != definition->label()) {
+        tell(tag, *label);
+    }
+}
+
+void Collector::tell(const Types::LocalTag& tag, const Types::UniversalLabel& label) {
+    if (!told_.test(tag.value())) {
+        told_.set(tag.value());
+        result_.primer.push_back({tag, label});
+    }
+}
+
+SetAddress Collector::addressOf(const MetadataSet& set) {
+    const KLV::Key& setClass = set.metaMetadataSet()->key();
+    if (!set.hasInstanceUID()) {
+        return {{}, setClass, unidentified_[setClass]++};
+    }
+    const Types::UUID uid = set.instanceUID();
+    SetAddress address{uid, {}, {}};
+    if (metadata_.resolve(uid).size() > 1) {
+        address.copy = copies_[uid]++;
+    }
+    return address;
+}
+
+PropertyAddress Collector::addressOf(const SetAddress& set, const Element& element) const {
+    const Types::LocalTag tag(element.localTag());
+    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const label = definition == nullptr ? tags_.find(tag, true) : &definition->label();
+    return {set, label == nullptr ? std::nullopt : std::make_optional(*label), tag, 0};
+}
+
+void Collector::collect(const MetadataSet& set) {
+    const SetAddress address = addressOf(set);
+    if (set.key() != usualKeys_[set.metaMetadataSet()->key()]) {
+        result_.setKeys.push_back({address, set.key()});
+    }
+    const bool mayRepeat = set.invalidBegin() != set.invalidEnd();
+    std::map<XMLBuilder::PropertyIdentity, Types::u32> met;
+    forEachElement(set, [&](const Element& element) {
+        explainElement(element);
+        const bool isLooked = mayNeedMore(element);
+        if (isLooked || mayRepeat) {
+            PropertyAddress property = addressOf(address, element);
+            property.nth = mayRepeat ? met[property.identity()]++ : 0;
+            if (isLooked) {
+                collect(property, element);
+            }
+        }
+    });
+}
+
+void Collector::collect(const PropertyAddress& property, const Element& element) {
+    const std::string stored = bytesOf(element);
+    const auto told = bytesFromDocument(element, EmptyParts::missing);
+    const bool isText = terminatorSize(element) != 0;
+    if (told == stored && !(isText && result_.textsAreTerminated)) {
+        return;
+    }
+    if (const auto filling = findFilling(element, stored)) {
+        if (!filling->isTerminator || !result_.textsAreTerminated) {
+            result_.forms.push_back({property,
+                                     filling->isOfItems ? Form::Unit::item : Form::Unit::octets,
+                                     static_cast<Types::u32>(filling->size)});
+        }
+    } else {
+        result_.bytes.push_back({property, stored});
+    }
+}
+
+void Collector::tellClasses() {
+    for (const auto& [setClass, usual] : usualKeys_) {
+        if (usual != setClass) {
+            result_.classKeys.push_back({setClass, usual});
+        }
+    }
+    for (const auto& [setClass, count] : unidentified_) {
+        result_.unidentified.push_back({setClass, count});
+    }
+}
+
+} // namespace
+
+DocumentSupplement collectSupplement(const Metadata::PartitionMetadata& metadata,
+                                     const std::function<bool(const MetadataSet&)>& isWritten) {
+    return Collector(metadata, isWritten).collect();
+}
+
+} // namespace Corvid::Tool

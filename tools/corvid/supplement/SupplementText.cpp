@@ -1,0 +1,444 @@
+#include "tools/corvid/supplement/SupplementText.h"
+
+#include "host/base/Exceptions.h"
+
+#include <algorithm>
+#include <charconv>
+#include <set>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Form = DocumentSupplement::Form;
+
+constexpr std::string_view target = "corvid";
+constexpr std::string_view formatVersion = "1";
+
+// --- writing -------------------------------------------------------------------------------------
+
+/// One instruction: what it says, and of what.
+class Writer {
+public:
+    explicit Writer(std::string_view kind) : text_(std::string(target) + " " + std::string(kind)) {}
+
+    Writer& with(std::string_view name, std::string_view value) {
+        text_ += " ";
+        text_.append(name).append("=\"").append(value).append("\"");
+        return *this;
+    }
+    Writer& with(std::string_view name, Types::u32 value) {
+        return with(name, std::to_string(value));
+    }
+    template <class Identifier>
+    auto with(std::string_view name, const Identifier& value)
+        -> decltype(value.toString(Types::dottedHexadecimal), *this) {
+        return with(name, Platform::toUtf8(value.toString(Types::dottedHexadecimal)));
+    }
+    Writer& with(const SetAddress& set) {
+        if (set.instanceUID) {
+            with("set", *set.instanceUID);
+        } else {
+            with("class", set.setClass);
+        }
+        return set.copy ? with("copy", *set.copy) : *this;
+    }
+    Writer& with(const PropertyAddress& property) {
+        with(property.set);
+        if (property.label) {
+            with("property", *property.label);
+        } else {
+            with("property", property.tag);
+        }
+        return property.nth == 0 ? *this : with("nth", property.nth);
+    }
+
+    std::string text() && { return std::move(text_); }
+
+private:
+    std::string text_;
+};
+
+std::string hexadecimal(const std::string& bytes) {
+    static constexpr char digits[] = "0123456789ABCDEF";
+    std::string text;
+    text.reserve(2 * bytes.size());
+    for (const char byte : bytes) {
+        text += digits[static_cast<unsigned char>(byte) >> 4];
+        text += digits[static_cast<unsigned char>(byte) & 15];
+    }
+    return text;
+}
+
+const char* nameOf(Form::Unit unit) { return unit == Form::Unit::octets ? "octets" : "item"; }
+
+// --- reading -------------------------------------------------------------------------------------
+
+bool isSpace(char each) { return each == ' ' || each == '\t' || each == '\n' || each == '\r'; }
+
+bool isNameCharacter(char each) {
+    return (each >= 'a' && each <= 'z') || (each >= 'A' && each <= 'Z') ||
+           (each >= '0' && each <= '9') || each == '-' || each == '_' || each == '.';
+}
+
+/// Takes one instruction apart: its kind, then name="value" pairs.
+class Reader {
+public:
+    explicit Reader(const Instruction& instruction)
+        : instruction_(instruction), rest_(instruction.data) {
+        skipSpace();
+        const std::string_view first = takeName();
+        // The format itself is said as <?corvid format="1"?>.
+        if (!rest_.empty() && rest_.front() == '=') {
+            kind_ = first;
+            rest_ = instruction.data;
+        } else {
+            kind_ = first;
+        }
+        if (kind_.empty()) {
+            refuse("no kind, expected for example primer or bytes");
+        }
+        while (skipSpace(), !rest_.empty()) {
+            takeAttribute();
+        }
+    }
+
+    std::string_view kind() const { return kind_; }
+
+    [[noreturn]] void refuse(const std::string& what) const {
+        throw Exceptions::InvalidFormat("line " + std::to_string(instruction_.line) +
+                                            ": processing instruction corvid " +
+                                            std::string(kind_) + ": " + what,
+                                        CORVID_HERE);
+    }
+
+    bool has(std::string_view name) const {
+        return std::any_of(attributes_.begin(), attributes_.end(),
+                           [&](const Attribute& each) { return each.name == name; });
+    }
+
+    /// The value of an attribute, which must be there.
+    std::string_view take(std::string_view name) {
+        for (Attribute& each : attributes_) {
+            if (each.name == name) {
+                each.isTaken = true;
+                return each.value;
+            }
+        }
+        refuse("no " + std::string(name) + ", expected one");
+    }
+
+    template <class Identifier> Identifier identifier(std::string_view name) {
+        const Utf16Text text = Platform::widen(take(name));
+        try {
+            return Identifier(text.c_str(), Types::dottedHexadecimal);
+        } catch (const Exceptions::InvalidFormat& error) {
+            refuse(std::string(name) + ": " + Platform::toUtf8(error.message()));
+        }
+    }
+
+    Types::u32 number(std::string_view name) {
+        const std::string_view text = take(name);
+        Types::u32 value = 0;
+        const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+        if (error != std::errc() || stop != text.data() + text.size() || text.empty()) {
+            refuse(std::string(name) + ": '" + std::string(text) + "', expected a number");
+        }
+        return value;
+    }
+
+    std::string bytes(std::string_view name) {
+        const std::string_view text = take(name);
+        const auto digit = [](char each) {
+            return each >= '0' && each <= '9'   ? each - '0'
+                   : each >= 'A' && each <= 'F' ? each - 'A' + 10
+                   : each >= 'a' && each <= 'f' ? each - 'a' + 10
+                                                : -1;
+        };
+        if (text.size() % 2 != 0 ||
+            std::any_of(text.begin(), text.end(), [&](char each) { return digit(each) < 0; })) {
+            refuse(std::string(name) + ": expected pairs of hexadecimal digits");
+        }
+        std::string value(text.size() / 2, '\0');
+        for (std::size_t i = 0; i != value.size(); ++i) {
+            value[i] = static_cast<char>(digit(text[2 * i]) << 4 | digit(text[2 * i + 1]));
+        }
+        return value;
+    }
+
+    SetAddress set() {
+        SetAddress address;
+        if (has("class")) {
+            address.setClass = identifier<KLV::Key>("class");
+        } else {
+            address.instanceUID = identifier<Types::UUID>("set");
+        }
+        if (has("copy")) {
+            address.copy = number("copy");
+        }
+        return address;
+    }
+
+    PropertyAddress property() {
+        PropertyAddress address;
+        address.set = set();
+        constexpr std::size_t tagText = 5;
+        if (take("property").size() == tagText) {
+            address.tag = identifier<Types::LocalTag>("property");
+        } else {
+            address.label = identifier<Types::UniversalLabel>("property");
+        }
+        address.nth = has("nth") ? number("nth") : 0;
+        return address;
+    }
+
+    /// To be called when all is read.
+    void expectNoMore() const {
+        for (const Attribute& each : attributes_) {
+            if (!each.isTaken) {
+                refuse("unknown attribute " + std::string(each.name));
+            }
+        }
+    }
+
+private:
+    struct Attribute {
+        std::string_view name;
+        std::string_view value;
+        bool isTaken = false;
+    };
+
+    void skipSpace() {
+        while (!rest_.empty() && isSpace(rest_.front())) {
+            rest_.remove_prefix(1);
+        }
+    }
+    std::string_view takeName() {
+        const auto end = std::find_if_not(rest_.begin(), rest_.end(), isNameCharacter);
+        const auto name = rest_.substr(0, static_cast<std::size_t>(end - rest_.begin()));
+        rest_.remove_prefix(name.size());
+        return name;
+    }
+    void takeAttribute() {
+        const std::string_view name = takeName();
+        if (name.empty() || rest_.size() < 2 || rest_[0] != '=' ||
+            (rest_[1] != '"' && rest_[1] != '\'')) {
+            refuse("expected attributes as name=\"value\"");
+        }
+        const auto end = rest_.find(rest_[1], 2);
+        if (end == std::string_view::npos) {
+            refuse(std::string(name) + ": no closing quotation mark");
+        }
+        constexpr std::size_t most = 8;
+        if (has(name) || attributes_.size() == most) {
+            refuse("attribute " + std::string(name) + " once too often");
+        }
+        attributes_.push_back({name, rest_.substr(2, end - 2)});
+        rest_.remove_prefix(end + 1);
+        if (!rest_.empty() && !isSpace(rest_.front())) {
+            refuse("expected white space after the attribute " + std::string(name));
+        }
+    }
+
+    const Instruction& instruction_;
+    std::string_view rest_;
+    std::string_view kind_;
+    std::vector<Attribute> attributes_;
+};
+
+/// Gathers what the instructions say, each thing once.
+class Gatherer {
+public:
+    void add(Reader& line) {
+        for (const auto& [kind, read] : kinds()) {
+            if (kind == line.kind()) {
+                (this->*read)(line);
+                line.expectNoMore();
+                return;
+            }
+        }
+        line.refuse("unknown; a newer version of corvid may know it");
+    }
+
+    DocumentSupplement supplement;
+
+private:
+    using Read = void (Gatherer::*)(Reader&);
+
+    static const std::vector<std::pair<std::string_view, Read>>& kinds() {
+        static const std::vector<std::pair<std::string_view, Read>> all = {
+            {"format", &Gatherer::readFormat},   {"primer", &Gatherer::readPrimer},
+            {"key", &Gatherer::readKey},         {"form", &Gatherer::readForm},
+            {"bytes", &Gatherer::readBytes},     {"copies", &Gatherer::readCopies},
+            {"partial", &Gatherer::readPartial}, {"unidentified", &Gatherer::readUnidentified},
+        };
+        return all;
+    }
+
+    /// @param subject  what the instruction is about.
+    void sayOnce(const Reader& line, const std::string& subject) {
+        if (!said_.insert(subject).second) {
+            line.refuse("another instruction says this already, or says it otherwise");
+        }
+    }
+    static std::string subjectOf(const SetAddress& set) {
+        const auto& bytes =
+            set.instanceUID ? set.instanceUID->bytes() : set.setClass.withoutVersion();
+        return (set.instanceUID ? "u" : "c") + std::string(bytes.begin(), bytes.end()) +
+               (set.copy ? std::to_string(*set.copy) : "");
+    }
+    static std::string subjectOf(const PropertyAddress& property) {
+        const auto identity = property.identity();
+        return "value" + subjectOf(property.set) + "/" +
+               std::string(identity.begin(), identity.end()) + std::to_string(property.nth);
+    }
+
+    void readFormat(Reader& line) {
+        sayOnce(line, "format");
+        if (const auto version = line.take("format"); version != formatVersion) {
+            line.refuse("format " + std::string(version) + ", expected " +
+                        std::string(formatVersion) +
+                        ", which is what this version of corvid knows");
+        }
+    }
+    void readPrimer(Reader& line) {
+        const auto tag = line.identifier<Types::LocalTag>("tag");
+        sayOnce(line, "primer" + std::to_string(tag.value()));
+        supplement.primer.push_back({tag, line.identifier<Types::UniversalLabel>("label")});
+    }
+    void readKey(Reader& line) {
+        const auto key = line.identifier<KLV::Key>("key");
+        if (line.has("set") || line.has("copy")) {
+            const SetAddress set = line.set();
+            sayOnce(line, "key" + subjectOf(set));
+            supplement.setKeys.push_back({set, key});
+        } else {
+            const auto setClass = line.identifier<KLV::Key>("class");
+            if (!isKeyOfClass(key, setClass)) {
+                line.refuse("key " + Platform::toUtf8(key.toString()) +
+                            ", expected that of the class in another version or coding");
+            }
+            sayOnce(line, "class" + subjectOf(SetAddress{{}, setClass, {}}));
+            supplement.classKeys.push_back({setClass, key});
+        }
+    }
+    void readForm(Reader& line) {
+        if (line.has("text")) {
+            sayOnce(line, "text");
+            if (line.take("text") != "terminated") {
+                line.refuse("text: expected terminated");
+            }
+            supplement.textsAreTerminated = true;
+            return;
+        }
+        const PropertyAddress property = line.property();
+        sayOnce(line, subjectOf(property));
+        const auto unit = line.has("item") ? Form::Unit::item : Form::Unit::octets;
+        const Types::u32 size = line.number(nameOf(unit));
+        if (constexpr Types::u32 greatest = 0xFFFF; size > greatest) {
+            line.refuse(std::to_string(size) + " bytes, expected at most " +
+                        std::to_string(greatest) + ", which is what a property can hold");
+        }
+        supplement.forms.push_back({property, unit, size});
+    }
+    void readBytes(Reader& line) {
+        const PropertyAddress property = line.property();
+        sayOnce(line, subjectOf(property));
+        supplement.bytes.push_back({property, line.bytes("hex")});
+    }
+    void readCopies(Reader& line) {
+        const auto set = line.identifier<Types::UUID>("set");
+        sayOnce(line, "copies" + subjectOf(SetAddress{set, {}, {}}));
+        supplement.copies.push_back({set, line.number("count")});
+    }
+    void readUnidentified(Reader& line) {
+        const auto setClass = line.identifier<KLV::Key>("class");
+        sayOnce(line, "unidentified" + subjectOf(SetAddress{{}, setClass, {}}));
+        supplement.unidentified.push_back({setClass, line.number("count")});
+    }
+    void readPartial(Reader& line) {
+        sayOnce(line, "partial");
+        auto& partial = supplement.partial.emplace();
+        partial.structuralOnly = line.has("structural-only") && line.number("structural-only") != 0;
+        if (line.has("start")) {
+            partial.start = line.identifier<Types::UUID>("start");
+        }
+    }
+
+    std::set<std::string> said_;
+};
+
+} // namespace
+
+std::vector<std::string> toInstructions(const DocumentSupplement& supplement) {
+    std::vector<std::string> lines;
+    const auto add = [&lines](Writer& line) {
+        if (lines.empty()) {
+            lines.push_back(std::string(target) + " format=\"" + std::string(formatVersion) + "\"");
+        }
+        lines.push_back(std::move(line).text());
+    };
+    if (supplement.partial) {
+        Writer line("partial");
+        if (supplement.partial->structuralOnly) {
+            line.with("structural-only", "1");
+        }
+        if (supplement.partial->start) {
+            line.with("start", *supplement.partial->start);
+        }
+        add(line);
+    }
+    for (const auto& [tag, label] : supplement.primer) {
+        add(Writer("primer").with("tag", tag).with("label", label));
+    }
+    for (const auto& [setClass, key] : supplement.classKeys) {
+        add(Writer("key").with("class", setClass).with("key", key));
+    }
+    for (const auto& [set, key] : supplement.setKeys) {
+        add(Writer("key").with(set).with("key", key));
+    }
+    if (supplement.textsAreTerminated) {
+        add(Writer("form").with("text", "terminated"));
+    }
+    for (const auto& [property, unit, size] : supplement.forms) {
+        add(Writer("form").with(property).with(nameOf(unit), size));
+    }
+    for (const auto& [property, bytes] : supplement.bytes) {
+        add(Writer("bytes").with(property).with("hex", hexadecimal(bytes)));
+    }
+    for (const auto& [set, count] : supplement.copies) {
+        add(Writer("copies").with("set", set).with("count", count));
+    }
+    for (const auto& [setClass, count] : supplement.unidentified) {
+        add(Writer("unidentified").with("class", setClass).with("count", count));
+    }
+    return lines;
+}
+
+bool isKeyOfClass(const KLV::Key& key, const KLV::Key& setClass) {
+    constexpr std::size_t coding = 5;
+    auto bytes = key.withoutVersion();
+    const bool isCodingKnown =
+        bytes[coding] == setClass[coding] || bytes[coding] == 0x53 || bytes[coding] == 0x13;
+    bytes[coding] = setClass[coding];
+    return isCodingKnown && bytes == setClass.withoutVersion();
+}
+
+DocumentSupplement parseSupplement(const std::vector<Instruction>& instructions) {
+    Gatherer gatherer;
+    bool isFirst = true;
+    for (const Instruction& instruction : instructions) {
+        if (instruction.target != target) {
+            continue;
+        }
+        Reader line(instruction);
+        if (isFirst && line.kind() != "format") {
+            line.refuse("expected after <?corvid format=\"" + std::string(formatVersion) + "\"?>");
+        }
+        isFirst = false;
+        gatherer.add(line);
+    }
+    return std::move(gatherer.supplement);
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "tools/corvid/supplement/DocumentSupplement.h"
+
+#include <string_view>
+
+namespace Corvid::Tool {
+
+/// The processing instructions of a supplement, in the order in which they are written, without
+/// "<?" and "?>"; ASCII. None for a supplement that says nothing.
+std::vector<std::string> toInstructions(const DocumentSupplement& supplement);
+
+/// A processing instruction of a document.
+struct Instruction {
+    std::string target;
+    std::string data;
+    std::size_t line = 0; ///< from 1
+};
+
+/// Finds the processing instructions in front of the root of a document. What is no document in
+/// UTF-8, UTF-16, or another encoding that extends ASCII, has none.
+std::vector<Instruction> instructionsInFront(std::string_view document);
+
+/// Reads the instructions of a supplement; others are passed over.
+/// @throws InvalidFormat  one is malformed, or says again or otherwise what another has said; the
+///                        message has the line.
+DocumentSupplement parseSupplement(const std::vector<Instruction>& instructions);
+
+} // namespace Corvid::Tool
