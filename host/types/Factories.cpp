@@ -77,6 +77,10 @@ Templates::auto_ptr<Collection> collectionFromBytes(Identifiers::Identifier kind
         return {};
     }
     const int itemSize = static_cast<int>(head.itemSize);
+    const int typeSize = Identifiers::typeSize(item);
+    if (head.count != 0 && typeSize != 0 && itemSize != typeSize) {
+        return {};
+    }
     auto collection = kind == Identifiers::Array
                           ? Templates::auto_ptr<Collection>(new Array(itemSize))
                           : Templates::auto_ptr<Collection>(new Batch(itemSize));

@@ -21,7 +21,8 @@ public:
     u8 minor() const noexcept { return bytes_[1]; }
 };
 
-/// The version of a program.
+/// The version of a program: five numbers of 2 bytes (SMPTE ST 377-1). One maker writes the last,
+/// the release, in one byte. A value keeps the form that it was read in.
 class CORVID_EXPORT ProductVersion : public Visitable<ProductVersion, FixedBytes<10>> {
 public:
     /// How finished the program is. Files hold other numbers too; they are kept.
@@ -42,15 +43,42 @@ public:
         putAt(6, build);
         putAt(8, static_cast<u16>(release));
     }
-    explicit ProductVersion(ByteView bytes) noexcept : Visitable(bytes) {}
+    /// @param bytes  of which fits() is true.
+    explicit ProductVersion(ByteView bytes) noexcept : size_(static_cast<u16>(bytes.size)) {
+        std::memcpy(bytes_.data(), bytes.data, bytes.size);
+    }
+
+    static bool fits(ByteView bytes) noexcept {
+        return bytes.size == fixedSize || bytes.size == shortSize;
+    }
+
+    u16 serializedSize() const override { return size_; }
+
+    /// The same five numbers in 9 bytes. A release above 255 has no such form; then the value is
+    /// returned as it is.
+    ProductVersion inNineBytes() const noexcept {
+        const auto release = static_cast<u16>(releaseVersion());
+        ProductVersion result = *this;
+        if (release <= 0xFF) {
+            result.size_ = shortSize;
+            result.bytes_[8] = static_cast<u8>(release);
+            result.bytes_[9] = 0;
+        }
+        return result;
+    }
 
     u16 major() const noexcept { return numberAt<u16>(0); }
     u16 minor() const noexcept { return numberAt<u16>(2); }
     u16 patch() const noexcept { return numberAt<u16>(4); }
     u16 build() const noexcept { return numberAt<u16>(6); }
     ReleaseVersion releaseVersion() const noexcept {
-        return static_cast<ReleaseVersion>(numberAt<u16>(8));
+        return static_cast<ReleaseVersion>(size_ == shortSize ? bytes_[8] : numberAt<u16>(8));
     }
+
+private:
+    static constexpr u16 shortSize = 9;
+
+    u16 size_ = fixedSize;
 };
 
 } // namespace Corvid::Types

@@ -144,6 +144,10 @@ INSTANTIATE_TEST_SUITE_P(
              "<types:Major>1</types:Major><types:Minor>2</types:Minor><types:Patch>65535</"
              "types:Patch>"
              "<types:Build>4</types:Build><types:Release>4</types:Release>"},
+        Case{"ProductVersionOfNineBytes",
+             ProductVersion(1, 2, 3, 4, ProductVersion::releasedVersion).inNineBytes(),
+             "<types:Major>1</types:Major><types:Minor>2</types:Minor><types:Patch>3</types:Patch>"
+             "<types:Build>4</types:Build><types:Release>1</types:Release>"},
         Case{"TimestampUnchecked", Timestamp(2026, 13, 32, 25, 61, 200, 999),
              "<types:Year>2026</types:Year><types:Month>13</types:Month><types:Day>32</types:Day>"
              "<types:Hour>25</types:Hour><types:Minute>61</types:Minute><types:Second>200</"

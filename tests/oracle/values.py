@@ -102,6 +102,8 @@ def number(space, name, value):
 
 def content(value_type, data):
     """(text, children) of an element with that value."""
+    if value_type == "ProductVersion" and len(data) == 9:
+        data = data[:8] + b"\0" + data[8:]  # One maker's release has one byte.
     if len(data) != SIZES.get(value_type, len(data)) or len(data) < AT_LEAST.get(value_type, 0):
         raise Unfit
     if value_type == "Bytes":

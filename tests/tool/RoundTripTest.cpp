@@ -146,6 +146,11 @@ const std::vector<Implied> impliedCases = {
      [](ThingPartition& t) {
          t.model.value(*t.thing, "Timestamp", Types::Timestamp(2024, 2, 29, 1, 2, 3, 7));
      }},
+    {"ProductVersionOfNineBytes",
+     {Kind::shortVersion},
+     [](ThingPartition& t) {
+         t.add("ProductVersion", {"\0\1\0\2\0\3\0\4\5", 9});
+     }},
     {"TypeWithoutReader",
      {Kind::typeWithoutReader},
      [](ThingPartition& t) { t.add("LocalTag", "ab"); }},

@@ -43,6 +43,9 @@ TEST(CollectionFromBytes, refusesItemsThatDoNotFit) {
     const Bytes booleans = {0, 0, 0, 2, 0, 0, 0, 1, 1, 2};
     EXPECT_FALSE(
         Factories::collectionFromBytes(Identifiers::Array, Identifiers::Boolean, viewOf(booleans)));
+    const Bytes shortVersions = {0, 0, 0, 1, 0, 0, 0, 9, 0, 1, 0, 2, 0, 3, 0, 4, 5};
+    EXPECT_FALSE(Factories::collectionFromBytes(Identifiers::Array, Identifiers::ProductVersion,
+                                                viewOf(shortVersions)));
     const Bytes nested = {0, 0, 0, 1, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0};
     EXPECT_FALSE(
         Factories::collectionFromBytes(Identifiers::Array, Identifiers::Array, viewOf(nested)));

@@ -79,10 +79,23 @@ CORVID_FIXED(UUID, 16);           CORVID_FIXED(UniversalLabel, 16);
 CORVID_FIXED(UMID32, 32);         CORVID_FIXED(UMID64, 64);
 CORVID_FIXED(StrongReference, 16); CORVID_FIXED(WeakReference, 16);
 CORVID_FIXED(Rational, 8);        CORVID_FIXED(Timestamp, 8);
-CORVID_FIXED(VersionType, 2);     CORVID_FIXED(ProductVersion, 10);
+CORVID_FIXED(VersionType, 2);
 CORVID_FIXED(J2KPictureComponent, 3);
 #undef CORVID_FIXED
 // clang-format on
+
+template <> struct Samples<Types::ProductVersion> {
+    static std::vector<Sample> fitting() {
+        auto samples = SamplesOfSize<10>::fitting();
+        samples.push_back({"lowestOfNine", Bytes(9, 0)});
+        samples.push_back({"highestOfNine", Bytes(9, 0xFF)});
+        samples.push_back({"typicalOfNine", {0, 1, 0, 2, 0, 3, 0, 4, 5}});
+        return samples;
+    }
+    static std::vector<Sample> unfit() {
+        return {{"empty", {}}, {"short", Bytes(8, 1)}, {"long", Bytes(11, 1)}};
+    }
+};
 
 template <> struct Samples<Types::DataStream> : SamplesOfRun<0> {};
 template <> struct Samples<Types::DataValue> : SamplesOfRun<0> {};

@@ -61,6 +61,32 @@ TEST(ProductVersion, keepsFiveNumbersAndUnlistedReleases) {
     EXPECT_EQ(ProductVersion::releasedVersion, 1);
 }
 
+TEST(ProductVersion, keepsTheFormThatItWasReadIn) {
+    const Bytes nine = {0, 1, 2, 3, 0xFF, 0xFF, 0, 4, 0xFE};
+    const Bytes ten = {0, 1, 2, 3, 0xFF, 0xFF, 0, 4, 0, 0xFE};
+    for (const Bytes& bytes : {nine, ten}) {
+        const ProductVersion version(viewOf(bytes));
+        EXPECT_EQ(version.major(), 1);
+        EXPECT_EQ(version.minor(), 0x203);
+        EXPECT_EQ(version.patch(), 65535);
+        EXPECT_EQ(version.build(), 4);
+        EXPECT_EQ(version.releaseVersion(), 0xFE);
+        EXPECT_EQ(bytesOf(version), bytes);
+        EXPECT_EQ(bytesOf(ProductVersion(version)), bytes);
+        EXPECT_EQ(bytesOf(version.inNineBytes()), nine);
+        EXPECT_EQ(bytesOf(version), bytes);
+    }
+}
+
+TEST(ProductVersion, hasNoFormOfNineBytesForAReleaseAbove255) {
+    const auto least = static_cast<ProductVersion::ReleaseVersion>(256);
+    const auto greatest = static_cast<ProductVersion::ReleaseVersion>(255);
+    EXPECT_EQ(bytesOf(ProductVersion(1, 2, 3, 4, least).inNineBytes()),
+              (Bytes{0, 1, 0, 2, 0, 3, 0, 4, 1, 0}));
+    EXPECT_EQ(bytesOf(ProductVersion(1, 2, 3, 4, greatest).inNineBytes()),
+              (Bytes{0, 1, 0, 2, 0, 3, 0, 4, 0xFF}));
+}
+
 struct MilliSecondCase {
     const char* name;
     u16 given;

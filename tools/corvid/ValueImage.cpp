@@ -114,6 +114,13 @@ public:
         *bytes_ += bytesOf(std::u16string(1, milliseconds));
     }
 
+    void visit(const Types::ProductVersion&) override {
+        if (lost_ != nullptr && bytes_->size() != Types::ProductVersion::fixedSize) {
+            note(Kind::shortVersion);
+            bytes_->insert(bytes_->size() - 1, 1, '\0'); // the release in two bytes
+        }
+    }
+
 private:
     void note(Kind kind) {
         if (std::find(lost_->begin(), lost_->end(), kind) == lost_->end()) {
