@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Writes the dictionary's data files from tables of the SMPTE metadata registers.
 
-    tools/make-dictionary.py REGISTERS_DIR [ROOT]
+    tools/make-dictionary.py [--compare] REGISTERS_DIR [ROOT]
 
 REGISTERS_DIR holds groups.csv, group_elements.csv, elements.csv, types.csv, type_members.csv,
 labels.csv, type_mapping.csv and element_overrides.csv; ROOT is the root of the sources unless
@@ -10,15 +10,22 @@ host/dictionary/registers/*.reg, all entries of the registers (register_texts.py
 docs/registers.md, which tells what is covered (register_report.py). What the registers do not tell
 (names of namespaces, types, who must write a property) stands in the tables of these three;
 everything else is derived by rule. The output depends on the input alone.
+
+Where REGISTERS_DIR also holds beyond_groups.csv, beyond_elements.csv and beyond_labels.csv, it
+writes host/dictionary/beyond, what is in use but not registered (beyond_texts.py).
+
+With --compare it writes nothing, shows what would change, and exits with 1 if anything would.
 """
 
 import csv
+import difflib
 import heapq
 import sys
 from collections import defaultdict
 from pathlib import Path
 
 sys.dont_write_bytecode = True
+import beyond_texts
 import register_report
 import register_texts
 
@@ -258,10 +265,21 @@ def text_of(title, rows, spaces):
     return "".join(lines)
 
 
-def write(folder, texts, ending):
-    folder.mkdir(parents=True, exist_ok=True)
-    for name, text in texts.items():
-        (folder / (name + ending)).write_text(text, encoding="utf-8")
+def write(texts):
+    for path, text in texts.items():
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text(text, encoding="utf-8")
+
+
+def compare(texts):
+    """Prints what writing would change; True if anything."""
+    changes = []
+    for path, text in texts.items():
+        old = path.read_text(encoding="utf-8") if path.exists() else ""
+        changes += difflib.unified_diff(old.splitlines(True), text.splitlines(True),
+                                        str(path), str(path), n=0)
+    sys.stdout.writelines(changes)
+    return bool(changes)
 
 
 def definitions(registers):
@@ -289,21 +307,56 @@ def named_rows(registers):
     return [(f"{prefix}:{symbol}", row) for ((prefix, _), symbol), row in rows]
 
 
-def main():
-    if len(sys.argv) not in (2, 3):
-        sys.exit(__doc__)
-    folder = Path(sys.argv[1])
+def beyond(registers, folder):
+    """The texts of host/dictionary/beyond."""
+    def name(owned):
+        (prefix, uri), symbol = owned
+        return f"{prefix}:{symbol}", uri
+
+    sets = {}
+    for group in registers.groups:
+        parent = registers.parent[group["ul"]]
+        sets[group["mxf_key"]] = (*name(group_name(group)),
+                                  beyond_texts.matched(parent["mxf_key"]) if parent else None)
+    used = {label for uses in registers.uses.values() for label, _ in uses}
+    properties = {label: (*name(element_name(element)), label in used)
+                  for label, element in registers.elements.items()
+                  if element["namespace"].endswith("reg/335/2012")}
+    texts = beyond_texts.Beyond(lambda table: read(folder, table), sets, properties, AS_BYTES).texts()
+    return ({owner + ".dict": text for owner, text in texts.items()} |
+            {"labels.reg": beyond_texts.label_text(read(folder, "beyond_labels.csv"))})
+
+
+def all_texts(folder):
+    """Every file by its path below the root."""
     registers = Registers(folder)
-    root = Path(sys.argv[2]) if len(sys.argv) == 3 else Path(__file__).resolve().parent.parent
     in_header = {group["ul"] for group in registers.groups}
     value_types = {label: BYTES if name in AS_BYTES else name
                    for label, name in registers.types.items()}
-    write(root / "host" / "dictionary" / "smpte", definitions(registers), ".dict")
-    write(root / "host" / "dictionary" / "registers",
-          register_texts.all_texts(lambda name: read(folder, name), in_header, value_types,
-                                   named_rows(registers)), ".reg")
-    write(root / "docs", {"registers": register_report.text(
-        lambda name: read(folder, name), in_header)}, ".md")
+
+    def tables(name):
+        return read(folder, name)
+
+    at = Path("host", "dictionary")
+    texts = {at / "smpte" / (name + ".dict"): text for name, text in definitions(registers).items()}
+    entries = register_texts.all_texts(tables, in_header, value_types, named_rows(registers))
+    texts |= {at / "registers" / (name + ".reg"): text for name, text in entries.items()}
+    texts[Path("docs", "registers.md")] = register_report.text(tables, in_header)
+    if (folder / "beyond_groups.csv").exists():
+        texts |= {at / "beyond" / name: text for name, text in beyond(registers, folder).items()}
+    return texts
+
+
+def main():
+    arguments = [argument for argument in sys.argv[1:] if argument != "--compare"]
+    if len(arguments) not in (1, 2):
+        sys.exit(__doc__)
+    root = Path(arguments[1]) if len(arguments) == 2 else Path(__file__).resolve().parent.parent
+    texts = {root / path: text for path, text in all_texts(Path(arguments[0])).items()}
+    if "--compare" not in sys.argv:
+        write(texts)
+    elif compare(texts):
+        sys.exit(1)
 
 
 if __name__ == "__main__":

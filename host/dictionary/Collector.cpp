@@ -155,6 +155,11 @@ void Collector::resolveParents() {
 }
 
 void Collector::resolveExtensions() {
+    // Two texts may extend one set: its properties have the same order in whatever order those
+    // came.
+    std::stable_sort(
+        extensions_.begin(), extensions_.end(),
+        [](const Extension& a, const Extension& b) { return a.origin.text < b.origin.text; });
     for (Extension& extension : extensions_) {
         const SetEntry* found = findSet(extension.name);
         if (found == nullptr) {

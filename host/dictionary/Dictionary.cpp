@@ -130,6 +130,11 @@ Templates::SharedPtr<Dictionary> Dictionary::builtIn() {
     return dictionary;
 }
 
+Templates::SharedPtr<Dictionary> Dictionary::registered() {
+    static const auto dictionary = make(std::make_unique<Content>(registeredTables()));
+    return dictionary;
+}
+
 Templates::SharedPtr<Dictionary> Dictionary::extend(const Dictionary& base, const Texts& texts) {
     return make(
         std::make_unique<Content>(load(&base.content_->tables, {texts.data(), texts.size()})));

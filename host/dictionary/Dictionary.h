@@ -22,9 +22,13 @@ public:
     Dictionary(const Dictionary&) = delete;
     Dictionary& operator=(const Dictionary&) = delete;
 
-    /// The dictionary that comes with the library: what the SMPTE registers hold. Made on first
-    /// use, the same object for every caller; safe to call from any thread.
+    /// The dictionary that comes with the library: what the SMPTE registers hold, and what else is
+    /// in use (docs/dictionary.md). Made on first use, the same object for every caller; safe to
+    /// call from any thread.
     static Templates::SharedPtr<Dictionary> builtIn();
+
+    /// What the SMPTE registers hold, alone. Otherwise as builtIn().
+    static Templates::SharedPtr<Dictionary> registered();
 
     /// A dictionary with everything in `base` and in the texts, which may refer to each other.
     ///

@@ -5,8 +5,9 @@
 namespace Corvid::MetaMetadata {
 
 // What the SMPTE metadata registers hold, all of it by name, also what the dictionary of header
-// metadata has no use for. These classes are values as light as a pointer; their texts are UTF-8
-// and live as long as the program. Nothing is built when the library is loaded.
+// metadata has no use for; and labels and groups in use that are not registered. These classes are
+// values as light as a pointer; their texts are UTF-8 and live as long as the program. Nothing is
+// built when the library is loaded.
 
 /// A text of the compiled registers.
 inline std::string_view registerText(std::uint32_t place) noexcept {
@@ -34,6 +35,9 @@ public:
     std::string_view name() const noexcept { return registerText(row_->name); }
     /// The document that defines it; empty where the register names none.
     std::string_view document() const noexcept { return registerText(row_->document); }
+    /// Whose it is, where the registers do not have it; empty for what they have.
+    std::string_view owner() const noexcept { return registerText(row_->owner); }
+    bool isRegistered() const noexcept { return row_->owner == 0; }
     /// True for what is not to be used any more.
     bool isDeprecated() const noexcept { return row_->deprecated != 0; }
 

@@ -5,7 +5,7 @@
 
 namespace Corvid::MetaMetadata {
 
-/// The SMPTE metadata registers as the library knows them.
+/// The SMPTE metadata registers as the library knows them, and what is in use beside them.
 namespace Registers {
 
 inline Register<RegisteredLabel> labels() noexcept {
@@ -21,10 +21,12 @@ inline Register<RegisteredGroup> groups() noexcept {
     return Register<RegisteredGroup>(registerTables().groups);
 }
 
-/// The group that a key of any coding (sixth byte) names.
+/// The group that a key names; an SMPTE key of any coding (sixth byte), a private one as it is.
 inline std::optional<RegisteredGroup> findGroup(const KLV::Key& key) noexcept {
     auto bytes = key.bytes();
-    bytes[5] = 0x7F;
+    if (bytes[0] == 0x06 && bytes[1] == 0x0E && bytes[2] == 0x2B && bytes[3] == 0x34) {
+        bytes[5] = 0x7F;
+    }
     return groups().find(Types::UniversalLabel(bytes));
 }
 

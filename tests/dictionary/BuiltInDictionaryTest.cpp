@@ -19,8 +19,8 @@ const Dictionary& builtIn() {
     return *dictionary;
 }
 
-std::vector<const MetaMetadataSet*> sets() {
-    return {builtIn().metaMetadataSetBegin(), builtIn().metaMetadataSetEnd()};
+std::vector<const MetaMetadataSet*> sets(const Dictionary& dictionary = builtIn()) {
+    return {dictionary.metaMetadataSetBegin(), dictionary.metaMetadataSetEnd()};
 }
 
 std::vector<const MetaElement*> elements() {
@@ -61,15 +61,24 @@ std::vector<std::string> factsOf(const Dictionary& dictionary) {
 
 } // namespace
 
-TEST(BuiltInDictionary, isWhatItsTextsSay) {
-    const auto fromText = Dictionary::fromTexts(smpteTexts().texts());
-    const auto expected = factsOf(*fromText);
-    const auto compiled = factsOf(builtIn());
+void expectFacts(const Dictionary& compiled, const OwnedTexts& texts) {
+    const auto expected = factsOf(*Dictionary::fromTexts(texts.texts()));
+    const auto facts = factsOf(compiled);
     ASSERT_GT(expected.size(), 5000U);
-    ASSERT_EQ(compiled.size(), expected.size());
+    ASSERT_EQ(facts.size(), expected.size());
     for (std::size_t i = 0; i != expected.size(); ++i) {
-        ASSERT_EQ(compiled[i], expected[i]);
+        ASSERT_EQ(facts[i], expected[i]);
     }
+}
+
+TEST(BuiltInDictionary, isWhatItsTextsSay) { expectFacts(builtIn(), builtInTexts()); }
+
+TEST(RegisteredDictionary, isWhatItsTextsSay) {
+    expectFacts(*Dictionary::registered(), smpteTexts());
+}
+
+TEST(RegisteredDictionary, isOneObject) {
+    EXPECT_EQ(Dictionary::registered().get(), Dictionary::registered().get());
 }
 
 TEST(BuiltInDictionary, isOneObjectForAllThreads) {
@@ -202,8 +211,9 @@ TEST(BuiltInDictionary, concreteSetsHaveAnInstanceUID) {
         << "the registers forget this one";
 }
 
-TEST(BuiltInDictionary, ancestorsPropertiesComeFirst) {
-    for (const MetaMetadataSet* set : sets()) {
+TEST(RegisteredDictionary, ancestorsPropertiesComeFirst) {
+    const auto dictionary = Dictionary::registered();
+    for (const MetaMetadataSet* set : sets(*dictionary)) {
         const auto own = propertiesOf(*set);
         const std::size_t inherited =
             set->parent() == nullptr ? 0 : set->parent()->attributes().size();

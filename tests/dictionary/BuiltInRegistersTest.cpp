@@ -14,11 +14,12 @@ namespace {
 using namespace MetaMetadata;
 using ::testing::HasSubstr;
 
-/// A row of a register's text, read in the plainest way: its words, the document above it, and
-/// whether it is marked as deprecated.
+/// A row of a register's text, read in the plainest way: its words, the document and the owner
+/// above it, and whether it is marked as deprecated.
 struct TextRow {
     std::vector<std::string> words;
     std::string document;
+    std::string owner;
     bool deprecated = false;
 
     std::string from(std::size_t first) const {
@@ -33,33 +34,46 @@ struct TextRow {
     }
 };
 
+void addTextRows(const std::filesystem::path& path, const std::set<std::string>& kinds,
+                 std::vector<TextRow>& rows) {
+    std::ifstream file(path);
+    std::string document;
+    std::string owner;
+    TextRow* last = nullptr;
+    for (std::string line; std::getline(file, line);) {
+        std::istringstream cells(line);
+        TextRow row;
+        for (std::string word; cells >> word;) {
+            row.words.push_back(word);
+        }
+        if (row.words.empty() || row.words[0][0] == '#') {
+            continue;
+        }
+        if (row.words[0] == "document") {
+            document = row.words[1] == "-" ? "" : row.from(1);
+        } else if (row.words[0] == "unregistered") {
+            owner = row.from(1);
+        } else if (row.words[0] == "deprecated" && last != nullptr) {
+            last->deprecated = true;
+        } else {
+            last = nullptr;
+            if (kinds.count(row.words[0]) != 0) {
+                row.document = document;
+                row.owner = owner;
+                rows.push_back(row);
+                last = &rows.back();
+            }
+        }
+    }
+}
+
 std::vector<TextRow> textRows(const std::set<std::string>& kinds) {
     std::vector<TextRow> rows;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(sourceDir() / "host" / "dictionary" / "registers")) {
-        std::ifstream file(entry.path());
-        std::string document;
-        TextRow* last = nullptr;
-        for (std::string line; std::getline(file, line);) {
-            std::istringstream cells(line);
-            TextRow row;
-            for (std::string word; cells >> word;) {
-                row.words.push_back(word);
-            }
-            if (row.words.empty() || row.words[0][0] == '#') {
-                continue;
-            }
-            if (row.words[0] == "document") {
-                document = row.words[1] == "-" ? "" : row.from(1);
-            } else if (row.words[0] == "deprecated" && last != nullptr) {
-                last->deprecated = true;
-            } else {
-                last = nullptr;
-                if (kinds.count(row.words[0]) != 0) {
-                    row.document = document;
-                    rows.push_back(row);
-                    last = &rows.back();
-                }
+    for (const char* const folder : {"registers", "beyond"}) {
+        for (const auto& entry :
+             std::filesystem::directory_iterator(sourceDir() / "host" / "dictionary" / folder)) {
+            if (entry.path().extension() == ".reg") {
+                addTextRows(entry.path(), kinds, rows);
             }
         }
     }
@@ -79,6 +93,8 @@ void expectAll(const Register<Entry>& entries, const char* kind, const Compare& 
         EXPECT_EQ(dotted(entry->label()), row.words[1]);
         EXPECT_EQ(entry->symbol(), row.words[2]);
         EXPECT_EQ(entry->document(), row.document) << row.words[2];
+        EXPECT_EQ(entry->owner(), row.owner) << row.words[2];
+        EXPECT_EQ(entry->isRegistered(), row.owner.empty()) << row.words[2];
         EXPECT_EQ(entry->isDeprecated(), row.deprecated) << row.words[2];
         compare(*entry, row);
     }
@@ -241,6 +257,23 @@ TEST(BuiltInRegisters, findSymbols) {
               "06.0e.2b.34.02.7f.01.01.0d.01.01.01.01.01.2f.00");
 }
 
+TEST(BuiltInRegisters, nameWhatIsInUseButNotRegistered) {
+    const auto scope =
+        Registers::labels().find(label("06.0e.2b.34.04.01.01.01.0e.04.03.01.02.06.01.02"));
+    ASSERT_TRUE(scope);
+    EXPECT_EQ(scope->symbol(), "ContainerAvidHD_8_7_1_1080p");
+    EXPECT_EQ(scope->owner(), "Avid");
+    const auto name = [](const char* text) {
+        const auto group = Registers::findGroup(key(text));
+        return group ? std::string(group->name()) : "";
+    };
+    EXPECT_EQ(name("80.53.08.00.36.21.08.04.b3.b3.98.a5.1c.90.11.d4"), "Avid metadata root");
+    EXPECT_EQ(name("96.13.b3.8a.87.34.87.46.f1.02.96.f0.56.e0.4d.2a"), "Avid object directory");
+    EXPECT_EQ(name("80.53.08.00.36.22.08.04.b3.b3.98.a5.1c.90.11.d4"), "")
+        << "a private key has no coding";
+    EXPECT_EQ(name("06.0e.2b.34.02.53.01.01.0e.17.01.01.01.01.00.00"), "CFA layout");
+}
+
 TEST(BuiltInRegisters, findGroupsByKeysOfEveryCoding) {
     for (const char* coding : {"05", "13", "53", "06", "7f"}) {
         const auto group = Registers::findGroup(
@@ -254,6 +287,9 @@ TEST(BuiltInRegisters, findGroupsByKeysOfEveryCoding) {
 
 TEST(BuiltInRegisters, everyLabelHasAPlace) {
     for (const RegisteredLabel& each : Registers::labels()) {
+        if (!each.isRegistered()) {
+            continue; // Many of those are no labels by their first bytes.
+        }
         const auto branches = Registers::branches();
         EXPECT_TRUE(std::any_of(branches.begin(), branches.end(), [&each](const LabelBranch& part) {
             return part.holds(each.label());
@@ -262,7 +298,7 @@ TEST(BuiltInRegisters, everyLabelHasAPlace) {
 }
 
 TEST(BuiltInRegisters, agreeWithTheDictionary) {
-    const auto dictionary = Dictionary::builtIn();
+    const auto dictionary = Dictionary::registered();
     std::set<std::string> names;
     std::size_t sets = 0;
     for (auto i = dictionary->metaMetadataSetBegin(); i != dictionary->metaMetadataSetEnd(); ++i) {
@@ -297,7 +333,7 @@ TEST(BuiltInRegisters, agreeWithTheDictionary) {
 }
 
 TEST(BuiltInRegisters, pageTellsWhatHeaderMetadataDoesNotHold) {
-    const auto dictionary = Dictionary::builtIn();
+    const auto dictionary = Dictionary::registered();
     const auto words = [](const std::string& page) {
         std::set<std::string> result;
         std::istringstream text(page);
@@ -318,13 +354,20 @@ TEST(BuiltInRegisters, pageTellsWhatHeaderMetadataDoesNotHold) {
         return std::to_string(all) + " | " + std::to_string(some) + " | " +
                std::to_string(all - some) + " |\n";
     };
-    EXPECT_THAT(page, HasSubstr("| groups | " + numbers(Registers::groups().size(),
-                                                        dictionary->metaMetadataSetEnd() -
-                                                            dictionary->metaMetadataSetBegin())));
+    const auto groups = Registers::groups();
+    const auto registered = static_cast<std::size_t>(
+        std::count_if(groups.begin(), groups.end(),
+                      [](const RegisteredGroup& group) { return group.isRegistered(); }));
+    EXPECT_THAT(page, HasSubstr("| groups | " +
+                                numbers(registered, dictionary->metaMetadataSetEnd() -
+                                                        dictionary->metaMetadataSetBegin())));
     EXPECT_THAT(page, HasSubstr("| properties | " + numbers(Registers::properties().size(),
                                                             dictionary->metaElementEnd() -
                                                                 dictionary->metaElementBegin())));
-    for (const RegisteredGroup& group : Registers::groups()) {
+    for (const RegisteredGroup& group : groups) {
+        if (!group.isRegistered()) {
+            continue;
+        }
         EXPECT_EQ(groupNames.count(std::string(group.symbol())) == 0, group.isHeaderMetadata())
             << group.symbol();
         EXPECT_THAT(page, HasSubstr(std::string(group.reason())));

@@ -99,14 +99,16 @@ private:
     std::vector<std::pair<std::string, std::string>> owned_;
 };
 
-/// The texts that the built-in dictionary is compiled from, in reverse order of their names: a
-/// dictionary does not depend on the order.
-inline OwnedTexts smpteTexts() {
+/// The definitions in these folders, in reverse order of their names: a dictionary does not depend
+/// on the order.
+inline OwnedTexts textsIn(std::initializer_list<const char*> folders) {
     std::vector<std::filesystem::path> paths;
-    for (const auto& entry :
-         std::filesystem::directory_iterator(sourceDir() / "host" / "dictionary" / "smpte")) {
-        if (entry.path().extension() == ".dict") {
-            paths.push_back(entry.path());
+    for (const char* const folder : folders) {
+        for (const auto& entry :
+             std::filesystem::directory_iterator(sourceDir() / "host" / "dictionary" / folder)) {
+            if (entry.path().extension() == ".dict") {
+                paths.push_back(entry.path());
+            }
         }
     }
     std::sort(paths.rbegin(), paths.rend());
@@ -116,6 +118,11 @@ inline OwnedTexts smpteTexts() {
     }
     return result;
 }
+
+/// The texts of what the SMPTE registers hold.
+inline OwnedTexts smpteTexts() { return textsIn({"smpte"}); }
+/// The same with what is in use but not registered: the texts of the built-in dictionary.
+inline OwnedTexts builtInTexts() { return textsIn({"smpte", "beyond"}); }
 
 /// The message of the exception that an extension of the built-in dictionary meets, or "".
 inline std::string refusalOf(const OwnedTexts& texts) {

@@ -128,11 +128,13 @@ def from_dictionary(files):
 
     for path in files:
         with open(path, encoding="utf-8") as file:
-            rows = [line.split() for line in file if line.strip() and not line.startswith("#")]
+            rows = [line.split("#")[0].split() for line in file]
         group = None
-        for row in rows:
+        for row in filter(None, rows):
             if row[0] == "namespace":
                 spaces[row[1]] = row[2]
+            elif row[0] == "extend":
+                group = groups[row[1]]
             elif row[0] == "set":
                 group = groups[row[1]] = Group(*named(row[1]))
                 facts.groups[masked_key(label_bytes(row[2]))] = group
@@ -166,21 +168,20 @@ def registers_folder():
     return folder if os.path.isfile(os.path.join(folder, "groups.csv")) else None
 
 
-def dictionary_files():
-    folder = os.environ.get("CORVID_DICTIONARY_TEXT") or os.path.join(
-        ROOT, "host", "dictionary", "smpte"
-    )
-    return sorted(glob.glob(os.path.join(folder, "*.dict")))
+def dictionary_files(part="smpte"):
+    """The texts of what the registers hold (smpte), or of what is in use besides (beyond)."""
+    folder = os.environ.get("CORVID_DICTIONARY_TEXT") or os.path.join(ROOT, "host", "dictionary")
+    return sorted(glob.glob(os.path.join(folder, part, "*.dict")))
 
 
 def load(registers=None):
     """The registers' facts, completed by what only the dictionary decides: the order of properties,
-    what is required, and the namespaces of owners other than SMPTE. Without registers the
-    dictionary's. None without a dictionary."""
+    what is required, the namespaces of owners other than SMPTE, and what is in use besides. Without
+    registers the dictionary's. None without a dictionary."""
     folder, files = registers or registers_folder(), dictionary_files()
     if not files:
         return None
-    dictionary = from_dictionary(files)
+    dictionary = from_dictionary(files + dictionary_files("beyond"))
     if not folder:
         return dictionary
     facts = from_registers(folder)
@@ -194,7 +195,12 @@ def load(registers=None):
     for label, element in facts.elements.items():
         element.index = dictionary.elements[label].index
     for key, group in facts.groups.items():
-        group.own = {
-            label: dictionary.groups[key].own.get(label, flag) for label, flag in group.own.items()
-        }
+        own = dictionary.groups[key].own
+        group.own = {label: own.get(label, flag) for label, flag in group.own.items()}
+        group.own.update(
+            (label, flag) for label, flag in own.items() if label not in facts.elements
+        )
+    for mine, theirs in ((facts.elements, dictionary.elements), (facts.groups, dictionary.groups)):
+        for key in theirs.keys() - mine.keys():
+            mine[key] = theirs[key]
     return facts

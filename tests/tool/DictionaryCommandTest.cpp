@@ -156,11 +156,11 @@ for kind, found in seen.items():
     const std::string one = "\"$(corvid dictionary --json '";
     const std::string two = "' | tr -d '\\n')\" ";
     std::string line = "printf '%s\\n' ";
-    for (const char* query :
-         {"Preface", "FrameLayout", "EssenceStreamID", "TransferCharacteristic", "AGICOAID",
-          "IndexEditRate", "DataDefinitionWeakReference", "UUID", "UInt8", "Rational",
-          "TransferCharacteristicType", "FullFrame", "Numerator",
-          "TransferCharacteristic_274M_296M", "PartitionPack", "a b", "zzz"}) {
+    for (const char* query : {"Preface", "FrameLayout", "EssenceStreamID", "TransferCharacteristic",
+                              "AGICOAID", "IndexEditRate", "DataDefinitionWeakReference", "UUID",
+                              "UInt8", "Rational", "TransferCharacteristicType", "FullFrame",
+                              "Numerator", "TransferCharacteristic_274M_296M", "PartitionPack",
+                              "CFALayout", "ContainerAvidHD_8_7_1_1080p", "a b", "zzz"}) {
         line += one + query + two;
     }
     EXPECT_EQ(shop.run(line + "> all.json").status, 0);

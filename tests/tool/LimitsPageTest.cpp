@@ -9,7 +9,7 @@
 #include "host/xmlutils/LoadDocument.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/Paths.h"
-#include "tools/corvid/Clip.h"
+#include "tools/corvid/DictionaryChoice.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/FromXml.h"
 

@@ -1,9 +1,7 @@
 #include "tools/corvid/Clip.h"
 
 #include "host/base/Exceptions.h"
-#include "tools/corvid/ReadWhole.h"
 
-#include <algorithm>
 #include <charconv>
 #include <optional>
 
@@ -49,24 +47,6 @@ std::string partitionsWithMetadata(mxf::File& file) {
 }
 
 } // namespace
-
-Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(
-    const std::vector<std::string>& paths) {
-    auto builtIn = MetaMetadata::Dictionary::builtIn();
-    if (paths.empty()) {
-        return builtIn;
-    }
-    std::vector<std::string> contents;
-    MetaMetadata::Dictionary::Texts texts;
-    std::transform(paths.begin(), paths.end(), std::back_inserter(contents),
-                   [](const std::string& path) {
-                       return readWhole(path, greatestDictionary, "a dictionary");
-                   });
-    for (std::size_t i = 0; i != paths.size(); ++i) {
-        texts.push_back({paths[i], contents[i]});
-    }
-    return MetaMetadata::Dictionary::extend(*builtIn, texts);
-}
 
 bool isPartitionChoice(const std::string& text) { return choiceOf(text).has_value(); }
 

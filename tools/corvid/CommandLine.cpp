@@ -36,11 +36,15 @@ CLI::Validator oneOf(std::vector<std::string> values) {
         "");
 }
 
-void declareDictionaries(CLI::App& verb, std::vector<std::string>& paths) {
-    verb.add_option("--dictionary", paths,
+void declareDictionaries(CLI::App& verb, DictionaryChoice& choice) {
+    verb.add_option("--dictionary", choice.files,
                     "Definitions of sets and properties beside the built-in ones; may be repeated")
         ->type_name("FILE")
         ->allow_extra_args(false)
+        ->group(input);
+    verb.add_flag("--no-vendor-dictionaries", choice.registeredOnly,
+                  "Know the sets and properties of the SMPTE registers alone, not what else is in "
+                  "use")
         ->group(input);
 }
 

@@ -2,7 +2,6 @@
 
 #include "host/base/Exceptions.h"
 #include "host/base/Text.h"
-#include "tools/corvid/Clip.h"
 #include "tools/corvid/Explanation.h"
 #include "tools/corvid/LabelText.h"
 #include "tools/corvid/Lines.h"
@@ -87,9 +86,7 @@ std::string refusal(const std::string& wanted, const std::vector<std::string>& n
                        "dictionary or the registers know";
     if (const auto label = parseLabel(wanted)) {
         const auto branches = branchesOf(*label);
-        text += branches.empty() || (*label)[4] != 4
-                    ? ""
-                    : "; it would stand in: " + joined(branches, " > ");
+        text += branches.empty() ? "" : "; it would stand in: " + joined(branches, " > ");
     } else if (const auto tag = parseLocalTag(wanted); tag && *tag >= 0x8000) {
         text += "; each file gives local tags from 80.00 on anew, in its primer pack";
     }

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "tools/corvid/DictionaryChoice.h"
+
 #include <string>
-#include <vector>
 
 namespace Corvid::Tool {
 
 /// What `corvid dictionary` can be told.
 struct DictionaryOptions {
-    std::string wanted;                    ///< label, local tag or name
-    std::vector<std::string> dictionaries; ///< files with definitions beside the built-in ones
+    std::string wanted; ///< label, local tag or name
+    DictionaryChoice dictionaries;
     bool json = false;
     bool colours = false; ///< no part of JSON
 };

@@ -56,6 +56,9 @@ private:
     void addGroupsWith(const MetaMetadata::RegisteredProperty& property);
 
     template <class Entry> void addSource(const Entry& entry) {
+        if (!entry.isRegistered()) {
+            json_["notRegistered"] = std::string(entry.owner());
+        }
         json_["document"] = orNull(entry.document());
         json_["deprecated"] = entry.isDeprecated();
     }

@@ -1,13 +1,14 @@
 #pragma once
 
+#include "tools/corvid/DictionaryChoice.h"
 #include "tools/corvid/DocumentMetadata.h"
 
 namespace Corvid::Tool {
 
 /// What `corvid from-xml` can be told.
 struct FromXmlOptions {
-    std::string path;                      ///< "-" is standard input
-    std::vector<std::string> dictionaries; ///< files with definitions beside the built-in ones
+    std::string path; ///< "-" is standard input
+    DictionaryChoice dictionaries;
     DocumentIdentifiers identifiers = DocumentIdentifiers::written;
     bool validate = false;       ///< against the schema, before anything is read
     std::uint32_t kagSize = 512; ///< bytes; 1 for no alignment

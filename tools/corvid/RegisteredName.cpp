@@ -3,6 +3,9 @@
 #include "host/dictionary/Registers.h"
 #include "tools/corvid/LabelText.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace Corvid::Tool {
 
 std::string registeredName(const Types::UniversalLabel& label) {
@@ -24,6 +27,10 @@ std::string registeredName(const std::string& text) {
 
 std::vector<std::string> branchesOf(const Types::UniversalLabel& label) {
     std::vector<std::string> names;
+    constexpr Types::u8 front[] = {0x06, 0x0E, 0x2B, 0x34, 0x04};
+    if (!std::equal(std::begin(front), std::end(front), label.bytes().begin())) {
+        return names;
+    }
     for (const MetaMetadata::LabelBranch& branch : MetaMetadata::Registers::branches()) {
         if (branch.holds(label)) {
             names.emplace_back(branch.name());

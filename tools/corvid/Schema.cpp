@@ -1,6 +1,5 @@
 #include "tools/corvid/Schema.h"
 
-#include "tools/corvid/Clip.h"
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/Output.h"

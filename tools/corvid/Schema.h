@@ -1,7 +1,8 @@
 #pragma once
 
+#include "tools/corvid/DictionaryChoice.h"
+
 #include <string>
-#include <vector>
 
 namespace Corvid::Tool {
 
@@ -9,8 +10,8 @@ class Messages;
 
 /// What `corvid schema` can be told.
 struct SchemaOptions {
-    std::vector<std::string> dictionaries; ///< files with definitions beside the built-in ones
-    std::string folder = ".";              ///< where the schemas go; made where it is missing
+    DictionaryChoice dictionaries;
+    std::string folder = "."; ///< where the schemas go; made where it is missing
 };
 
 /// Writes the XML Schema documents of the documents that `to-xml` writes, one file per namespace.

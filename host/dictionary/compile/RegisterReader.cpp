@@ -52,6 +52,7 @@ LabelBytes sortKey(LabelBytes label) {
 
 void RegisterReader::add(const DictionaryText& text) {
     document_ = 0;
+    owner_ = 0;
     deprecated_ = nullptr;
     RowReader reader(text, RowReader::Comments::atLines);
     while (reader.next()) {
@@ -67,6 +68,7 @@ void RegisterReader::readRow(const RowReader& row) {
     };
     constexpr Kind kinds[] = {
         {"document", 2, &RegisterReader::readDocument},
+        {"unregistered", 2, &RegisterReader::readUnregistered},
         {"deprecated", 1, &RegisterReader::readDeprecated},
         {"label", 4, &RegisterReader::readLabel},
         {"type", 7, &RegisterReader::readType},
@@ -97,6 +99,7 @@ Row& RegisterReader::startEntry(std::vector<Entry<Row>>& entries, const RowReade
     entry.row.label = labelAt(row, 1);
     entry.row.symbol = text(column(row, 2));
     entry.row.document = document_;
+    entry.row.owner = owner_;
     deprecated_ = &entry.row.deprecated;
     return entry.row;
 }
@@ -196,6 +199,8 @@ void RegisterReader::readAlias(const RowReader& row) {
 }
 
 void RegisterReader::readDocument(const RowReader& row) { document_ = text(wordsFrom(row, 1)); }
+
+void RegisterReader::readUnregistered(const RowReader& row) { owner_ = text(wordsFrom(row, 1)); }
 
 void RegisterReader::readDeprecated(const RowReader& row) {
     if (deprecated_ == nullptr) {

@@ -27,7 +27,8 @@ struct RegisterTables {
     std::vector<AliasRow> aliases;
 };
 
-/// Makes tables of the texts in registers/; the head of each text explains its columns.
+/// Makes tables of the texts in registers/ and beyond/*.reg; the head of each text explains its
+/// columns.
 class RegisterReader {
 public:
     /// @throws InvalidDictionary  a row is not of the form.
@@ -61,6 +62,7 @@ private:
     void readBranch(const RowReader& row);
     void readAlias(const RowReader& row);
     void readDocument(const RowReader& row);
+    void readUnregistered(const RowReader& row);
     void readDeprecated(const RowReader& row);
 
     template <class Row> Row& startEntry(std::vector<Entry<Row>>& entries, const RowReader& row);
@@ -70,6 +72,7 @@ private:
     std::map<std::string, std::uint32_t, std::less<>> places_{{"-", 0}, {"", 0}};
     std::map<std::string, std::uint32_t, std::less<>> reasons_{{"header", 0}};
     std::uint32_t document_ = 0;
+    std::uint32_t owner_ = 0;
     std::uint32_t* deprecated_ = nullptr; // of the entry or member that was read last
     std::vector<Entry<LabelRow>> labels_;
     std::vector<Entry<TypeRow>> types_;

@@ -1,10 +1,13 @@
-// Compiles a dictionary's texts into the source of builtInTables(), at build time:
+// Compiles the dictionaries' texts into the source of registeredTables() and builtInTables(), at
+// build time:
 //   corvid-compile-dictionary OUTPUT TEXT...
 // The output depends on the texts alone, in whatever order they are named.
 
 #include "host/dictionary/Loader.h"
 #include "host/dictionary/compile/CompileTexts.h"
 #include "host/dictionary/compile/TableSource.h"
+
+#include <algorithm>
 
 namespace Corvid::MetaMetadata {
 
@@ -31,15 +34,26 @@ void write(std::ostream& out, const ElementRow& row) {
         << "},";
 }
 
-void writeTables(std::ostream& out, const Tables& tables) {
+void writeTables(std::ostream& out, const char* space, const Tables& tables) {
+    out << "namespace " << space << " {\n\n";
     writeTable(out, "unsigned short", "texts", tables.texts);
     writeTable(out, "NamespaceRow", "namespaces", tables.namespaces);
     writeTable(out, "SetRow", "sets", tables.sets);
     writeTable(out, "UseRow", "uses", tables.uses);
     writeTable(out, "ElementRow", "elements", tables.elements);
+    out << "} // namespace " << space << "\n\n";
 }
 
-constexpr const char* function = R"(TablesView builtInTables() noexcept {
+/// True for a text of what the SMPTE registers hold.
+bool isRegistered(const DictionaryText& text) { return text.name.substr(0, 6) == "smpte/"; }
+
+constexpr const char* functions = R"(TablesView registeredTables() noexcept {
+    using namespace registered;
+    return {rows(texts), rows(namespaces), rows(sets), rows(uses), rows(elements)};
+}
+
+TablesView builtInTables() noexcept {
+    using namespace builtIn;
     return {rows(texts), rows(namespaces), rows(sets), rows(uses), rows(elements)};
 }
 )";
@@ -49,9 +63,16 @@ constexpr const char* function = R"(TablesView builtInTables() noexcept {
 int main(int argc, char** argv) {
     using namespace Corvid::MetaMetadata;
     return compileTexts(argc, argv, [](std::vector<DictionaryText> texts, std::ostream& out) {
-        const Tables tables = load(nullptr, {texts.data(), texts.size()});
+        const Tables builtIn = load(nullptr, {texts.data(), texts.size()});
+        const auto end = std::stable_partition(texts.begin(), texts.end(), isRegistered);
+        const auto count = static_cast<std::size_t>(end - texts.begin());
+        const Tables registered = load(nullptr, {texts.data(), count});
         writeFile(
-            out, "host/dictionary/smpte", "host/dictionary/BuiltInTables.h",
-            [&tables](std::ostream& to) { writeTables(to, tables); }, function);
+            out, "host/dictionary/smpte and beyond", "host/dictionary/BuiltInTables.h",
+            [&](std::ostream& to) {
+                writeTables(to, "registered", registered);
+                writeTables(to, "builtIn", builtIn);
+            },
+            functions);
     });
 }

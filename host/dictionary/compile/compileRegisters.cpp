@@ -19,7 +19,7 @@ void writeEntry(std::ostream& out, const EntryRow& row, std::initializer_list<st
     out << "{{";
     write(out, row.label);
     out << ',';
-    writeNumbers(out, {row.symbol, row.name, row.document, row.deprecated});
+    writeNumbers(out, {row.symbol, row.name, row.document, row.deprecated, row.owner});
     out << "},";
     writeNumbers(out, rest);
     out << "},";
@@ -114,7 +114,7 @@ int main(int argc, char** argv) {
             }
             const RegisterTables tables = reader.finish();
             writeFile(
-                out, "host/dictionary/registers", "host/dictionary/RegisterTables.h",
+                out, "host/dictionary/registers and beyond", "host/dictionary/RegisterTables.h",
                 [&tables](std::ostream& to) { writeTables(to, tables); }, function);
         });
 }

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "host/dictionary/Dictionary.h"
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace Corvid::Tool {
+
+/// The most bytes of a dictionary. Nobody writes so many definitions; a device that never ends is
+/// not read forever.
+constexpr std::size_t greatestDictionary = std::size_t{64} * 1024 * 1024;
+
+/// The definitions that a verb works with.
+struct DictionaryChoice {
+    std::vector<std::string> files; ///< with definitions beside the built-in ones
+    bool registeredOnly = false;    ///< leaves out what is in use but not registered
+};
+
+/// The built-in dictionary, or one that extends it.
+/// @throws IOError            a file can't be read.
+/// @throws InvalidDictionary  a file breaks a rule of the format.
+Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const DictionaryChoice& choice);
+
+} // namespace Corvid::Tool
