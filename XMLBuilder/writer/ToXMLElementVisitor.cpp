@@ -161,7 +161,7 @@ ToXMLElementVisitor::Outcome ToXMLElementVisitor::writeLink(const Types::Referen
 
 void ToXMLElementVisitor::writeDangling(const Types::Reference& reference, DOMElement* element) {
     DOMElement* link = parent_->getOwnerDocument()->createElementNS(
-        namespaces_->uriOf(Names::s377m.prefix).c_str(), Names::danglingLink);
+        namespaces_->uriOf(Names::s377m.prefix).data(), Names::danglingLink);
     element->appendChild(link);
     writeTarget(reference, link);
 }
