@@ -47,9 +47,12 @@ void ToXMLElementVisitor::visit(const Metadata::SimpleElement& element) {
         if (name.identifies) {
             auto* node =
                 parent_->getOwnerDocument()->createAttributeNS(name.uri, name.qualified.c_str());
-            parent_->setAttributeNodeNS(node);
             ToXMLBaseTypeVisitor writer(node);
             value.accept(writer);
+            // A program can give the property a value that is no identifier: it has no place here.
+            if (*node->getValue() != 0) {
+                parent_->setAttributeNodeNS(node);
+            }
             return;
         }
     }
