@@ -37,8 +37,13 @@ public:
     Targets resolve(const Types::Reference& reference) const;
     Targets resolve(const Types::UUID& uuid) const;
 
-    /// Appends the sets in the order in which a file is to hold them: the tree that the strong
-    /// references of the first Preface span, depth first, then the sets outside of it as they came.
+    /// Appends the sets in the order in which a file is to hold them: the tree that the references
+    /// of the first Preface span, depth first, then the sets outside of it as they came.
+    ///
+    /// The tree is what a document shows of the Preface with references as links: it goes on at the
+    /// first target of each strong reference, and takes in a set of unknown class at a weak one,
+    /// too. A property that documents have no place for leads nowhere, nor does a set of unknown
+    /// class.
     ///
     /// @param withFloating    whether the sets outside the tree are listed at all.
     /// @param structuralOnly  whether sets with other than structural keys are left out.
