@@ -3,6 +3,7 @@
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/metadata/FollowedReferences.h"
+#include "host/metadata/ReferenceIndex.h"
 #include "host/types/UID.h"
 
 #include <algorithm>
@@ -35,6 +36,8 @@ Targets PartitionMetadata::resolve(const Types::UUID& uuid) const {
     }
     return references_->find(uuid);
 }
+
+void PartitionMetadata::forgetReferences() const noexcept { references_.reset(); }
 
 Targets PartitionMetadata::resolve(const Types::Reference& reference) const {
     return resolve(reference.uuid());

@@ -2,12 +2,15 @@
 
 #include "host/metadata/DarkMetadataSet.h"
 #include "host/metadata/DarkParsedGroup.h"
+#include "host/metadata/MetadataSet.h"
 #include "host/metadata/PartitionDictionary.h"
-#include "host/metadata/ReferenceIndex.h"
+#include "host/metadata/Targets.h"
 
 #include <memory>
 
 namespace Corvid::Metadata {
+
+class ReferenceIndex;
 
 /// The header metadata of one partition: its sets, its dark sets, its local tags and dictionary.
 ///
@@ -34,6 +37,7 @@ public:
     Sets find(const KLV::Key& key) const;
 
     /// The sets whose InstanceUID the reference names; empty where it dangles.
+    /// @throws IOError  an index had to be made, and the system's random source gives nothing.
     Targets resolve(const Types::Reference& reference) const;
     Targets resolve(const Types::UUID& uuid) const;
 
@@ -78,7 +82,7 @@ public:
     }
 
     /// To be called when an InstanceUID has changed.
-    void forgetReferences() const noexcept { references_.reset(); }
+    void forgetReferences() const noexcept;
 
 private:
     template <class Set> Set& own(Templates::auto_ptr<Set> set);

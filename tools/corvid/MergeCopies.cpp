@@ -2,9 +2,9 @@
 
 #include "host/dataio/Memory.h"
 #include "host/mxf/LocalSet.h"
+#include "host/types/UuidMap.h"
 #include "tools/corvid/SetValues.h"
 
-#include <map>
 #include <optional>
 #include <set>
 
@@ -75,7 +75,7 @@ void mergeSets(PartitionMetadata& metadata, MergedCopies& merged) {
 }
 
 void mergeDarkSets(PartitionMetadata& metadata, MergedCopies& merged) {
-    std::map<Types::UUID, std::set<std::string>> seen;
+    Types::UuidMap<std::set<std::string>> seen;
     for (auto set = metadata.darkBegin(); set != metadata.darkEnd();) {
         const auto identifier = identifierOf(**set, metadata.partitionDictionary());
         if (identifier) {

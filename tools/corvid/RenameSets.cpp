@@ -1,14 +1,13 @@
 #include "tools/corvid/RenameSets.h"
 
 #include "host/types/UID.h"
-
-#include <map>
+#include "host/types/UuidMap.h"
 
 namespace Corvid::Tool {
 
 namespace {
 
-using Names = std::map<Types::UUID, Types::UUID>;
+using Names = Types::UuidMap<Types::UUID>;
 
 /// Leads references to the new names.
 class Renamer : public Metadata::Visitors::NonConstElementVisitor {
@@ -33,12 +32,12 @@ private:
 
     /// Null for a reference that stays.
     Holder rename(const Types::Reference& reference) const {
-        const auto name = names_.find(reference.uuid());
-        if (name == names_.end()) {
+        const Types::UUID* const name = names_.find(reference.uuid());
+        if (name == nullptr) {
             return {};
         }
-        return reference.isStrong() ? Holder(new Types::StrongReference(name->second))
-                                    : Holder(new Types::WeakReference(name->second));
+        return reference.isStrong() ? Holder(new Types::StrongReference(*name))
+                                    : Holder(new Types::WeakReference(*name));
     }
     void renameItems(Metadata::ReferenceCollectionElement& element) {
         for (Types::u32 i = 0; i != element.size(); ++i) {
@@ -60,13 +59,13 @@ void renameSets(Metadata::PartitionMetadata& metadata) {
         if (!set->hasInstanceUID()) {
             continue;
         }
-        const auto [name, isNew] = names.try_emplace(set->instanceUID());
+        const auto [name, isNew] = names.tryEmplace(set->instanceUID());
         if (isNew) {
-            name->second = generateUUID(uniqueVersion);
+            name = generateUUID(uniqueVersion);
         }
         auto* const identifier = static_cast<Metadata::SimpleElement*>(
             set->find(Metadata::Structural::StructuralMetadataULs::instanceUID()));
-        identifier->set(name->second.clone());
+        identifier->set(name.clone());
     }
     Renamer renamer(names);
     for (Metadata::MetadataSet* set : metadata) {
