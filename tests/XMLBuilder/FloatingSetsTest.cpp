@@ -1,5 +1,6 @@
 #include "XMLBuilder/writer/Document.h"
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
+#include "host/xmlutils/Initializer.h"
 #include "tests/XMLBuilder/RoundTrip.h"
 #include "tests/support/ThingsDictionary.h"
 
@@ -130,6 +131,7 @@ const MetadataSet* firstPreface(const PartitionMetadata& partition) {
 
 /// The sets that the main pass of a document leaves for later, in the partition's order.
 Order leftByTheMainPass(PartitionMetadata& partition) {
+    XMLUtils::Initializer::instance();
     auto* root = XMLBuilder::createDocument(XMLBuilder::Names::s377m);
     const Templates::auto_ptr<xercesc::DOMNode> document(root->getOwnerDocument());
     XMLBuilder::NamespaceMap namespaces;
