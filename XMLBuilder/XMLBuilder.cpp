@@ -1,5 +1,6 @@
 #include "XMLBuilder/XMLBuilder.h"
 
+#include "XMLBuilder/Namespaces.h"
 #include "XMLBuilder/writer/Document.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/Initializer.h"
@@ -8,6 +9,7 @@
 
 #include <boost/thread/lock_guard.hpp>
 #include <boost/thread/mutex.hpp>
+#include <new>
 
 namespace Corvid::XMLBuilder {
 
@@ -17,8 +19,10 @@ using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
 using DocumentHolder = Templates::auto_ptr<xercesc::DOMNode>;
 
+/// Never destroyed: the destructor of a global of the application may make the last call of all.
 boost::mutex& writerLock() {
-    static boost::mutex lock;
+    alignas(boost::mutex) static unsigned char memory[sizeof(boost::mutex)];
+    static auto& lock = *new (memory) boost::mutex;
     return lock;
 }
 
@@ -33,9 +37,9 @@ DocumentHolder build(PartitionMetadata* partition, bool referencesAsValues, bool
         return {};
     }
     // A document that is given up, here or because an exception passes, is left to the process.
-    xercesc::DOMElement* root = createDocument(getPrefix(), getNamespaceURI());
+    xercesc::DOMElement* root = createDocument(Names::s377m);
     const Filling filling{partition, findStart(), referencesAsValues, skipNonStructural};
-    return fillDocument(filling, root, XMLUtils::toXml(getNamespaceURI().utf16()));
+    return fillDocument(filling, root, Names::s377m.uri);
 }
 
 void toText(DocumentHolder document, XMLUtils::EncodingType encoding, Utf16Text& out) {
@@ -47,12 +51,12 @@ void toText(DocumentHolder document, XMLUtils::EncodingType encoding, Utf16Text&
 } // namespace
 
 const XMLUtils::UnicodeString& getNamespaceURI() {
-    static const XMLUtils::UnicodeString uri("urn:SMPTE:S377M");
+    static const XMLUtils::UnicodeString uri(XMLUtils::fromXml(Names::s377m.uri));
     return uri;
 }
 
 const XMLUtils::UnicodeString& getPrefix() {
-    static const XMLUtils::UnicodeString prefix("s377m");
+    static const XMLUtils::UnicodeString prefix(XMLUtils::fromXml(Names::s377m.prefix));
     return prefix;
 }
 

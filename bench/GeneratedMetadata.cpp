@@ -4,6 +4,7 @@
 #include "host/mxf/File.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <initializer_list>
 #include <set>
 #include <stdexcept>
@@ -90,8 +91,19 @@ Tree grow(std::size_t sets) {
     return tree;
 }
 
+/// Spreads numbers over all that 64 bits can hold, different ones to different places (the last
+/// step of the generator SplitMix64).
+std::uint64_t spread(std::uint64_t number) {
+    number += 0x9E3779B97F4A7C15;
+    number = (number ^ (number >> 30)) * 0xBF58476D1CE4E5B9;
+    number = (number ^ (number >> 27)) * 0x94D049BB133111EB;
+    return number ^ (number >> 31);
+}
+
+/// As in files, where neighbours among the sets are none among the identifiers: in order they would
+/// spare every look-up its way through the memory.
 Bytes identifier(std::size_t number) {
-    return join({hex("3b9a1c5e 7d204f61 8e43b2a5"), Testing::number(number, 4)});
+    return join({Testing::number(spread(number), 8), Testing::number(spread(~spread(number)), 8)});
 }
 
 Bytes packageId(std::size_t number) {

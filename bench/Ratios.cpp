@@ -27,23 +27,28 @@ void Ratios::ReportRuns(const std::vector<Run>& runs) {
     ConsoleReporter::ReportRuns(shown);
 }
 
-double Ratios::median(const Figure& figure) const {
-    const auto found = values_.find(
-        figure.counter.empty() ? figure.benchmark : figure.benchmark + ":" + figure.counter);
+double Ratios::median(const std::string& benchmark, const std::string& counter) const {
+    const auto found = values_.find(counter.empty() ? benchmark : benchmark + ":" + counter);
     if (found == values_.end()) {
         return -1;
     }
     std::vector<double> sorted = found->second;
     std::sort(sorted.begin(), sorted.end());
-    return sorted[sorted.size() / 2] / figure.per + figure.plus;
+    return sorted[sorted.size() / 2];
+}
+
+double Ratios::valueOf(const Figure& figure) const {
+    const double whole = median(figure.benchmark, figure.counter);
+    const double start = figure.start.empty() ? 0 : median(figure.start, figure.counter);
+    return whole < 0 || start < 0 ? -1 : (whole - start) / figure.per + figure.plus;
 }
 
 void Ratios::print(const std::string& what, const Figure& figure, const Figure& yardstick,
-                   double limit) const {
-    printRatio(what, median(figure), median(yardstick), limit);
+                   double limit) {
+    print(what, valueOf(figure), valueOf(yardstick), limit);
 }
 
-void printRatio(const std::string& what, double figure, double yardstick, double limit) {
+void Ratios::print(const std::string& what, double figure, double yardstick, double limit) {
     std::cout << "ratio: " << std::left << std::setw(62) << what << std::right << std::fixed
               << std::setprecision(2);
     if (figure < 0 || yardstick <= 0) {
@@ -51,11 +56,13 @@ void printRatio(const std::string& what, double figure, double yardstick, double
         return;
     }
     const double ratio = figure / yardstick;
-    std::cout << std::setw(6) << ratio << "  limit " << limit
-              << (ratio > limit ? "  MISSED" : "  kept") << std::endl;
+    const bool missed = ratio > limit;
+    std::cout << std::setw(6) << ratio << "  limit " << limit << (missed ? "  MISSED" : "  kept")
+              << std::endl;
+    missed_ = missed_ || missed;
 }
 
-int runBenchmarks(int argc, char** argv, const std::function<void(const Ratios&)>& printRatios) {
+int runBenchmarks(int argc, char** argv, const std::function<void(Ratios&)>& printRatios) {
     std::string repetitions = "--benchmark_repetitions=9";
     std::string interleaving = "--benchmark_enable_random_interleaving=true";
     std::vector<char*> arguments = {argv[0], repetitions.data(), interleaving.data()};
@@ -68,7 +75,7 @@ int runBenchmarks(int argc, char** argv, const std::function<void(const Ratios&)
     Ratios ratios;
     benchmark::RunSpecifiedBenchmarks(&ratios);
     printRatios(ratios);
-    return 0;
+    return ratios.isOneMissed() ? 1 : 0;
 }
 
 } // namespace Corvid::Bench

@@ -22,27 +22,34 @@ public:
         double per = 1;           ///< the figure is divided by it
         double plus = 0;          ///< and this is added
         std::string counter = {}; ///< empty for the time
+        std::string start = {};   ///< a benchmark whose figure is subtracted first, or empty
     };
 
     /// Prints the ratio of two medians and the limit that it is to keep; says so where the
     /// benchmarks were not run.
     void print(const std::string& what, const Figure& figure, const Figure& yardstick,
-               double limit) const;
+               double limit);
+
+    /// Prints the ratio of two figures and the limit that it is to keep.
+    /// @param figure  negative, or `yardstick` 0 or less, where it was not measured.
+    void print(const std::string& what, double figure, double yardstick, double limit);
+
+    /// Whether a ratio that was printed is over its limit.
+    bool isOneMissed() const noexcept { return missed_; }
 
 private:
-    /// The median of the repetitions; negative where there is none.
-    double median(const Figure& figure) const;
+    /// The median of a benchmark's repetitions, or of a counter of it; negative where there is
+    /// none.
+    double median(const std::string& benchmark, const std::string& counter) const;
+    double valueOf(const Figure& figure) const;
 
     std::map<std::string, std::vector<double>> values_; ///< by benchmark, or benchmark:counter
+    bool missed_ = false;
 };
-
-/// Prints the ratio of two figures and the limit that it is to keep.
-/// @param figure  negative, or `yardstick` 0 or less, where it was not measured.
-void printRatio(const std::string& what, double figure, double yardstick, double limit);
 
 /// Runs the benchmarks that are registered, some times each and in random order, then calls the
 /// function to print the ratios. Arguments of the command line come behind the defaults.
-/// @return the exit status; 0 also where a limit is missed, for a busy machine proves nothing.
-int runBenchmarks(int argc, char** argv, const std::function<void(const Ratios&)>& printRatios);
+/// @return the exit status: 1 where a limit is missed. On a busy machine that may be chance.
+int runBenchmarks(int argc, char** argv, const std::function<void(Ratios&)>& printRatios);
 
 } // namespace Corvid::Bench

@@ -62,7 +62,7 @@ void scale(benchmark::internal::Benchmark* benchmark) {
 BENCHMARK(partition2XML)->Apply(scale);
 BENCHMARK(cloneNode)->Apply(scale);
 
-void printRatios(const Bench::Ratios& ratios) {
+void printRatios(Bench::Ratios& ratios) {
     ratios.print("partition2XML to cloneNode(true), 1,000 sets", {"partition2XML/1000"},
                  {"cloneNode/1000"}, 1.0);
     ratios.print("partition2XML to cloneNode(true), 100,000 sets", {"partition2XML/100000"},

@@ -16,7 +16,7 @@ namespace {
 xercesc::DOMElement* createDarkElement(const KLV::Key& key, unsigned char berLength,
                                        xercesc::DOMDocument* document, NamespaceMap& namespaces) {
     namespaces.insertUnlessPrefixInUse(Names::groups);
-    const XMLCh* uri = namespaces.uriOf(Names::groups.prefix).c_str();
+    const XMLCh* uri = namespaces.uriOf(Names::groups.prefix).data();
     auto* element = document->createElementNS(uri, Names::darkMetadata);
     element->setAttributeNS(uri, Names::key,
                             XMLUtils::toXml(key.toString(Types::dottedHexadecimal).c_str()));

@@ -69,17 +69,15 @@ void writeFloatingSets(const Filling& filling, xercesc::DOMElement* root,
 
 } // namespace
 
-xercesc::DOMElement* createDocument(const XMLUtils::UnicodeString& prefix,
-                                    const XMLUtils::UnicodeString& uri) {
+xercesc::DOMElement* createDocument(const Names::Namespace& names) {
     auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
-    const std::u16string rootPrefix = XMLUtils::toXml(prefix.utf16());
-    const XMLCh* rootUri = XMLUtils::toXml(uri.utf16());
+    const std::u16string prefix = names.prefix;
     auto* document =
-        implementation->createDocument(rootUri, (rootPrefix + u":MetadataSets").c_str(), nullptr,
+        implementation->createDocument(names.uri, (prefix + u":MetadataSets").c_str(), nullptr,
                                        xercesc::XMLPlatformUtils::fgMemoryManager);
     auto* root = document->getDocumentElement();
-    root->setPrefix(rootPrefix.c_str());
-    declareNamespace(root, rootPrefix, rootUri);
+    root->setPrefix(names.prefix);
+    declareNamespace(root, prefix, names.uri);
     return root;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "XMLBuilder/Namespaces.h"
 #include "host/base/Templates.h"
-#include "host/xmlutils/UnicodeString.h"
 
 #include <xercesc/dom/DOM.hpp>
 
@@ -21,8 +21,7 @@ struct Filling {
 };
 
 /// Makes a document and returns its root element, "MetadataSets" in the namespace.
-xercesc::DOMElement* createDocument(const XMLUtils::UnicodeString& prefix,
-                                    const XMLUtils::UnicodeString& uri);
+xercesc::DOMElement* createDocument(const Names::Namespace& names);
 
 /// Writes the start set and all that it reaches, the dark sets, and the sets outside the tree of
 /// the Preface; then declares on the root every namespace that was used.

@@ -41,11 +41,10 @@ void NamespaceMap::insertValueNamespaces() {
     }
 }
 
-const std::u16string& NamespaceMap::uriOf(const XMLCh* prefix) const {
-    static const std::u16string none;
+std::u16string_view NamespaceMap::uriOf(const XMLCh* prefix) const {
     const auto entry = std::find_if(entries_.begin(), entries_.end(),
                                     [prefix](const auto& e) { return e.second == prefix; });
-    return entry == entries_.end() ? none : entry->first;
+    return entry == entries_.end() ? std::u16string_view(u"") : entry->first;
 }
 
 const NamespaceMap::NodeName& NamespaceMap::nameOf(const MetaMetadata::MetaDefinition& definition) {

@@ -4,6 +4,7 @@
 
 #include <map>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 
 namespace Corvid::MetaMetadata {
@@ -43,8 +44,8 @@ public:
     void insertValueNamespaces();
 
     /// The URI of the first entry, in the order of the URIs, with that prefix; empty where none has
-    /// it.
-    const std::u16string& uriOf(const XMLCh* prefix) const;
+    /// it. Zero-terminated, and as long-lived as the map.
+    std::u16string_view uriOf(const XMLCh* prefix) const;
 
     /// Names an entry by its prefix and tag, and takes its namespace in.
     const NodeName& nameOf(const MetaMetadata::MetaDefinition& definition);

@@ -46,6 +46,11 @@ template <class Content> void appendContent(DOMElement* parent, const Content& c
 
 /// One operation per form of value.
 struct ToXMLBaseTypeVisitor::Forms : ValueForms {
+    /// Whether an attribute can hold the form; of the others it takes nothing.
+    template <class Form>
+    static constexpr bool fitsAttributes =
+        std::is_same_v<Form, AttributeIdentifier> || std::is_same_v<Form, ReferenceText>;
+
     template <class T> static void write(ToXMLBaseTypeVisitor& to, const T& value, Integer) {
         appendNumber(to.parent_, +value.value());
     }
@@ -132,7 +137,9 @@ ToXMLBaseTypeVisitor::ToXMLBaseTypeVisitor(xercesc::DOMAttr* attribute) : attrib
 
 #define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
     void ToXMLBaseTypeVisitor::visit(const Types::Class& value) {                                  \
-        Forms::write(*this, value, Forms::Form{});                                                 \
+        if (parent_ != nullptr || Forms::fitsAttributes<Forms::Form>) {                            \
+            Forms::write(*this, value, Forms::Form{});                                             \
+        }                                                                                          \
     }
 #include "host/types/ValueTypes.def"
 

@@ -9,8 +9,8 @@ namespace Corvid::XMLBuilder {
 
 /// Writes one value: as text or sub-elements of an element, or as the value of an attribute.
 ///
-/// Only UUIDs and references can be written to an attribute. Nothing is checked: a month of 13 is
-/// written as 13. Exceptions of the DOM pass through.
+/// Only UUIDs and references can be written to an attribute, which stays empty for any other value.
+/// Nothing is checked: a month of 13 is written as 13. Exceptions of the DOM pass through.
 class ToXMLBaseTypeVisitor : public Types::Visitors::Visitor {
 public:
     /// Writes into an element, and takes the namespaces of the parts of values into the map.

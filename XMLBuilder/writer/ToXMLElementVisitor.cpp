@@ -47,9 +47,12 @@ void ToXMLElementVisitor::visit(const Metadata::SimpleElement& element) {
         if (name.identifies) {
             auto* node =
                 parent_->getOwnerDocument()->createAttributeNS(name.uri, name.qualified.c_str());
-            parent_->setAttributeNodeNS(node);
             ToXMLBaseTypeVisitor writer(node);
             value.accept(writer);
+            // A program can give the property a value that is no identifier: it has no place here.
+            if (*node->getValue() != 0) {
+                parent_->setAttributeNodeNS(node);
+            }
             return;
         }
     }
@@ -161,7 +164,7 @@ ToXMLElementVisitor::Outcome ToXMLElementVisitor::writeLink(const Types::Referen
 
 void ToXMLElementVisitor::writeDangling(const Types::Reference& reference, DOMElement* element) {
     DOMElement* link = parent_->getOwnerDocument()->createElementNS(
-        namespaces_->uriOf(Names::s377m.prefix).c_str(), Names::danglingLink);
+        namespaces_->uriOf(Names::s377m.prefix).data(), Names::danglingLink);
     element->appendChild(link);
     writeTarget(reference, link);
 }

@@ -4,14 +4,17 @@
 
 namespace Corvid {
 
-std::uint64_t KeyedHash::operator()(std::u16string_view text) const noexcept {
+std::uint64_t KeyedHash::operator()(const unsigned char* bytes, std::size_t size) const noexcept {
     static_assert(std::tuple_size<Key>::value == crypto_shorthash_KEYBYTES);
     std::uint64_t hash = 0;
     static_assert(sizeof hash == crypto_shorthash_BYTES);
-    crypto_shorthash(reinterpret_cast<unsigned char*>(&hash),
-                     reinterpret_cast<const unsigned char*>(text.data()),
-                     text.size() * sizeof(char16_t), key_.data());
+    crypto_shorthash(reinterpret_cast<unsigned char*>(&hash), bytes, size, key_.data());
     return hash;
+}
+
+std::uint64_t KeyedHash::operator()(std::u16string_view text) const noexcept {
+    return (*this)(reinterpret_cast<const unsigned char*>(text.data()),
+                   text.size() * sizeof(char16_t));
 }
 
 } // namespace Corvid

@@ -27,6 +27,10 @@ constexpr Reserved reserved[] = {
 /// The first bytes of a key of local sets with tags and lengths of two bytes (SMPTE ST 336).
 constexpr unsigned char localSetKey[] = {0x06, 0x0E, 0x2B, 0x34, 0x02, 0x53};
 
+/// Properties that documents hold as attributes of their set, under exactly these names.
+constexpr std::string_view identifiers[] = {"InstanceUID", "GenerationUID"};
+constexpr std::string_view identifierPrefix = "rp210";
+
 /// What the element writer appends to the name of a set that is referred to.
 constexpr std::string_view referenceSuffix = "_REF";
 
@@ -173,6 +177,17 @@ void Collector::readProperty(Place& place) {
     const auto type = place.expect(Cells::valueType(place.column(4)), 4, "a value type");
     entry.type = type.type;
     entry.itemType = type.itemType;
+    if (std::find(std::begin(identifiers), std::end(identifiers), tag) != std::end(identifiers)) {
+        if (prefix != identifierPrefix) {
+            place.refuse("property " + std::string(place.column(1)) + ": the name " +
+                         std::string(tag) + " belongs to " + std::string(identifierPrefix) + ":" +
+                         std::string(tag) + ", an attribute in documents");
+        }
+        if (type.type != Types::Identifiers::UUID) {
+            place.refuse("property " + std::string(place.column(1)) + " has the type " +
+                         std::string(place.column(4)) + ", expected UUID");
+        }
+    }
     if (place.column(6) != "-") {
         entry.schemaIndex = place.expect(Cells::number(place.column(6)), 6, "a number or -");
     }

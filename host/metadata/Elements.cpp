@@ -24,6 +24,17 @@ Identifiers::Identifier itemType(const MetaMetadata::MetaElement& definition) {
     return static_cast<const MetaMetadata::MetaCollectionElement&>(definition).dataSubType();
 }
 
+/// The InstanceUID of a set that a property is to refer to.
+Types::UUID instanceOf(const MetadataSet* target, const MetaMetadata::MetaElement& property) {
+    if (target == nullptr) {
+        throw Exceptions::InvalidArgument("property " +
+                                              Platform::toUtf8(property.label().toString()) +
+                                              ": no set to refer to, expected one",
+                                          CORVID_HERE);
+    }
+    return target->instanceUID();
+}
+
 } // namespace
 
 void SimpleElement::set(Templates::auto_ptr<Types::SimpleDataType> value, bool keepPresent) {
@@ -48,7 +59,7 @@ std::size_t SimpleElement::serializedSize() const { return value_->byteCount(); 
 void SimpleElement::serialize(DataIO::DataSink& sink) const { value_->serialize(sink); }
 
 void ReferenceElement::set(const MetadataSet* target) {
-    value_ = makeReference(definition()->dataType(), target->instanceUID());
+    value_ = makeReference(definition()->dataType(), instanceOf(target, *definition()));
 }
 
 void ReferenceElement::setUnverifiedReference(Templates::auto_ptr<Reference> reference) {
@@ -75,7 +86,8 @@ const Reference& ReferenceCollectionElement::at(Types::u32 index) const noexcept
 }
 
 void ReferenceCollectionElement::add(const MetadataSet* target) {
-    addUnverifiedReference(makeReference(itemType(*definition()), target->instanceUID()));
+    addUnverifiedReference(
+        makeReference(itemType(*definition()), instanceOf(target, *definition())));
 }
 
 void ReferenceCollectionElement::addUnverifiedReference(Templates::auto_ptr<Reference> reference) {

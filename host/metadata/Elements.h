@@ -40,6 +40,7 @@ public:
     /// The reference, or null. Lives until the element gets another.
     const Types::Reference* value() const noexcept { return value_.get(); }
     /// Refers to a set by the InstanceUID that it has.
+    /// @throws InvalidArgument  there is no set; the element is as it was.
     void set(const MetadataSet* target);
     /// Stores a reference whose target need not be there.
     void setUnverifiedReference(Templates::auto_ptr<Types::Reference> reference);
@@ -64,6 +65,7 @@ public:
     virtual const Types::Reference& at(Types::u32 index) const noexcept;
 
     /// Appends a reference to a set by the InstanceUID that it has.
+    /// @throws InvalidArgument  there is no set; the element is as it was.
     void add(const MetadataSet* target);
     /// Appends a reference whose target need not be there. A null pointer appends nothing.
     void addUnverifiedReference(Templates::auto_ptr<Types::Reference> reference);

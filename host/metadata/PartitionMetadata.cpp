@@ -2,7 +2,8 @@
 
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"
-#include "host/metadata/StrongReferences.h"
+#include "host/metadata/FollowedReferences.h"
+#include "host/metadata/ReferenceIndex.h"
 #include "host/types/UID.h"
 
 #include <algorithm>
@@ -36,6 +37,8 @@ Targets PartitionMetadata::resolve(const Types::UUID& uuid) const {
     return references_->find(uuid);
 }
 
+void PartitionMetadata::forgetReferences() const noexcept { references_.reset(); }
+
 Targets PartitionMetadata::resolve(const Types::Reference& reference) const {
     return resolve(reference.uuid());
 }
@@ -65,9 +68,12 @@ std::size_t PartitionMetadata::calculateSerializationOrder(
         }
         append(set);
         references.clear();
-        appendStrongReferences(*set, references);
+        appendFollowedReferences(*set, references);
         for (auto reference = references.rbegin(); reference != references.rend(); ++reference) {
-            if (const Targets targets = resolve(**reference); !targets.empty()) {
+            const Targets targets = resolve(**reference);
+            // A document holds a set of unknown class wherever it is first referred to.
+            if (!targets.empty() &&
+                ((*reference)->isStrong() || targets.front().metaMetadataSet() == nullptr)) {
                 waiting.push_back(&targets.front());
             }
         }

@@ -2,12 +2,15 @@
 
 #include "host/metadata/DarkMetadataSet.h"
 #include "host/metadata/DarkParsedGroup.h"
+#include "host/metadata/MetadataSet.h"
 #include "host/metadata/PartitionDictionary.h"
-#include "host/metadata/ReferenceIndex.h"
+#include "host/metadata/Targets.h"
 
 #include <memory>
 
 namespace Corvid::Metadata {
+
+class ReferenceIndex;
 
 /// The header metadata of one partition: its sets, its dark sets, its local tags and dictionary.
 ///
@@ -34,11 +37,17 @@ public:
     Sets find(const KLV::Key& key) const;
 
     /// The sets whose InstanceUID the reference names; empty where it dangles.
+    /// @throws IOError  an index had to be made, and the system's random source gives nothing.
     Targets resolve(const Types::Reference& reference) const;
     Targets resolve(const Types::UUID& uuid) const;
 
-    /// Appends the sets in the order in which a file is to hold them: the tree that the strong
-    /// references of the first Preface span, depth first, then the sets outside of it as they came.
+    /// Appends the sets in the order in which a file is to hold them: the tree that the references
+    /// of the first Preface span, depth first, then the sets outside of it as they came.
+    ///
+    /// The tree is what a document shows of the Preface with references as links: it goes on at the
+    /// first target of each strong reference, and takes in a set of unknown class at a weak one,
+    /// too. A property that documents have no place for leads nowhere, nor does a set of unknown
+    /// class.
     ///
     /// @param withFloating    whether the sets outside the tree are listed at all.
     /// @param structuralOnly  whether sets with other than structural keys are left out.
@@ -73,7 +82,7 @@ public:
     }
 
     /// To be called when an InstanceUID has changed.
-    void forgetReferences() const noexcept { references_.reset(); }
+    void forgetReferences() const noexcept;
 
 private:
     template <class Set> Set& own(Templates::auto_ptr<Set> set);

@@ -1,31 +1,37 @@
 #include "host/metadata/ReferenceIndex.h"
 
-#include <algorithm>
+#include <numeric>
 
 namespace Corvid::Metadata {
 
 ReferenceIndex::ReferenceIndex(const Sets& sets) {
-    std::vector<std::pair<Identifier, MetadataSet*>> entries;
-    entries.reserve(sets.size());
-    for (MetadataSet* set : sets) {
-        if (set->hasInstanceUID()) {
-            entries.emplace_back(set->instanceUID().bytes(), set);
+    using Numbers = Types::UuidNumbers;
+    identifiers_.reserve(sets.size());
+    std::vector<Numbers::Number> numbers(sets.size(), Numbers::none);
+    begins_.assign(sets.size() + 1, 0);
+    for (std::size_t i = 0; i != sets.size(); ++i) {
+        if (sets[i]->hasInstanceUID()) {
+            numbers[i] = identifiers_.add(sets[i]->instanceUID()).first;
+            ++begins_[numbers[i] + 1];
         }
     }
-    std::stable_sort(entries.begin(), entries.end(),
-                     [](const auto& a, const auto& b) { return a.first < b.first; });
-    identifiers_.reserve(entries.size());
-    sets_.reserve(entries.size());
-    for (const auto& [identifier, set] : entries) {
-        identifiers_.push_back(identifier);
-        sets_.push_back(set);
+    std::partial_sum(begins_.begin(), begins_.end(), begins_.begin());
+    sets_.resize(begins_.back());
+    std::vector<std::size_t> next = begins_;
+    for (std::size_t i = 0; i != sets.size(); ++i) {
+        if (numbers[i] != Numbers::none) {
+            sets_[next[numbers[i]]++] = sets[i];
+        }
     }
 }
 
 Targets ReferenceIndex::find(const Types::UUID& uuid) const {
-    const auto [first, last] =
-        std::equal_range(identifiers_.begin(), identifiers_.end(), uuid.bytes());
-    return {sets_.data() + (first - identifiers_.begin()), static_cast<std::size_t>(last - first)};
+    const auto number = identifiers_.find(uuid);
+    if (number == Types::UuidNumbers::none) {
+        return {};
+    }
+    const std::size_t first = begins_[number];
+    return {sets_.data() + first, begins_[number + 1] - first};
 }
 
 } // namespace Corvid::Metadata

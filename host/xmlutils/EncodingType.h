@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Corvid_XMLUtils/Export.h"
+
 namespace Corvid::XMLUtils {
 
 /// How the text of a document is encoded.
@@ -12,6 +14,6 @@ enum class EncodingType {
 
 /// The name of the encoding as an XML declaration gives it.
 /// @throws InvalidArgument  the value is none of the enumerators.
-const char* nameOf(EncodingType encoding);
+CORVID_XMLUTILS_EXPORT const char* nameOf(EncodingType encoding);
 
 } // namespace Corvid::XMLUtils

@@ -441,6 +441,10 @@ void serialise(const DOMNode* node, EncodingType encoding, Layout layout,
     Serialiser(layout, invalid, out).write(top, encodingName, inFront);
 }
 
+void domToBuffer(const DOMNode* node, Utf16Text& out, EncodingType encoding) {
+    domToBuffer(node, out, encoding, Layout::indented);
+}
+
 void domToBuffer(const DOMNode* node, Utf16Text& out, EncodingType encoding, Layout layout) {
     const char* const encodingName = nameOf(encoding);
     const DOMNode& top = checkedTop(node);

@@ -49,6 +49,10 @@ CORVID_XMLUTILS_EXPORT void serialise(const xercesc::DOMNode* node, EncodingType
 /// @param node  as for serialise(); characters that XML cannot hold are refused.
 /// @param out   replaced; unchanged when an exception is thrown.
 CORVID_XMLUTILS_EXPORT void domToBuffer(const xercesc::DOMNode* node, Utf16Text& out,
-                                        EncodingType encoding, Layout layout = Layout::indented);
+                                        EncodingType encoding);
+
+/// The same in a layout of choice; the other writes the indented one.
+CORVID_XMLUTILS_EXPORT void domToBuffer(const xercesc::DOMNode* node, Utf16Text& out,
+                                        EncodingType encoding, Layout layout);
 
 } // namespace Corvid::XMLUtils

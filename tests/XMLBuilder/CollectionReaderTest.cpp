@@ -1,4 +1,7 @@
 #include "tests/XMLBuilder/Things.h"
+#include "tests/support/Paths.h"
+
+#include <fstream>
 
 namespace Corvid::Testing {
 namespace {
@@ -70,6 +73,46 @@ TEST_F(CollectionReader, refusesItemsOfDifferentSizes) {
 TEST_F(CollectionReader, comparesSizesFromTheFirstItemThatHasOne) {
     EXPECT_EQ(bytesOf(readItems("ISO7StringArray", items({"", "", "ab", "cd"}))),
               "000000020000000261626364");
+}
+
+TEST_F(CollectionReader, takesTextsOfBlanksAtTheFrontForEmptyItemsInABuffer) {
+    EXPECT_EQ(bytesOf(readItems("ISO7StringBatch", items({"  ", " \n\t ", "ab", "cd"}))),
+              "000000020000000261626364");
+    EXPECT_EQ(bytesOf(readItems("UTF16StringArray", items({" ", "abc"}))),
+              "0000000100000006006100620063");
+    EXPECT_EQ(bytesOf(readItems("ISO7StringBatch", items({" ", "   "}))), "0000000000000000");
+    failureOf<Exceptions::InvalidLength>([&] {
+        readItems("ISO7StringArray", items({"ab", "  "}));
+    });
+}
+
+TEST_F(CollectionReader, keepsTextsOfBlanksAtTheFrontInAFile) {
+    const TemporaryDir folder;
+    const auto path = folder.path() / "blanks.xml";
+    const auto readFile = [&](std::initializer_list<const char*> texts) {
+        std::ofstream(path) << documentOf("<t:Thing><e:ISO7StringBatch>" + items(texts) +
+                                          "</e:ISO7StringBatch></t:Thing>");
+        const auto sets = XML2Partition::getPartitionMetadataFromFile(
+            Platform::fromUtf8(path.string()).c_str(), &model_.partition);
+        return bytesOf(
+            elementOf<Metadata::CollectionElement>(*sets.front(), "ISO7StringBatch").value());
+    };
+    EXPECT_EQ(readFile({"  ", "ab"}), "000000020000000220206162");
+    failureOf<Exceptions::InvalidLength>([&] { readFile({"   ", "ab"}); });
+}
+
+TEST_F(CollectionReader, givesDanglingLinksOfZerosOneNewIdentifierAsAnyOtherName) {
+    const std::string link = "<s377m:Dangling_REF types:TargetInstance='" + uuidText(0) + "'/>";
+    const auto& set =
+        readThing("<e:StrongReference>" + link + "</e:StrongReference><e:WeakReferenceArray>" +
+                  link + link + "</e:WeakReferenceArray>");
+    const auto& one = elementOf<Metadata::ReferenceElement>(set, "StrongReference");
+    const auto& many = elementOf<Metadata::ReferenceArrayElement>(set, "WeakReferenceArray");
+    ASSERT_EQ(many.size(), 2U);
+    EXPECT_NE(one.value()->uuid(), Types::UUID());
+    EXPECT_EQ(many.at(0).uuid(), one.value()->uuid());
+    EXPECT_EQ(many.at(1).uuid(), one.value()->uuid());
+    EXPECT_TRUE(model_.partition.resolve(*one.value()).empty());
 }
 
 TEST_F(CollectionReader, countsValuesWithoutBytesAmongTheItems) {

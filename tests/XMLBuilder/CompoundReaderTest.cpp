@@ -155,6 +155,18 @@ TEST_F(CompoundReader, requiresEveryPartOfJpeg2000) {
                        {"sqcdValue", "sPgcdValue"}, j2kPart, "J2KQuantisationDefault");
 }
 
+TEST_F(CompoundReader, refusesTheCodingStyleWithoutBytesThatTheWriterWrites) {
+    model_.value(model_.set("Preface", 1), "FormatVersion", Types::VersionType(1, 3));
+    model_.reference(**model_.partition.begin(), "ContentStorageObject", 2);
+    model_.value(model_.set("Thing", 2), "J2KCodingStyleDefault",
+                 Types::J2KCodingStyleDefault(1, 2, nullptr, 0));
+    const std::string document = compactXmlOf(model_);
+    EXPECT_THAT(document, testing::HasSubstr("<s422mTypes:Spcod></s422mTypes:Spcod>"));
+    Model other = Model::extendedBy(dictionary());
+    EXPECT_EQ(failureOf<Exceptions::InvalidFormat>([&] { readXml(other, document); }).message,
+              "!spcodValue.empty (): No 'Spcod' element in XML metadata");
+}
+
 TEST_F(CompoundReader, requiresTheElementAroundThePartsOfJpeg2000) {
     const std::pair<const char*, const char*> properties[] = {
         {"J2KPictureComponent", "PictureComponentSizing"},

@@ -60,6 +60,16 @@ TEST_F(ElementWriter, makesAttributesOfInstanceUidAndGenerationUid) {
                            uuidText(2) + "\"/>");
 }
 
+TEST_F(ElementWriter, leavesAnIdentifierOutWhoseValueIsNone) {
+    Model model;
+    auto& preface = model.set("Preface", 1);
+    model.value(preface, "GenerationUID", Types::UInt8(7));
+    model.value(preface, "FormatVersion", Types::VersionType(1, 3));
+    const std::string text = compactXmlOf(model);
+    EXPECT_EQ(text.find("GenerationUID"), std::string::npos);
+    EXPECT_NE(text.find("<rp210:FormatVersion>259</rp210:FormatVersion>"), std::string::npos);
+}
+
 TEST_F(ElementWriter, skipsElementsWithoutValue) {
     for (const char* tag : {"Text", "Owns", "MayOwn", "MustOwn", "MustBatch"}) {
         model_.element(*thing_, tag);

@@ -250,6 +250,38 @@ TEST(ValueWriter, setsAnAttributeForUuidsAndReferencesAndAddsNoNode) {
     EXPECT_EQ(document->getDocumentElement()->getChildNodes()->getLength(), 0U);
 }
 
+TEST(ValueWriter, writesNothingToAnAttributeForAnyOtherValue) {
+    const Templates::auto_ptr<xercesc::DOMDocument> document(newDocument());
+    auto* attribute = document->createAttribute(u"a");
+    document->getDocumentElement()->setAttributeNode(attribute);
+    const std::vector<AnyValue> values{UInt8(7),
+                                       Int64(-1),
+                                       Boolean(true),
+                                       VersionType(1, 2),
+                                       UTF16('a'),
+                                       ISO7String("a"),
+                                       UTF16String(Platform::fromUtf8("a").c_str()),
+                                       UniversalLabel(std::array<u8, 16>{1}),
+                                       UMID32(std::array<u8, 32>{1}),
+                                       LocalTag(u16{0x3C0A}),
+                                       stream({1}),
+                                       Rational(1, 2),
+                                       Timestamp(2026, 1, 2, 3, 4, 5, 8),
+                                       RGBALayout(),
+                                       J2KPictureComponent(7, 1, 1)};
+    for (const AnyValue& value : values) {
+        ToXMLBaseTypeVisitor writer(attribute);
+        (*value).accept(writer);
+        EXPECT_EQ(*attribute->getValue(), 0);
+    }
+    Array identifiers(16);
+    identifiers.add(uuid(5).clone());
+    ToXMLBaseTypeVisitor writer(attribute);
+    identifiers.accept(writer);
+    EXPECT_EQ(*attribute->getValue(), 0);
+    EXPECT_EQ(document->getDocumentElement()->getChildNodes()->getLength(), 0U);
+}
+
 TEST(ValueWriter, leavesAPrefixInUseBoundToItsUri) {
     const Templates::auto_ptr<xercesc::DOMDocument> document(newDocument());
     NamespaceMap namespaces;

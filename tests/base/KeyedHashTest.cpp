@@ -25,6 +25,7 @@ TEST(KeyedHash, isSipHash) {
     EXPECT_EQ(hash(u""), 0x726fdb47dd0e0e31U);
     EXPECT_EQ(hash(text.substr(0, 1)), 0x0d6c8009d9a94f5aU);
     EXPECT_EQ(hash(text), 0xf723ca908e7af2eeU);
+    EXPECT_EQ(hash(bytes, 14), 0xf723ca908e7af2eeU);
 }
 
 TEST(KeyedHash, differsForEachKey) {

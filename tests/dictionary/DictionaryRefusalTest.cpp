@@ -119,6 +119,16 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"TypeThatCannotBeReadBack",
              "property x:p " LABEL " - DataValue optional -",
              5, "is not a value type"},
+        Case{"InstanceUIDOfAnotherPrefix", "property x:InstanceUID " LABEL " - UUID optional -", 5,
+             "property x:InstanceUID: the name InstanceUID belongs to rp210:InstanceUID"},
+        Case{"GenerationUIDOfAnotherPrefix", "property x:GenerationUID " LABEL " - UInt8 optional -", 5,
+             "property x:GenerationUID: the name GenerationUID belongs to rp210:GenerationUID"},
+        Case{"InstanceUIDOfAnotherType", "property rp210:InstanceUID " LABEL " - UInt8 optional -", 5,
+             "property rp210:InstanceUID has the type UInt8, expected UUID"},
+        Case{"GenerationUIDOfManyValues", "property rp210:GenerationUID " LABEL " - Array(UUID) optional -", 5,
+             "property rp210:GenerationUID has the type Array(UUID), expected UUID"},
+        Case{"GenerationUIDThatRefers", "property rp210:GenerationUID " LABEL " - WeakReference optional -", 5,
+             "property rp210:GenerationUID has the type WeakReference, expected UUID"},
         Case{"UnknownStatus",
              "property x:p " LABEL " - UInt8 maybe -",
              5, "\"maybe\" is not a status"},
@@ -225,6 +235,22 @@ TEST(DictionaryRefusal, inheritanceThatIsTooDeep) {
     };
     EXPECT_EQ(chain(64), "");
     EXPECT_EQ(chain(65), "deep.dict:67: set x:S65 has more than 64 ancestors");
+}
+
+TEST(DictionaryRefusal, identifiersOfAnotherTypeInADictionaryOfItsOwn) {
+    OwnedTexts texts;
+    texts.add("own.dict",
+              "namespace rp210 urn:SMPTE:RP210\n"
+              "set rp210:A " KEY " - concrete\n"
+              "property rp210:InstanceUID "
+              "06.0e.2b.34.01.01.01.01.01.01.15.02.00.00.00.00 3c.0a UMID32 required 1\n");
+    try {
+        Dictionary::fromTexts(texts.texts());
+        FAIL() << "accepted";
+    } catch (const Exceptions::InvalidDictionary& e) {
+        EXPECT_EQ(Platform::toUtf8(e.message()),
+                  "own.dict:3: property rp210:InstanceUID has the type UMID32, expected UUID");
+    }
 }
 
 TEST(DictionaryRefusal, everyCutThroughALine) {

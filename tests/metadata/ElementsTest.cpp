@@ -146,6 +146,19 @@ TEST_F(Elements, withReferencesMakeTheKindOfTheirDefinition) {
     }
 }
 
+TEST_F(Elements, withReferencesRefuseToReferToNoSetAndStayAsTheyAre) {
+    auto& set = partition.createMetadataSet(prefaceKey());
+    auto& one = dynamic_cast<ReferenceElement&>(*set.find(child));
+    auto& many = dynamic_cast<ReferenceCollectionElement&>(*set.find(childArray));
+    EXPECT_THROW(one.set(nullptr), Exceptions::InvalidArgument);
+    EXPECT_THROW(many.add(nullptr), Exceptions::InvalidArgument);
+    EXPECT_TRUE(one.isSkipped());
+    EXPECT_TRUE(many.isSkipped());
+    one.set(&set);
+    EXPECT_THROW(one.set(nullptr), Exceptions::InvalidArgument);
+    EXPECT_EQ(one.value()->uuid(), set.instanceUID());
+}
+
 TEST_F(Elements, withReferencesArePresentOnceOneWasAddedAndRemoved) {
     auto& set = partition.createMetadataSet(prefaceKey());
     auto& element = dynamic_cast<ReferenceCollectionElement&>(*set.find(childArray));

@@ -25,9 +25,10 @@ inline Types::ByteView viewOf(const Bytes& bytes) { return {bytes.data(), bytes.
 
 constexpr std::string_view dictionaryText = R"(
 namespace t urn:test
+namespace rp210 urn:SMPTE:RP210
 
 set t:Root 06.0e.2b.34.02.53.01.01.0d.01.01.01.01.01.01.00 - abstract
-property t:InstanceUID 06.0e.2b.34.01.01.01.01.01.01.15.02.00.00.00.00 3c.0a UUID required 1
+property rp210:InstanceUID 06.0e.2b.34.01.01.01.01.01.01.15.02.00.00.00.00 3c.0a UUID required 1
 property t:Generation 06.0e.2b.34.01.01.01.01.7f.00.00.00.00.00.00.20 01.02 UUID optional 2
 
 set t:Preface 06.0e.2b.34.02.53.01.01.0d.01.01.01.01.01.2f.00 t:Root concrete

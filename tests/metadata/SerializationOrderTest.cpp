@@ -107,6 +107,45 @@ TEST_F(SerializationOrder, doesNotFollowWeakNorDanglingReferences) {
     EXPECT_EQ(order().floating, 1U);
 }
 
+TEST_F(SerializationOrder, takesADarkGroupInAtAnyReference) {
+    auto& preface = makeSet(prefaceKey(), 1);
+    makeSet(otherKey(), 4);
+    partition.createDarkParsedGroup(keyOf(0x70)).setInstanceUID(uuidOf(3), 0x3C0A);
+    makeSet(otherKey(), 2);
+    add<ReferenceElement>(preface, friendOf)
+        .setUnverifiedReference(
+            Templates::auto_ptr<Types::Reference>(new Types::WeakReference(uuidOf(3))));
+    refer(preface, childArray, {2});
+    EXPECT_EQ(order().uuids, (Uuids{1, 3, 2, 4}));
+    EXPECT_EQ(order().floating, 1U);
+}
+
+TEST_F(SerializationOrder, followsNoReferenceOfADarkGroup) {
+    node(1, {3});
+    makeSet(otherKey(), 2);
+    auto& group = partition.createDarkParsedGroup(keyOf(0x70));
+    group.setInstanceUID(uuidOf(3), 0x3C0A);
+    for (auto* element :
+         {&group.createElement(child, *dictionary->findSet(prefaceKey())->find(child)),
+          &group.createInvalidElement(misplaced(child))}) {
+        dynamic_cast<ReferenceElement&>(*element).setUnverifiedReference(
+            Templates::auto_ptr<Types::Reference>(new Types::StrongReference(uuidOf(2))));
+    }
+    EXPECT_EQ(order().uuids, (Uuids{1, 3, 2}));
+    EXPECT_EQ(order().floating, 1U);
+}
+
+TEST_F(SerializationOrder, followsNoReferenceThatDocumentsHaveNoPlaceFor) {
+    auto& preface = makeSet(prefaceKey(), 1);
+    makeSet(otherKey(), 3);
+    makeSet(otherKey(), 2);
+    dynamic_cast<ReferenceElement&>(preface.createElement(child, misplaced(child)))
+        .setUnverifiedReference(
+            Templates::auto_ptr<Types::Reference>(new Types::StrongReference(uuidOf(2))));
+    EXPECT_EQ(order().uuids, (Uuids{1, 3, 2}));
+    EXPECT_EQ(order().floating, 2U);
+}
+
 TEST_F(SerializationOrder, listsFurtherSetsWithOneInstanceUidAsFloating) {
     node(1, {2});
     makeSet(otherKey(), 2);

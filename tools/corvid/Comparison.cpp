@@ -114,34 +114,33 @@ private:
     const Renaming& renaming_;
     Comparison result_;
     SetComparison sets_;
-    std::map<Types::UUID, Types::UUID> origins_; ///< the renaming the other way round
+    Types::UuidMap<Types::UUID> origins_; ///< the renaming the other way round
     /// Sets that can't be told by an InstanceUID that both partitions have.
     Sets<MetadataSet> nameless_;
     std::map<KeyBytes, std::deque<const MetadataSet*>> unclaimed_;
 };
 
 void Comparer::compareRenaming() {
-    for (const auto& [before, after] : renaming_) {
-        const auto [origin, isNew] = origins_.emplace(after, before);
+    renaming_.forEach([this](const Types::UUID& before, const Types::UUID& after) {
+        const auto [origin, isNew] = origins_.tryEmplace(after, before);
         if (!isNew) {
             result_.differences.push_back(
                 {Kind::sharedIdentifier, "", textOf(before), "",
-                 "became " + textOf(after) + " as " + textOf(origin->second) + " did",
+                 "became " + textOf(after) + " as " + textOf(origin) + " did",
                  DifferenceIdentifiers::both});
         }
-    }
+    });
 }
 
 void Comparer::extra(const MetadataSet& set) {
     sets_.add(Kind::extraSet, set);
-    if (const auto origin = origins_.find(set.instanceUID()); origin != origins_.end()) {
-        result_.differences.back().instanceUID = textOf(origin->second);
+    if (const Types::UUID* const origin = origins_.find(set.instanceUID())) {
+        result_.differences.back().instanceUID = textOf(*origin);
     }
 }
 
 void Comparer::compareNamed() {
-    std::map<Types::UUID, std::pair<Sets<MetadataSet>, Sets<MetadataSet>>> groups;
-    std::vector<Types::UUID> names;
+    Types::UuidMap<std::pair<Sets<MetadataSet>, Sets<MetadataSet>>> groups;
     for (const MetadataSet* set : before_) {
         ++result_.sets;
         if (set->metaMetadataSet() == nullptr) {
@@ -152,29 +151,25 @@ void Comparer::compareNamed() {
             nameless_.push_back(set);
             continue;
         }
-        auto& group = groups[names.emplace_back(renaming_.of(set->instanceUID()))].first;
-        group.push_back(set);
-        if (group.size() != 1) {
-            names.pop_back();
-        }
+        groups[renaming_.of(set->instanceUID())].first.push_back(set);
     }
     for (const MetadataSet* set : after_) {
         if (set->metaMetadataSet() == nullptr) {
             continue;
         }
-        const auto group = groups.find(set->instanceUID());
-        if (set->hasInstanceUID() && group != groups.end()) {
-            group->second.second.push_back(set);
+        auto* const group = groups.find(set->instanceUID());
+        if (set->hasInstanceUID() && group != nullptr) {
+            group->second.push_back(set);
         } else {
             unclaimed_[set->key().withoutVersion()].push_back(set);
         }
     }
-    for (const Types::UUID& name : names) {
-        const auto& [before, after] = groups[name];
+    groups.forEach([this](const Types::UUID&, const auto& group) {
         pairUp(
-            before, after, [this](const MetadataSet& set) { return sets_.contentBefore(set); },
+            group.first, group.second,
+            [this](const MetadataSet& set) { return sets_.contentBefore(set); },
             [this](const MetadataSet& set) { return sets_.content(set); }, *this);
-    }
+    });
 }
 
 void Comparer::compareNameless() {

@@ -2,6 +2,7 @@
 
 #include "host/dataio/Memory.h"
 #include "host/mxf/LocalSet.h"
+#include "host/types/UuidMap.h"
 #include "tools/corvid/SetValues.h"
 
 #include <algorithm>
@@ -100,12 +101,12 @@ void mergeSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopi
 }
 
 void mergeDarkSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopies& merged) {
-    std::map<Types::UUID, Copies> seen;
+    Types::UuidMap<Copies> seen;
     for (auto set = metadata.darkBegin(); set != metadata.darkEnd();) {
         const auto identifier = identifierOf(**set, metadata.partitionDictionary());
         if (identifier) {
             auto& copies =
-                seen.try_emplace(*identifier, copiesOf(*identifier, counts)).first->second;
+                seen.tryEmplace(*identifier, copiesOf(*identifier, counts)).first;
             const auto verdict = copies.add(bytesOf(**set));
             if (verdict == Copies::Verdict::tooMany) {
                 ++merged.equal;

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "host/types/IdentifierTypes.h"
-
-#include <map>
+#include "host/types/UuidMap.h"
 
 namespace Corvid::Tool {
 
@@ -13,20 +11,19 @@ public:
 
     /// What stands for an identifier, or null for itself.
     const Types::UUID* find(const Types::UUID& before) const {
-        const auto found = names_.find(before);
-        return found == names_.end() ? nullptr : &found->second;
+        return names_.find(before);
     }
 
     const Types::UUID& of(const Types::UUID& before) const {
-        const auto found = names_.find(before);
-        return found == names_.end() ? before : found->second;
+        const Types::UUID* const found = names_.find(before);
+        return found == nullptr ? before : *found;
     }
 
-    auto begin() const noexcept { return names_.begin(); }
-    auto end() const noexcept { return names_.end(); }
+    /// Calls the function with each InstanceUID that was entered and the one that stands for it.
+    template <class Function> void forEach(Function function) const { names_.forEach(function); }
 
 private:
-    std::map<Types::UUID, Types::UUID> names_;
+    Types::UuidMap<Types::UUID> names_;
 };
 
 } // namespace Corvid::Tool

@@ -1,4 +1,8 @@
-#include "host/metadata/StrongReferences.h"
+#include "host/metadata/FollowedReferences.h"
+
+#include "host/dictionary/MetaAttribute.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/metadata/MetadataSet.h"
 
 #include <algorithm>
 
@@ -15,7 +19,7 @@ public:
     void visit(const ReferenceArrayElement& element) override { addAll(element); }
     void visit(const ReferenceElement& element) override {
         if (element.value() != nullptr) {
-            add(*element.value());
+            references_.push_back(element.value());
         }
     }
     void visit(const BatchElement&) override {}
@@ -23,27 +27,33 @@ public:
     void visit(const SimpleElement&) override {}
 
 private:
-    void add(const Types::Reference& reference) {
-        if (reference.isStrong()) {
-            references_.push_back(&reference);
-        }
-    }
     void addAll(const ReferenceCollectionElement& element) {
         for (Types::u32 i = 0; i != element.size(); ++i) {
-            add(element.at(i));
+            references_.push_back(&element.at(i));
         }
     }
 
     Templates::vector<const Types::Reference*>& references_;
 };
 
+bool hasPlaceInDocuments(const Element& element) {
+    const auto* attribute =
+        dynamic_cast<const MetaMetadata::MetaAttribute*>(element.metaAttribute().get());
+    return attribute != nullptr && attribute->metaElement().attribute("SchemaIndex") != nullptr;
+}
+
 } // namespace
 
-void appendStrongReferences(const MetadataSet& set,
-                            Templates::vector<const Types::Reference*>& references) {
+void appendFollowedReferences(const MetadataSet& set,
+                              Templates::vector<const Types::Reference*>& references) {
+    if (set.metaMetadataSet() == nullptr) {
+        return;
+    }
     Templates::vector<const Element*> elements;
     for (const auto& entry : set.made()) {
-        elements.push_back(entry.second);
+        if (hasPlaceInDocuments(*entry.second)) {
+            elements.push_back(entry.second);
+        }
     }
     elements.insert(elements.end(), set.invalidBegin(), set.invalidEnd());
     std::sort(elements.begin(), elements.end(),
