@@ -164,6 +164,25 @@ TEST_F(ToXml, referencesAreLinksOrValues) {
     EXPECT_THAT(nested, HasSubstr("ContentStorage"));
 }
 
+TEST_F(ToXml, writesSetsWithBerLengthsAsOthers) {
+    const Bytes identification =
+        set(structuralKey(identificationSet), 3, {property(0x3C01, utf16(u"Corvid"))});
+    const Bytes sets = join({smallSets(), identification});
+    const auto fileOf = [](const Bytes& coded) {
+        return MxfBuilder().add(headerPartition(join({standardPrimer(), coded}))).build();
+    };
+    shop.write("plain.mxf", fileOf(sets));
+    shop.write("ber.mxf", fileOf(withBerLengths(sets)));
+    const Outcome outcome = shop.run("corvid to-xml ber.mxf");
+    EXPECT_EQ(outcome.out, shop.run("corvid to-xml plain.mxf").out);
+    EXPECT_THAT(outcome.out, HasSubstr(">Corvid<"));
+    EXPECT_THAT(outcome.err, IsEmpty());
+    EXPECT_THAT(shop.run("corvid info ber.mxf").out, HasSubstr("3 sets"));
+    EXPECT_THAT(shop.run("corvid check ber.mxf").out,
+                HasSubstr("key 06.0e.2b.34.02.13.01.01.0d.01.01.01.01.01.2f.00 came back as "
+                          "06.0e.2b.34.02.53."));
+}
+
 TEST_F(ToXml, startsWithAnySetInAnyForm) {
     const Bytes bytes = uuid(2);
     std::string dotted;

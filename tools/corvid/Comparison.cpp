@@ -163,7 +163,7 @@ void Comparer::compareNamed() {
         if (set->hasInstanceUID() && group != groups.end()) {
             group->second.second.push_back(set);
         } else {
-            unclaimed_[set->key().withoutVersion()].push_back(set);
+            unclaimed_[set->key().forMatching()].push_back(set);
         }
     }
     for (const Types::UUID& name : names) {
@@ -176,7 +176,7 @@ void Comparer::compareNamed() {
 
 void Comparer::compareNameless() {
     for (const MetadataSet* set : nameless_) {
-        auto& candidates = unclaimed_[set->key().withoutVersion()];
+        auto& candidates = unclaimed_[set->key().forMatching()];
         if (candidates.empty()) {
             missing(*set);
             continue;
