@@ -116,9 +116,6 @@ const std::vector<Implied> impliedCases = {
     {"BehindIso7Terminator",
      {Kind::behindTerminator},
      [](ThingPartition& t) { t.add("ISO7String", std::string("a\0\0b\0", 5)); }},
-    {"BehindTerminatorOfNothing",
-     {Kind::behindTerminator, Kind::emptyValue},
-     [](ThingPartition& t) { t.add("ISO7String", std::string("\0b", 2)); }},
     {"BehindTerminatorOfAnItem",
      {Kind::behindTerminator},
      [](ThingPartition& t) {

@@ -183,6 +183,15 @@ TEST_F(ToXml, writesSetsWithBerLengthsAsOthers) {
                           "06.0e.2b.34.02.53."));
 }
 
+TEST_F(ToXml, writesTextThatItsTerminatorHidesAsBytes) {
+    shop.write("hidden.mxf", clipWithCompany(std::u16string_view(u"\0\5en", 4)));
+    const Outcome outcome = shop.run("corvid to-xml hidden.mxf -o hidden.xml");
+    EXPECT_THAT(shop.read("hidden.xml"), HasSubstr(">000000050065006E</groups:DarkElement>"));
+    EXPECT_THAT(outcome.err, HasSubstr("property 3c.01 ApplicationSupplierName: the value of 8 "
+                                       "bytes does not fit"));
+    EXPECT_EQ(shop.run("corvid check hidden.mxf").status, 0);
+}
+
 TEST_F(ToXml, startsWithAnySetInAnyForm) {
     const Bytes bytes = uuid(2);
     std::string dotted;

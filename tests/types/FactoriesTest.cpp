@@ -43,6 +43,9 @@ TEST(CollectionFromBytes, refusesItemsThatDoNotFit) {
     const Bytes booleans = {0, 0, 0, 2, 0, 0, 0, 1, 1, 2};
     EXPECT_FALSE(
         Factories::collectionFromBytes(Identifiers::Array, Identifiers::Boolean, viewOf(booleans)));
+    const Bytes hidden = {0, 0, 0, 2, 0, 0, 0, 2, 'a', 0, 0, 'b'};
+    EXPECT_FALSE(Factories::collectionFromBytes(Identifiers::Array, Identifiers::ISO7String,
+                                                viewOf(hidden)));
     const Bytes nested = {0, 0, 0, 1, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0};
     EXPECT_FALSE(
         Factories::collectionFromBytes(Identifiers::Array, Identifiers::Array, viewOf(nested)));
