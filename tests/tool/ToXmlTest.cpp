@@ -228,6 +228,21 @@ TEST_F(ToXml, saysWhichPartitionItTookIfNotTheFirst) {
     EXPECT_THAT(shop.run("corvid to-xml clip.mxf --partition footer").err, IsEmpty());
 }
 
+TEST_F(ToXml, findsTheFooterOfARecordingThatWasNotEnded) {
+    PartitionSpec header = headerPartition(standardPrimer());
+    header.status = 1;
+    header.footerPartition = 0;
+    header.behindMetadata = klv(essenceKey(), repeat(0xEE, 5000));
+    shop.write("open.mxf", MxfBuilder().add(header).add(footerPartition(smallMetadata())).build());
+    for (const char* line : {"corvid to-xml open.mxf", "cat open.mxf | corvid to-xml -"}) {
+        const Outcome outcome = shop.run(line);
+        EXPECT_THAT(outcome.out, HasSubstr(preface));
+        EXPECT_THAT(outcome.err, HasSubstr("nothing in the file says where its partitions are; 1 "
+                                           "found after the header partition"));
+        EXPECT_THAT(outcome.err, HasSubstr("metadata is from partition 1 (footer, "));
+    }
+}
+
 TEST_F(ToXml, warningsNameFileByteSetAndProperty) {
     // 3b02 is a timestamp of 8 bytes.
     const Bytes metadata = join(
