@@ -11,6 +11,7 @@ class Messages;
 struct SchemaOptions {
     std::vector<std::string> dictionaries; ///< files with definitions beside the built-in ones
     std::string folder = ".";              ///< where the schemas go; made where it is missing
+    bool force = false;                    ///< replace MXF files, too
 };
 
 /// Writes the XML Schema documents of the documents that `to-xml` writes, one file per namespace.

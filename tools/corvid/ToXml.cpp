@@ -8,7 +8,7 @@
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/InstanceText.h"
 #include "tools/corvid/Messages.h"
-#include "tools/corvid/Output.h"
+#include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/XercesFailures.h"
 
 #include <memory>
@@ -152,10 +152,8 @@ struct Leftovers {
 };
 
 void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
-    const auto output = Output::open(options.output);
-    if (output->replaces(options.clip.path)) {
-        throw UsageError{"the output is the input itself"};
-    }
+    const auto output = openOutput(options.output, options.clip.path,
+                                   options.force ? MayReplace::everything : MayReplace::noMxfFile);
     const auto dictionary = loadDictionary(options.clip.dictionaries);
     mxf::File file(options.clip.path, dictionary, messages);
     work.header = readMetadata(file, options.clip);
