@@ -7,6 +7,7 @@
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/InstanceText.h"
+#include "tools/corvid/LeftOutReferences.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/XercesFailures.h"
@@ -128,20 +129,30 @@ const Metadata::MetadataSet& findStart(const Metadata::PartitionMetadata& metada
     return found.front();
 }
 
-Document build(Metadata::PartitionMetadata& metadata, const ToXmlOptions& options) {
+/// The set that the document begins with.
+const Metadata::MetadataSet& startOf(const Metadata::PartitionMetadata& metadata,
+                                     const ToXmlOptions& options) {
     if (!options.start.empty()) {
-        return XMLBuilder::partition2XML(&metadata, &findStart(metadata, options.start),
-                                         options.referencesAsValues, options.structuralOnly);
+        return findStart(metadata, options.start);
     }
-    Document document =
-        XMLBuilder::partition2XML(&metadata, options.referencesAsValues, options.structuralOnly);
-    if (!document) {
+    const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (prefaces.empty()) {
         throw Exceptions::InvalidFormat(
             "no Preface among the " + std::to_string(metadata.size()) +
                 " sets of the partition; --start INSTANCEUID begins with another set",
             CORVID_HERE);
     }
-    return document;
+    return *prefaces.front();
+}
+
+Document build(Metadata::PartitionMetadata& metadata, const ToXmlOptions& options,
+               Messages& messages) {
+    const auto& start = startOf(metadata, options);
+    if (options.referencesAsValues) {
+        warnOfLeftOutReferences(metadata, start, options.structuralOnly, messages);
+    }
+    return XMLBuilder::partition2XML(&metadata, &start, options.referencesAsValues,
+                                     options.structuralOnly);
 }
 
 /// Model and document, kept until the process ends: to take tens of thousands of objects apart just
@@ -161,7 +172,7 @@ void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
         messages.note("metadata is from " +
                       describe(work.header.partition, file.partitions()[work.header.partition]));
     }
-    work.document = build(*work.header.metadata, options);
+    work.document = build(*work.header.metadata, options, messages);
     Writer(work.document, options).write(*output, *dictionary, messages);
     output->commit();
 }
