@@ -95,7 +95,7 @@ void Dictionary::Content::build() {
     sets.reserve(tables.sets.size());
     setsByKey.reserve(tables.sets.size());
     for (const SetRow& row : tables.sets) {
-        setsByKey.add(matchOf(row.key), sets.size());
+        setsByKey.add(KLV::Key(row.key).forMatching(), sets.size());
         ownedSets.push_back(std::make_unique<MetaMetadataSet>(
             names(row.space, row.tagName), KLV::Key(row.key), row.concrete != 0));
         sets.push_back(ownedSets.back().get());
@@ -161,7 +161,7 @@ Dictionary::ElementIterator Dictionary::metaElementEnd() const noexcept {
 }
 
 const MetaMetadataSet* Dictionary::findSet(const KLV::Key& key) const noexcept {
-    const std::uint32_t row = content_->setsByKey.find(key.withoutVersion());
+    const std::uint32_t row = content_->setsByKey.find(key.forMatching());
     return row == noRow ? nullptr : content_->sets[row];
 }
 

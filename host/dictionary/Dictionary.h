@@ -48,8 +48,8 @@ public:
     ElementIterator metaElementBegin() const noexcept;
     ElementIterator metaElementEnd() const noexcept;
 
-    /// The set with that key, whatever its version byte (the eighth), or null. A key of another
-    /// coding than local sets with 2-byte tags and lengths (sixth byte 53) is never found.
+    /// The set with that key, whatever its version byte (the eighth), or null. The key of a local
+    /// set is found with either coding of its properties' lengths (sixth byte 53 or 13), no other.
     const MetaMetadataSet* findSet(const KLV::Key& key) const noexcept;
 
     /// The property with that label, whatever its version byte (the eighth), or null.

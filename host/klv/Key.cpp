@@ -1,20 +1,23 @@
 #include "host/klv/Key.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Corvid::KLV {
 
 namespace {
 
-/// Compares the front of a key, the version byte left out.
+// The sixth byte of a local set's key says how the lengths of its properties are coded.
+constexpr std::size_t codingByte = 5;
+constexpr std::size_t versionByte = 7;
+constexpr unsigned char lengthsOfTwoBytes = 0x53;
+constexpr unsigned char berLengths = 0x13;
+
+/// Compares the front of what takes part in matching.
 template <std::size_t Size>
 bool startsWith(const Key& key, const unsigned char (&front)[Size]) noexcept {
-    for (std::size_t i = 0; i != Size; ++i) {
-        if (i != 7 && key[i] != front[i]) {
-            return false;
-        }
-    }
-    return true;
+    const auto bytes = key.forMatching();
+    return std::equal(std::begin(front), std::end(front), bytes.begin());
 }
 
 } // namespace
@@ -29,15 +32,30 @@ Utf16Text Key::toString(Types::StringRepresentationEncodingType) const {
     return Types::toDottedHexadecimal(bytes_.data(), length);
 }
 
+std::array<unsigned char, Key::length> Key::forMatching() const noexcept {
+    static constexpr unsigned char front[] = {0x06, 0x0e, 0x2b, 0x34, 0x02};
+    auto result = bytes_;
+    result[versionByte] = 0;
+    if (result[codingByte] == berLengths && result[codingByte + 1] == 0x01 &&
+        std::equal(std::begin(front), std::end(front), result.begin())) {
+        result[codingByte] = lengthsOfTwoBytes;
+    }
+    return result;
+}
+
 bool isStructuralMetadataSet(const Key& key) noexcept {
     static constexpr unsigned char front[] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01,
-                                              0x01, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01};
+                                              0x00, 0x0d, 0x01, 0x01, 0x01, 0x01, 0x01};
     return startsWith(key, front);
 }
 
 bool isLocalSet(const Key& key) noexcept {
     static constexpr unsigned char front[] = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01};
     return startsWith(key, front);
+}
+
+bool hasBerLengths(const Key& key) noexcept {
+    return isLocalSet(key) && key[codingByte] == berLengths;
 }
 
 } // namespace Corvid::KLV

@@ -28,12 +28,9 @@ public:
     const std::array<unsigned char, length>& bytes() const noexcept { return bytes_; }
     unsigned char operator[](std::size_t index) const noexcept { return bytes_[index]; }
 
-    /// The key with a version byte of zero. That byte, the eighth, takes no part in matching.
-    std::array<unsigned char, length> withoutVersion() const noexcept {
-        auto result = bytes_;
-        result[7] = 0;
-        return result;
-    }
+    /// What of the key takes part in matching: all but the version byte, the eighth, and of the two
+    /// codings of a local set not which one it is (the sixth byte).
+    std::array<unsigned char, length> forMatching() const noexcept;
 
     friend bool operator==(const Key& a, const Key& b) noexcept { return a.bytes_ == b.bytes_; }
     friend bool operator!=(const Key& a, const Key& b) noexcept { return a.bytes_ != b.bytes_; }
@@ -43,15 +40,19 @@ private:
     std::array<unsigned char, length> bytes_;
 };
 
-/// True for two keys that differ in their version byte at most.
+/// True for two keys of the same thing: what takes part in matching is equal.
 inline bool matches(const Key& a, const Key& b) noexcept {
-    return a.withoutVersion() == b.withoutVersion();
+    return a.forMatching() == b.forMatching();
 }
 
 /// True for the key of a structural metadata set (SMPTE ST 377-1).
 CORVID_EXPORT bool isStructuralMetadataSet(const Key& key) noexcept;
 
-/// True for the key of a set of properties with local tags and lengths of two bytes each.
+/// True for the key of a set of properties with local tags of two bytes each, whose lengths have
+/// two bytes or are BER lengths (SMPTE ST 336).
 CORVID_EXPORT bool isLocalSet(const Key& key) noexcept;
+
+/// True for the key of a local set whose properties have BER lengths.
+CORVID_EXPORT bool hasBerLengths(const Key& key) noexcept;
 
 } // namespace Corvid::KLV

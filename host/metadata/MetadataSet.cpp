@@ -28,6 +28,8 @@ private:
     PartitionMetadata& partition_;
 };
 
+constexpr std::size_t tagSize = sizeof(Types::u16);
+
 [[noreturn]] void refuse(const MetadataSet& set, const Types::UniversalLabel* label,
                          const Element& element, std::size_t size) {
     if (const auto* definition = definitionOf(*element.metaAttribute());
@@ -102,6 +104,17 @@ const MetaMetadata::MetaMetadataSet* MetadataSet::metaMetadataSet() const noexce
     return definition_;
 }
 const KLV::Key& MetadataSet::key() const noexcept { return key_; }
+
+void MetadataSet::setKey(const KLV::Key& key) {
+    if (!KLV::matches(key, key_)) {
+        throw Exceptions::InvalidArgument(
+            "set with the key " + Platform::toUtf8(key_.toString()) + " can't have the key " +
+                Platform::toUtf8(key.toString()) + ", expected one of the same class",
+            CORVID_HERE);
+    }
+    key_ = key;
+}
+
 void MetadataSet::accept(Visitors::MetadataSetVisitor& visitor) const { visitor.visit(*this); }
 void MetadataSet::accept(Visitors::NonConstMetadataSetVisitor& visitor) { visitor.visit(*this); }
 
@@ -225,9 +238,14 @@ std::size_t MetadataSet::valueSize() const {
         if (bytes > Types::ByteRun::greatestSize) {
             refuse(*this, label, *element, bytes);
         }
-        size += 4 + bytes;
+        size += tagSize + lengthOctets(bytes) + bytes;
     }
     return size;
+}
+
+std::size_t MetadataSet::lengthOctets(std::size_t valueSize) const noexcept {
+    return KLV::hasBerLengths(key_) ? KLV::berOctets(valueSize, propertyBerLength_)
+                                    : sizeof(Types::u16);
 }
 
 std::size_t MetadataSet::serializedSize() const {
@@ -239,11 +257,18 @@ void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary& primer)
     const std::size_t size = valueSize(); // refuses before anything is written
     key_.serialize(sink);
     KLV::writeBer(sink, size, berLength_);
+    const bool hasBerLengths = KLV::hasBerLengths(key_);
     for (const auto& [label, element] : inStoredOrder()) {
-        Types::u8 head[4];
+        Types::u8 head[tagSize + sizeof(Types::u16)];
+        const std::size_t bytes = element->serializedSize();
         Types::writeBigEndian(head, tagOf(label, *element, primer).value());
-        Types::writeBigEndian(head + 2, static_cast<Types::u16>(element->serializedSize()));
-        sink.write(head, sizeof head);
+        if (hasBerLengths) {
+            sink.write(head, tagSize);
+            KLV::writeBer(sink, bytes, propertyBerLength_);
+        } else {
+            Types::writeBigEndian(head + tagSize, static_cast<Types::u16>(bytes));
+            sink.write(head, sizeof head);
+        }
         element->serialize(sink);
     }
 }

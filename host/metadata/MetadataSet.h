@@ -49,6 +49,10 @@ public:
     /// The set's class in the dictionary, or null.
     virtual const MetaMetadata::MetaMetadataSet* metaMetadataSet() const noexcept;
     virtual const KLV::Key& key() const noexcept;
+    /// Gives the set another key of the same class: the version or the coding of the properties'
+    /// lengths may differ (KLV::matches).
+    /// @throws InvalidArgument  the key is that of another class.
+    void setKey(const KLV::Key& key);
     virtual void accept(Visitors::MetadataSetVisitor& visitor) const;
     virtual void accept(Visitors::NonConstMetadataSetVisitor& visitor);
 
@@ -90,6 +94,12 @@ public:
     unsigned char berLength() const noexcept { return berLength_; }
     void setBerLength(unsigned char octets) noexcept { berLength_ = octets; }
 
+    /// The octets of the length field that each property has or is to have, 1 to 9; a value that
+    /// needs more gets more. Used only where the key says that properties have BER lengths
+    /// (KLV::hasBerLengths).
+    unsigned char propertyBerLength() const noexcept { return propertyBerLength_; }
+    void setPropertyBerLength(unsigned char octets) noexcept { propertyBerLength_ = octets; }
+
     /// The set's InstanceUID; zeros where it has none.
     Types::UUID instanceUID() const;
     bool hasInstanceUID() const noexcept;
@@ -125,6 +135,8 @@ private:
     Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> inStoredOrder()
         const;
     std::size_t valueSize() const;
+    /// The octets of the length field of a property whose value has so many bytes.
+    std::size_t lengthOctets(std::size_t valueSize) const noexcept;
 
     PartitionMetadata& partition_;
     const MetaMetadata::MetaMetadataSet* definition_;
@@ -135,6 +147,7 @@ private:
     Templates::vector<Element*> invalid_;
     KLV::Key key_;
     unsigned char berLength_ = 4;
+    unsigned char propertyBerLength_ = 1;
 };
 
 } // namespace Corvid::Metadata

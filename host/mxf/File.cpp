@@ -37,6 +37,11 @@ HeaderMetadata File::readMetadata(PartitionChoice choice) {
     case PartitionChoice::Kind::automatic:
         break;
     case PartitionChoice::Kind::header:
+        if (header_.pack.kind != PartitionKind::header) {
+            throw Exceptions::InvalidFormat(std::string("no header partition: the first is a ") +
+                                                header_.pack.kindName() + " partition",
+                                            CORVID_HERE);
+        }
         return readChosen(0, header_);
     case PartitionChoice::Kind::footer: {
         const Partitions& all = partitions();

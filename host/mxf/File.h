@@ -52,8 +52,8 @@ public:
     /// The bytes before the header partition pack.
     std::uint64_t runIn() const noexcept { return header_.offset(); }
 
-    /// All partitions that the file tells of, in its order; the header partition is the first. Read
-    /// on first use; a pipe is then read to its end.
+    /// All partitions that findPartitions() finds, in the order of the file; the header partition is
+    /// the first. Read on first use; a pipe is then read to its end.
     /// @throws IOError  the file can't be read.
     const Partitions& partitions();
 
@@ -62,7 +62,7 @@ public:
     /// The automatic choice is the last copy in the file whose partition is complete; one that
     /// can't be read as a whole gives way to the one before it, and where no partition is complete
     /// the last copy counts. Whatever is not the last complete copy is a warning. The choice of the
-    /// header partition does not look for others.
+    /// header partition does not look for others, nor does it take another that is the first.
     /// @throws InvalidFormat    there is no such partition, or no header metadata in it.
     /// @throws IOError          the file can't be read.
     /// @throws LimitExceeded    a set is longer than greatestSetSize.

@@ -214,14 +214,14 @@ private:
         window_.readAheadUpTo(triplet.end());
         std::uint64_t next = triplet.valueOffset();
         while (next < triplet.end()) {
-            const auto head = window_.view(next, 4);
-            if (head.size != 4) {
+            const auto bytes = window_.view(next, LocalSet::Head::greatestSize);
+            const auto head =
+                LocalSet::readHead({bytes.data, bytes.size}, KLV::hasBerLengths(triplet.key));
+            const std::uint64_t left = triplet.end() - next;
+            if (!head || head->size() > left || head->valueSize > left - head->size()) {
                 return false;
             }
-            next += 4u + Types::readBigEndian<Types::u16>(head.data + 2);
-        }
-        if (next != triplet.end()) {
-            return false;
+            next += head->size() + head->valueSize;
         }
         const auto behind = window_.view(next, smpteFront.size());
         return std::equal(behind.data, behind.data + behind.size, smpteFront.begin());

@@ -44,7 +44,7 @@ void keepTags(const DarkMetadataSet& set, Metadata::PartitionDictionary& primer)
     if (!KLV::isLocalSet(set.key())) {
         return;
     }
-    LocalSet properties({set.value()->begin(), set.value()->size()});
+    LocalSet properties(set.key(), {set.value()->begin(), set.value()->size()});
     while (const auto property = properties.next()) {
         primer.keep(Types::LocalTag(property->tag));
     }

@@ -38,8 +38,8 @@ bool isPrimerPack(const KLV::Key& key) noexcept { return isFilePack(key) && key[
 bool isRandomIndexPack(const KLV::Key& key) noexcept { return isFilePack(key) && key[13] == 0x11; }
 
 bool isIndexTableSegment(const KLV::Key& key) noexcept {
-    return startsWith(
-        key, {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x53, 0x01, any, 0x0d, 0x01, 0x02, 0x01, 0x01, 0x10});
+    return KLV::isLocalSet(key) && startsWith(key, {0x06, 0x0e, 0x2b, 0x34, 0x02, any, 0x01, any,
+                                                    0x0d, 0x01, 0x02, 0x01, 0x01, 0x10});
 }
 
 bool isFill(const KLV::Key& key) noexcept {

@@ -2,6 +2,7 @@
 
 #include "host/base/Exceptions.h"
 #include "host/mxf/Keys.h"
+#include "host/mxf/PartitionWalk.h"
 #include "host/mxf/RandomIndexPack.h"
 #include "host/types/FixedBytes.h"
 
@@ -51,6 +52,9 @@ public:
         const bool footerIsNew = takeFooter();
         if (!complete || footerIsNew) {
             followChain();
+        }
+        if (!complete && leadsNowhere()) {
+            takeWalk(walkPartitions(window_, found_.begin()->second));
         }
         return wholePartitions();
     }
@@ -111,12 +115,16 @@ private:
                              ", where no partition pack stands");
             return false;
         }
-        if (partition->pack.thisPartition + front_ != partition->offset()) {
-            warn(partition->offset(), "partition pack says that it stands at " +
-                                          at(partition->pack.thisPartition) + " of the file");
-        }
-        found_.emplace(partition->offset(), std::move(*partition));
+        add(std::move(*partition));
         return true;
+    }
+
+    void add(Partition partition) {
+        if (partition.pack.thisPartition + front_ != partition.offset()) {
+            warn(partition.offset(), "partition pack says that it stands at " +
+                                         at(partition.pack.thisPartition) + " of the file");
+        }
+        found_.emplace(partition.offset(), std::move(partition));
     }
 
     bool takeRandomIndexPack() {
@@ -161,6 +169,35 @@ private:
                 return;
             }
             current = std::prev(current);
+        }
+    }
+
+    /// Whether others than the header partition may exist, and nothing says where. A closed header
+    /// partition has the metadata that counts, so its broken offset is not worth a search.
+    bool leadsNowhere() const {
+        const PartitionPack& header = found_.begin()->second.pack;
+        return found_.size() == 1 && (header.footerPartition == 0 || !header.isClosed());
+    }
+
+    void takeWalk(PartitionWalk walk) {
+        using End = PartitionWalk::End;
+        const std::size_t count = walk.partitions.size();
+        for (Partition& partition : walk.partitions) {
+            add(std::move(partition));
+        }
+        if (count != 0) {
+            warn(front_, "nothing in the file says where its partitions are; " +
+                             std::to_string(count) +
+                             " found after the header partition by going from KLV to KLV");
+        }
+        const std::string ended = "the search for partitions ended here";
+        if (walk.end == End::limit) {
+            warn(walk.offset, ended + " after " + std::to_string(greatestWalk) +
+                                  " KLVs, so there may be others");
+        } else if (walk.end == End::noKlv) {
+            warn(walk.offset, ended + ", where no KLV begins, so there may be others");
+        } else if (walk.end == End::cutKlv) {
+            warn(walk.offset, ended + ", in a KLV that runs past the end of the file");
         }
     }
 

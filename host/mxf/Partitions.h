@@ -32,8 +32,9 @@ constexpr std::size_t greatestRunIn = 65535;
 CORVID_EXPORT Partition findHeaderPartition(DataIO::ReadWindow& window, WarningSink& warnings);
 
 /// Finds all partitions that the file tells of: in its random index pack, else along the chain that
-/// leads from the footer partition back to the front. It is never searched for partitions, so its
-/// size does not matter. What a file tells that is not true is a warning and is left out.
+/// leads from the footer partition back to the front, else by going from KLV to KLV
+/// (PartitionWalk.h has the limit), so its size does not matter. What a file tells that is not true
+/// is a warning and is left out.
 ///
 /// @param header  what findHeaderPartition() gave.
 /// @return the partitions in the order of the file, the header partition first.

@@ -1,7 +1,11 @@
 #include "host/mxf/SetReader.h"
 
 #include "host/dictionary/MetaMetadataSet.h"
+#include "host/klv/BerOutput.h"
 #include "host/mxf/LocalSet.h"
+#include "host/types/ByteRuns.h"
+
+#include <algorithm>
 
 namespace Corvid::mxf {
 
@@ -10,23 +14,66 @@ namespace {
 using Metadata::Element;
 using Metadata::MetadataSet;
 
-struct Walk {
-    std::size_t properties = 0;
-    std::size_t rest = 0; ///< bytes behind the last property
-    bool hasInstanceUID = false;
+/// How many octets the lengths of a set's properties have: those of one number, or more where a
+/// length needs more. A set remembers no more than that number.
+class LengthForm {
+public:
+    void take(std::size_t length, unsigned char octets) noexcept {
+        const bool needsAll = KLV::berOctets(length, 1) == octets;
+        least_ = std::max(least_, needsAll ? least_ : octets);
+        most_ = std::min(most_, octets);
+    }
+
+    /// Whether there is such a number.
+    bool isOne() const noexcept { return least_ <= most_; }
+    unsigned char octets() const noexcept { return least_; }
+
+private:
+    unsigned char least_ = 1;
+    unsigned char most_ = KLV::BerLength::greatestOctets;
 };
 
-Walk walk(Types::ByteView value, TagMeanings& meanings) {
+struct Walk {
+    std::size_t properties = 0;
+    std::size_t rest = 0;          ///< bytes after the last property
+    std::size_t greatestValue = 0; ///< bytes of the longest value
+    bool hasInstanceUID = false;
+    LengthForm lengths;
+};
+
+Walk walk(const KLV::Key& key, Types::ByteView value, TagMeanings& meanings) {
     Walk result;
-    LocalSet set(value);
+    const bool hasBerLengths = KLV::hasBerLengths(key);
+    LocalSet set(key, value);
     while (const auto property = set.next()) {
         ++result.properties;
+        result.greatestValue = std::max(result.greatestValue, property->value.size);
+        if (hasBerLengths) {
+            result.lengths.take(property->value.size, property->lengthOctets);
+        }
         result.hasInstanceUID =
             result.hasInstanceUID || (property->value.size == Types::UUID::fixedSize &&
                                       meanings.of(property->tag).isInstanceUID);
     }
     result.rest = value.size - set.position();
     return result;
+}
+
+/// Why the set can't be taken apart; empty where it can.
+std::string whyDark(const Walk& found, std::size_t size) {
+    if (found.rest != 0) {
+        return "the last " + std::to_string(found.rest) + " of its " + std::to_string(size) +
+               " bytes hold no whole property";
+    }
+    if (found.properties > greatestPropertyCount) {
+        return "has " + std::to_string(found.properties) + " properties, more than " +
+               std::to_string(greatestPropertyCount);
+    }
+    if (found.greatestValue > Types::ByteRun::greatestSize) {
+        return "has a property of " + std::to_string(found.greatestValue) + " bytes, more than " +
+               std::to_string(Types::ByteRun::greatestSize);
+    }
+    return found.lengths.isOne() ? "" : "the BER lengths of its properties are of several forms";
 }
 
 } // namespace
@@ -64,15 +111,9 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
         return nullptr;
     }
     const Place place{triplet.key, definition, triplet.offset};
-    const Walk found = walk(value, meanings_);
-    if (found.rest != 0 || found.properties > greatestPropertyCount) {
-        warn(place, found.rest != 0
-                        ? "the last " + std::to_string(found.rest) + " of its " +
-                              std::to_string(value.size) +
-                              " bytes hold no whole property, so it is kept as a dark set"
-                        : "has " + std::to_string(found.properties) + " properties, more than " +
-                              std::to_string(greatestPropertyCount) +
-                              ", so it is kept as a dark set");
+    const Walk found = walk(triplet.key, value, meanings_);
+    if (const std::string why = whyDark(found, value.size); !why.empty()) {
+        warn(place, why + ", so it is kept as a dark set");
         addDark(triplet, value);
         return nullptr;
     }
@@ -81,10 +122,15 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
             addDark(triplet, value);
             return nullptr;
         }
-        return readDarkGroup(triplet, value);
+        auto& group = partition_.createDarkParsedGroup(triplet.key);
+        group.setBerLength(triplet.length.octets);
+        group.setPropertyBerLength(found.lengths.octets());
+        fill(group, value);
+        return &group;
     }
     MetadataSet& set = partition_.createEmptyMetadataSet(triplet.key, *definition);
     set.setBerLength(triplet.length.octets);
+    set.setPropertyBerLength(found.lengths.octets());
     fill(set, value, triplet.valueOffset());
     if (!set.hasInstanceUID()) {
         warn(place, "has no InstanceUID, so no reference finds it");
@@ -93,7 +139,7 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
 }
 
 void SetReader::fill(MetadataSet& set, Types::ByteView value, std::uint64_t valueOffset) {
-    LocalSet properties(value);
+    LocalSet properties(set.key(), value);
     while (const auto property = properties.next()) {
         TagMeaning& meaning = meanings_.of(property->tag);
         addProperty(set, meaning, property->value,
@@ -144,10 +190,8 @@ void SetReader::addInvalid(MetadataSet& set, TagMeaning& meaning, Types::ByteVie
         .parse(bytes);
 }
 
-const MetadataSet* SetReader::readDarkGroup(const KLV::Triplet& triplet, Types::ByteView value) {
-    Metadata::DarkParsedGroup& group = partition_.createDarkParsedGroup(triplet.key);
-    group.setBerLength(triplet.length.octets);
-    LocalSet properties(value);
+void SetReader::fill(Metadata::DarkParsedGroup& group, Types::ByteView value) {
+    LocalSet properties(group.key(), value);
     while (const auto property = properties.next()) {
         const TagMeaning& meaning = meanings_.of(property->tag);
         if (meaning.isInstanceUID && !group.hasInstanceUID() &&
@@ -157,7 +201,6 @@ const MetadataSet* SetReader::readDarkGroup(const KLV::Triplet& triplet, Types::
             group.createInvalidElement(meaning.unknown, property->tag).parse(property->value);
         }
     }
-    return &group;
 }
 
 void SetReader::addDark(const KLV::Triplet& triplet, Types::ByteView value) {

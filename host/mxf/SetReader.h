@@ -25,9 +25,8 @@ public:
     /// - a DarkParsedGroup where the dictionary does not know the key of a local set, but its
     ///   properties can be told apart and one is an InstanceUID;
     /// - else a DarkMetadataSet. That is also what becomes of a set of a known class whose
-    /// properties
-    ///   do not fill its length exactly: as a dark set it keeps every byte, as a set of its class
-    ///   it could not.
+    ///   properties do not fill its length exactly, or have BER lengths of several forms or a value
+    ///   that is too long: as a dark set it keeps every byte, as a set of its class it could not.
     /// @param value  the whole value; borrowed for the call.
     /// @return the set; null for a DarkMetadataSet.
     const Metadata::MetadataSet* read(const KLV::Triplet& triplet, Types::ByteView value);
@@ -40,7 +39,7 @@ private:
                      const Place& place);
     void addInvalid(Metadata::MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
                     const Place& place);
-    const Metadata::MetadataSet* readDarkGroup(const KLV::Triplet& triplet, Types::ByteView value);
+    void fill(Metadata::DarkParsedGroup& group, Types::ByteView value);
     void addDark(const KLV::Triplet& triplet, Types::ByteView value);
     void warn(const Place& place, std::string text) const;
 

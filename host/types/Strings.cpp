@@ -16,6 +16,15 @@ Templates::vector<u8> bigEndianBytes(const u16* text) {
     return bytes;
 }
 
+/// Whether bytes that are not zero follow a terminator that stands in front of all text.
+bool hidesBytes(ByteView bytes, std::size_t unitSize) noexcept {
+    const u8* const end = bytes.data + bytes.size;
+    const u8* const afterFirstUnit = bytes.data + std::min(unitSize, bytes.size);
+    const auto isSet = [](u8 byte) { return byte != 0; };
+    return std::none_of(bytes.data, afterFirstUnit, isSet) &&
+           std::any_of(afterFirstUnit, end, isSet);
+}
+
 Utf16Text textUpToZero(ByteView bytes) {
     Utf16Text text;
     text.reserve(bytes.size / 2);
@@ -31,11 +40,19 @@ Utf16Text textUpToZero(ByteView bytes) {
 
 } // namespace
 
+bool UTF16String::fits(ByteView bytes) noexcept {
+    return ByteRun::fits(bytes) && bytes.size % sizeof(u16) == 0 && !hidesBytes(bytes, sizeof(u16));
+}
+
 UTF16String::UTF16String(const u16* text) : Visitable(ByteView{}), text_(text) {
     bytes_ = bigEndianBytes(text);
 }
 
 UTF16String::UTF16String(ByteView bytes) : Visitable(bytes), text_(textUpToZero(bytes)) {}
+
+bool ISO7String::fits(ByteView bytes) noexcept {
+    return ByteRun::fits(bytes) && !hidesBytes(bytes, 1);
+}
 
 ISO7String::ISO7String(const char* text)
     : Visitable(ByteView{reinterpret_cast<const u8*>(text), std::char_traits<char>::length(text)}),

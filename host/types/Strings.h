@@ -13,9 +13,9 @@ public:
     explicit UTF16String(const u16* text);
     /// @param bytes  UTF-16, big-endian.
     explicit UTF16String(ByteView bytes);
-    static bool fits(ByteView bytes) noexcept {
-        return ByteRun::fits(bytes) && bytes.size % 2 == 0;
-    }
+    /// True for whole units, unless the first is the terminator and others than zeros follow it:
+    /// as an empty text they would be lost.
+    static bool fits(ByteView bytes) noexcept;
 
     /// The text in the machine's byte order, zero-terminated.
     const u16* value() const noexcept { return text_.c_str(); }
@@ -30,6 +30,9 @@ public:
     /// @param text  zero-terminated; its bytes have no terminator.
     explicit ISO7String(const char* text);
     explicit ISO7String(ByteView bytes);
+    /// True unless the first byte is the terminator and others than zeros follow it: as an empty
+    /// text they would be lost.
+    static bool fits(ByteView bytes) noexcept;
 
     /// The text, zero-terminated.
     const char* value() const noexcept { return text_.c_str(); }

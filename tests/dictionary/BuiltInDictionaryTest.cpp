@@ -139,8 +139,11 @@ TEST(BuiltInDictionary, findsNothingElse) {
         other[i] ^= 0x80;
         EXPECT_EQ(builtIn().findSet(KLV::Key(other)) != nullptr, i == 7) << "byte " << i;
     }
+    const MetaMetadataSet* const found = builtIn().findSet(KLV::Key(preface));
     preface[5] = 0x13;
-    EXPECT_EQ(builtIn().findSet(KLV::Key(preface)), nullptr) << "another coding";
+    EXPECT_EQ(builtIn().findSet(KLV::Key(preface)), found) << "with BER lengths";
+    preface[5] = 0x05;
+    EXPECT_EQ(builtIn().findSet(KLV::Key(preface)), nullptr) << "no local set";
     EXPECT_EQ(builtIn().findElement(Types::UniversalLabel()), nullptr);
     EXPECT_EQ(builtIn().findElementByStaticTag(0), nullptr);
     EXPECT_EQ(builtIn().findElementByStaticTag(0x8000), nullptr);

@@ -39,6 +39,26 @@ TEST(Key, tellsLocalSetsByTheFirstSevenBytes) {
     }
 }
 
+TEST(Key, matchesWhateverTheCodingOfItsProperties) {
+    const Key berCoded = with(5, 0x13);
+    EXPECT_TRUE(matches(Key(preface), berCoded));
+    EXPECT_NE(Key(preface), berCoded);
+    EXPECT_TRUE(isStructuralMetadataSet(berCoded));
+    EXPECT_TRUE(isLocalSet(berCoded));
+    EXPECT_TRUE(hasBerLengths(berCoded));
+    EXPECT_FALSE(hasBerLengths(Key(preface)));
+}
+
+TEST(Key, hasACodingOnlyWhereItIsThatOfALocalSet) {
+    for (const std::size_t i : {0, 1, 2, 3, 4, 6}) {
+        Bytes bytes = with(i, 0x7E).bytes();
+        const Key twoBytes(bytes);
+        bytes[5] = 0x13;
+        EXPECT_FALSE(matches(twoBytes, Key(bytes))) << i;
+        EXPECT_FALSE(hasBerLengths(Key(bytes))) << i;
+    }
+}
+
 TEST(Key, readsItsOwnText) {
     const Key key(preface);
     const Utf16Text text = key.toString();

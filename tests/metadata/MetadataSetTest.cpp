@@ -172,6 +172,18 @@ TEST_F(MetadataSetTest, hasAnInstanceUidOnlyIfTheValueHasItsSize) {
     EXPECT_FALSE(group.hasInstanceUID());
 }
 
+TEST_F(MetadataSetTest, takesAnotherKeyOfItsClassOnly) {
+    auto& set = makeSet(prefaceKey(), 1);
+    auto bytes = prefaceKey().bytes();
+    bytes[5] = 0x13;
+    bytes[7] = 0x42;
+    set.setKey(KLV::Key(bytes));
+    EXPECT_EQ(set.key(), KLV::Key(bytes));
+    bytes[14] ^= 1;
+    EXPECT_THROW(set.setKey(KLV::Key(bytes)), Exceptions::InvalidArgument);
+    EXPECT_EQ(set.key()[7], 0x42);
+}
+
 TEST_F(MetadataSetTest, assignsTheTagsOfPropertiesWithAValue) {
     auto& primer = partition.partitionDictionary();
     auto& set = makeSet(prefaceKey(), 1);

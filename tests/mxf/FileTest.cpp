@@ -128,6 +128,17 @@ TEST(File, refusesWhatIsNoMxf) {
     }
 }
 
+TEST(File, hasNoHeaderPartitionWhereTheFirstIsAnother) {
+    const auto message = [](unsigned char kind) {
+        ReadBack back(fileOf({{kind, 4, whole}}));
+        return Testing::messageOf([&] { back.metadata(PartitionChoice::header()); });
+    };
+    EXPECT_EQ(message(4), "no header partition: the first is a footer partition");
+    EXPECT_EQ(message(3), "no header partition: the first is a body partition");
+    ReadBack back(fileOf({{4, 4, whole}}));
+    EXPECT_EQ(back.metadata(PartitionChoice::numbered(0)).size(), 2U);
+}
+
 TEST(File, doesNotLookForOtherPartitionsWhenTheHeaderIsAskedFor) {
     ReadBack back(fileOf({{2, 4, whole}, {4, 4, whole}}).withRandomIndexPack({5}));
     back.metadata(PartitionChoice::header());

@@ -138,6 +138,35 @@ Bytes set(const Bytes& key, unsigned instance, const std::vector<Bytes>& propert
     return klv(key, join({property(instanceUIDTag, uuid(instance)), join(properties)}), octets);
 }
 
+Bytes withBerLengths(const Bytes& sets) {
+    const auto numberAt = [&sets](std::size_t at, std::size_t size) {
+        std::size_t value = 0;
+        for (std::size_t i = 0; i != size; ++i) {
+            value = value << 8 | sets[at + i];
+        }
+        return value;
+    };
+    const auto part = [&sets](std::size_t begin, std::size_t size) {
+        const auto from = sets.begin() + static_cast<std::ptrdiff_t>(begin);
+        return Bytes(from, from + static_cast<std::ptrdiff_t>(size));
+    };
+    Bytes result;
+    for (std::size_t at = 0; at != sets.size();) {
+        Bytes key = part(at, 16);
+        key[5] = 0x13;
+        const std::size_t end = at + 20 + numberAt(at + 17, 3);
+        Bytes value;
+        for (at += 20; at != end;) {
+            const std::size_t size = numberAt(at + 2, 2);
+            const unsigned octets = size < 0x80 ? 1 : size < 0x100 ? 2 : 3;
+            append(value, join({part(at, 2), ber(size, octets), part(at + 4, size)}));
+            at += 4 + size;
+        }
+        append(result, klv(key, value));
+    }
+    return result;
+}
+
 Bytes smallSets() {
     return join({set(structuralKey(prefaceSet), 1,
                      {property(0x3B02, hex("07e8 02 1d 0c 1e 0f 7d")),

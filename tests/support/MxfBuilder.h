@@ -71,6 +71,9 @@ Bytes standardPrimer();
 /// A set with an InstanceUID in front of its other properties.
 Bytes set(const Bytes& key, unsigned instance, const std::vector<Bytes>& properties = {},
           unsigned octets = 4);
+/// The same sets with BER lengths in the place of their properties' lengths of two bytes, each as
+/// short as can be (SMPTE ST 336).
+Bytes withBerLengths(const Bytes& sets);
 /// A Preface (instance 1) that owns a ContentStorage (instance 2), both as small as can be.
 Bytes smallSets();
 /// standardPrimer() and smallSets().

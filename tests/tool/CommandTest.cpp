@@ -144,6 +144,17 @@ TEST(Command, keepsControlCharactersOfNamesFromTheTerminal) {
     EXPECT_THAT(outcome.err, Not(HasSubstr("\033")));
 }
 
+TEST(Command, takesNoFooterForTheHeaderPartition) {
+    const Workshop shop;
+    shop.write("footer.mxf", MxfBuilder().add(footerPartition(smallMetadata())).build());
+    const Outcome outcome = shop.run("corvid to-xml footer.mxf --partition header");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out, IsEmpty());
+    EXPECT_THAT(outcome.err, HasSubstr("no header partition: the first is a footer partition; "
+                                       "metadata is in 0 (footer)"));
+    EXPECT_EQ(shop.run("corvid to-xml footer.mxf --partition footer").status, 0);
+}
+
 TEST(Command, tellsWhichPartitionsHaveMetadata) {
     const Workshop shop;
     shop.write("clip.mxf", MxfBuilder()

@@ -162,6 +162,25 @@ INSTANTIATE_TEST_SUITE_P(
         HostileFile{
             "PropertiesOfDarkGroups",
             [] { return fileOf(many(set(darkGroupKey(), 9, {many(emptyProperty, 30000 * 4)}))); }},
+        HostileFile{
+            "UnknownPropertiesOfBerLengths",
+            [] { return fileOf(withBerLengths(setsOf(contentStorageSet, emptyProperty))); }},
+        HostileFile{
+            "PropertiesThatRecurOfBerLengths",
+            [] { return fileOf(withBerLengths(setsOf(timelineTrackSet, property(0x4802, {})))); }},
+        HostileFile{"PropertiesOfEveryTagOfBerLengths",
+                    [] {
+                        const auto each = [](std::size_t i) {
+                            return property(0x8000 + static_cast<unsigned>(i), {});
+                        };
+                        return fileOf(withBerLengths(many(
+                            set(structuralKey(contentStorageSet), 9, {many(each, 30000 * 4)}))));
+                    }},
+        HostileFile{"PropertiesOfDarkGroupsOfBerLengths",
+                    [] {
+                        return fileOf(withBerLengths(
+                            many(set(darkGroupKey(), 9, {many(emptyProperty, 30000 * 4)}))));
+                    }},
         HostileFile{"Items",
                     [] {
                         return fileOf(

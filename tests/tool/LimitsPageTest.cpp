@@ -2,6 +2,7 @@
 #include "host/dictionary/Inheritance.h"
 #include "host/klv/BerInput.h"
 #include "host/mxf/HeaderMetadataReader.h"
+#include "host/mxf/PartitionWalk.h"
 #include "host/mxf/PrimerPack.h"
 #include "host/mxf/RandomIndexPack.h"
 #include "host/mxf/SetReader.h"
@@ -54,6 +55,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(mxf::, greatestPropertyCount),
         CORVID_LIMIT(mxf::, greatestPrimerSize),
         CORVID_LIMIT(mxf::, greatestRandomIndexPack),
+        CORVID_LIMIT(mxf::, greatestWalk),
         CORVID_LIMIT(mxf::, greatestEssenceContainerCount),
         CORVID_LIMIT(Tool::, greatestDictionary),
         CORVID_LIMIT(MetaMetadata::, deepestInheritance),

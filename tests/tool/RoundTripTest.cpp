@@ -101,8 +101,6 @@ const std::vector<Carried> carriedCases = {
      }},
     {"BehindIso7Terminator", "bytes",
      [](ThingPartition& t) { t.add("ISO7String", std::string("a\0\0b\0", 5)); }},
-    {"BehindTerminatorOfNothing", "bytes",
-     [](ThingPartition& t) { t.add("ISO7String", std::string("\0b", 2)); }},
     {"BehindTerminatorOfAnItem", "bytes",
      [](ThingPartition& t) {
          t.addItems("ISO7StringArray", {std::string("a\0b", 3), std::string("c\0\0", 3)});

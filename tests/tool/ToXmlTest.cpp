@@ -164,6 +164,34 @@ TEST_F(ToXml, referencesAreLinksOrValues) {
     EXPECT_THAT(nested, HasSubstr("ContentStorage"));
 }
 
+TEST_F(ToXml, writesSetsWithBerLengthsAsOthers) {
+    const Bytes identification =
+        set(structuralKey(identificationSet), 3, {property(0x3C01, utf16(u"Corvid"))});
+    const Bytes sets = join({smallSets(), identification});
+    const auto fileOf = [](const Bytes& coded) {
+        return MxfBuilder().add(headerPartition(join({standardPrimer(), coded}))).build();
+    };
+    shop.write("plain.mxf", fileOf(sets));
+    shop.write("ber.mxf", fileOf(withBerLengths(sets)));
+    const Outcome outcome = shop.run("corvid to-xml ber.mxf");
+    EXPECT_EQ(outcome.out, shop.run("corvid to-xml plain.mxf").out);
+    EXPECT_THAT(outcome.out, HasSubstr(">Corvid<"));
+    EXPECT_THAT(outcome.err, IsEmpty());
+    EXPECT_THAT(shop.run("corvid info ber.mxf").out, HasSubstr("3 sets"));
+    EXPECT_THAT(shop.run("corvid check ber.mxf").out,
+                HasSubstr("key 06.0e.2b.34.02.13.01.01.0d.01.01.01.01.01.2f.00 came back as "
+                          "06.0e.2b.34.02.53."));
+}
+
+TEST_F(ToXml, writesTextThatItsTerminatorHidesAsBytes) {
+    shop.write("hidden.mxf", clipWithCompany(std::u16string_view(u"\0\5en", 4)));
+    const Outcome outcome = shop.run("corvid to-xml hidden.mxf -o hidden.xml");
+    EXPECT_THAT(shop.read("hidden.xml"), HasSubstr(">000000050065006E</groups:DarkElement>"));
+    EXPECT_THAT(outcome.err, HasSubstr("property 3c.01 ApplicationSupplierName: the value of 8 "
+                                       "bytes does not fit"));
+    EXPECT_EQ(shop.run("corvid check hidden.mxf").status, 0);
+}
+
 TEST_F(ToXml, startsWithAnySetInAnyForm) {
     const Bytes bytes = uuid(2);
     std::string dotted;
@@ -198,6 +226,21 @@ TEST_F(ToXml, saysWhichPartitionItTookIfNotTheFirst) {
     EXPECT_THAT(shop.run("corvid to-xml clip.mxf").err,
                 HasSubstr("corvid: clip.mxf: note: metadata is from partition 1 (footer"));
     EXPECT_THAT(shop.run("corvid to-xml clip.mxf --partition footer").err, IsEmpty());
+}
+
+TEST_F(ToXml, findsTheFooterOfARecordingThatWasNotEnded) {
+    PartitionSpec header = headerPartition(standardPrimer());
+    header.status = 1;
+    header.footerPartition = 0;
+    header.behindMetadata = klv(essenceKey(), repeat(0xEE, 5000));
+    shop.write("open.mxf", MxfBuilder().add(header).add(footerPartition(smallMetadata())).build());
+    for (const char* line : {"corvid to-xml open.mxf", "cat open.mxf | corvid to-xml -"}) {
+        const Outcome outcome = shop.run(line);
+        EXPECT_THAT(outcome.out, HasSubstr(preface));
+        EXPECT_THAT(outcome.err, HasSubstr("nothing in the file says where its partitions are; 1 "
+                                           "found after the header partition"));
+        EXPECT_THAT(outcome.err, HasSubstr("metadata is from partition 1 (footer, "));
+    }
 }
 
 TEST_F(ToXml, warningsNameFileByteSetAndProperty) {

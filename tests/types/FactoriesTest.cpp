@@ -46,6 +46,9 @@ TEST(CollectionFromBytes, refusesItemsThatDoNotFit) {
     const Bytes shortVersions = {0, 0, 0, 1, 0, 0, 0, 9, 0, 1, 0, 2, 0, 3, 0, 4, 5};
     EXPECT_FALSE(Factories::collectionFromBytes(Identifiers::Array, Identifiers::ProductVersion,
                                                 viewOf(shortVersions)));
+    const Bytes hidden = {0, 0, 0, 2, 0, 0, 0, 2, 'a', 0, 0, 'b'};
+    EXPECT_FALSE(Factories::collectionFromBytes(Identifiers::Array, Identifiers::ISO7String,
+                                                viewOf(hidden)));
     const Bytes nested = {0, 0, 0, 1, 0, 0, 0, 8, 0, 0, 0, 0, 0, 0, 0, 0};
     EXPECT_FALSE(
         Factories::collectionFromBytes(Identifiers::Array, Identifiers::Array, viewOf(nested)));

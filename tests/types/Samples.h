@@ -112,7 +112,7 @@ template <> struct Samples<Types::UTF16String> {
                 {"typical", {0x00, 0x4D, 0xD8, 0x34, 0xDD, 0x1E, 0x00, 0x00, 0x12, 0x34}}};
     }
     static std::vector<Sample> unfit() {
-        return {{"odd", {0, 0x4D, 0}}, {"long", Bytes(0x10000, 0)}};
+        return {{"odd", {0, 0x4D, 0}}, {"hidden", {0, 0, 0, 0x4D}}, {"long", Bytes(0x10000, 0)}};
     }
 };
 

@@ -198,6 +198,30 @@ INSTANTIATE_TEST_SUITE_P(, ISO7StringFromBytes,
                                            TextCase{"EmbeddedZero", {'e', 0, 'n'}, u"e"}),
                          nameOfText);
 
+struct TextFit {
+    const char* name;
+    Bytes bytes;
+    bool fitsUTF16;
+    bool fitsISO7;
+};
+void PrintTo(const TextFit& c, std::ostream* out) { *out << c.name; }
+
+class TextFits : public ::testing::TestWithParam<TextFit> {};
+
+TEST_P(TextFits, unlessItsTerminatorHidesBytes) {
+    EXPECT_EQ(UTF16String::fits(viewOf(GetParam().bytes)), GetParam().fitsUTF16);
+    EXPECT_EQ(ISO7String::fits(viewOf(GetParam().bytes)), GetParam().fitsISO7);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , TextFits,
+    ::testing::Values(TextFit{"Empty", {}, true, true}, TextFit{"Zeros", Bytes(10), true, true},
+                      TextFit{"Terminated", {0, 'a', 0, 0, 0, 'b'}, true, false},
+                      TextFit{"LengthInFront", {0, 0, 0, 5, 'e', 'n', '-', 'U'}, false, false},
+                      TextFit{"LastByteOnly", {0, 0, 0, 1}, false, false},
+                      TextFit{"TextAndMore", {'a', 0, 0, 0, 0, 'b'}, true, true}),
+    [](const auto& each) { return std::string(each.param.name); });
+
 TEST(ISO7String, keepsEightBits) {
     const Bytes bytes = {'a', 0x80, 0xFF};
     EXPECT_STREQ(ISO7String(viewOf(bytes)).value(), "a\x80\xFF");

@@ -74,6 +74,10 @@ void declareClip(CLI::App& verb, ClipOptions& options) {
     declareReading(verb, options);
 }
 
+void declareForce(CLI::App& verb, bool& force, const char* what) {
+    verb.add_flag("--force", force, what)->group(output);
+}
+
 Work declareToXml(CLI::App& verb) {
     using XMLUtils::EncodingType;
     const auto options = std::make_shared<ToXmlOptions>();
@@ -104,6 +108,7 @@ Work declareToXml(CLI::App& verb) {
         ->type_name("FILE")
         ->capture_default_str()
         ->group(output);
+    declareForce(verb, options->force, "Write also where an MXF file is, which is lost");
     verb.add_option_function<std::string>(
             "--encoding",
             [options](const std::string& name) {
@@ -138,6 +143,9 @@ Work declareFromXml(CLI::App& verb) {
         ->required()
         ->type_name("FILE")
         ->group(output);
+    declareForce(
+        verb, options->force,
+        "Write also where an MXF file with more than a header partition is, which is lost");
     verb.add_option("--kag", options->kagSize,
                     "KAG size in bytes: the metadata begins and ends at multiples of it")
         ->type_name("N")
@@ -163,6 +171,7 @@ Work declareSchema(CLI::App& verb) {
         ->type_name("DIR")
         ->capture_default_str()
         ->group(output);
+    declareForce(verb, options->force, "Write also where an MXF file is, which is lost");
     return [options](Messages& messages) { xmlVerbs().schema(*options, messages); };
 }
 

@@ -161,7 +161,7 @@ void Comparer::compareNamed() {
         if (set->hasInstanceUID() && group != nullptr) {
             group->second.push_back(set);
         } else {
-            unclaimed_[set->key().withoutVersion()].push_back(set);
+            unclaimed_[set->key().forMatching()].push_back(set);
         }
     }
     groups.forEach([this](const Types::UUID&, const auto& group) {
@@ -174,7 +174,7 @@ void Comparer::compareNamed() {
 
 void Comparer::compareNameless() {
     for (const MetadataSet* set : nameless_) {
-        auto& candidates = unclaimed_[set->key().withoutVersion()];
+        auto& candidates = unclaimed_[set->key().forMatching()];
         if (candidates.empty()) {
             missing(*set);
             continue;

@@ -6,7 +6,7 @@
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/Messages.h"
-#include "tools/corvid/Output.h"
+#include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/SetValues.h"
 
 namespace Corvid::Tool {
@@ -49,10 +49,9 @@ mxf::PartitionPack packFor(const Metadata::MetadataSet& preface, std::uint32_t k
 
 void fromXml(const FromXmlOptions& options, Messages& messages) {
     messages.setFile(options.path);
-    const auto output = Output::open(options.output);
-    if (output->replaces(options.path)) {
-        throw UsageError{"the output is the input itself"};
-    }
+    const auto output =
+        openOutput(options.output, options.path,
+                   options.force ? MayReplace::everything : MayReplace::headerPartition);
     if (output->isTerminal()) {
         throw UsageError{"an MXF file is nothing for a terminal; -o FILE writes it to a file"};
     }

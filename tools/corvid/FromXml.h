@@ -13,6 +13,7 @@ struct FromXmlOptions {
     bool validate = false;       ///< against the schema, before anything is read
     std::uint32_t kagSize = 512; ///< bytes; 1 for no alignment
     std::string output;          ///< "-" is standard output
+    bool force = false;          ///< replace an MXF file with more than a header partition, too
 };
 
 /// The greatest KAG size that a file may have, in bytes (SMPTE ST 377-1).

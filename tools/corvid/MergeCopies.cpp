@@ -44,7 +44,7 @@ std::optional<Types::UUID> identifierOf(const DarkMetadataSet& set,
     if (!KLV::isLocalSet(set.key())) {
         return identifier;
     }
-    mxf::LocalSet properties({set.value()->begin(), set.value()->size()});
+    mxf::LocalSet properties(set.key(), {set.value()->begin(), set.value()->size()});
     while (const auto property = properties.next()) {
         if (!identifier && Types::UUID::fits(property->value) &&
             isInstanceUID(property->tag, primer)) {

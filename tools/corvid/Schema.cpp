@@ -2,7 +2,7 @@
 
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/Messages.h"
-#include "tools/corvid/Output.h"
+#include "tools/corvid/OpenOutput.h"
 
 #include <filesystem>
 #include <memory>
@@ -29,7 +29,8 @@ void schema(const SchemaOptions& options, Messages& messages) {
     // All are written before the first gets its name.
     std::vector<std::unique_ptr<Output>> outputs;
     for (const auto& each : schemas) {
-        auto output = Output::open((folder / each.fileName).string());
+        auto output = openOutput((folder / each.fileName).string(), "",
+                                 options.force ? MayReplace::everything : MayReplace::noMxfFile);
         output->write(reinterpret_cast<const unsigned char*>(each.text.data()), each.text.size());
         outputs.push_back(std::move(output));
     }

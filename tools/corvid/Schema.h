@@ -12,6 +12,7 @@ class Messages;
 struct SchemaOptions {
     DictionaryChoice dictionaries;
     std::string folder = "."; ///< where the schemas go; made where it is missing
+    bool force = false;       ///< replace MXF files, too
 };
 
 /// Writes the XML Schema documents of the documents that `to-xml` writes, one file per namespace.

@@ -57,10 +57,18 @@ std::string versions(unsigned char before, unsigned char after) {
     return fmt::format("version {:02x} came back as {:02x}", before, after);
 }
 
+/// What of two keys of the same class differs.
+std::string keyDifference(const KLV::Key& before, const KLV::Key& after) {
+    return KLV::hasBerLengths(before) == KLV::hasBerLengths(after)
+               ? versions(before[7], after[7])
+               : fmt::format("key {} came back as {}", Platform::toUtf8(before.toString()),
+                             Platform::toUtf8(after.toString()));
+}
+
 template <class Image>
 std::string contentOf(const Metadata::PartitionDictionary& tags, const MetadataSet& set,
                       Image image) {
-    const auto key = set.key().withoutVersion();
+    const auto key = set.key().forMatching();
     std::string text(key.begin(), key.end());
     for (const auto& property : listProperties(tags, set)) {
         const std::string value = image(*property.element);
@@ -100,9 +108,7 @@ void SetComparison::compare(const MetadataSet& before, const MetadataSet& after)
     if (!KLV::matches(before.key(), after.key())) {
         add(Kind::otherClass, before, "came back as " + className(after));
     } else if (before.key() != after.key()) {
-        add(Kind::keyVersion, before,
-            Platform::toUtf8(before.key().toString()) + " came back as " +
-                Platform::toUtf8(after.key().toString()));
+        add(Kind::keyVersion, before, keyDifference(before.key(), after.key()));
     }
     const Properties olds = listProperties(before_, before);
     const Properties news = listProperties(after_, after);

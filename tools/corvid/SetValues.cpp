@@ -73,11 +73,6 @@ bool isRegistryLabel(const Types::UniversalLabel& label) {
     return std::equal(std::begin(front), std::end(front), label.bytes().begin());
 }
 
-unsigned long schemaIndex(const MetaMetadata::MetaElement& definition) {
-    const auto* const text = definition.attribute("SchemaIndex");
-    return text == nullptr ? 0 : std::strtoul(Platform::toUtf8(text).c_str(), nullptr, 10);
-}
-
 const char* releaseName(Types::ProductVersion::ReleaseVersion release) {
     switch (release) {
     case Types::ProductVersion::unknownVersion:
@@ -209,6 +204,11 @@ std::string propertyName(const Metadata::PartitionDictionary& tags, const Elemen
     }
     const auto* const definition = tags.dictionary()->findElement(*label);
     return definition == nullptr ? Platform::toUtf8(label->toString()) : tagName(*definition);
+}
+
+unsigned long schemaIndex(const MetaMetadata::MetaElement& definition) {
+    const auto* const text = definition.attribute("SchemaIndex");
+    return text == nullptr ? 0 : std::strtoul(Platform::toUtf8(text).c_str(), nullptr, 10);
 }
 
 std::string tagName(const MetaMetadata::MetaDefinition& definition) {

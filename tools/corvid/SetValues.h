@@ -71,6 +71,9 @@ std::string className(const Metadata::MetadataSet& set);
 std::string propertyName(const Metadata::PartitionDictionary& tags,
                          const Metadata::Element& element);
 
+/// The place of a property among those of its set in a document; 0 where the dictionary gives none.
+unsigned long schemaIndex(const MetaMetadata::MetaElement& definition);
+
 /// What the dictionary calls a definition.
 std::string tagName(const MetaMetadata::MetaDefinition& definition);
 

@@ -43,7 +43,7 @@ bool isGeneralised(const Types::UniversalLabel& label) {
 
 bool isOfMetaDictionary(const KLV::Key& key) {
     const auto front = sixteenBytes(0x060e2b3402530100, 0x0d01010102000000);
-    return std::equal(front.begin(), front.begin() + 13, key.withoutVersion().begin());
+    return std::equal(front.begin(), front.begin() + 13, key.forMatching().begin());
 }
 
 std::string trackKind(const Types::UniversalLabel& label) {

@@ -5,8 +5,9 @@
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/InstanceText.h"
+#include "tools/corvid/LeftOutReferences.h"
 #include "tools/corvid/Messages.h"
-#include "tools/corvid/Output.h"
+#include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/WriteDocument.h"
 #include "tools/corvid/XercesFailures.h"
 
@@ -122,6 +123,21 @@ DocumentContent contentOf(const ToXmlOptions& options) {
     return content;
 }
 
+/// @param text  what people named the set by, if they did.
+const Metadata::MetadataSet& findStart(const Metadata::PartitionMetadata& metadata,
+                                       const DocumentContent& content, const std::string& text) {
+    if (content.start) {
+        const auto found = metadata.resolve(*content.start);
+        if (found.empty()) {
+            throw Exceptions::InvalidArgument("no set with the InstanceUID " + text +
+                                                  " to start from in this partition",
+                                              CORVID_HERE);
+        }
+        return found.front();
+    }
+    return prefaceOf(metadata);
+}
+
 /// Model and document, kept until the process ends: to take tens of thousands of objects apart just
 /// before costs time and brings nothing.
 struct Leftovers {
@@ -131,10 +147,8 @@ struct Leftovers {
 
 void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
     const DocumentContent content = contentOf(options);
-    const auto output = Output::open(options.output);
-    if (output->replaces(options.clip.path)) {
-        throw UsageError{"the output is the input itself"};
-    }
+    const auto output = openOutput(options.output, options.clip.path,
+                                   options.force ? MayReplace::everything : MayReplace::noMxfFile);
     const auto dictionary = loadDictionary(options.clip.dictionaries);
     mxf::File file(options.clip.path, dictionary, messages);
     work.header = readMetadata(file, options.clip);
@@ -142,10 +156,9 @@ void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
         messages.note("metadata is from " +
                       describe(work.header.partition, file.partitions()[work.header.partition]));
     }
-    if (content.start && work.header.metadata->resolve(*content.start).empty()) {
-        throw Exceptions::InvalidArgument("no set with the InstanceUID " + options.start +
-                                              " to start from in this partition",
-                                          CORVID_HERE);
+    const auto& start = findStart(*work.header.metadata, content, options.start);
+    if (options.referencesAsValues) {
+        warnOfLeftOutReferences(*work.header.metadata, start, options.structuralOnly, messages);
     }
     work.document.emplace(*work.header.metadata, content);
     Writer(*work.document, options).write(*output, *dictionary, messages);

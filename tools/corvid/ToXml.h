@@ -11,6 +11,7 @@ class Messages;
 struct ToXmlOptions {
     ClipOptions clip;
     std::string output = "-"; ///< "-" is standard output
+    bool force = false;       ///< replace an MXF file, too
     XMLUtils::EncodingType encoding = XMLUtils::EncodingType::utf8;
     bool referencesAsValues = false;
     bool structuralOnly = false; ///< without sets that are no structural metadata

@@ -25,13 +25,7 @@ Document build(PartitionMetadata& metadata, const DocumentContent& content) {
         return XMLBuilder::partition2XML(&metadata, &metadata.resolve(*content.start).front(),
                                          content.referencesAsValues, content.structuralOnly);
     }
-    // Asked before: a writer that finds none leaves its document behind.
-    if (metadata.find(Metadata::Structural::StructuralMetadataKeys::preface()).empty()) {
-        throw Exceptions::InvalidFormat(
-            "no Preface among the " + std::to_string(metadata.size()) +
-                " sets of the partition; to-xml --start INSTANCEUID begins with another set",
-            CORVID_HERE);
-    }
+    prefaceOf(metadata); // A writer that finds none leaves its document behind.
     return XMLBuilder::partition2XML(&metadata, content.referencesAsValues, content.structuralOnly);
 }
 
@@ -71,6 +65,17 @@ DocumentSupplement supplementOf(const PartitionMetadata& metadata, const Documen
 }
 
 } // namespace
+
+const MetadataSet& prefaceOf(const PartitionMetadata& metadata) {
+    const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (prefaces.empty()) {
+        throw Exceptions::InvalidFormat(
+            "no Preface among the " + std::to_string(metadata.size()) +
+                " sets of the partition; to-xml --start INSTANCEUID begins with another set",
+            CORVID_HERE);
+    }
+    return *prefaces.front();
+}
 
 WrittenDocument::WrittenDocument(PartitionMetadata& metadata, const DocumentContent& content)
     : document_(build(metadata, content)) {

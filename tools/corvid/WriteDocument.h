@@ -16,6 +16,10 @@ struct DocumentContent {
     std::optional<Types::UUID> start; ///< a set to begin with; nothing for the Preface
 };
 
+/// The first Preface.
+/// @throws InvalidFormat  there is none.
+const Metadata::MetadataSet& prefaceOf(const Metadata::PartitionMetadata& metadata);
+
 /// A document of the command: what the library makes of a partition, and the processing
 /// instructions that say what the format has no place for.
 class WrittenDocument {

@@ -1,0 +1,206 @@
+#include "tools/corvid/OpenOutput.h"
+
+#include "tests/tool/RunCommand.h"
+#include "tools/corvid/ExitStatus.h"
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+using namespace Corvid::Testing;
+using Corvid::Tool::MayReplace;
+using Corvid::Tool::refuseToDestroy;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::StartsWith;
+
+namespace {
+
+/// Why a file may not be replaced; empty where it may.
+std::string refusal(const std::string& path, MayReplace mayReplace) {
+    try {
+        refuseToDestroy(path, mayReplace);
+    } catch (const Corvid::Tool::UsageError& error) {
+        return error.text;
+    }
+    return "";
+}
+
+const Bytes essence = klv(essenceKey(), repeat(0xEE, 100));
+
+Bytes onePartition(const Bytes& behind) {
+    PartitionSpec header = headerPartition();
+    header.behindMetadata = behind;
+    return MxfBuilder().add(header).build();
+}
+
+/// An MXF file as recorders write it.
+Bytes wholeClip() {
+    PartitionSpec body = bodyPartition();
+    body.bodySid = 1;
+    body.behindMetadata = essence;
+    return MxfBuilder()
+        .add(headerPartition())
+        .add(body)
+        .add(footerPartition())
+        .withRandomIndexPack()
+        .build();
+}
+
+Bytes withLyingByteCount() {
+    PartitionSpec header = headerPartition();
+    header.behindMetadata = essence;
+    header.headerByteCount = header.metadata.size() + essence.size();
+    return MxfBuilder().add(header).build();
+}
+
+Bytes cut(Bytes bytes, std::size_t left) {
+    bytes.resize(left);
+    return bytes;
+}
+
+struct Found {
+    const char* name;
+    Bytes bytes;
+    bool isHeaderPartition; ///< and nothing else
+    const char* what;       ///< part of the refusal; empty where there is none
+};
+void PrintTo(const Found& c, std::ostream* out) { *out << c.name; }
+
+class WhereAFileIs : public ::testing::TestWithParam<Found> {};
+
+TEST_P(WhereAFileIs, onlyWhatIsNotAClipIsReplaced) {
+    const Workshop shop;
+    shop.write("there", GetParam().bytes);
+    const std::string path = (shop.path() / "there").string();
+    const bool isMxf = *GetParam().what != '\0';
+    const auto expect = [&](MayReplace mayReplace, bool refused) {
+        const std::string text = refusal(path, mayReplace);
+        EXPECT_EQ(!text.empty(), refused) << text;
+        EXPECT_TRUE(!refused || text.rfind(path + ": ", 0) == 0) << text;
+        EXPECT_THAT(text, HasSubstr(refused ? GetParam().what : ""));
+        EXPECT_THAT(text, HasSubstr(refused ? "lost; --force replaces it" : ""));
+    };
+    expect(MayReplace::headerPartition, isMxf && !GetParam().isHeaderPartition);
+    expect(MayReplace::noMxfFile, isMxf);
+    EXPECT_THAT(refusal(path, MayReplace::everything), IsEmpty());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , WhereAFileIs,
+    ::testing::Values(
+        Found{"Nothing", {}, false, ""}, Found{"Text", {'t', 'e', 'x', 't'}, false, ""},
+        Found{"HeaderPartition", onePartition({}), true, "an MXF file (1 partition, "},
+        Found{"HeaderPartitionAndFill", onePartition(fill(700)), true, "an MXF file (1 partition"},
+        Found{"Clip", wholeClip(), false, "an MXF file with essence (3 partitions, "},
+        Found{"EssenceInTheHeaderPartition", onePartition(essence), false, "(1 partition, "},
+        Found{"EssenceThatTheByteCountTakesIn", withLyingByteCount(), false, "(1 partition, "},
+        Found{"IndexTable", onePartition(klv(indexSegmentKey(), {1})), false, "(1 partition, "},
+        Found{"Zeros", onePartition(Bytes(100)), false, "(1 partition, "},
+        Found{"RandomIndexPack", MxfBuilder().add(headerPartition()).withRandomIndexPack().build(),
+              false, "(1 partition, "},
+        Found{"FooterPartition", MxfBuilder().add(headerPartition()).add(footerPartition()).build(),
+              false, "(2 partitions, "},
+        Found{"FooterPartitionOnly", MxfBuilder().add(footerPartition(smallMetadata())).build(),
+              false, "(1 partition, "},
+        Found{"RunIn", MxfBuilder().runIn({1, 2, 3}).add(headerPartition()).build(), false,
+              "(1 partition, "},
+        Found{"CutInASet", cut(onePartition({}), onePartition({}).size() - 3), false,
+              "(1 partition, "},
+        Found{"CutInItsPack", cut(onePartition({}), 50), false, "a damaged MXF file"}),
+    [](const auto& each) { return std::string(each.param.name); });
+
+TEST(RefuseToDestroy, takesNothingForAFileThatIsNotThere) {
+    const Workshop shop;
+    EXPECT_EQ(refusal((shop.path() / "new.mxf").string(), MayReplace::noMxfFile), "");
+    EXPECT_EQ(refusal("-", MayReplace::noMxfFile), "");
+    EXPECT_EQ(refusal("/dev/null", MayReplace::noMxfFile), "");
+}
+
+TEST(RefuseToDestroy, protectsAFileThatCantBeRead) {
+    const Workshop shop;
+    shop.write("there", smallClip());
+    std::string path = (shop.path() / "there").string();
+    std::filesystem::permissions(path, std::filesystem::perms::owner_write);
+    if (::geteuid() == 0) {
+        path = "/proc/self/mem"; // root reads all files but this one
+        if (!std::filesystem::is_regular_file(path)) {
+            GTEST_SKIP() << "no file that root can't read";
+        }
+    }
+    EXPECT_THAT(refusal(path, MayReplace::headerPartition),
+                HasSubstr("so it may be an MXF file, which would be lost; --force replaces it"));
+    EXPECT_EQ(refusal(path, MayReplace::everything), "");
+}
+
+class Replacing : public ::testing::Test {
+protected:
+    Replacing() {
+        shop.write("clip.mxf", wholeClip());
+        shop.write("there.mxf", wholeClip());
+        shop.run("corvid to-xml clip.mxf -o clip.xml");
+    }
+
+    Workshop shop;
+};
+
+TEST_F(Replacing, fromXmlKeepsTheClipThatItsDocumentIsFrom) {
+    for (const char* line :
+         {"corvid to-xml clip.mxf | corvid from-xml - -o clip.mxf",
+          "corvid from-xml clip.xml -o clip.mxf", "corvid from-xml missing.xml -o clip.mxf"}) {
+        const Outcome outcome = shop.run(line);
+        EXPECT_EQ(outcome.status, 2) << line;
+        EXPECT_THAT(outcome.err, StartsWith("corvid: clip.mxf: an MXF file with essence (3 "));
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+        EXPECT_EQ(shop.read("clip.mxf"), asText(wholeClip()));
+    }
+}
+
+TEST_F(Replacing, fromXmlReplacesAClipByForce) {
+    EXPECT_EQ(shop.run("corvid from-xml clip.xml -o clip.mxf --force").status, 0);
+    EXPECT_THAT(shop.run("corvid info clip.mxf").out, HasSubstr("closed and complete"));
+    EXPECT_NE(shop.read("clip.mxf"), asText(wholeClip()));
+    // What it writes itself needs no force.
+    EXPECT_EQ(shop.run("corvid from-xml clip.xml -o clip.mxf").status, 0);
+}
+
+TEST_F(Replacing, toXmlKeepsAnyMxfFile) {
+    shop.write("there.mxf", smallClip());
+    const Outcome outcome = shop.run("corvid to-xml clip.mxf -o there.mxf");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, StartsWith("corvid: there.mxf: an MXF file (1 partition, "));
+    EXPECT_EQ(shop.read("there.mxf"), asText(smallClip()));
+    EXPECT_EQ(shop.run("corvid to-xml clip.mxf -o there.mxf --force").status, 0);
+    EXPECT_THAT(shop.read("there.mxf"), StartsWith("<?xml"));
+}
+
+TEST_F(Replacing, theInputIsNotReplacedByForce) {
+    const Outcome outcome = shop.run("corvid to-xml clip.mxf -o ./clip.mxf --force");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, HasSubstr("the output is the input itself"));
+    EXPECT_EQ(shop.read("clip.mxf"), asText(wholeClip()));
+}
+
+TEST_F(Replacing, schemaKeepsAClipWithTheNameOfASchema) {
+    shop.run("mkdir schema; cp clip.mxf schema/types.xsd");
+    const Outcome outcome = shop.run("corvid schema -o schema");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, HasSubstr("schema/types.xsd: an MXF file"));
+    EXPECT_EQ(shop.run("ls schema").out, "types.xsd\n");
+    EXPECT_EQ(shop.run("corvid schema -o schema --force").status, 0);
+    EXPECT_THAT(shop.read("schema/types.xsd"), HasSubstr("<xs:schema"));
+}
+
+TEST_F(Replacing, everyVerbThatWritesFilesCanBeForced) {
+    for (const char* verb : {"to-xml", "from-xml", "schema"}) {
+        EXPECT_THAT(shop.run(std::string("corvid ") + verb + " --help").out, HasSubstr("--force"));
+    }
+}
+
+TEST_F(Replacing, aClipBehindALinkIsKeptToo) {
+    shop.run("ln -s clip.mxf link.mxf");
+    const Outcome outcome = shop.run("corvid from-xml clip.xml -o link.mxf");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.err, HasSubstr("link.mxf: an MXF file with essence"));
+}
+
+} // namespace
