@@ -87,9 +87,6 @@ public:
     /// Adds an element without value behind the invalid ones.
     Element& createInvalidElement(Element::Attribute attribute, Types::u16 localTag = 0);
 
-    /// Gives the set another key of the same class, one of another version or coding.
-    void setKey(const KLV::Key& key) noexcept { key_ = key; }
-
     /// The octets of the length field that the set had in its file or is to have, 1 to 9.
     unsigned char berLength() const noexcept { return berLength_; }
     void setBerLength(unsigned char octets) noexcept { berLength_ = octets; }
