@@ -1,5 +1,6 @@
 #include "host/mxf/SetReader.h"
 
+#include "host/dictionary/MetaCollectionElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/mxf/LocalSet.h"
 
@@ -10,9 +11,29 @@ namespace {
 using Metadata::Element;
 using Metadata::MetadataSet;
 
+/// What is wrong with a value that has not the form of its type.
+std::string misfit(std::size_t size, const MetaMetadata::MetaElement& definition) {
+    namespace Identifiers = Types::Identifiers;
+    const auto type = definition.dataType();
+    std::string name = Identifiers::typeName(type);
+    if (definition.isCollection()) {
+        const auto& collection =
+            static_cast<const MetaMetadata::MetaCollectionElement&>(definition);
+        name += std::string(" of ") + Identifiers::typeName(collection.dataSubType());
+    }
+    const auto expected = static_cast<std::size_t>(Identifiers::typeSize(type));
+    return (size == 0
+                ? std::string("the value is empty")
+                : "the value has " + std::to_string(size) + (size == 1 ? " byte" : " bytes")) +
+           ", expected " +
+           (expected == 0 || expected == size
+                ? "a valid " + name
+                : std::to_string(expected) + (expected == 1 ? " byte (" : " bytes (") + name + ")");
+}
+
 struct Walk {
     std::size_t properties = 0;
-    std::size_t rest = 0; ///< bytes behind the last property
+    std::size_t rest = 0; ///< bytes after the last property
     bool hasInstanceUID = false;
 };
 
@@ -44,9 +65,8 @@ std::string nameOfSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet* 
     return Platform::toUtf8(name == nullptr ? key.toString() : Utf16Text(name));
 }
 
-void SetReader::warn(const Place& place, std::string text) const {
-    Warning warning;
-    warning.text = std::move(text);
+void SetReader::warn(const WarningKind& kind, const Place& place, std::string text) const {
+    Warning warning(kind, std::move(text));
     warning.offset = place.offset;
     warning.set = nameOfSet(place.key, place.definition);
     if (place.meaning != nullptr) {
@@ -65,14 +85,17 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
     }
     const Place place{triplet.key, definition, triplet.offset};
     const Walk found = walk(value, meanings_);
-    if (found.rest != 0 || found.properties > greatestPropertyCount) {
-        warn(place, found.rest != 0
-                        ? "the last " + std::to_string(found.rest) + " of its " +
-                              std::to_string(value.size) +
-                              " bytes hold no whole property, so it is kept as a dark set"
-                        : "has " + std::to_string(found.properties) + " properties, more than " +
-                              std::to_string(greatestPropertyCount) +
-                              ", so it is kept as a dark set");
+    if (found.rest != 0) {
+        warn(WarningKinds::malformedSet, place,
+             "the last " + std::to_string(found.rest) + " of its " + std::to_string(value.size) +
+                 " bytes are not a whole property, so the set is kept as a dark set");
+        addDark(triplet, value);
+        return nullptr;
+    }
+    if (found.properties > greatestPropertyCount) {
+        warn(WarningKinds::manyProperties, place,
+             "has " + std::to_string(found.properties) + " properties, expected at most " +
+                 std::to_string(greatestPropertyCount) + ", so it is kept as a dark set");
         addDark(triplet, value);
         return nullptr;
     }
@@ -87,7 +110,7 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
     set.setBerLength(triplet.length.octets);
     fill(set, value, triplet.valueOffset());
     if (!set.hasInstanceUID()) {
-        warn(place, "has no InstanceUID, so no reference finds it");
+        warn(WarningKinds::noInstanceUID, place, "has no InstanceUID, so no reference leads to it");
     }
     return &set;
 }
@@ -103,10 +126,11 @@ void SetReader::fill(MetadataSet& set, Types::ByteView value, std::uint64_t valu
 
 void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
                             const Place& place) {
-    if (!meaning.inPrimer) {
-        warn(place, meaning.label == nullptr
-                        ? "the primer pack lacks the tag, so the property is kept as unknown"
-                        : "the primer pack lacks the tag, so it is taken as the static one");
+    if (!meaning.inPrimer && primer_ == Primer::there) {
+        warn(WarningKinds::primerLacksTag, place,
+             meaning.label == nullptr
+                 ? "the primer pack lacks the tag, so the property is kept as unknown"
+                 : "the primer pack lacks the tag, so the tag has its registered meaning");
     }
     const auto* attribute = meaning.attributeIn(*set.metaMetadataSet());
     if (attribute == nullptr) {
@@ -114,8 +138,8 @@ void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteVi
         return;
     }
     if (set.find(meaning.definition->label()) != nullptr) {
-        warn(place, "stands in the set more than once; the first is the property, this one is kept "
-                    "beside it");
+        warn(WarningKinds::repeatedProperty, place,
+             "is in the set more than once; the first is the property, this one is kept beside it");
         addInvalid(set, meaning, bytes, place);
         return;
     }
@@ -129,15 +153,16 @@ void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteVi
 void SetReader::addInvalid(MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
                            const Place& place) {
     if (meaning.identifies) {
-        warn(place, "cannot stand as the set's own identifier, so it is kept as bytes");
+        warn(WarningKinds::unfitIdentifier, place,
+             "can't be an identifier of the set, so it is kept as bytes");
     } else if (meaning.definition != nullptr) {
         // An element cannot be taken back, so whether the bytes fit is tried on one of its own.
         if (Metadata::createElement(meaning.misplaced)->parse(bytes)) {
             set.createInvalidElement(meaning.misplaced, meaning.tag).parse(bytes);
             return;
         }
-        warn(place, "the value of " + std::to_string(bytes.size) +
-                        " bytes does not fit the property's type, so it is kept as bytes");
+        warn(WarningKinds::unfitValue, place,
+             misfit(bytes.size, *meaning.definition) + ", so it is kept as bytes");
     }
     set.createInvalidElement(meaning.definition == nullptr ? meaning.unknown : meaning.unfit,
                              meaning.tag)

@@ -1,6 +1,7 @@
 #include "tools/corvid/CheckReport.h"
 
 #include "tools/corvid/Printable.h"
+#include "tools/corvid/WarningJson.h"
 
 #include <algorithm>
 #include <fmt/core.h>
@@ -20,6 +21,7 @@ struct DescribedResult {
 constexpr DescribedResult results[] = {
     {CheckResult::lossless, "lossless", "lossless"},
     {CheckResult::implied, "implied", "lossless but for what the format implies"},
+    {CheckResult::cutOff, "cutOff", "lossless in what could be read"},
     {CheckResult::different, "different", "different"},
     {CheckResult::refused, "refused", "refused"},
     {CheckResult::unreadable, "unreadable", "unreadable"},
@@ -53,14 +55,18 @@ std::string verdict(const CheckedFile& file, const Style& style) {
     const auto& differences = file.comparison.differences;
     const std::size_t real = countReal(differences);
     const std::size_t implied = differences.size() - real;
+    const std::string cut = file.cutOffAt ? cutOffText(*file.cutOffAt) : "";
     if (real != 0) {
         return fmt::format("{}DIFFERENT{}: {}", style.bad, style.end, counted(real, "difference")) +
-               (implied == 0 ? "" : fmt::format(", and {} that the format implies", implied));
+               (implied == 0 ? "" : fmt::format(", and {} that the format implies", implied)) +
+               (cut.empty() ? "" : "; " + cut);
     }
-    return fmt::format("{}lossless{}", style.good, style.end) +
+    return fmt::format("{}lossless{}{}", cut.empty() ? style.good : style.bad,
+                       cut.empty() ? "" : " in what could be read", style.end) +
            (implied == 0
                 ? ""
-                : " but for " + counted(implied, "difference") + " that the format implies");
+                : " but for " + counted(implied, "difference") + " that the format implies") +
+           (cut.empty() ? "" : ": " + cut);
 }
 
 std::string line(const Difference& difference) {
@@ -101,10 +107,11 @@ std::size_t CheckTally::count(CheckResult result) const {
 
 const char* nameOf(CheckResult result) { return results[static_cast<std::size_t>(result)].name; }
 
-CheckResult resultOf(const Comparison& comparison) {
-    return comparison.differences.empty()           ? CheckResult::lossless
-           : countReal(comparison.differences) == 0 ? CheckResult::implied
-                                                    : CheckResult::different;
+CheckResult resultOf(const Comparison& comparison, bool isCutOff) {
+    return countReal(comparison.differences) != 0 ? CheckResult::different
+           : isCutOff                             ? CheckResult::cutOff
+           : comparison.differences.empty()       ? CheckResult::lossless
+                                                  : CheckResult::implied;
 }
 
 std::string toText(const CheckedFile& file, bool all, bool colours) {

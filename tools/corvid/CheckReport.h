@@ -1,8 +1,10 @@
 #pragma once
 
 #include "tools/corvid/Comparison.h"
+#include "tools/corvid/WarningLog.h"
 
 #include <map>
+#include <optional>
 
 namespace Corvid::Tool {
 
@@ -10,6 +12,7 @@ namespace Corvid::Tool {
 enum class CheckResult : unsigned char {
     lossless,   ///< all came back
     implied,    ///< all that the format has room for
+    cutOff,     ///< all that could be read, but the metadata is cut off
     different,  ///< something was damaged
     refused,    ///< the file can't be taken to XML and back
     unreadable, ///< the file can't be read at all
@@ -19,8 +22,10 @@ enum class CheckResult : unsigned char {
 struct CheckedFile {
     std::string file; ///< as people named it
     CheckResult result = CheckResult::lossless;
-    Comparison comparison; ///< where it came to that
-    std::string error;     ///< where it did not
+    Comparison comparison;                 ///< where it came to that
+    std::string error;                     ///< where it did not
+    std::optional<std::uint64_t> cutOffAt; ///< of the metadata, in bytes from the front of the file
+    WarningLog warnings;
 };
 
 /// Many of them, counted.
@@ -41,7 +46,8 @@ private:
 const char* nameOf(CheckResult result);
 
 /// The result that a comparison means.
-CheckResult resultOf(const Comparison& comparison);
+/// @param isCutOff  whether the metadata could not be read to its end.
+CheckResult resultOf(const Comparison& comparison, bool isCutOff);
 
 /// For people: a line for the file, then its differences by kind, the real ones first. Nothing for
 /// a file that could not be compared: why not has gone to standard error.

@@ -25,7 +25,7 @@ constexpr const char* output = "Output";
 /// Gives a verb its options; they live as long as the work that is returned.
 using Work = std::function<void(Messages&)>;
 
-/// Unlike the library's own, it adds nothing to the help: the type's name tells the values.
+/// Unlike the library's own, it adds nothing to the help: the type's name shows the values.
 CLI::Validator oneOf(std::vector<std::string> values) {
     return CLI::Validator(
         [values = std::move(values)](const std::string& text) {
@@ -44,11 +44,12 @@ void declareDictionaries(CLI::App& verb, std::vector<std::string>& paths) {
         ->group(input);
 }
 
-/// What verbs that read one MXF file and those that read many can be told of them.
+/// The options of verbs that read MXF files, one or many.
 void declareReading(CLI::App& verb, ClipOptions& options) {
     declareDictionaries(verb, options.dictionaries);
     verb.add_option("--partition", options.partition,
-                    "Whose metadata is read: auto (the last complete copy), header, footer, or the "
+                    "Partition to read the metadata of: auto (the last complete copy), header, "
+                    "footer, or the "
                     "number of a partition, from 0")
         ->type_name("auto|header|footer|N")
         ->check(
@@ -70,6 +71,10 @@ void declareClip(CLI::App& verb, ClipOptions& options) {
     declareReading(verb, options);
 }
 
+void declareStrictness(CLI::App& verb, bool& wanted, const char* what) {
+    verb.add_flag("--warnings-as-errors", wanted, what)->group(processing);
+}
+
 Work declareToXml(CLI::App& verb) {
     using XMLUtils::EncodingType;
     const auto options = std::make_shared<ToXmlOptions>();
@@ -77,14 +82,14 @@ Work declareToXml(CLI::App& verb) {
     verb.add_option_function<std::string>(
             "--references",
             [options](const std::string& how) { options->referencesAsValues = how == "values"; },
-            "links: sets stand side by side and refer to each other; values: a set stands inside "
+            "links: sets are side by side and refer to each other; values: a set is inside "
             "the property that owns it")
         ->type_name("links|values")
         ->check(oneOf({"links", "values"}))
         ->default_str("links")
         ->group(processing);
     verb.add_flag("--structural-only", options->structuralOnly,
-                  "Leave out sets that are no structural metadata")
+                  "Leave out sets that are not structural metadata")
         ->group(processing);
     verb.add_option("--start", options->start, "Begin with this set instead of the Preface")
         ->type_name("INSTANCEUID")
@@ -96,6 +101,8 @@ Work declareToXml(CLI::App& verb) {
     verb.add_flag("--validate", options->validate,
                   "Check the document against its schema before it is written")
         ->group(processing);
+    declareStrictness(verb, options->warningsAsErrors,
+                      "Write nothing and exit with status 1 if there are warnings");
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->type_name("FILE")
         ->capture_default_str()
@@ -130,6 +137,8 @@ Work declareFromXml(CLI::App& verb) {
     verb.add_flag("--validate", options->validate,
                   "Check the document against its schema before it is read")
         ->group(processing);
+    declareStrictness(verb, options->warningsAsErrors,
+                      "Write nothing and exit with status 1 if there are warnings");
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->required()
         ->type_name("FILE")
@@ -147,6 +156,7 @@ Work declareInfo(CLI::App& verb, bool colours) {
     const auto options = std::make_shared<InfoOptions>();
     options->colours = colours;
     declareClip(verb, options->clip);
+    declareStrictness(verb, options->warningsAsErrors, "Exit with status 1 if there are warnings");
     verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
     return [options](Messages& messages) { info(*options, messages); };
 }
@@ -170,6 +180,7 @@ Work declareCheck(CLI::App& verb, bool colours) {
         ->type_name("CLIP.mxf")
         ->group(input);
     declareReading(verb, options->clip);
+    declareStrictness(verb, options->warningsAsErrors, "Exit with status 1 if there are warnings");
     verb.add_flag("--all", options->all,
                   "List all differences, however many there are of a kind in a file")
         ->group(output);
@@ -210,9 +221,9 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     };
     add("to-xml", "Write the header metadata of an MXF file as XML", declareToXml);
     add("from-xml", "Write a document as an MXF header partition", declareFromXml);
-    add("info", "Tell what is in an MXF file at a glance",
+    add("info", "Show what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
-    add("check", "Take MXF files to XML and back, tell what differs",
+    add("check", "Take MXF files to XML and back, show what differs",
         [colours](CLI::App& verb) { return declareCheck(verb, colours); });
     add("schema", "Write the XML Schema of the documents", declareSchema);
     add("dictionary", "Explain a label, local tag, set, property or type",

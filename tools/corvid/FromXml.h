@@ -12,6 +12,7 @@ struct FromXmlOptions {
     bool validate = false;       ///< against the schema, before anything is read
     std::uint32_t kagSize = 512; ///< bytes; 1 for no alignment
     std::string output;          ///< "-" is standard output
+    bool warningsAsErrors = false;
 };
 
 /// The greatest KAG size that a file may have, in bytes (SMPTE ST 377-1).
