@@ -8,6 +8,7 @@
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Schema.h"
 #include "tools/corvid/ToXml.h"
+#include "tools/corvid/UsageHelp.h"
 #include "tools/corvid/XmlModule.h"
 
 #include <algorithm>
@@ -32,6 +33,17 @@ CLI::Validator oneOf(std::vector<std::string> values) {
             const bool isOne = std::find(values.begin(), values.end(), text) != values.end();
             return isOne ? std::string()
                          : "expected " + CLI::detail::join(values, " or ") + ", not '" + text + "'";
+        },
+        "");
+}
+
+CLI::Validator numberFromOne(std::uint32_t greatest) {
+    return CLI::Validator(
+        [greatest](std::string& text) {
+            return CLI::Range(std::uint32_t{1}, greatest)(text).empty()
+                       ? std::string()
+                       : "expected a number from 1 to " + std::to_string(greatest) + ", not '" +
+                             text + "'";
         },
         "");
 }
@@ -146,7 +158,7 @@ Work declareFromXml(CLI::App& verb) {
     verb.add_option("--kag", options->kagSize,
                     "KAG size in bytes: the metadata begins and ends at multiples of it")
         ->type_name("N")
-        ->check(CLI::Range(std::uint32_t{1}, greatestKagSize).description(""))
+        ->check(numberFromOne(greatestKagSize))
         ->capture_default_str()
         ->group(output);
     return [options](Messages& messages) { xmlVerbs().fromXml(*options, messages); };
@@ -208,14 +220,14 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     CLI::App app("The header metadata of MXF files (SMPTE ST 377-1) as XML", "corvid");
     app.formatter(std::make_shared<HelpFormatter>());
     app.require_subcommand(0, 1);
-    app.set_version_flag("--version", "corvid " CORVID_VERSION, "Print the version and exit");
+    app.set_version_flag("-V,--version", "corvid " CORVID_VERSION, "Print the version and exit");
     app.set_help_flag("-h,--help", "Print this help and exit");
-    app.footer("corvid VERB --help tells the options of a verb. Exit status: 0 done, 1 data\n"
+    app.footer("corvid help VERB shows the options of a verb. Exit status: 0 done, 1 data\n"
                "refused or different, 2 wrong command line, 3 file unreadable or unwritable.\n");
 
     Work chosen;
     const auto add = [&](const char* name, const char* what, const auto& declare) {
-        CLI::App* const verb = app.add_subcommand(name, what);
+        CLI::App* const verb = app.add_subcommand(name, what)->group("Verbs");
         Work work = declare(*verb);
         verb->callback([&chosen, work = std::move(work)] { chosen = work; });
     };
@@ -228,19 +240,25 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     add("schema", "Write the XML Schema of the documents", declareSchema);
     add("dictionary", "Explain a label, local tag, set, property or type",
         [colours](CLI::App& verb) { return declareDictionary(verb, colours); });
+    std::string explained;
+    const CLI::App* const help = declareHelp(app, explained);
 
     try {
+        checkVerb(app, argc, argv);
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {
         std::ostringstream text;
         std::ostringstream error;
         if (app.exit(end, text, error) != 0) {
-            throw UsageError{std::string(end.what()) + "; corvid --help tells more"};
+            throw UsageError{usageText(app, end)};
         }
         return {{}, text.str()};
     }
+    if (help->parsed()) {
+        return {{}, helpOf(app, explained)};
+    }
     if (!chosen) {
-        throw UsageError{"a verb is missing; corvid --help lists them"};
+        throw UsageError{"a verb is missing", "\n" + app.help()};
     }
     return {std::move(chosen), {}};
 }
