@@ -12,6 +12,7 @@
 #include "tools/corvid/Clip.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/FromXml.h"
+#include "tools/corvid/WarningLog.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -64,6 +65,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(XMLBuilder::, greatestInlineDepth),
         CORVID_LIMIT(Types::ByteRun::, greatestSize),
         CORVID_LIMIT(Tool::, greatestKagSize),
+        CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
     };
 #undef CORVID_LIMIT
     std::map<std::string, std::string> told;
