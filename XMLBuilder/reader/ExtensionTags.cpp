@@ -19,6 +19,15 @@ namespace {
 
 using xercesc::DOMElement;
 
+/// The key of a dark set; zeros where it can't be read, which is refused where the set is read.
+KLV::Key keyOf(const DOMElement& set) {
+    try {
+        return KLV::Key(XMLUtils::fromXml(set.getAttribute(Names::key)), Types::dottedHexadecimal);
+    } catch (const Exceptions::InvalidFormat&) {
+        return {};
+    }
+}
+
 Types::LocalTag tagFrom(const XMLCh* text) {
     return Types::LocalTag(XMLUtils::fromXml(text), Types::dottedHexadecimal);
 }
@@ -57,7 +66,7 @@ void ExtensionTags::keepNamed(const DOMElement& root) {
 void ExtensionTags::keepTagsOfDarkSets(const DOMElement& root) {
     const auto& sets =
         *root.getElementsByTagNameNS(Names::groups.uri, Names::localPart(Names::darkMetadata));
-    for (XMLSize_t i = 0; const auto* set = sets.item(i); ++i) {
+    for (XMLSize_t i = 0; const auto* set = static_cast<const DOMElement*>(sets.item(i)); ++i) {
         const auto* content = set->getFirstChild();
         const XMLCh* const value = content == nullptr ? nullptr : content->getNodeValue();
         const std::u16string_view text = value == nullptr ? u"" : value;
@@ -67,7 +76,7 @@ void ExtensionTags::keepTagsOfDarkSets(const DOMElement& root) {
             continue;
         }
         const FieldBytes bytes = decodeHex(value);
-        mxf::LocalSet properties({bytes.data(), bytes.size()});
+        mxf::LocalSet properties(keyOf(*set), {bytes.data(), bytes.size()});
         while (const auto property = properties.next()) {
             tags_.keep(Types::LocalTag(property->tag));
         }

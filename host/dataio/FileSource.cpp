@@ -14,7 +14,7 @@ FileSource::FileSource(FileDescriptor file, std::string name)
     // Unlike the size in the file's status, this also holds for a block device.
     const off_t end = ::lseek(file_.number(), 0, SEEK_END);
     if (end < 0) {
-        throwSystemError("can't tell the size of " + this->name(), errno);
+        throwSystemError("can't determine the size of " + this->name(), errno);
     }
     size_ = static_cast<std::uint64_t>(end);
 }

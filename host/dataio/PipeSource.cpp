@@ -41,7 +41,7 @@ std::size_t PipeSource::readAt(std::uint64_t offset, unsigned char* to, std::siz
         if (n > 0) {
             got += static_cast<std::size_t>(n);
         } else if (n == 0 || errno != EINTR) {
-            throwSystemError("can't read what was kept of " + name(), n == 0 ? EIO : errno);
+            throwSystemError("can't read the temporary copy of " + name(), n == 0 ? EIO : errno);
         }
     }
     return got;
@@ -86,8 +86,7 @@ void PipeSource::keep(const unsigned char* bytes, std::size_t count) {
         if (n >= 0) {
             kept += static_cast<std::size_t>(n);
         } else if (errno != EINTR) {
-            throwSystemError("can't keep what was read of " + name() + " in a temporary file",
-                             errno);
+            throwSystemError("can't write the temporary copy of " + name(), errno);
         }
     }
     spooled_ += count;

@@ -23,7 +23,7 @@ unsigned berOctetsFromFirst(unsigned char first) {
     const unsigned octets = 1u + (first & ~longForm);
     if (octets > BerLength::greatestOctets) {
         throw Exceptions::InvalidLength(
-            "BER length of " + std::to_string(octets) + " bytes, expected 9 at most", CORVID_HERE);
+            "BER length of " + std::to_string(octets) + " bytes, expected at most 9", CORVID_HERE);
     }
     return octets;
 }

@@ -14,16 +14,16 @@ Triplet readTriplet(DataIO::ReadWindow& window, std::uint64_t offset) {
         try {
             octets = berOctetsFromFirst(head.data[Key::length]);
         } catch (const Exceptions::InvalidLength& error) {
-            throw Exceptions::InvalidLength("KLV at byte " + std::to_string(offset) + ": " +
-                                                Platform::toUtf8(error.message()),
+            throw Exceptions::InvalidLength("the KLV at byte " + std::to_string(offset) +
+                                                " has a " + Platform::toUtf8(error.message()),
                                             CORVID_HERE);
         }
         head = window.view(offset, Key::length + octets);
     }
     if (head.size < Key::length + octets) {
-        throw Exceptions::InvalidLength("KLV at byte " + std::to_string(offset) + ": ends after " +
-                                            std::to_string(head.size) +
-                                            " bytes, inside key or length",
+        throw Exceptions::InvalidLength("the KLV at byte " + std::to_string(offset) +
+                                            " ends after " + std::to_string(head.size) +
+                                            " bytes, inside its key or length",
                                         CORVID_HERE);
     }
     Triplet result;

@@ -50,9 +50,10 @@ HeaderMetadata File::readMetadata(PartitionChoice choice) {
                 return readChosen(i - 1, all[i - 1]);
             }
         }
-        throw Exceptions::InvalidFormat("no footer partition among the " +
-                                            std::to_string(all.size()) + " that the file tells of",
-                                        CORVID_HERE);
+        throw Exceptions::InvalidFormat(
+            "no footer partition among the " + std::to_string(all.size()) +
+                (all.size() == 1 ? " partition" : " partitions") + " of the file",
+            CORVID_HERE);
     }
     case PartitionChoice::Kind::number:
         if (choice.number() >= partitions().size()) {
@@ -79,9 +80,8 @@ HeaderMetadata File::readChosen(std::size_t number, const Partition& partition) 
 
 HeaderMetadata File::readAutomatically() {
     const Partitions& all = partitions();
-    const auto warn = [&](std::size_t number, const std::string& text) {
-        Warning warning;
-        warning.text = describe(number, all[number]) + text;
+    const auto warn = [&](const WarningKind& kind, std::size_t number, const std::string& text) {
+        Warning warning(kind, describe(number, all[number]) + ": " + text);
         warning.offset = all[number].offset();
         warnings_.warn(warning);
     };
@@ -89,6 +89,7 @@ HeaderMetadata File::readAutomatically() {
     // Incomplete partitions come into play when no complete one is whole. The best that is not
     // whole is kept for the case that nothing is.
     HeaderMetadata best;
+    Templates::vector<std::size_t> passedOver;
     std::string lastError;
     for (const bool complete : {true, false}) {
         for (std::size_t number = all.size(); number-- != 0;) {
@@ -104,17 +105,25 @@ HeaderMetadata File::readAutomatically() {
                 result = readHeaderMetadata(window_, all[number], *start, dictionary_, warnings_);
             } catch (const Exceptions::LimitExceeded& error) {
                 lastError = Platform::toUtf8(error.message());
-                warn(number, ": header metadata can't be read: " + lastError);
+                warn(WarningKinds::metadataUnreadable, number,
+                     "the header metadata can't be read: " + lastError);
                 continue;
             }
             result.partition = number;
             if (result.isWhole) {
+                for (const std::size_t other : passedOver) {
+                    warn(WarningKinds::metadataNotWhole, other,
+                         "the header metadata is not whole, so that of " +
+                             describe(number, all[number]) + " is used");
+                }
                 if (!complete) {
-                    warn(number, ": taken, as no complete partition has whole header metadata");
+                    warn(WarningKinds::incompleteMetadata, number,
+                         "its header metadata is used, because no complete partition has whole "
+                         "header metadata");
                 }
                 return result;
             }
-            warn(number, ": header metadata is not whole");
+            passedOver.push_back(number);
             const bool isBetter =
                 !best.metadata || (best.metadata->size() == 0 && result.metadata->size() != 0);
             if (isBetter) {
@@ -124,12 +133,15 @@ HeaderMetadata File::readAutomatically() {
     }
     if (!best.metadata) {
         throw Exceptions::InvalidFormat(
-            lastError.empty() ? "no header metadata in any of the " + std::to_string(all.size()) +
-                                    " partitions that the file tells of"
-                              : "no header metadata can be read: " + lastError,
+            !lastError.empty() ? "no header metadata can be read: " + lastError
+            : all.size() == 1  ? "no header metadata in " + describe(0, all[0]) +
+                                    ", and the file names no other partition"
+                              : "no header metadata in any of the " + std::to_string(all.size()) +
+                                    " partitions of the file",
             CORVID_HERE);
     }
-    warn(best.partition, ": taken, as no partition has whole header metadata");
+    warn(WarningKinds::noWholeMetadata, best.partition,
+         "its header metadata is used, because no partition has whole header metadata");
     return best;
 }
 

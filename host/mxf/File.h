@@ -50,7 +50,7 @@ public:
     ~File();
 
     /// The bytes before the header partition pack.
-    std::uint64_t runIn() const noexcept { return header_.offset(); }
+    std::uint64_t runIn() const noexcept { return originOf(header_).runIn; }
 
     /// All partitions that findPartitions() finds, in the order of the file; the header partition is
     /// the first. Read on first use; a pipe is then read to its end.

@@ -31,7 +31,8 @@ public:
     HeaderMetadata read() {
         findDeclaredEnd();
         readPrimer();
-        SetReader sets(*result_, warnings_);
+        SetReader sets(*result_, warnings_,
+                       start_.isPrimer ? SetReader::Primer::there : SetReader::Primer::missing);
         while (const auto triplet = nextTriplet()) {
             readOne(*triplet, sets);
         }
@@ -43,22 +44,24 @@ public:
         // A fill that is cut off ends with the file.
         header.end =
             header.begin + window_.source().available(header.begin, position_ - header.begin);
-        header.isWhole = !isCut_ && hasPreface_;
+        header.isWhole = !cutOffAt_ && hasPreface_;
+        header.cutOffAt = cutOffAt_;
         return header;
     }
 
 private:
-    void warn(std::uint64_t offset, std::string text, std::string set = {}) {
-        Warning warning;
-        warning.text = std::move(text);
+    void warn(const WarningKind& kind, std::uint64_t offset, std::string text,
+              std::string set = {}) {
+        Warning warning(kind, std::move(text));
         warning.offset = offset;
         warning.set = std::move(set);
         warnings_.warn(warning);
     }
 
     void cut(std::uint64_t offset, const std::string& why) {
-        warn(offset, why + "; header metadata is read up to here");
-        isCut_ = true;
+        warn(WarningKinds::metadataCutOff, offset,
+             why + "; the header metadata is read up to here");
+        cutOffAt_ = offset;
     }
 
     bool isThere(std::uint64_t begin, std::uint64_t end) {
@@ -67,36 +70,35 @@ private:
 
     void findDeclaredEnd() {
         const std::uint64_t count = partition_.pack.headerByteCount;
+        const auto refuse = [&](const std::string& why) {
+            warn(WarningKinds::headerByteCount, partition_.offset(),
+                 "HeaderByteCount is " + std::to_string(count) + ", " + why);
+        };
         if (count == 0) {
-            warn(partition_.offset(),
-                 "partition pack says that there is no header metadata, but there is");
-            return;
+            return refuse("but header metadata follows");
         }
         const std::uint64_t end = position_ + count;
         if (end > partition_.end) {
-            warn(partition_.offset(), "header metadata of " + std::to_string(count) +
-                                          " bytes runs into the next partition at " +
-                                          at(partition_.end));
-            return;
+            return refuse("which reaches into the next partition at " + at(partition_.end));
         }
         if (!isThere(position_, end)) {
-            warn(partition_.offset(), "header metadata of " + std::to_string(count) +
-                                          " bytes runs past the end of the file");
             declaredPastFile_ = true;
-            return;
+            return refuse("which reaches past the end of the file");
         }
         declaredEnd_ = end;
         window_.readAheadUpTo(end);
     }
 
     void forgetDeclaredEnd(std::uint64_t offset, const std::string& why) {
-        warn(offset, why + ", so HeaderByteCount is not used");
+        warn(WarningKinds::headerByteCount, offset, why + ", so HeaderByteCount is not used");
         declaredEnd_.reset();
     }
 
     void readPrimer() {
         if (!start_.isPrimer) {
-            warn(position_, "no primer pack before the first set");
+            warn(WarningKinds::noPrimerPack, position_,
+                 "there is no primer pack before the first set, so a tag has its registered "
+                 "meaning or none");
             return;
         }
         const KLV::Triplet& triplet = start_.triplet;
@@ -109,8 +111,9 @@ private:
             result_->partitionDictionary().add(tag, label);
         }
         if (triplet.length.value > greatestPrimerSize) {
-            warn(triplet.offset, "primer pack of " + std::to_string(triplet.length.value) +
-                                     " bytes is longer than one with every tag");
+            warn(WarningKinds::primerPack, triplet.offset,
+                 "the primer pack has " + std::to_string(triplet.length.value) +
+                     " bytes, more than one with every tag has");
         }
         position_ = triplet.end();
     }
@@ -136,17 +139,19 @@ private:
                 if (!KLV::isStructuralMetadataSet(triplet.key)) {
                     return std::nullopt;
                 }
-                forgetDeclaredEnd(position_, "a set follows behind the end of the header metadata");
+                forgetDeclaredEnd(position_, "a set follows after the end of the header metadata");
             }
             // Zeros are no key, but would go on as empty sets through all of a hole in a sparse
             // file.
             if (triplet.key == KLV::Key()) {
-                cut(position_, "zeros instead of a key");
+                cut(position_, "there are zeros instead of a key");
                 return std::nullopt;
             }
             if (endsHeaderMetadata(triplet.key) || (!declaredEnd_ && isSingleItem(triplet.key))) {
                 if (declaredEnd_) {
-                    warn(position_, "header metadata ends before its HeaderByteCount says");
+                    warn(WarningKinds::headerByteCount, position_,
+                         "the header metadata ends here, before the end that HeaderByteCount "
+                         "gives");
                 }
                 return std::nullopt;
             }
@@ -155,46 +160,47 @@ private:
             }
             position_ = triplet.end();
         }
-        isCut_ = isCut_ || declaredPastFile_;
+        if (declaredPastFile_ && !cutOffAt_) {
+            cutOffAt_ = window_.source().available(0, position_);
+        }
         return std::nullopt;
     }
 
     void readOne(const KLV::Triplet& triplet, SetReader& sets) {
+        const std::string it = "a KLV of " + std::to_string(triplet.length.value) + " bytes ";
         if (triplet.end() > partition_.end) {
-            return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
-                                     " bytes runs into the next partition at " +
-                                     at(partition_.end));
+            return stop(triplet, it + "reaches into the next partition at " + at(partition_.end));
         }
         if (!isThere(triplet.valueOffset(), triplet.end())) {
-            return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
-                                     " bytes runs past the end of the file");
+            return stop(triplet, it + "reaches past the end of the file");
         }
         if (declaredEnd_ && triplet.end() > *declaredEnd_) {
             if (triplet.length.value > greatestSetSize || !isExactLocalSet(triplet)) {
-                return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
-                                         " bytes runs past the end of the header metadata");
+                return stop(triplet, it + "reaches past the end of the header metadata");
             }
             forgetDeclaredEnd(triplet.offset, "the header metadata ends inside a set");
         }
         if (triplet.length.value > greatestSetSize) {
             if (!declaredEnd_ && !KLV::isLocalSet(triplet.key)) {
-                return stop(triplet, "KLV of " + std::to_string(triplet.length.value) +
-                                         " bytes can't be metadata");
+                return stop(triplet, it + "can't be metadata");
             }
             throw Exceptions::LimitExceeded(
-                "KLV at " + at(triplet.offset) + " inside header metadata has " +
-                    std::to_string(triplet.length.value) + " bytes, expected " +
-                    std::to_string(greatestSetSize) + " at most",
+                "the KLV at " + at(triplet.offset) + " inside the header metadata has " +
+                    std::to_string(triplet.length.value) + " bytes, expected at most " +
+                    std::to_string(greatestSetSize),
                 CORVID_HERE);
         }
         const auto value =
             window_.view(triplet.valueOffset(), static_cast<std::size_t>(triplet.length.value));
         const auto* set = sets.read(triplet, {value.data, value.size});
-        hasPreface_ =
-            hasPreface_ ||
-            (set != nullptr &&
-             KLV::matches(set->key(), Metadata::Structural::StructuralMetadataKeys::preface()));
         if (set != nullptr) {
+            if (KLV::matches(set->key(), Metadata::Structural::StructuralMetadataKeys::preface())) {
+                if (hasPreface_) {
+                    warn(WarningKinds::severalPrefaces, triplet.offset,
+                         "there is a Preface before this one; the first is that of the file");
+                }
+                hasPreface_ = true;
+            }
             offsets_.push_back(triplet.offset);
         }
         position_ = triplet.end();
@@ -229,17 +235,18 @@ private:
 
     void checkSets() {
         if (!hasPreface_) {
-            warn(start_.triplet.offset, "header metadata has no Preface");
+            warn(WarningKinds::noPreface, start_.triplet.offset,
+                 "the header metadata has no Preface");
         }
         std::size_t i = 0;
         for (const Metadata::MetadataSet* set : *result_) {
             const auto targets =
                 set->hasInstanceUID() ? result_->resolve(set->instanceUID()) : Metadata::Targets();
             if (!targets.empty() && &targets.front() != set) {
-                warn(offsets_[i],
-                     "has the InstanceUID " +
+                warn(WarningKinds::sharedInstanceUID, offsets_[i],
+                     "has the same InstanceUID (" +
                          Platform::toUtf8(set->instanceUID().toString(Types::dottedHexadecimal)) +
-                         " of a set before it, so no reference finds it",
+                         ") as a set before it, so no reference leads to it",
                      nameOfSet(set->key(), set->metaMetadataSet()));
             }
             ++i;
@@ -255,7 +262,7 @@ private:
     std::optional<std::uint64_t> declaredEnd_; ///< while HeaderByteCount is believed
     Templates::vector<std::uint64_t> offsets_; ///< of the sets in the file, for warnings
     bool declaredPastFile_ = false;
-    bool isCut_ = false;
+    std::optional<std::uint64_t> cutOffAt_;
     bool ended_ = false; ///< nothing behind the position can be read
     bool hasPreface_ = false;
 };

@@ -25,6 +25,8 @@ struct HeaderMetadata {
     std::uint64_t begin = 0;   ///< of the primer pack, in bytes from the front of the file
     std::uint64_t end = 0;     ///< behind the last set and the fill that follows it, likewise
     bool isWhole = false;      ///< nothing is cut off, and there is a Preface
+    /// Where it is cut off, in bytes from the front of the file: all before has been read.
+    std::optional<std::uint64_t> cutOffAt;
 };
 
 /// Looks behind a partition pack for header metadata; fill is passed over and belongs to the pack.

@@ -22,8 +22,8 @@ void checkSize(const KLV::Key& key, const MetaMetadata::MetaMetadataSet* definit
                std::uint64_t size) {
     if (size > greatestSetSize) {
         throw Exceptions::LimitExceeded("set " + nameOfSet(key, definition) + " has " +
-                                            std::to_string(size) + " bytes, expected " +
-                                            std::to_string(greatestSetSize) + " at most",
+                                            std::to_string(size) + " bytes, expected at most " +
+                                            std::to_string(greatestSetSize),
                                         CORVID_HERE);
     }
 }
@@ -66,9 +66,9 @@ void HeaderMetadataWriter::takeDarkSets() {
         const DarkMetadataSet& set = **i;
         const KLV::Key& key = set.key();
         if (isFill(key) || isPrimerPack(key) || endsHeaderMetadata(key) || key == KLV::Key()) {
-            throw Exceptions::InvalidFormat("dark set with the key " + keyText(key) +
-                                                ", expected none that means something else in "
-                                                "header metadata",
+            throw Exceptions::InvalidFormat("the dark set has the key " + keyText(key) +
+                                                ", which is not that of a set inside header "
+                                                "metadata",
                                             CORVID_HERE);
         }
         checkSize(key, nullptr, set.value()->size());

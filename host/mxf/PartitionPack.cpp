@@ -98,9 +98,9 @@ const char* PartitionPack::statusName() const noexcept {
 
 PartitionPack parsePartitionPack(const KLV::Key& key, Types::ByteView value) {
     if (value.size < partitionPackHead) {
-        throw Exceptions::InvalidLength("partition pack of " + std::to_string(value.size) +
-                                            " bytes, expected " +
-                                            std::to_string(partitionPackHead) + " at least",
+        throw Exceptions::InvalidLength("the partition pack has " + std::to_string(value.size) +
+                                            " bytes, expected at least " +
+                                            std::to_string(partitionPackHead),
                                         CORVID_HERE);
     }
     PartitionPack pack;

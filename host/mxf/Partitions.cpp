@@ -43,7 +43,7 @@ Partition readPack(DataIO::ReadWindow& window, const KLV::Triplet& triplet, std:
 class Finder {
 public:
     Finder(DataIO::ReadWindow& window, const Partition& header, WarningSink& warnings)
-        : window_(window), warnings_(warnings), front_(header.offset()) {
+        : window_(window), warnings_(warnings), front_(header.offset()), origin_(originOf(header)) {
         found_.emplace(header.offset(), header);
     }
 
@@ -72,9 +72,8 @@ private:
         return result;
     }
 
-    void warn(std::uint64_t offset, std::string text) {
-        Warning warning;
-        warning.text = std::move(text);
+    void warn(const WarningKind& kind, std::uint64_t offset, std::string text) {
+        Warning warning(kind, std::move(text));
         warning.offset = offset;
         warnings_.warn(warning);
     }
@@ -93,13 +92,17 @@ private:
     }
 
     /// Takes in the partition at an offset that counts from the header partition.
-    /// @param source  what tells of it.
+    /// @param source  what names it.
     /// @return false where there is none.
-    bool take(std::uint64_t told, std::uint64_t teller, const char* source) {
-        const std::uint64_t offset = told + front_;
-        if (offset < told || window_.source().available(offset, 1) == 0) {
-            warn(teller, std::string(source) + " tells of a partition at " + at(told) +
-                             ", which is past the end of the file");
+    bool take(std::uint64_t told, std::uint64_t teller, const std::string& source) {
+        if (told < origin_.missing) {
+            return true; // that these bytes are missing is a warning already
+        }
+        const std::uint64_t offset = told - origin_.missing + origin_.runIn;
+        if (offset < origin_.runIn || window_.source().available(offset, 1) == 0) {
+            warn(WarningKinds::partitionPastEnd, teller,
+                 source + " names a partition at " + at(offset < origin_.runIn ? told : offset) +
+                     ", past the end of the file");
             return false;
         }
         if (found_.count(offset) != 0) {
@@ -107,12 +110,16 @@ private:
         }
         auto partition = readAt(offset);
         // Some writers count from the front of the run-in.
-        if (!partition && front_ != 0 && found_.count(told) == 0) {
+        if (!partition && origin_.runIn != 0) {
+            if (found_.count(told) != 0) {
+                return true;
+            }
             partition = readAt(told);
         }
         if (!partition) {
-            warn(teller, std::string(source) + " tells of a partition at " + at(told) +
-                             ", where no partition pack stands");
+            warn(WarningKinds::partitionNotFound, teller,
+                 source + " names a partition at " + at(offset) +
+                     ", where there is no partition pack");
             return false;
         }
         add(std::move(*partition));
@@ -120,9 +127,10 @@ private:
     }
 
     void add(Partition partition) {
-        if (partition.pack.thisPartition + front_ != partition.offset()) {
-            warn(partition.offset(), "partition pack says that it stands at " +
-                                         at(partition.pack.thisPartition) + " of the file");
+        if (partition.pack.thisPartition != placeOf(partition)) {
+            warn(WarningKinds::thisPartition, partition.offset(),
+                 "ThisPartition is " + std::to_string(partition.pack.thisPartition) +
+                     ", expected " + std::to_string(placeOf(partition)));
         }
         found_.emplace(partition.offset(), std::move(partition));
     }
@@ -141,7 +149,7 @@ private:
         offsets.erase(std::unique(offsets.begin(), offsets.end()), offsets.end());
         // One lie, and the rest is not worth looking at: it may be as long as the file.
         return std::all_of(offsets.begin(), offsets.end(), [&](std::uint64_t offset) {
-            return take(offset, pack->offset, "random index pack");
+            return take(offset, pack->offset, "the random index pack");
         });
     }
 
@@ -150,7 +158,7 @@ private:
         const std::size_t before = found_.size();
         const PartitionPack& header = found_.begin()->second.pack;
         if (header.footerPartition != 0) {
-            take(header.footerPartition, front_, "header partition");
+            take(header.footerPartition, front_, "FooterPartition");
         }
         return found_.size() != before;
     }
@@ -160,12 +168,14 @@ private:
         // The offsets must go down, so no chain is endless.
         while (current->first != front_) {
             const std::uint64_t previous = current->second.pack.previousPartition;
-            if (previous + front_ >= current->first || previous + front_ < previous) {
-                warn(current->first, "partition pack tells of a previous partition at " +
-                                         at(previous) + ", which is not before it");
+            if (previous >= placeOf(current->second)) {
+                warn(WarningKinds::previousPartition, current->first,
+                     "PreviousPartition is " + std::to_string(previous) +
+                         ", expected less than the partition's own " +
+                         std::to_string(placeOf(current->second)));
                 return;
             }
-            if (!take(previous, current->first, "partition pack")) {
+            if (!take(previous, current->first, "PreviousPartition")) {
                 return;
             }
             current = std::prev(current);
@@ -186,24 +196,33 @@ private:
             add(std::move(partition));
         }
         if (count != 0) {
-            warn(front_, "nothing in the file says where its partitions are; " +
-                             std::to_string(count) +
-                             " found after the header partition by going from KLV to KLV");
+            warn(WarningKinds::partitionsSearched, front_,
+                 "nothing in the file says where its partitions are; " + std::to_string(count) +
+                     " found after the header partition by going from KLV to KLV");
         }
         const std::string ended = "the search for partitions ended here";
         if (walk.end == End::limit) {
-            warn(walk.offset, ended + " after " + std::to_string(greatestWalk) +
-                                  " KLVs, so there may be others");
+            warn(WarningKinds::partitionSearchEnded, walk.offset,
+                 ended + " after " + std::to_string(greatestWalk) +
+                     " KLVs, so there may be others");
         } else if (walk.end == End::noKlv) {
-            warn(walk.offset, ended + ", where no KLV begins, so there may be others");
+            warn(WarningKinds::partitionSearchEnded, walk.offset,
+                 ended + ", where no KLV begins, so there may be others");
         } else if (walk.end == End::cutKlv) {
-            warn(walk.offset, ended + ", in a KLV that runs past the end of the file");
+            warn(WarningKinds::partitionSearchEnded, walk.offset,
+                 ended + ", in a KLV that runs past the end of the file");
         }
+    }
+
+    /// The offset of a partition as the packs of the file count.
+    std::uint64_t placeOf(const Partition& partition) const noexcept {
+        return partition.offset() - origin_.runIn + origin_.missing;
     }
 
     DataIO::ReadWindow& window_;
     WarningSink& warnings_;
-    std::uint64_t front_; ///< of the header partition, in bytes from the front of the file
+    std::uint64_t front_; ///< of the first partition, in bytes from the front of the file
+    Origin origin_;
     std::map<std::uint64_t, Partition> found_;
 };
 
@@ -230,27 +249,43 @@ std::optional<std::uint64_t> searchPartitionPack(DataIO::ReadWindow& window) {
 Partition findHeaderPartition(DataIO::ReadWindow& window, WarningSink& warnings) {
     const auto offset = searchPartitionPack(window);
     if (!offset) {
-        throw Exceptions::InvalidFormat("no MXF file: no partition pack in the first " +
-                                            std::to_string(greatestRunIn + KLV::Key::length) +
-                                            " bytes",
+        const auto searched = window.source().available(0, greatestRunIn + KLV::Key::length);
+        throw Exceptions::InvalidFormat(searched == 0
+                                            ? std::string("the file is empty")
+                                            : "not an MXF file: no partition pack in the first " +
+                                                  std::to_string(searched) + " bytes",
                                         CORVID_HERE);
     }
     Partition header;
     try {
         header = readPack(window, KLV::readTriplet(window, *offset), Partition().end);
     } catch (const InvalidLength& error) {
-        throw InvalidLength("header partition pack at " + at(*offset) +
-                                " can't be read: " + Platform::toUtf8(error.message()),
+        throw InvalidLength("the first partition pack, at " + at(*offset) +
+                                ", can't be read: " + Platform::toUtf8(error.message()),
                             CORVID_HERE);
     }
     if (header.pack.kind != PartitionKind::header) {
-        Warning warning;
-        warning.text = std::string("the first partition is a ") + header.pack.kindName() +
-                       " partition, expected the header partition";
+        const std::uint64_t missing = originOf(header).missing;
+        Warning warning(WarningKinds::noHeaderPartition,
+                        std::string("the first partition is a ") + header.pack.kindName() +
+                            " partition, expected the header partition" +
+                            (missing == 0
+                                 ? ""
+                                 : "; its ThisPartition is " +
+                                       std::to_string(header.pack.thisPartition) + ", so " +
+                                       std::to_string(missing) + " bytes are missing before it"));
         warning.offset = *offset;
         warnings.warn(warning);
     }
     return header;
+}
+
+Origin originOf(const Partition& first) noexcept {
+    // Only a header partition is where offsets count from.
+    const std::uint64_t place =
+        first.pack.kind == PartitionKind::header ? 0 : first.pack.thisPartition;
+    return place <= first.offset() ? Origin{first.offset() - place, 0}
+                                   : Origin{0, place - first.offset()};
 }
 
 Partitions findPartitions(DataIO::ReadWindow& window, const Partition& header,

@@ -24,9 +24,18 @@ using Partitions = Templates::vector<Partition>;
 /// The most bytes that may stand before the header partition pack.
 constexpr std::size_t greatestRunIn = 65535;
 
-/// Finds the first partition pack, which may stand behind a run-in; all offsets in the file count
-/// from it.
-/// @throws InvalidFormat  the source is no MXF file.
+/// Where the offsets in a file's packs count from: at most one of the two is not 0.
+struct Origin {
+    std::uint64_t runIn = 0;   ///< bytes of the file before that place
+    std::uint64_t missing = 0; ///< bytes that are missing between that place and the file's front
+};
+
+/// The origin of a file's offsets: its header partition pack. Where the first partition is another
+/// one, the front of the file is damaged or missing, and its ThisPartition says how much.
+CORVID_EXPORT Origin originOf(const Partition& first) noexcept;
+
+/// Finds the first partition pack, which may come after a run-in.
+/// @throws InvalidFormat  the source is not an MXF file.
 /// @throws InvalidLength  the source ends inside the pack.
 /// @throws IOError        the bytes can't be read.
 CORVID_EXPORT Partition findHeaderPartition(DataIO::ReadWindow& window, WarningSink& warnings);

@@ -19,8 +19,7 @@ std::size_t valueSize(const PrimerPack& entries) noexcept {
 
 PrimerPack parsePrimerPack(Types::ByteView value, std::uint64_t offset, WarningSink& warnings) {
     const auto warn = [&](std::string text) {
-        Warning warning;
-        warning.text = "primer pack: " + std::move(text);
+        Warning warning(WarningKinds::primerPack, "the primer pack " + std::move(text));
         warning.offset = offset;
         warnings.warn(warning);
     };
@@ -33,11 +32,12 @@ PrimerPack parsePrimerPack(Types::ByteView value, std::uint64_t offset, WarningS
     const auto itemSize = Types::readBigEndian<Types::u32>(value.data + 4);
     const std::size_t there = (value.size - headSize) / primerEntrySize;
     if (count != there || value.size != headSize + there * primerEntrySize) {
-        warn("says " + std::to_string(count) + " entries, its length has room for " +
+        warn("says " + std::to_string(count) + " entries, but has room for " +
              std::to_string(there) + ", which are read");
     }
     if (itemSize != primerEntrySize && count != 0) {
-        warn("says entries of " + std::to_string(itemSize) + " bytes, read as 18");
+        warn("says entries of " + std::to_string(itemSize) + " bytes; they are read as " +
+             std::to_string(primerEntrySize) + " bytes");
     }
     entries.reserve(there);
     for (std::size_t i = 0; i != there; ++i) {

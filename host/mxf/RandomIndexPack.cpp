@@ -14,8 +14,8 @@ constexpr std::size_t entrySize = 12;
 
 std::optional<RandomIndexPack> refuse(WarningSink& warnings, std::uint64_t offset,
                                       const char* why) {
-    Warning warning;
-    warning.text = std::string("random index pack ") + why + ", so it is not used";
+    Warning warning(WarningKinds::randomIndexPack,
+                    std::string("the random index pack ") + why + ", so it is not used");
     warning.offset = offset;
     warnings.warn(warning);
     return std::nullopt;
@@ -49,11 +49,11 @@ std::optional<RandomIndexPack> findRandomIndexPack(DataIO::ReadWindow& window,
     try {
         triplet = KLV::readTriplet(window, offset);
     } catch (const Exceptions::InvalidLength&) {
-        return refuse(warnings, offset, "has no length that can be read");
+        return refuse(warnings, offset, "has a length that can't be read");
     }
     if (triplet.end() != fileSize || triplet.length.value < lengthSize ||
         (triplet.length.value - lengthSize) % entrySize != 0) {
-        return refuse(warnings, offset, "has a length that does not agree with its end");
+        return refuse(warnings, offset, "has a length that does not fit its end");
     }
     const auto value =
         window.view(triplet.valueOffset(), static_cast<std::size_t>(triplet.length.value));

@@ -1,11 +1,13 @@
 #include "host/mxf/SetReader.h"
 
+#include "host/dictionary/MetaCollectionElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/klv/BerOutput.h"
 #include "host/mxf/LocalSet.h"
 #include "host/types/ByteRuns.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace Corvid::mxf {
 
@@ -13,6 +15,26 @@ namespace {
 
 using Metadata::Element;
 using Metadata::MetadataSet;
+
+/// What is wrong with a value that has not the form of its type.
+std::string misfit(std::size_t size, const MetaMetadata::MetaElement& definition) {
+    namespace Identifiers = Types::Identifiers;
+    const auto type = definition.dataType();
+    std::string name = Identifiers::typeName(type);
+    if (definition.isCollection()) {
+        const auto& collection =
+            static_cast<const MetaMetadata::MetaCollectionElement&>(definition);
+        name += std::string(" of ") + Identifiers::typeName(collection.dataSubType());
+    }
+    const auto expected = static_cast<std::size_t>(Identifiers::typeSize(type));
+    return (size == 0
+                ? std::string("the value is empty")
+                : "the value has " + std::to_string(size) + (size == 1 ? " byte" : " bytes")) +
+           ", expected " +
+           (expected == 0 || expected == size
+                ? "a valid " + name
+                : std::to_string(expected) + (expected == 1 ? " byte (" : " bytes (") + name + ")");
+}
 
 /// How many octets the lengths of a set's properties have: those of one number, or more where a
 /// length needs more. A set remembers no more than that number.
@@ -59,21 +81,34 @@ Walk walk(const KLV::Key& key, Types::ByteView value, TagMeanings& meanings) {
     return result;
 }
 
-/// Why the set can't be taken apart; empty where it can.
-std::string whyDark(const Walk& found, std::size_t size) {
+struct Obstacle {
+    const WarningKind* kind;
+    std::string text;
+};
+
+/// Why the set can't be taken apart; nothing where it can.
+std::optional<Obstacle> obstacleTo(const Walk& found, std::size_t size) {
     if (found.rest != 0) {
-        return "the last " + std::to_string(found.rest) + " of its " + std::to_string(size) +
-               " bytes hold no whole property";
+        return Obstacle{&WarningKinds::malformedSet, "the last " + std::to_string(found.rest) +
+                                                         " of its " + std::to_string(size) +
+                                                         " bytes are not a whole property"};
     }
     if (found.properties > greatestPropertyCount) {
-        return "has " + std::to_string(found.properties) + " properties, more than " +
-               std::to_string(greatestPropertyCount);
+        return Obstacle{&WarningKinds::manyProperties, "has " + std::to_string(found.properties) +
+                                                           " properties, expected at most " +
+                                                           std::to_string(greatestPropertyCount)};
     }
     if (found.greatestValue > Types::ByteRun::greatestSize) {
-        return "has a property of " + std::to_string(found.greatestValue) + " bytes, more than " +
-               std::to_string(Types::ByteRun::greatestSize);
+        return Obstacle{&WarningKinds::longProperty,
+                        "has a property of " + std::to_string(found.greatestValue) +
+                            " bytes, expected at most " +
+                            std::to_string(Types::ByteRun::greatestSize)};
     }
-    return found.lengths.isOne() ? "" : "the BER lengths of its properties are of several forms";
+    if (!found.lengths.isOne()) {
+        return Obstacle{&WarningKinds::mixedLengths,
+                        "the BER lengths of its properties are of several forms"};
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -91,9 +126,8 @@ std::string nameOfSet(const KLV::Key& key, const MetaMetadata::MetaMetadataSet* 
     return Platform::toUtf8(name == nullptr ? key.toString() : Utf16Text(name));
 }
 
-void SetReader::warn(const Place& place, std::string text) const {
-    Warning warning;
-    warning.text = std::move(text);
+void SetReader::warn(const WarningKind& kind, const Place& place, std::string text) const {
+    Warning warning(kind, std::move(text));
     warning.offset = place.offset;
     warning.set = nameOfSet(place.key, place.definition);
     if (place.meaning != nullptr) {
@@ -112,8 +146,8 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
     }
     const Place place{triplet.key, definition, triplet.offset};
     const Walk found = walk(triplet.key, value, meanings_);
-    if (const std::string why = whyDark(found, value.size); !why.empty()) {
-        warn(place, why + ", so it is kept as a dark set");
+    if (const auto obstacle = obstacleTo(found, value.size)) {
+        warn(*obstacle->kind, place, obstacle->text + ", so the set is kept as a dark set");
         addDark(triplet, value);
         return nullptr;
     }
@@ -133,7 +167,7 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
     set.setPropertyBerLength(found.lengths.octets());
     fill(set, value, triplet.valueOffset());
     if (!set.hasInstanceUID()) {
-        warn(place, "has no InstanceUID, so no reference finds it");
+        warn(WarningKinds::noInstanceUID, place, "has no InstanceUID, so no reference leads to it");
     }
     return &set;
 }
@@ -149,10 +183,11 @@ void SetReader::fill(MetadataSet& set, Types::ByteView value, std::uint64_t valu
 
 void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
                             const Place& place) {
-    if (!meaning.inPrimer) {
-        warn(place, meaning.label == nullptr
-                        ? "the primer pack lacks the tag, so the property is kept as unknown"
-                        : "the primer pack lacks the tag, so it is taken as the static one");
+    if (!meaning.inPrimer && primer_ == Primer::there) {
+        warn(WarningKinds::primerLacksTag, place,
+             meaning.label == nullptr
+                 ? "the primer pack lacks the tag, so the property is kept as unknown"
+                 : "the primer pack lacks the tag, so the tag has its registered meaning");
     }
     const auto* attribute = meaning.attributeIn(*set.metaMetadataSet());
     if (attribute == nullptr) {
@@ -160,8 +195,8 @@ void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteVi
         return;
     }
     if (set.find(meaning.definition->label()) != nullptr) {
-        warn(place, "stands in the set more than once; the first is the property, this one is kept "
-                    "beside it");
+        warn(WarningKinds::repeatedProperty, place,
+             "is in the set more than once; the first is the property, this one is kept beside it");
         addInvalid(set, meaning, bytes, place);
         return;
     }
@@ -175,15 +210,16 @@ void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteVi
 void SetReader::addInvalid(MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
                            const Place& place) {
     if (meaning.identifies) {
-        warn(place, "cannot stand as the set's own identifier, so it is kept as bytes");
+        warn(WarningKinds::unfitIdentifier, place,
+             "can't be an identifier of the set, so it is kept as bytes");
     } else if (meaning.definition != nullptr) {
         // An element cannot be taken back, so whether the bytes fit is tried on one of its own.
         if (Metadata::createElement(meaning.misplaced)->parse(bytes)) {
             set.createInvalidElement(meaning.misplaced, meaning.tag).parse(bytes);
             return;
         }
-        warn(place, "the value of " + std::to_string(bytes.size) +
-                        " bytes does not fit the property's type, so it is kept as bytes");
+        warn(WarningKinds::unfitValue, place,
+             misfit(bytes.size, *meaning.definition) + ", so it is kept as bytes");
     }
     set.createInvalidElement(meaning.definition == nullptr ? meaning.unknown : meaning.unfit,
                              meaning.tag)

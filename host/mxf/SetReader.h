@@ -15,10 +15,15 @@ constexpr std::size_t greatestPropertyCount = 0x7FFF;
 /// know, or what does not fit it, is kept as dark or unknown.
 class CORVID_EXPORT SetReader {
 public:
+    /// Whether the partition has a primer pack; where it has none, no tag is missing in it.
+    enum class Primer : unsigned char { there, missing };
+
     /// @param partition  takes the sets; the primer pack's entries are in its dictionary already.
     ///                   Borrowed, as the warnings are.
-    SetReader(Metadata::PartitionMetadata& partition, WarningSink& warnings)
-        : partition_(partition), warnings_(warnings), meanings_(partition.partitionDictionary()) {}
+    SetReader(Metadata::PartitionMetadata& partition, WarningSink& warnings,
+              Primer primer = Primer::there)
+        : partition_(partition), warnings_(warnings), meanings_(partition.partitionDictionary()),
+          primer_(primer) {}
 
     /// Adds the set of a triplet to the partition:
     /// - a set of a class that the dictionary knows, with its properties in the order of the file;
@@ -41,11 +46,12 @@ private:
                     const Place& place);
     void fill(Metadata::DarkParsedGroup& group, Types::ByteView value);
     void addDark(const KLV::Triplet& triplet, Types::ByteView value);
-    void warn(const Place& place, std::string text) const;
+    void warn(const WarningKind& kind, const Place& place, std::string text) const;
 
     Metadata::PartitionMetadata& partition_;
     WarningSink& warnings_;
     TagMeanings meanings_;
+    Primer primer_;
 };
 
 /// What a warning calls a set: its name in the dictionary, or its key.

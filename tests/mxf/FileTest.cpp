@@ -79,16 +79,17 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"NoneComplete",
              {{2, 1, whole}, {3, 2, whole}, {4, 4, none}},
              1,
-             "taken, as no complete partition has whole header metadata"},
+             "because no complete partition has whole header metadata"},
         Case{"CutFooter",
              {{2, 4, whole}, {4, 4, cut}},
              0,
-             "(footer, closed and complete): header metadata is not whole"},
+             "(footer, closed and complete): the header metadata is not whole, so that of "
+             "partition 0 (header, closed and complete) is used [metadata-not-whole]"},
         Case{"CutFooterAndIncompleteHeader", {{2, 1, whole}, {4, 4, cut}}, 0, "is not whole"},
         Case{"AllCut",
              {{2, 4, cut}, {4, 4, cut}},
              1,
-             "taken, as no partition has whole header metadata"},
+             "because no partition has whole header metadata"},
         Case{"UnknownStatus", {{2, 9, whole}}, 0, "of unknown status"}),
     Testing::nameOfCase<Case>);
 
@@ -112,20 +113,23 @@ TEST(File, refusesAPartitionThatIsNotThere) {
     };
     const MxfBuilder headerOnly = fileOf({{2, 4, whole}, {3, 4, none}});
     EXPECT_EQ(message(headerOnly, PartitionChoice::footer()),
-              "no footer partition among the 2 that the file tells of");
+              "no footer partition among the 2 partitions of the file");
     EXPECT_EQ(message(headerOnly, PartitionChoice::numbered(2)), "no partition 2, the last is 1");
     EXPECT_EQ(message(headerOnly, PartitionChoice::numbered(1)),
               "no header metadata in partition 1 (body, closed and complete)");
     EXPECT_EQ(message(fileOf({{2, 4, none}}), PartitionChoice::automatic()),
-              "no header metadata in any of the 1 partitions that the file tells of");
+              "no header metadata in partition 0 (header, closed and complete), and the file names "
+              "no other partition");
 }
 
 TEST(File, refusesWhatIsNoMxf) {
-    for (const Bytes& bytes : {Bytes{}, Bytes{0x06}, Bytes(100), Bytes(200'000),
+    for (const Bytes& bytes : {Bytes{0x06}, Bytes(100), Bytes(65551), Bytes(200'000),
                                Testing::standardPrimer(), Bytes(70'000, 0x06)}) {
         EXPECT_EQ(Testing::messageOf([&] { ReadBack back(bytes); }),
-                  "no MXF file: no partition pack in the first 65551 bytes");
+                  "not an MXF file: no partition pack in the first " +
+                      std::to_string(std::min<std::size_t>(bytes.size(), 65551)) + " bytes");
     }
+    EXPECT_EQ(Testing::messageOf([] { ReadBack back(Bytes{}); }), "the file is empty");
 }
 
 TEST(File, hasNoHeaderPartitionWhereTheFirstIsAnother) {

@@ -98,14 +98,14 @@ const auto smallSize = static_cast<std::int64_t>(Testing::smallMetadata().size()
 
 INSTANTIATE_TEST_SUITE_P(
     , LyingByteCount,
-    ::testing::Values(ByteCount{"Zero", -smallSize, "says that there is no header metadata", true},
-                      ByteCount{"EndsInsideASet", -5, "ends inside a set", true},
-                      ByteCount{"EndsBeforeASet", -static_cast<std::int64_t>(content.size()),
-                                "a set follows behind the end", true},
-                      ByteCount{"EndsInTheEssence", 30, "ends before its HeaderByteCount says",
-                                true},
-                      ByteCount{"EndsPastTheFile", 1 << 20, "past the end of the file", true},
-                      ByteCount{"IsNegative", -smallSize - 1, "past the end of the file", true}),
+    ::testing::Values(
+        ByteCount{"Zero", -smallSize, "HeaderByteCount is 0, but header metadata follows", true},
+        ByteCount{"EndsInsideASet", -5, "ends inside a set", true},
+        ByteCount{"EndsBeforeASet", -static_cast<std::int64_t>(content.size()),
+                  "a set follows after the end", true},
+        ByteCount{"EndsInTheEssence", 30, "before the end that HeaderByteCount gives", true},
+        ByteCount{"EndsPastTheFile", 1 << 20, "past the end of the file", true},
+        ByteCount{"IsNegative", -smallSize - 1, "past the end of the file", true}),
     Testing::nameOfCase<ByteCount>);
 
 struct Behind {
@@ -160,9 +160,39 @@ TEST(HeaderMetadata, resolvesReferencesToSetsThatAreReadLater) {
 
 TEST(HeaderMetadata, withoutPrimerPackIsReadByStaticTags) {
     ReadBack back(MxfBuilder().add(header(Testing::smallSets())));
-    EXPECT_EQ(back.metadata().size(), 2U);
-    EXPECT_TRUE((*back.metadata().begin())->hasInstanceUID());
-    EXPECT_TRUE(back.warnings.tell("no primer pack")) << back.warnings.lines();
+    auto& metadata = back.metadata();
+    EXPECT_EQ(metadata.size(), 2U);
+    EXPECT_TRUE((*metadata.begin())->hasInstanceUID());
+    ASSERT_EQ(back.warnings.all.size(), 1U) << back.warnings.lines();
+    EXPECT_EQ(back.warnings.all[0].kind, &WarningKinds::noPrimerPack);
+}
+
+TEST(HeaderMetadata, withSeveralPrefacesIsReadWithAWarningForEachButTheFirst) {
+    const Bytes another = Testing::set(Testing::structuralKey(Testing::prefaceSet), 77);
+    ReadBack back(MxfBuilder().add(header(join({Testing::smallMetadata(), another, another}))));
+    EXPECT_EQ(back.metadata().size(), 4U);
+    EXPECT_TRUE(back.read.isWhole);
+    std::vector<std::uint64_t> places;
+    for (const Warning& warning : back.warnings.all) {
+        if (warning.kind == &WarningKinds::severalPrefaces) {
+            places.push_back(*warning.offset);
+        }
+    }
+    EXPECT_EQ(places, (std::vector<std::uint64_t>{back.read.end - 2 * another.size(),
+                                                  back.read.end - another.size()}));
+}
+
+TEST(HeaderMetadata, thatEndsWithTheFileBetweenTwoSetsIsCutOffThere) {
+    ReadBack whole(MxfBuilder().add(Testing::headerPartition()));
+    whole.metadata();
+    EXPECT_EQ(whole.read.cutOffAt, std::nullopt);
+    Bytes bytes = whole.bytes;
+    bytes.resize(bytes.size() - content.size());
+    ReadBack back(bytes);
+    back.metadata();
+    EXPECT_FALSE(back.read.isWhole);
+    EXPECT_EQ(back.read.cutOffAt, bytes.size());
+    EXPECT_TRUE(back.warnings.tell("[header-byte-count]")) << back.warnings.lines();
 }
 
 TEST(HeaderMetadata, withoutPrefaceIsKept) {
@@ -192,7 +222,7 @@ TEST(HeaderMetadata, tellsOfTwoSetsWithOneInstanceUID) {
     EXPECT_EQ(back.metadata().size(), 3U);
     const auto offset = back.read.end - twin.size();
     EXPECT_TRUE(back.warnings.tell("byte " + std::to_string(offset) +
-                                   ": Identification: has the InstanceUID"))
+                                   ": set Identification: has the same InstanceUID"))
         << back.warnings.lines();
 }
 
@@ -204,7 +234,8 @@ TEST(HeaderMetadata, isKeptUpToALengthThatPointsPastTheEnd) {
         ReadBack back(MxfBuilder().add(header(join({Testing::smallMetadata(), lie}))));
         EXPECT_EQ(back.metadata().size(), 2U);
         EXPECT_FALSE(back.read.isWhole);
-        EXPECT_TRUE(back.warnings.tell("runs past the end")) << back.warnings.lines();
+        EXPECT_TRUE(back.warnings.tell("reaches past the end")) << back.warnings.lines();
+        EXPECT_EQ(back.read.cutOffAt, back.read.begin + Testing::smallMetadata().size());
     }
 }
 
@@ -239,15 +270,15 @@ const auto farther = [](const Bytes& key) { return Testing::klv(key, {}, 4, 250)
 INSTANTIATE_TEST_SUITE_P(
     , LengthIntoTheNextPartition,
     ::testing::Values(
-        Reach{"Metadata", Testing::smallMetadata(), 2, "bytes runs into the next partition"},
+        Reach{"Metadata", Testing::smallMetadata(), 2, "which reaches into the next partition"},
         Reach{"Set",
               join({Testing::smallMetadata(),
                     farther(Testing::structuralKey(Testing::identificationSet))}),
-              2, "KLV of 250 bytes runs into the next partition"},
+              2, "KLV of 250 bytes reaches into the next partition"},
         Reach{"DarkSet", join({Testing::smallMetadata(), farther(Testing::uuid(9))}), 2,
-              "KLV of 250 bytes runs into the next partition"},
+              "KLV of 250 bytes reaches into the next partition"},
         Reach{"Fill", join({Testing::smallMetadata(), farther(fillKey())}), 2,
-              "bytes runs into the next partition"},
+              "which reaches into the next partition"},
         Reach{"Primer", farther(Testing::primerKey()), 0, "header metadata has no Preface"}),
     Testing::nameOfCase<Reach>);
 

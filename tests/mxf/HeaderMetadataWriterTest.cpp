@@ -215,9 +215,9 @@ TEST(HeaderMetadataWriter, refusesDarkSetsThatWouldBeSomethingElse) {
         model.darkSet(bytes, 4, "x");
         const std::string message =
             Testing::messageOf([&] { const HeaderMetadataWriter writer(model.partition); });
-        EXPECT_NE(
-            message.find("dark set with the key " + Platform::toUtf8(KLV::Key(bytes).toString())),
-            std::string::npos)
+        EXPECT_NE(message.find("the dark set has the key " +
+                               Platform::toUtf8(KLV::Key(bytes).toString())),
+                  std::string::npos)
             << message;
     }
 }

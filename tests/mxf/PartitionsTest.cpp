@@ -135,7 +135,7 @@ INSTANTIATE_TEST_SUITE_P(, FindsPartitions,
 
 TEST(Partitions, areNotLookedForBehindALongerRunIn) {
     const MxfBuilder builder = threePartitions().runIn(Testing::repeat(0, 65536));
-    EXPECT_NE(Testing::messageOf([&] { ReadBack back(builder); }).find("no MXF file"),
+    EXPECT_NE(Testing::messageOf([&] { ReadBack back(builder); }).find("not an MXF file"),
               std::string::npos);
 }
 
@@ -144,6 +144,42 @@ TEST(Partitions, mayCountTheRunIn) {
     builder.withRandomIndexPack({100, builder.offsetOf(1) + 100, builder.offsetOf(2) + 100});
     ReadBack back(builder);
     EXPECT_EQ(offsetsIn(back), threeOffsets(builder, 100));
+    EXPECT_FALSE(back.warnings.tell("[partition-not-found]")) << back.warnings.lines();
+}
+
+TEST(Partitions, areFoundWhereTheFrontOfTheFileIsMissing) {
+    for (const bool indexed : {true, false}) {
+        MxfBuilder builder = threePartitions();
+        if (indexed) {
+            builder.withRandomIndexPack();
+        }
+        Bytes bytes = builder.build();
+        const auto missing = static_cast<std::ptrdiff_t>(builder.offsetOf(1)) - 50;
+        bytes.erase(bytes.begin(), bytes.begin() + missing);
+        ReadBack back(bytes);
+        EXPECT_EQ(back.file.runIn(), 0U);
+        const auto& all = back.file.partitions();
+        EXPECT_EQ(all.front().offset(), 50U);
+        EXPECT_EQ(all.size(), 2U);
+        ASSERT_EQ(back.warnings.all.size(), 1U) << back.warnings.lines();
+        EXPECT_TRUE(back.warnings.tell("byte 50: the first partition is a body partition, expected "
+                                       "the header partition; its ThisPartition is " +
+                                       std::to_string(missing + 50) + ", so " +
+                                       std::to_string(missing) +
+                                       " bytes are missing before it [no-header-partition]"))
+            << back.warnings.lines();
+    }
+}
+
+TEST(Partitions, withoutAHeaderPartitionCountFromTheFrontThatTheFirstOneGives) {
+    const MxfBuilder builder = threePartitions().withRandomIndexPack().runIn(Testing::repeat(0, 9));
+    Bytes bytes = builder.build();
+    bytes[9] = 0; // of the header partition's key
+    ReadBack back(bytes);
+    EXPECT_EQ(back.file.runIn(), 9U);
+    EXPECT_EQ(back.file.partitions().size(), 2U);
+    EXPECT_TRUE(back.warnings.tell("expected the header partition [no-header-partition]"))
+        << back.warnings.lines();
 }
 
 TEST(Partitions, thatAFooterPointerPastTheEndTellsOfAreAWarning) {
@@ -175,10 +211,11 @@ TEST_P(LyingIndex, givesWayToTheChain) {
 
 INSTANTIATE_TEST_SUITE_P(
     , LyingIndex,
-    ::testing::Values(Lie{"NoPartitionThere", {0, 17}, "no partition pack stands"},
-                      Lie{"PastTheEnd", {0, 1 << 30}, "past the end"},
-                      Lie{"Greatest", {~std::uint64_t{0}}, "past the end"},
-                      Lie{"HeaderOnly", {0, 0, 0}, ""}, Lie{"Empty", {}, ""}),
+    ::testing::Values(
+        Lie{"NoPartitionThere", {0, 17}, "where there is no partition pack [partition-not-found]"},
+        Lie{"PastTheEnd", {0, 1 << 30}, "past the end"},
+        Lie{"Greatest", {~std::uint64_t{0}}, "past the end"}, Lie{"HeaderOnly", {0, 0, 0}, ""},
+        Lie{"Empty", {}, ""}),
     Testing::nameOfCase<Lie>);
 
 TEST(Partitions, areNotFoundByAnIndexWhoseLengthLies) {
@@ -202,7 +239,8 @@ TEST(Partitions, ofAChainThatLoopsAreFoundOnce) {
             MxfBuilder().add(Testing::headerPartition()).add(body).add(Testing::footerPartition());
         ReadBack back(builder);
         EXPECT_EQ(offsetsIn(back), threeOffsets(builder));
-        EXPECT_EQ(back.warnings.tell("not before it"), previous != 0) << back.warnings.lines();
+        EXPECT_EQ(back.warnings.tell("[previous-partition]"), previous != 0)
+            << back.warnings.lines();
     }
 }
 
@@ -211,7 +249,7 @@ TEST(Partitions, maySayThatTheyStandElsewhere) {
     footer.thisPartition = 12345;
     ReadBack back(MxfBuilder().add(Testing::headerPartition()).add(footer));
     EXPECT_EQ(back.file.partitions().size(), 2U);
-    EXPECT_TRUE(back.warnings.tell("says that it stands at byte 12345")) << back.warnings.lines();
+    EXPECT_TRUE(back.warnings.tell("ThisPartition is 12345, expected ")) << back.warnings.lines();
 }
 
 TEST(Partitions, mayBeGenericStreams) {

@@ -150,16 +150,19 @@ TEST_F(Check, printsJson) {
     writeTrap();
     const auto report = json("clip.mxf odd.mxf gone.mxf", 3);
     EXPECT_EQ(report["summary"],
-              nlohmann::json::parse(R"({"files": 3, "lossless": 2, "implied": 0, "different": 0,
-                                        "refused": 0, "unreadable": 1})"));
+              nlohmann::json::parse(R"({"files": 3, "lossless": 2, "cutOff": 0, "different": 0,
+                                        "refused": 0, "unreadable": 1, "implied": 0})"));
     ASSERT_EQ(report["files"].size(), 3U);
     const auto& clip = report["files"][0];
     EXPECT_EQ(clip, nlohmann::json::parse(R"({"file": "clip.mxf", "result": "lossless", "sets": 2,
-        "properties": 5, "counts": {}, "differences": [], "error": null})"));
+        "properties": 5, "counts": {}, "differences": [], "error": null, "cutOffAt": null,
+        "warnings": [], "errors": []})"));
     const auto& gone = report["files"][2];
     EXPECT_EQ(gone["result"], "unreadable");
     EXPECT_EQ(gone["sets"], nullptr);
     EXPECT_THAT(gone["error"].get<std::string>(), StartsWith("can't open: "));
+    EXPECT_EQ(gone["errors"],
+              nlohmann::json::array({{{"text", gone["error"]}, {"byte", nullptr}}}));
 
     const auto trap = json("--dictionary trap.dict trap.mxf", 1)["files"][0];
     EXPECT_EQ(trap["result"], "different");
@@ -172,6 +175,44 @@ TEST_F(Check, printsJson) {
     EXPECT_EQ(difference["set"], "06.0e.2b.34.02.53.01.01.0e.7f.7f.01.01.01.01.00");
     EXPECT_EQ(difference["property"], nullptr);
     EXPECT_EQ(difference["identifiers"], "both");
+}
+
+TEST_F(Check, isNotContentWithAClipThatIsCutOff) {
+    Bytes bytes = MxfBuilder().add(headerPartition()).build();
+    bytes.resize(bytes.size() - 3);
+    shop.write("cut.mxf", bytes);
+    const std::string at =
+        std::to_string(bytes.size() + 3 - set(structuralKey(contentStorageSet), 2).size());
+    const Outcome outcome = shop.run("corvid check cut.mxf clip.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.out, "cut.mxf: lossless in what could be read: the metadata is cut off at "
+                           "byte " +
+                               at + " (1 set, 4 properties)\n" + smallLine +
+                               "2 files: 1 lossless, 1 lossless in what could be read\n");
+    const auto report = json("cut.mxf", 1);
+    EXPECT_EQ(report["summary"]["cutOff"], 1);
+    const auto& file = report["files"][0];
+    EXPECT_EQ(file["result"], "cutOff");
+    EXPECT_EQ(file["error"], nullptr);
+    EXPECT_EQ(file["cutOffAt"], std::stoul(at));
+    EXPECT_EQ(file["errors"],
+              nlohmann::json::array({{{"text", "the metadata is cut off at byte " + at},
+                                      {"byte", file["cutOffAt"]}}}));
+}
+
+TEST_F(Check, listsTheWarningsOfEachFileInJson) {
+    shop.write("nameless.mxf", clipWithANamelessSet());
+    const auto report = json("nameless.mxf clip.mxf nameless.mxf", 0);
+    const auto& warnings = report["files"][0]["warnings"];
+    ASSERT_EQ(warnings.size(), 1U);
+    EXPECT_EQ(warnings[0]["code"], "no-instance-uid");
+    EXPECT_EQ(warnings[0]["text"], "has no InstanceUID, so no reference leads to it");
+    EXPECT_EQ(warnings[0]["count"], 1);
+    EXPECT_EQ(warnings[0]["first"]["set"], "TimelineTrack");
+    EXPECT_GT(warnings[0]["first"]["byte"], 0);
+    EXPECT_EQ(warnings[0]["first"]["property"], nullptr);
+    EXPECT_EQ(report["files"][1]["warnings"], nlohmann::json::array());
+    EXPECT_EQ(report["files"][2]["warnings"], warnings);
 }
 
 TEST_F(Check, showsProgressAndColoursOnATerminalOnly) {

@@ -31,12 +31,24 @@ TEST_P(WrongCommandLine, endsWithTwoAndOneLine) {
 INSTANTIATE_TEST_SUITE_P(
     , WrongCommandLine,
     ::testing::Values(
-        Wrong{"NoVerb", "corvid", "a verb is missing"},
-        Wrong{"UnknownVerb", "corvid sing clip.mxf", "sing"},
+        Wrong{"UnknownVerb", "corvid sing clip.mxf", "no verb 'sing'; corvid help lists the verbs"},
+        Wrong{"MistypedVerb", "corvid chek clip.mxf", "no verb 'chek'; did you mean 'check'?"},
+        Wrong{"SwappedVerb", "corvid --json form-xml x.xml", "did you mean 'from-xml'?"},
+        Wrong{"HelpOfAMistypedVerb", "corvid help inof", "no verb 'inof'; did you mean 'info'?"},
+        Wrong{"MistypedOption", "corvid info clip.mxf --jsn",
+              "info: no option '--jsn'; did you mean '--json'?"},
+        Wrong{"MistypedOptionWithAValue", "corvid to-xml clip.mxf --partitoin=1",
+              "to-xml: no option '--partitoin'; did you mean '--partition'?"},
         Wrong{"NoClip", "corvid to-xml", "CLIP.mxf"},
         Wrong{"NoClipForInfo", "corvid info", "CLIP.mxf"},
-        Wrong{"UnknownOption", "corvid info --loud clip.mxf", "--loud"},
-        Wrong{"TwoClips", "corvid info clip.mxf clip.mxf", "clip.mxf"},
+        Wrong{"UnknownOption", "corvid info --loud clip.mxf",
+              "info: no option '--loud'; see corvid help info"},
+        Wrong{"UnknownOptionBeforeTheVerb", "corvid --loud info clip.mxf", "no option '--loud'"},
+        Wrong{"NoValue", "corvid to-xml clip.mxf -o", "to-xml: --output needs a value; see"},
+        Wrong{"KagThatIsNoNumber", "corvid from-xml a.xml -o b.mxf --kag x",
+              "from-xml: --kag: expected a number from 1 to 1048576, not 'x'"},
+        Wrong{"TwoClips", "corvid info clip.mxf other.mxf",
+              "info: unexpected argument 'other.mxf'; see corvid help info"},
         Wrong{"Partition", "corvid to-xml clip.mxf --partition last", "--partition"},
         Wrong{"References", "corvid to-xml clip.mxf --references all", "links or values"},
         Wrong{"Encoding", "corvid to-xml clip.mxf --encoding latin-1", "utf-8 or utf-16"},
@@ -47,9 +59,29 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& each) { return each.param.name; });
 
 TEST(Command, tellsItsVersion) {
-    const Outcome outcome = Workshop().run("corvid --version");
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.out, "corvid " CORVID_TEST_VERSION "\n");
+    for (const char* line : {"corvid --version", "corvid -V"}) {
+        const Outcome outcome = Workshop().run(line);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.out, "corvid " CORVID_TEST_VERSION "\n");
+    }
+}
+
+TEST(Command, withoutArgumentsListsTheVerbsAsAMistake) {
+    const Outcome outcome = Workshop().run("corvid");
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_THAT(outcome.out, IsEmpty());
+    EXPECT_EQ(outcome.err, "corvid: a verb is missing\n\n" + Workshop().run("corvid --help").out);
+}
+
+TEST(Command, helpIsAVerbToo) {
+    const Workshop shop;
+    EXPECT_EQ(shop.run("corvid help").out, shop.run("corvid --help").out);
+    for (const std::string verb : {"to-xml", "from-xml", "info", "check", "schema", "dictionary"}) {
+        const Outcome outcome = shop.run("corvid help " + verb);
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_THAT(outcome.out, HasSubstr("Usage: corvid " + verb));
+        EXPECT_EQ(outcome.out, shop.run("corvid " + verb + " --help").out);
+    }
 }
 
 TEST(Command, helpNamesEveryVerb) {
@@ -83,7 +115,7 @@ TEST(Command, helpFitsInEightyColumns) {
     std::istringstream lines(
         Workshop()
             .run("corvid to-xml --help; corvid info -h; corvid check -h; corvid dictionary -h; "
-                 "corvid -h")
+                 "corvid -h; corvid from-xml -h; corvid help help")
             .out);
     std::size_t count = 0;
     for (std::string line; std::getline(lines, line); ++count) {

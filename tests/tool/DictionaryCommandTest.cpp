@@ -83,16 +83,16 @@ TEST(DictionaryCommand, suggestsWhatIsNear) {
     const Outcome name = shop.run("corvid dictionary Prefase");
     EXPECT_EQ(name.status, 1);
     EXPECT_THAT(name.out, IsEmpty());
-    EXPECT_EQ(name.err, "corvid: 'Prefase' is no label, local tag or name that the dictionary or "
-                        "the registers know; near: Preface\n");
+    EXPECT_EQ(name.err, "corvid: neither the dictionary nor the registers have a label, local tag "
+                        "or name 'Prefase'; near: Preface\n");
     const Outcome label =
         shop.run("corvid dictionary 06.0e.2b.34.04.01.01.01.04.01.01.01.01.7f.00.00");
     EXPECT_EQ(label.status, 1);
-    EXPECT_THAT(label.err, HasSubstr("; it would stand in: Parameters > Picture essence > Transfer "
+    EXPECT_THAT(label.err, HasSubstr("; it would be in: Parameters > Picture essence > Transfer "
                                      "characteristics; near: 06.0e.2b.34.04.01.01."));
     const Outcome tag = shop.run("corvid dictionary 8001");
     EXPECT_EQ(tag.status, 1);
-    EXPECT_THAT(tag.err, HasSubstr("each file gives local tags from 80.00 on anew"));
+    EXPECT_THAT(tag.err, HasSubstr("tags from 80.00 on have a meaning of their own in each file"));
     EXPECT_EQ(shop.run("corvid dictionary ''").status, 1);
     EXPECT_THAT(shop.run("corvid dictionary \"$(printf 'a\\033[31mz')\"").err,
                 HasSubstr("'a\\x1b[31mz'"));

@@ -158,8 +158,8 @@ TEST_F(FromXml, mergesEqualSetsAndSaysSo) {
     shop.write("doc.xml", documentOf(preface + once + once + once));
     const Outcome outcome = shop.run("corvid from-xml doc.xml -o header.mxf");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "corvid: doc.xml: note: 2 sets that the document holds again, equal to "
-                           "the first, became one with it\n");
+    EXPECT_EQ(outcome.err, "corvid: doc.xml: note: 2 sets that the document repeats without a "
+                           "difference were left out\n");
     EXPECT_THAT(shop.run("corvid info header.mxf").out, HasSubstr("2 sets"));
 }
 
@@ -170,9 +170,9 @@ TEST_F(FromXml, keepsUnequalSetsAndWarns) {
     shop.write("doc.xml", documentOf(preface + front + "a" + back + front + "b" + back));
     const Outcome outcome = shop.run("corvid from-xml doc.xml -o header.mxf");
     EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.err, "corvid: doc.xml: warning: set TimelineTrack 00.01.02.03.04.05.06.07.08."
-                           "09.0a.0b.0c.0d.0e.0f: stands in the document more than once, and not "
-                           "the same each time; all are kept\n");
+    EXPECT_EQ(outcome.err, "corvid: doc.xml: warning: set TimelineTrack: 00.01.02.03.04.05.06.07."
+                           "08.09.0a.0b.0c.0d.0e.0f is in the document more than once, with "
+                           "differences; all are kept [unequal-copies]\n");
     const std::string again = shop.run("corvid to-xml header.mxf").out;
     EXPECT_THAT(again, HasSubstr(">a<"));
     EXPECT_THAT(again, HasSubstr(">b<"));
@@ -182,17 +182,18 @@ TEST_F(FromXml, needsAPrefaceAndWantsOne) {
     shop.write("none.xml", documentOf("<s377m:ContentStorage/><s377m:Unheard/>"));
     const Outcome none = shop.run("corvid from-xml none.xml -o header.mxf");
     EXPECT_EQ(none.status, 1);
-    EXPECT_EQ(none.err, "corvid: none.xml: no Preface among the 1 sets of the document, expected "
-                        "one\n");
+    EXPECT_EQ(none.err, "corvid: none.xml: the document has no Preface\n");
     EXPECT_FALSE(shop.has("header.mxf"));
     shop.write("two.xml", documentOf(preface + preface));
     const Outcome two = shop.run("corvid from-xml two.xml -o header.mxf");
     EXPECT_EQ(two.status, 0);
-    EXPECT_THAT(two.err, HasSubstr("warning: 2 Prefaces"));
+    EXPECT_THAT(two.err, HasSubstr("warning: there are 2 Prefaces, expected one; the first is that "
+                                   "of the file [several-prefaces]"));
     shop.write("bare.xml", documentOf("<s377m:Preface/>"));
     const Outcome bare = shop.run("corvid from-xml bare.xml -o header.mxf");
     EXPECT_EQ(bare.status, 0);
-    EXPECT_THAT(bare.err, HasSubstr("warning: set Preface: no operational pattern"));
+    EXPECT_THAT(bare.err, HasSubstr("warning: the Preface has no operational pattern, so that of "
+                                    "the partition is zeros [no-operational-pattern]"));
 }
 
 struct Refused {
@@ -229,23 +230,23 @@ const std::string packAsDarkSet =
 INSTANTIATE_TEST_SUITE_P(
     , FromXmlRefuses,
     ::testing::Values(
-        Refused{"AnEmptyFile", "", "an empty file, expected an XML document"},
+        Refused{"AnEmptyFile", "", "the file is empty, expected an XML document"},
         Refused{"NoXml", "metadata\n", "line 1, column 1: "},
         Refused{"ATruncatedDocument", documentOf(preface).substr(0, 200), "line 1, column "},
         Refused{"ABadLine", "<a>\n  <b>\n</a>", "line 3, column "},
         Refused{"ADocumentType", "<!DOCTYPE a [<!ENTITY b 'c'>]>\n" + documentOf(preface),
                 "line 1, column "},
-        Refused{"AnMxfFile", asText(smallClip()), "an MXF file, expected an XML document"},
+        Refused{"AnMxfFile", asText(smallClip()), "this is an MXF file, expected an XML document"},
         Refused{"AnMxfFileWithRunIn", std::string(65535, 'x') + asText(smallClip()),
-                "an MXF file, expected an XML document"},
-        Refused{"AnotherRoot", "<html><body/></html>", "no Preface among the 0 sets"},
+                "this is an MXF file, expected an XML document"},
+        Refused{"AnotherRoot", "<html><body/></html>", "the document has no Preface"},
         Refused{"AValueThatNoSetHolds", documentOf(preface + longName),
                 "set TimelineTrack: rp210:TrackName: value of 65536 bytes"},
         Refused{"AValueOfAnotherForm",
                 documentOf("<s377m:Preface rp210:InstanceUID='p' rp210:GenerationUID='x'/>"),
                 "set Preface p: rp210:GenerationUID: identifier 'x'"},
         Refused{"APartitionPackAsDarkSet", documentOf(preface + packAsDarkSet),
-                "dark set with the key 06.0e.2b.34.02.05.01.01.0d.01.02.01.01.03.04.00"}),
+                "the dark set has the key 06.0e.2b.34.02.05.01.01.0d.01.02.01.01.03.04.00"}),
     [](const auto& each) { return std::string(each.param.name); });
 
 TEST_F(FromXml, tellsFilesThatCantBeRead) {
@@ -281,7 +282,8 @@ TEST_F(FromXml, writesNoBytesToATerminal) {
                             "'sample.xml', '-o', '-']); sys.exit(os.waitstatus_to_exitcode("
                             "status))\" </dev/null");
     EXPECT_EQ(outcome.status, 2);
-    EXPECT_THAT(outcome.out, HasSubstr("nothing for a terminal; -o FILE writes it to a file"));
+    EXPECT_THAT(outcome.out,
+                HasSubstr("can't be shown on a terminal; -o FILE writes it to a file"));
 }
 
 TEST_F(FromXml, aFullDeviceIsAnError) {

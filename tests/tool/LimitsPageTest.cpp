@@ -13,6 +13,7 @@
 #include "tools/corvid/DictionaryChoice.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/FromXml.h"
+#include "tools/corvid/WarningLog.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -66,6 +67,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(XMLBuilder::, greatestInlineDepth),
         CORVID_LIMIT(Types::ByteRun::, greatestSize),
         CORVID_LIMIT(Tool::, greatestKagSize),
+        CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
     };
 #undef CORVID_LIMIT
     std::map<std::string, std::string> told;

@@ -29,16 +29,56 @@ protected:
 
 TEST_F(MessagesOfTheCommand, nameAllThatAWarningKnows) {
     messages.setFile("in.mxf");
-    mxf::Warning warning;
-    warning.text = "too short";
+    mxf::Warning warning(mxf::WarningKinds::unfitValue, "too short");
     warning.offset = 4132;
     warning.set = "Preface";
     warning.localTag = Types::u16{0x3B02};
     warning.property = "FileLastModified";
     messages.warn(warning);
+    messages.flush();
     EXPECT_EQ(said(), "corvid: in.mxf: warning: byte 4132: set Preface: property 3b.02 "
-                      "FileLastModified: too short\n");
-    EXPECT_EQ(messages.warnings(), 1U);
+                      "FileLastModified: too short [unfit-value]\n");
+    EXPECT_EQ(messages.warningCount(), 1U);
+}
+
+TEST_F(MessagesOfTheCommand, countRepeatsOfAWarning) {
+    messages.setFile("in.mxf");
+    for (int i = 0; i != 3; ++i) {
+        messages.warn({mxf::WarningKinds::headerByteCount, "x" + std::to_string(i)});
+        messages.warn({mxf::WarningKinds::noPreface, "y"});
+    }
+    EXPECT_EQ(said(), "");
+    messages.flush();
+    const std::string lines = "corvid: in.mxf: warning: x0, and 2 more [header-byte-count]\n"
+                              "corvid: in.mxf: warning: y, and 2 more [no-preface]\n";
+    EXPECT_EQ(said(), lines);
+    messages.flush();
+    EXPECT_EQ(said(), lines);
+    EXPECT_EQ(messages.warningCount(), 6U);
+}
+
+TEST_F(MessagesOfTheCommand, haveWarningsBeforeTheErrorAndBeforeTheNextFile) {
+    messages.setFile("a");
+    messages.warn({mxf::WarningKinds::noPreface, "x"});
+    messages.error("the end");
+    messages.warn({mxf::WarningKinds::noPrimerPack, "y"});
+    messages.setFile("b");
+    EXPECT_EQ(said(), "corvid: a: warning: x [no-preface]\ncorvid: a: the end\n"
+                      "corvid: a: warning: y [no-primer-pack]\n");
+    EXPECT_TRUE(messages.warnings().entries().empty());
+    EXPECT_EQ(guard([&] { messages.warn({mxf::WarningKinds::noPreface, "z"}); }, messages), 0);
+    EXPECT_NE(said().find("corvid: b: warning: z [no-preface]\n"), std::string::npos);
+}
+
+TEST_F(MessagesOfTheCommand, endTheWorkWhereWarningsAreErrors) {
+    EXPECT_NO_THROW(refuseWarnings(true, messages));
+    messages.warn({mxf::WarningKinds::noPreface, "x"});
+    EXPECT_NO_THROW(refuseWarnings(false, messages));
+    EXPECT_EQ(guard([&] { refuseWarnings(true, messages); }, messages), exitRefused);
+    EXPECT_EQ(messages.lastError(), "1 warning, and --warnings-as-errors");
+    messages.warn({mxf::WarningKinds::noPreface, "x"});
+    guard([&] { refuseWarnings(true, messages); }, messages);
+    EXPECT_EQ(messages.lastError(), "2 warnings, and --warnings-as-errors");
 }
 
 TEST_F(MessagesOfTheCommand, nameTheFileOnce) {

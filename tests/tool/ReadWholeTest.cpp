@@ -24,7 +24,8 @@ TEST(ReadWhole, readsUpToTheLimitAndNoMore) {
         readWhole(path, 1 << 20, "a text");
         FAIL();
     } catch (const Exceptions::LimitExceeded& error) {
-        EXPECT_EQ(Platform::toUtf8(error.message()), path + ": a text of more than 1 MiB");
+        EXPECT_EQ(Platform::toUtf8(error.message()),
+                  "can't read " + path + ": more than 1 MiB, the limit for a text");
     }
 }
 

@@ -22,15 +22,17 @@ CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, Mes
         [&] {
             mxf::File file(clip.path, dictionary, messages);
             const mxf::HeaderMetadata header = readMetadata(file, clip);
+            checked.cutOffAt = header.cutOffAt;
             translateXerces([&] { checked.comparison = compareWithRoundTrip(*header.metadata); });
         },
         messages);
     if (status == exitDone) {
-        checked.result = resultOf(checked.comparison);
+        checked.result = resultOf(checked.comparison, checked.cutOffAt.has_value());
     } else {
         checked.result = status == exitNoFile ? CheckResult::unreadable : CheckResult::refused;
         checked.error = messages.lastError();
     }
+    checked.warnings = messages.warnings();
     return checked;
 }
 
@@ -62,9 +64,13 @@ void check(const CheckOptions& options, Messages& messages) {
     } else if (total != 1) {
         printText(toText(tally));
     }
-    if (tally.worst() >= CheckResult::different) {
+    if (tally.worst() >= CheckResult::cutOff) {
         throw EndedWith{tally.worst() == CheckResult::unreadable ? exitNoFile : exitRefused};
     }
+    if (total != 1) {
+        messages.setFile("");
+    }
+    refuseWarnings(options.warningsAsErrors, messages);
 }
 
 } // namespace Corvid::Tool

@@ -11,15 +11,17 @@ struct CheckOptions {
     ClipOptions clip;               ///< of which the path does not matter
     std::vector<std::string> files; ///< "-" is standard input
     bool json = false;
-    bool all = false;     ///< lists all differences, however many there are of a kind
-    bool colours = false; ///< no part of JSON
+    bool warningsAsErrors = false; ///< after all is printed
+    bool all = false;              ///< lists all differences, however many there are of a kind
+    bool colours = false;          ///< no part of JSON
 };
 
 /// Takes the metadata of each file to XML and back and prints what is different then. A file that
 /// can't be checked is told as a message, and the next one follows.
 ///
 /// Needs Xerces-C; see XmlModule.h.
-/// @throws EndedWith  a file is different, refused or unreadable: the worst of them counts.
+/// @throws EndedWith  a file is cut off, different, refused or unreadable: the worst of them
+/// counts.
 /// @throws IOError, BaseException  the dictionaries can't be read, the result can't be written.
 void check(const CheckOptions& options, Messages& messages);
 

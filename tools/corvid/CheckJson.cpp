@@ -1,4 +1,5 @@
 #include "tools/corvid/CheckReport.h"
+#include "tools/corvid/WarningJson.h"
 
 #include <nlohmann/json.hpp>
 
@@ -41,7 +42,10 @@ Json toJson(const CheckedFile& file) {
                  {"properties", nullptr},
                  {"counts", Json::object()},
                  {"differences", Json::array()},
-                 {"error", orNull(file.error)}};
+                 {"error", orNull(file.error)},
+                 {"cutOffAt", file.cutOffAt ? Json(*file.cutOffAt) : Json(nullptr)},
+                 {"warnings", toJson(file.warnings)},
+                 {"errors", errorsJson(file.error, file.cutOffAt)}};
     if (file.result >= CheckResult::refused) {
         return json;
     }
@@ -68,8 +72,8 @@ std::string toJson(const std::vector<CheckedFile>& files) {
         list.push_back(toJson(file));
     }
     Json summary = {{"files", files.size()}};
-    for (const auto result : {CheckResult::lossless, CheckResult::different, CheckResult::refused,
-                              CheckResult::unreadable}) {
+    for (const auto result : {CheckResult::lossless, CheckResult::cutOff, CheckResult::different,
+                              CheckResult::refused, CheckResult::unreadable}) {
         summary[Tool::nameOf(result)] = tally.count(result);
     }
     summary["implied"] = 0; // as weight: programs may ask for it

@@ -1,6 +1,7 @@
 #include "tools/corvid/CheckReport.h"
 
 #include "tools/corvid/Printable.h"
+#include "tools/corvid/WarningJson.h"
 
 #include <algorithm>
 #include <fmt/core.h>
@@ -19,6 +20,7 @@ struct DescribedResult {
 
 constexpr DescribedResult results[] = {
     {CheckResult::lossless, "lossless", "lossless"},
+    {CheckResult::cutOff, "cutOff", "lossless in what could be read"},
     {CheckResult::different, "different", "different"},
     {CheckResult::refused, "refused", "refused"},
     {CheckResult::unreadable, "unreadable", "unreadable"},
@@ -44,9 +46,15 @@ std::string counted(std::size_t count, const char* what) {
 
 std::string verdict(const CheckedFile& file, const Style& style) {
     const auto& differences = file.comparison.differences;
-    return differences.empty() ? fmt::format("{}lossless{}", style.good, style.end)
-                               : fmt::format("{}DIFFERENT{}: {}", style.bad, style.end,
-                                             counted(differences.size(), "difference"));
+    const std::string cut = file.cutOffAt ? cutOffText(*file.cutOffAt) : "";
+    if (!differences.empty()) {
+        return fmt::format("{}DIFFERENT{}: {}", style.bad, style.end,
+                           counted(differences.size(), "difference")) +
+               (cut.empty() ? "" : "; " + cut);
+    }
+    return fmt::format("{}lossless{}{}", cut.empty() ? style.good : style.bad,
+                       cut.empty() ? "" : " in what could be read", style.end) +
+           (cut.empty() ? "" : ": " + cut);
 }
 
 std::string line(const Difference& difference) {
@@ -87,8 +95,10 @@ std::size_t CheckTally::count(CheckResult result) const {
 
 const char* nameOf(CheckResult result) { return results[static_cast<std::size_t>(result)].name; }
 
-CheckResult resultOf(const Comparison& comparison) {
-    return comparison.differences.empty() ? CheckResult::lossless : CheckResult::different;
+CheckResult resultOf(const Comparison& comparison, bool isCutOff) {
+    return !comparison.differences.empty() ? CheckResult::different
+           : isCutOff                      ? CheckResult::cutOff
+                                           : CheckResult::lossless;
 }
 
 std::string toText(const CheckedFile& file, bool all, bool colours) {

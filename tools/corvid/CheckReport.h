@@ -1,14 +1,17 @@
 #pragma once
 
 #include "tools/corvid/Comparison.h"
+#include "tools/corvid/WarningLog.h"
 
 #include <map>
+#include <optional>
 
 namespace Corvid::Tool {
 
 /// What the check of a file ended with. Each is worse than the one before.
 enum class CheckResult : unsigned char {
     lossless,   ///< all came back
+    cutOff,     ///< all that could be read, but the metadata is cut off
     different,  ///< something was damaged
     refused,    ///< the file can't be taken to XML and back
     unreadable, ///< the file can't be read at all
@@ -18,8 +21,10 @@ enum class CheckResult : unsigned char {
 struct CheckedFile {
     std::string file; ///< as people named it
     CheckResult result = CheckResult::lossless;
-    Comparison comparison; ///< where it came to that
-    std::string error;     ///< where it did not
+    Comparison comparison;                 ///< where it came to that
+    std::string error;                     ///< where it did not
+    std::optional<std::uint64_t> cutOffAt; ///< of the metadata, in bytes from the front of the file
+    WarningLog warnings;
 };
 
 /// Many of them, counted.
@@ -40,7 +45,8 @@ private:
 const char* nameOf(CheckResult result);
 
 /// The result that a comparison means.
-CheckResult resultOf(const Comparison& comparison);
+/// @param isCutOff  whether the metadata could not be read to its end.
+CheckResult resultOf(const Comparison& comparison, bool isCutOff);
 
 /// For people: a line for the file, then its differences by kind, the real ones first. Nothing for
 /// a file that could not be compared: why not has gone to standard error.

@@ -8,6 +8,7 @@
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Schema.h"
 #include "tools/corvid/ToXml.h"
+#include "tools/corvid/UsageHelp.h"
 #include "tools/corvid/XmlModule.h"
 
 #include <algorithm>
@@ -25,13 +26,24 @@ constexpr const char* output = "Output";
 /// Gives a verb its options; they live as long as the work that is returned.
 using Work = std::function<void(Messages&)>;
 
-/// Unlike the library's own, it adds nothing to the help: the type's name tells the values.
+/// Unlike the library's own, it adds nothing to the help: the type's name shows the values.
 CLI::Validator oneOf(std::vector<std::string> values) {
     return CLI::Validator(
         [values = std::move(values)](const std::string& text) {
             const bool isOne = std::find(values.begin(), values.end(), text) != values.end();
             return isOne ? std::string()
                          : "expected " + CLI::detail::join(values, " or ") + ", not '" + text + "'";
+        },
+        "");
+}
+
+CLI::Validator numberFromOne(std::uint32_t greatest) {
+    return CLI::Validator(
+        [greatest](std::string& text) {
+            return CLI::Range(std::uint32_t{1}, greatest)(text).empty()
+                       ? std::string()
+                       : "expected a number from 1 to " + std::to_string(greatest) + ", not '" +
+                             text + "'";
         },
         "");
 }
@@ -48,11 +60,12 @@ void declareDictionaries(CLI::App& verb, DictionaryChoice& choice) {
         ->group(input);
 }
 
-/// What verbs that read one MXF file and those that read many can be told of them.
+/// The options of verbs that read MXF files, one or many.
 void declareReading(CLI::App& verb, ClipOptions& options) {
     declareDictionaries(verb, options.dictionaries);
     verb.add_option("--partition", options.partition,
-                    "Whose metadata is read: auto (the last complete copy), header, footer, or the "
+                    "Partition to read the metadata of: auto (the last complete copy), header, "
+                    "footer, or the "
                     "number of a partition, from 0")
         ->type_name("auto|header|footer|N")
         ->check(
@@ -78,6 +91,10 @@ void declareForce(CLI::App& verb, bool& force, const char* what) {
     verb.add_flag("--force", force, what)->group(output);
 }
 
+void declareStrictness(CLI::App& verb, bool& wanted, const char* what) {
+    verb.add_flag("--warnings-as-errors", wanted, what)->group(processing);
+}
+
 Work declareToXml(CLI::App& verb) {
     using XMLUtils::EncodingType;
     const auto options = std::make_shared<ToXmlOptions>();
@@ -85,14 +102,14 @@ Work declareToXml(CLI::App& verb) {
     verb.add_option_function<std::string>(
             "--references",
             [options](const std::string& how) { options->referencesAsValues = how == "values"; },
-            "links: sets stand side by side and refer to each other; values: a set stands inside "
+            "links: sets are side by side and refer to each other; values: a set is inside "
             "the property that owns it")
         ->type_name("links|values")
         ->check(oneOf({"links", "values"}))
         ->default_str("links")
         ->group(processing);
     verb.add_flag("--structural-only", options->structuralOnly,
-                  "Leave out sets that are no structural metadata")
+                  "Leave out sets that are not structural metadata")
         ->group(processing);
     verb.add_option("--start", options->start, "Begin with this set instead of the Preface")
         ->type_name("INSTANCEUID")
@@ -104,6 +121,8 @@ Work declareToXml(CLI::App& verb) {
     verb.add_flag("--validate", options->validate,
                   "Check the document against its schema before it is written")
         ->group(processing);
+    declareStrictness(verb, options->warningsAsErrors,
+                      "Write nothing and exit with status 1 if there are warnings");
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->type_name("FILE")
         ->capture_default_str()
@@ -139,6 +158,8 @@ Work declareFromXml(CLI::App& verb) {
     verb.add_flag("--validate", options->validate,
                   "Check the document against its schema before it is read")
         ->group(processing);
+    declareStrictness(verb, options->warningsAsErrors,
+                      "Write nothing and exit with status 1 if there are warnings");
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->required()
         ->type_name("FILE")
@@ -149,7 +170,7 @@ Work declareFromXml(CLI::App& verb) {
     verb.add_option("--kag", options->kagSize,
                     "KAG size in bytes: the metadata begins and ends at multiples of it")
         ->type_name("N")
-        ->check(CLI::Range(std::uint32_t{1}, greatestKagSize).description(""))
+        ->check(numberFromOne(greatestKagSize))
         ->capture_default_str()
         ->group(output);
     return [options](Messages& messages) { xmlVerbs().fromXml(*options, messages); };
@@ -159,6 +180,7 @@ Work declareInfo(CLI::App& verb, bool colours) {
     const auto options = std::make_shared<InfoOptions>();
     options->colours = colours;
     declareClip(verb, options->clip);
+    declareStrictness(verb, options->warningsAsErrors, "Exit with status 1 if there are warnings");
     verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
     return [options](Messages& messages) { info(*options, messages); };
 }
@@ -183,6 +205,7 @@ Work declareCheck(CLI::App& verb, bool colours) {
         ->type_name("CLIP.mxf")
         ->group(input);
     declareReading(verb, options->clip);
+    declareStrictness(verb, options->warningsAsErrors, "Exit with status 1 if there are warnings");
     verb.add_flag("--all", options->all,
                   "List all differences, however many there are of a kind in a file")
         ->group(output);
@@ -210,39 +233,45 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     CLI::App app("The header metadata of MXF files (SMPTE ST 377-1) as XML", "corvid");
     app.formatter(std::make_shared<HelpFormatter>());
     app.require_subcommand(0, 1);
-    app.set_version_flag("--version", "corvid " CORVID_VERSION, "Print the version and exit");
+    app.set_version_flag("-V,--version", "corvid " CORVID_VERSION, "Print the version and exit");
     app.set_help_flag("-h,--help", "Print this help and exit");
-    app.footer("corvid VERB --help tells the options of a verb. Exit status: 0 done, 1 data\n"
+    app.footer("corvid help VERB shows the options of a verb. Exit status: 0 done, 1 data\n"
                "refused or different, 2 wrong command line, 3 file unreadable or unwritable.\n");
 
     Work chosen;
     const auto add = [&](const char* name, const char* what, const auto& declare) {
-        CLI::App* const verb = app.add_subcommand(name, what);
+        CLI::App* const verb = app.add_subcommand(name, what)->group("Verbs");
         Work work = declare(*verb);
         verb->callback([&chosen, work = std::move(work)] { chosen = work; });
     };
     add("to-xml", "Write the header metadata of an MXF file as XML", declareToXml);
     add("from-xml", "Write a document as an MXF header partition", declareFromXml);
-    add("info", "Tell what is in an MXF file at a glance",
+    add("info", "Show what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
-    add("check", "Take MXF files to XML and back, tell what differs",
+    add("check", "Take MXF files to XML and back, show what differs",
         [colours](CLI::App& verb) { return declareCheck(verb, colours); });
     add("schema", "Write the XML Schema of the documents", declareSchema);
     add("dictionary", "Explain a label, local tag, set, property or type",
         [colours](CLI::App& verb) { return declareDictionary(verb, colours); });
+    std::string explained;
+    const CLI::App* const help = declareHelp(app, explained);
 
     try {
+        checkVerb(app, argc, argv);
         app.parse(argc, argv);
     } catch (const CLI::ParseError& end) {
         std::ostringstream text;
         std::ostringstream error;
         if (app.exit(end, text, error) != 0) {
-            throw UsageError{std::string(end.what()) + "; corvid --help tells more"};
+            throw UsageError{usageText(app, end)};
         }
         return {{}, text.str()};
     }
+    if (help->parsed()) {
+        return {{}, helpOf(app, explained)};
+    }
     if (!chosen) {
-        throw UsageError{"a verb is missing; corvid --help lists them"};
+        throw UsageError{"a verb is missing", "\n" + app.help()};
     }
     return {std::move(chosen), {}};
 }

@@ -218,7 +218,7 @@ void Comparer::compareTags(const std::vector<ListedDarkSet>& darkSets) {
     std::bitset<0x10000> compared;
     for (const ListedDarkSet& set : darkSets) {
         mxf::LocalSet properties(
-            {reinterpret_cast<const Types::u8*>(set.value.data()), set.value.size()});
+            set.key, {reinterpret_cast<const Types::u8*>(set.value.data()), set.value.size()});
         while (const auto property = properties.next()) {
             const Types::LocalTag tag(property->tag);
             const auto* const old = before_.partitionDictionary().find(tag, true);

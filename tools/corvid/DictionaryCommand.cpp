@@ -81,14 +81,15 @@ std::string listText(const Glossary::Entries& entries, bool colours) {
 
 /// Why nothing was found, on one line.
 std::string refusal(const std::string& wanted, const std::vector<std::string>& near) {
-    std::string text = "'" + printable(wanted) +
-                       "' is no label, local tag or name that the "
-                       "dictionary or the registers know";
+    std::string text =
+        "neither the dictionary nor the registers have a label, local tag or name '" +
+        printable(wanted) + "'";
     if (const auto label = parseLabel(wanted)) {
         const auto branches = branchesOf(*label);
-        text += branches.empty() ? "" : "; it would stand in: " + joined(branches, " > ");
+        text += branches.empty() ? "" : "; it would be in: " + joined(branches, " > ");
     } else if (const auto tag = parseLocalTag(wanted); tag && *tag >= 0x8000) {
-        text += "; each file gives local tags from 80.00 on anew, in its primer pack";
+        text += "; tags from 80.00 on have a meaning of their own in each file, given by its "
+                "primer pack";
     }
     return near.empty() ? text : text + "; near: " + joined(near, ", ");
 }

@@ -4,6 +4,7 @@
 #include "host/base/Exceptions.h"
 #include "host/mxf/LocalSet.h"
 #include "host/mxf/Partitions.h"
+#include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/ReadWhole.h"
 #include "tools/corvid/RenameSets.h"
@@ -67,11 +68,11 @@ DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
 std::string loadDocumentText(const std::string& path) {
     std::string bytes = readWhole(path, greatestDocument, "a document");
     if (bytes.empty()) {
-        throw Exceptions::InvalidFormat("an empty file, expected an XML document", CORVID_HERE);
+        throw Exceptions::InvalidFormat("the file is empty, expected an XML document", CORVID_HERE);
     }
     if (isMxf(bytes)) {
-        throw Exceptions::InvalidFormat("an MXF file, expected an XML document; corvid to-xml "
-                                        "makes one of it",
+        throw Exceptions::InvalidFormat("this is an MXF file, expected an XML document; corvid "
+                                        "to-xml makes one of it",
                                         CORVID_HERE);
     }
     return bytes;
@@ -99,7 +100,8 @@ void reportUnexplainedTags(const Metadata::PartitionMetadata& metadata, Messages
         if (!KLV::isLocalSet((*set)->key())) {
             continue;
         }
-        mxf::LocalSet properties({(*set)->value()->begin(), (*set)->value()->size()});
+        mxf::LocalSet properties((*set)->key(),
+                                 {(*set)->value()->begin(), (*set)->value()->size()});
         while (const auto property = properties.next()) {
             const Types::LocalTag tag(property->tag);
             if (!tag.isStaticLocalTag() && primer.find(tag, false) == nullptr) {
@@ -112,22 +114,27 @@ void reportUnexplainedTags(const Metadata::PartitionMetadata& metadata, Messages
         }
     }
     if (count != 0) {
-        messages.warning(first + ": nothing in the document says what it means" +
-                         (count == 1 ? ""
-                                     : "; so it is with tags of " + std::to_string(count - 1) +
-                                           " more dark sets"));
+        messages.warn({CommandWarnings::unexplainedTag,
+                       first + ": nothing in the document says what it means" +
+                           (count == 1 ? ""
+                                       : "; so it is with tags of " + std::to_string(count - 1) +
+                                             " more dark sets")});
     }
 }
 
 void report(const MergedCopies& copies, Messages& messages) {
     if (copies.equal != 0) {
         messages.note(std::to_string(copies.equal) + (copies.equal == 1 ? " set" : " sets") +
-                      " that the document holds again, equal to the first, became one with it");
+                      " that the document repeats without a difference " +
+                      (copies.equal == 1 ? "was" : "were") + " left out");
     }
     for (const auto& copy : copies.unequal) {
-        messages.warning("set " + copy.set + " " + Platform::toUtf8(copy.identifier.toString()) +
-                         ": stands in the document more than once, and not the same each time; "
-                         "all are kept");
+        mxf::Warning warning(CommandWarnings::unequalCopies,
+                             Platform::toUtf8(copy.identifier.toString()) +
+                                 " is in the document more than once, with differences; all are "
+                                 "kept");
+        warning.set = copy.set;
+        messages.warn(warning);
     }
 }
 

@@ -8,7 +8,9 @@
 
 namespace Corvid::Tool {
 
-int guard(const std::function<void()>& work, Messages& messages) {
+namespace {
+
+int run(const std::function<void()>& work, Messages& messages) {
     const auto textOf = [](const Exceptions::BaseException& error) {
         return Platform::toUtf8(error.message());
     };
@@ -19,6 +21,7 @@ int guard(const std::function<void()>& work, Messages& messages) {
         return end.status;
     } catch (const UsageError& error) {
         messages.error("", error.text);
+        messages.write(error.help);
         return exitUsage;
     } catch (const OutputError& error) {
         if (!error.isClosedPipe()) {
@@ -42,6 +45,23 @@ int guard(const std::function<void()>& work, Messages& messages) {
         messages.error(error.what());
         return exitRefused;
     }
+}
+
+} // namespace
+
+void refuseWarnings(bool wanted, const Messages& messages) {
+    if (const std::size_t count = messages.warningCount(); wanted && count != 0) {
+        throw Exceptions::InvalidFormat(std::to_string(count) +
+                                            (count == 1 ? " warning" : " warnings") +
+                                            ", and --warnings-as-errors",
+                                        CORVID_HERE);
+    }
+}
+
+int guard(const std::function<void()>& work, Messages& messages) {
+    const int status = run(work, messages);
+    messages.flush();
+    return status;
 }
 
 } // namespace Corvid::Tool

@@ -18,12 +18,17 @@ enum ExitStatus : int {
 /// The command line can't be meant; found when the work has begun.
 struct UsageError {
     std::string text;
+    std::string help = {}; ///< lines that follow the message as they are
 };
 
 /// The work is done and everything about it told, but it did not go well.
 struct EndedWith {
     ExitStatus status;
 };
+
+/// For verbs with --warnings-as-errors.
+/// @throws InvalidFormat  they are wanted, and there were warnings.
+void refuseWarnings(bool wanted, const Messages& messages);
 
 /// Does the work of a verb. The one place where exceptions become messages and exit statuses.
 int guard(const std::function<void()>& work, Messages& messages);

@@ -3,6 +3,7 @@
 #include "host/dataio/BufferedSink.h"
 #include "host/mxf/HeaderMetadataWriter.h"
 #include "tools/corvid/Clip.h"
+#include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/Messages.h"
@@ -17,13 +18,12 @@ const Metadata::MetadataSet& prefaceOf(const Metadata::PartitionMetadata& metada
                                        Messages& messages) {
     const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
     if (prefaces.empty()) {
-        throw Exceptions::InvalidFormat("no Preface among the " + std::to_string(metadata.size()) +
-                                            " sets of the document, expected one",
-                                        CORVID_HERE);
+        throw Exceptions::InvalidFormat("the document has no Preface", CORVID_HERE);
     }
     if (prefaces.size() != 1) {
-        messages.warning(std::to_string(prefaces.size()) +
-                         " Prefaces, expected one; the first is taken for that of the file");
+        messages.warn({mxf::WarningKinds::severalPrefaces,
+                       "there are " + std::to_string(prefaces.size()) +
+                           " Prefaces, expected one; the first is that of the file"});
     }
     return *prefaces.front();
 }
@@ -38,7 +38,9 @@ mxf::PartitionPack packFor(const Metadata::MetadataSet& preface, std::uint32_t k
     if (const auto* const pattern = find(preface, Structural::operationalPattern)) {
         pack.operationalPattern = *pattern;
     } else {
-        messages.warning("set Preface: no operational pattern, so that of the partition is zeros");
+        messages.warn({CommandWarnings::noOperationalPattern,
+                       "the Preface has no operational pattern, so that of the partition is "
+                       "zeros"});
     }
     const auto containers = labels(preface, Structural::essenceContainers);
     pack.essenceContainers.assign(containers.begin(), containers.end());
@@ -53,7 +55,7 @@ void fromXml(const FromXmlOptions& options, Messages& messages) {
         openOutput(options.output, options.path,
                    options.force ? MayReplace::everything : MayReplace::headerPartition);
     if (output->isTerminal()) {
-        throw UsageError{"an MXF file is nothing for a terminal; -o FILE writes it to a file"};
+        throw UsageError{"an MXF file can't be shown on a terminal; -o FILE writes it to a file"};
     }
     const auto dictionary = loadDictionary(options.dictionaries);
     const std::string text = loadDocumentText(options.path);
@@ -66,6 +68,7 @@ void fromXml(const FromXmlOptions& options, Messages& messages) {
     const auto& preface = prefaceOf(*document.metadata, messages);
     const mxf::PartitionPack pack = packFor(preface, options.kagSize, messages);
     const mxf::HeaderMetadataWriter metadata(*document.metadata);
+    refuseWarnings(options.warningsAsErrors, messages);
     DataIO::BufferedSink sink(*output);
     mxf::writeHeaderPartition(pack, metadata, sink);
     sink.flush();

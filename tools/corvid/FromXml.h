@@ -14,6 +14,7 @@ struct FromXmlOptions {
     std::uint32_t kagSize = 512; ///< bytes; 1 for no alignment
     std::string output;          ///< "-" is standard output
     bool force = false;          ///< replace an MXF file with more than a header partition, too
+    bool warningsAsErrors = false;
 };
 
 /// The greatest KAG size that a file may have, in bytes (SMPTE ST 377-1).

@@ -10,7 +10,8 @@ class Messages;
 struct InfoOptions {
     ClipOptions clip;
     bool json = false;
-    bool colours = false; ///< no part of JSON
+    bool warningsAsErrors = false; ///< after all is printed
+    bool colours = false;          ///< no part of JSON
 };
 
 /// Prints on standard output what an MXF file holds.

@@ -1,5 +1,6 @@
 #include "tools/corvid/LeftOutReferences.h"
 
+#include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/SetValues.h"
 
@@ -86,8 +87,9 @@ public:
 
     void warnOfTheRest() const {
         if (leftOut_ > named) {
-            messages_.warning(std::to_string(leftOut_ - named) +
-                              " more references are left out; --references links keeps them");
+            messages_.warn({CommandWarnings::leftOutReference,
+                            std::to_string(leftOut_ - named) +
+                                " more references are left out; --references links keeps them"});
         }
     }
 
@@ -125,11 +127,11 @@ private:
         if (++leftOut_ > named) {
             return;
         }
-        mxf::Warning warning;
+        mxf::Warning warning(CommandWarnings::leftOutReference,
+                             "the reference to " + nameOf(target) + " is left out: " + why +
+                                 "; --references links keeps it");
         warning.set = nameOf(*reference.owner);
         warning.property = propertyName(metadata_.partitionDictionary(), *reference.property);
-        warning.text = "the reference to " + nameOf(target) + " is left out: " + why +
-                       "; --references links keeps it";
         messages_.warn(warning);
     }
 

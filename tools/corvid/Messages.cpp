@@ -1,7 +1,6 @@
 #include "tools/corvid/Messages.h"
 
 #include "host/base/Exceptions.h"
-#include "host/types/IdentifierTypes.h"
 #include "tools/corvid/Printable.h"
 
 namespace Corvid::Tool {
@@ -13,48 +12,51 @@ constexpr std::string_view yellow = "\033[33m";
 constexpr std::string_view plain = "\033[0m";
 constexpr std::string_view clearedLine = "\r\033[K";
 
-} // namespace
-
-void Messages::setFile(const std::string& path) { file_ = path == "-" ? "standard input" : path; }
-
-void Messages::error(std::string_view text) { error(file_, text); }
-
-void Messages::error(std::string_view file, std::string_view text) {
-    // What reads or writes a file names it in its message; once a line is enough.
+/// What reads or writes a file names it in its message; once a line is enough.
+std::string withoutName(std::string_view file, std::string_view text) {
     std::string message(text);
     if (const auto at = file.empty() ? std::string::npos : message.find(" " + std::string(file));
         at != std::string::npos) {
         message.erase(at, file.size() + 1);
     }
-    lastError_ = message;
-    line(file, red, "", message);
+    return message;
 }
 
-void Messages::warning(std::string_view text) {
-    ++warnings_;
-    line(file_, yellow, "warning: ", text);
+} // namespace
+
+void Messages::setFile(const std::string& path) {
+    flush();
+    log_ = {};
+    written_.clear();
+    file_ = path == "-" ? "standard input" : path;
 }
+
+void Messages::error(std::string_view text) { error(file_, text); }
+
+void Messages::error(std::string_view file, std::string_view text) {
+    flush();
+    lastError_ = withoutName(file, text);
+    line(file, red, "", lastError_);
+}
+
+std::string Messages::withoutFile(std::string_view text) const { return withoutName(file_, text); }
 
 void Messages::note(std::string_view text) { line(file_, "", "note: ", text); }
 
 void Messages::warn(const mxf::Warning& warning) {
-    std::string text;
-    if (warning.offset) {
-        text += "byte " + std::to_string(*warning.offset) + ": ";
-    }
-    if (!warning.set.empty()) {
-        text += "set " + warning.set + ": ";
-    }
-    if (warning.localTag || !warning.property.empty()) {
-        text += "property";
-        if (warning.localTag) {
-            const Types::LocalTag tag(*warning.localTag);
-            text += " " + Platform::toUtf8(tag.toString(Types::dottedHexadecimal));
+    ++warningCount_;
+    log_.add(warning);
+}
+
+void Messages::flush() {
+    const auto& entries = log_.entries();
+    written_.resize(entries.size());
+    for (std::size_t i = 0; i != entries.size(); ++i) {
+        if (written_[i] != entries[i].count) {
+            written_[i] = entries[i].count;
+            line(file_, yellow, "warning: ", entries[i].first.message(entries[i].count - 1));
         }
-        text += warning.property.empty() ? "" : " " + warning.property;
-        text += ": ";
     }
-    this->warning(text + warning.text);
 }
 
 void Messages::line(std::string_view file, std::string_view colour, std::string_view kind,

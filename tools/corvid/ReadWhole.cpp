@@ -9,8 +9,9 @@ std::string readWhole(const std::string& path, std::size_t atMost, const char* w
     auto source = DataIO::openSource(path);
     const auto size = source->available(0, atMost + 1);
     if (size > atMost) {
-        throw Exceptions::LimitExceeded(path + ": " + what + " of more than " +
-                                            std::to_string(atMost / (1024 * 1024)) + " MiB",
+        throw Exceptions::LimitExceeded("can't read " + source->name() + ": more than " +
+                                            std::to_string(atMost / (1024 * 1024)) +
+                                            " MiB, the limit for " + what,
                                         CORVID_HERE);
     }
     std::string bytes(static_cast<std::size_t>(size), '\0');

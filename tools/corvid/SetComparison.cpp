@@ -109,6 +109,10 @@ void SetComparison::compare(const MetadataSet& before, const MetadataSet& after)
         add(Kind::otherClass, before, "came back as " + className(after));
     } else if (before.key() != after.key()) {
         add(Kind::keyVersion, before, keyDifference(before.key(), after.key()));
+    } else if (before.propertyBerLength() != after.propertyBerLength()) {
+        add(Kind::keyVersion, before,
+            fmt::format("lengths of {} octets came back with {}", before.propertyBerLength(),
+                        after.propertyBerLength()));
     }
     const Properties olds = listProperties(before_, before);
     const Properties news = listProperties(after_, after);

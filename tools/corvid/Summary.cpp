@@ -233,6 +233,7 @@ Summary summarise(mxf::File& file, const mxf::HeaderMetadata& header) {
     summary.partitions = file.partitions();
     summary.metadataPartition = header.partition;
     summary.metadataIsWhole = header.isWhole;
+    summary.metadataCutOffAt = header.cutOffAt;
     const auto& pack = summary.partitions[header.partition].pack;
     summary.operationalPattern = pack.operationalPattern;
     summary.essenceContainers.assign(pack.essenceContainers.begin(), pack.essenceContainers.end());

@@ -2,6 +2,7 @@
 
 #include "host/mxf/File.h"
 #include "host/types/Rational.h"
+#include "tools/corvid/WarningLog.h"
 
 #include <map>
 #include <optional>
@@ -68,6 +69,7 @@ struct Summary {
     mxf::Partitions partitions;
     std::size_t metadataPartition = 0;
     bool metadataIsWhole = false;
+    std::optional<std::uint64_t> metadataCutOffAt; ///< in bytes from the front of the file
     Types::UniversalLabel operationalPattern;
     std::vector<Types::UniversalLabel> essenceContainers;
     std::vector<Types::UniversalLabel> descriptiveSchemes;
@@ -99,6 +101,12 @@ std::optional<double> seconds(Types::int64 editUnits, const std::optional<Types:
 std::string toText(const Summary& summary, bool colours);
 
 /// For programs: JSON with the keys that docs/info.md names.
-std::string toJson(const Summary& summary);
+/// @param warnings  about the file.
+std::string toJson(const Summary& summary, const WarningLog& warnings);
+
+/// The same for a file of which there is no summary.
+/// @param error  why there is none.
+std::string failureJson(const std::string& file, const WarningLog& warnings,
+                        const std::string& error);
 
 } // namespace Corvid::Tool

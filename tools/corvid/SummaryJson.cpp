@@ -1,6 +1,7 @@
 #include "tools/corvid/RegisteredName.h"
 #include "tools/corvid/StructuralLabels.h"
 #include "tools/corvid/Summary.h"
+#include "tools/corvid/WarningJson.h"
 
 #include <nlohmann/json.hpp>
 
@@ -9,6 +10,11 @@ namespace Corvid::Tool {
 namespace {
 
 using Json = nlohmann::ordered_json;
+
+/// A file's name need not be UTF-8, JSON must be.
+std::string dumped(const Json& json) {
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
 
 Json textOf(const Types::UniversalLabel& label) { return Platform::toUtf8(label.toString()); }
 
@@ -104,7 +110,7 @@ Json toJson(const Summary::Writer& writer) {
 
 } // namespace
 
-std::string toJson(const Summary& summary) {
+std::string toJson(const Summary& summary, const WarningLog& warnings) {
     const std::string pattern = Structural::operationalPatternName(summary.operationalPattern);
     Json json = {{"file", summary.file},
                  {"runIn", summary.runIn},
@@ -126,7 +132,9 @@ std::string toJson(const Summary& summary) {
                  {"unknownProperties", Json(summary.unknownProperties)},
                  {"unknownPropertyNames", Json::object()},
                  {"misplacedProperties", Json(summary.misplacedProperties)},
-                 {"unfitProperties", Json(summary.unfitProperties)}};
+                 {"unfitProperties", Json(summary.unfitProperties)},
+                 {"warnings", toJson(warnings)},
+                 {"errors", errorsJson({}, summary.metadataCutOffAt)}};
     const auto addAll = [&](const char* key, const auto& items) {
         for (const auto& item : items) {
             json[key].push_back(toJson(item));
@@ -156,8 +164,13 @@ std::string toJson(const Summary& summary) {
             json["unknownPropertyNames"][label] = name;
         }
     }
-    // A file's name need not be UTF-8, JSON must be.
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return dumped(json);
+}
+
+std::string failureJson(const std::string& file, const WarningLog& warnings,
+                        const std::string& error) {
+    return dumped(
+        {{"file", file}, {"warnings", toJson(warnings)}, {"errors", errorsJson(error, {})}});
 }
 
 } // namespace Corvid::Tool

@@ -2,6 +2,7 @@
 
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
+#include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/InstanceText.h"
@@ -59,9 +60,10 @@ public:
         if (options_.validate) {
             DataIO::Memory::MemoryDataSink text;
             writeTo(text, messages);
+            refuseWarnings(options_.warningsAsErrors, messages);
             validateDocument(text.rawBuffer(), text.serializedSize(), dictionary, messages);
             output.write(text.rawBuffer(), text.serializedSize());
-        } else if (options_.replaceInvalid || output.isHeldBack()) {
+        } else if (output.isHeldBack() || (options_.replaceInvalid && !options_.warningsAsErrors)) {
             writeTo(output, messages);
         } else {
             writeWholeOrNothing(output, messages);
@@ -78,13 +80,14 @@ private:
         XMLUtils::ReplaceInvalidCharacters replaced;
         serialise(replaced, sink);
         for (const auto& character : replaced.replaced()) {
-            messages.warning(character.describe() + ": replaced by U+FFFD");
+            messages.warn({CommandWarnings::replacedCharacter,
+                           character.describe() + ": replaced by U+FFFD"});
         }
         if (replaced.count() != 0) {
-            messages.note(
-                std::to_string(replaced.count()) +
-                " code units that XML can't hold were replaced by U+FFFD" +
-                (replaced.count() == replaced.replaced().size() ? "" : ", not all listed"));
+            messages.note(std::to_string(replaced.count()) +
+                          (replaced.count() == 1 ? " code unit" : " code units") +
+                          " that XML can't hold " + (replaced.count() == 1 ? "was" : "were") +
+                          " replaced by U+FFFD");
         }
     }
 
@@ -93,6 +96,7 @@ private:
     void writeWholeOrNothing(Output& output, Messages& messages) const {
         HeldText text;
         writeTo(text, messages);
+        refuseWarnings(options_.warningsAsErrors, messages);
         if (text.isWhole()) {
             output.write(text.kept().data(), text.kept().size());
         } else {
@@ -162,6 +166,7 @@ void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
     }
     work.document.emplace(*work.header.metadata, content);
     Writer(*work.document, options).write(*output, *dictionary, messages);
+    refuseWarnings(options.warningsAsErrors, messages);
     output->commit();
 }
 

@@ -19,6 +19,7 @@ struct ToXmlOptions {
     bool compact = false;
     bool validate = false;       ///< against the schema, before anything is written
     bool replaceInvalid = false; ///< U+FFFD in the place of what XML can't hold
+    bool warningsAsErrors = false;
 };
 
 /// Writes the header metadata of an MXF file as XML.

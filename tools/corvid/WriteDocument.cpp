@@ -70,8 +70,7 @@ const MetadataSet& prefaceOf(const PartitionMetadata& metadata) {
     const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
     if (prefaces.empty()) {
         throw Exceptions::InvalidFormat(
-            "no Preface among the " + std::to_string(metadata.size()) +
-                " sets of the partition; to-xml --start INSTANCEUID begins with another set",
+            "the partition has no Preface; to-xml --start INSTANCEUID begins with another set",
             CORVID_HERE);
     }
     return *prefaces.front();

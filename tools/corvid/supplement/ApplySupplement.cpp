@@ -64,7 +64,7 @@ SupplementReader::SupplementReader(const DocumentSupplement& supplement) : suppl
         sayingsOf(key.set).groups[key.set.copy].key = &key;
     }
     for (const auto& [setClass, count] : supplement.unidentified) {
-        unidentified_[setClass.withoutVersion()] = count;
+        unidentified_[setClass.forMatching()] = count;
     }
     const auto inOrder = [](const Saying& a, const Saying& b) {
         return a.address().nth < b.address().nth;
@@ -84,7 +84,7 @@ SupplementReader::SupplementReader(const DocumentSupplement& supplement) : suppl
 
 SupplementReader::Sayings& SupplementReader::sayingsOf(const SetAddress& address) {
     return address.instanceUID ? ofSets_[*address.instanceUID]
-                               : ofUnidentified_[address.setClass.withoutVersion()];
+                               : ofUnidentified_[address.setClass.forMatching()];
 }
 
 void SupplementReader::add(const Saying& saying) {
@@ -104,7 +104,7 @@ const XMLBuilder::Supplement::Properties* SupplementReader::enter(MetadataSet& s
                                                                   std::u16string_view written) {
     Sayings* sayings = nullptr;
     if (written.empty()) {
-        const ClassKey setClass = set.metaMetadataSet()->key().withoutVersion();
+        const ClassKey setClass = set.metaMetadataSet()->key().forMatching();
         if (const auto left = unidentified_.find(setClass);
             left != unidentified_.end() && left->second != 0) {
             --left->second;
@@ -147,27 +147,28 @@ SupplementOutcome SupplementReader::apply(Metadata::PartitionMetadata& metadata)
 }
 
 void SupplementReader::applyClassKeys(Metadata::PartitionMetadata& metadata) {
-    std::map<ClassKey, KLV::Key> keys;
-    for (const auto& [setClass, key] : supplement_.classKeys) {
-        keys[setClass.withoutVersion()] = key;
+    std::map<ClassKey, KeyForm> keys;
+    for (const auto& [setClass, form] : supplement_.classKeys) {
+        keys[setClass.forMatching()] = form;
     }
     if (keys.empty()) {
         return;
     }
     for (MetadataSet* set : metadata) {
         const auto* const definition = set->metaMetadataSet();
-        const auto key = keys.find(definition->key().withoutVersion());
+        const auto key = keys.find(definition->key().forMatching());
         if (key != keys.end()) {
             giveKey(*set, key->second);
         }
     }
 }
 
-void SupplementReader::giveKey(MetadataSet& set, const KLV::Key& key) {
-    if (isKeyOfClass(key, set.metaMetadataSet()->key())) {
-        set.setKey(key);
+void SupplementReader::giveKey(MetadataSet& set, const KeyForm& form) {
+    if (KLV::matches(form.key, set.key())) {
+        set.setKey(form.key);
+        set.setPropertyBerLength(form.propertyBerLength);
     } else {
-        overrule(set, "key " + Platform::toUtf8(key.toString()));
+        overrule(set, "key " + Platform::toUtf8(form.key.toString()));
     }
 }
 
@@ -192,7 +193,7 @@ void SupplementReader::applyToSet(const Met& met) {
 void SupplementReader::applyGroup(MetadataSet& set, const Properties& properties,
                                   const Group& group) {
     if (group.key != nullptr) {
-        giveKey(set, group.key->key);
+        giveKey(set, group.key->form);
     }
     std::map<PropertyIdentity, std::vector<Element*>> present;
     forEachElement(set, [&](Element& element) {

@@ -59,7 +59,7 @@ private:
     Sayings& sayingsOf(const SetAddress& address);
     void add(const Saying& saying);
     void applyClassKeys(Metadata::PartitionMetadata& metadata);
-    void giveKey(Metadata::MetadataSet& set, const KLV::Key& key);
+    void giveKey(Metadata::MetadataSet& set, const KeyForm& form);
     void applyToSet(const Met& met);
     void applyGroup(Metadata::MetadataSet& set, const Properties& properties, const Group& group);
     void applyToProperty(Metadata::MetadataSet& set, const std::vector<Metadata::Element*>& present,

@@ -42,6 +42,8 @@ bool mayNeedMore(const Element& element) {
     return typeSize(type) == 0 || type == UTF16 || type == LocalTag || type == ProductVersion;
 }
 
+KeyForm formOf(const MetadataSet& set) { return {set.key(), set.propertyBerLength()}; }
+
 class Collector {
 public:
     Collector(const Metadata::PartitionMetadata& metadata,
@@ -65,7 +67,8 @@ public:
             }
         }
         for (auto set = metadata_.darkBegin(); set != metadata_.darkEnd(); ++set) {
-            mxf::LocalSet properties({(*set)->value()->begin(), (*set)->value()->size()});
+            mxf::LocalSet properties((*set)->key(),
+                                     {(*set)->value()->begin(), (*set)->value()->size()});
             while (const auto property = properties.next()) {
                 explainTag(Types::LocalTag(property->tag));
             }
@@ -92,7 +95,7 @@ private:
     const Metadata::PartitionDictionary& tags_;
     const std::function<bool(const MetadataSet&)>& isWritten_;
     DocumentSupplement result_;
-    std::map<KLV::Key, KLV::Key> usualKeys_;      ///< by the dictionary's
+    std::map<KLV::Key, KeyForm> usualForms_;      ///< by the dictionary's
     std::map<KLV::Key, Types::u32> unidentified_; ///< likewise, how many
     std::map<Types::UUID, Types::u32> copies_;    ///< met so far, of what has several
     std::bitset<0x10000> told_;                   ///< tags of which there is an entry
@@ -102,12 +105,12 @@ private:
 void Collector::findWhatIsUsual() {
     std::size_t bare = 0;
     std::size_t terminated = 0;
-    std::map<KLV::Key, std::map<KLV::Key, std::size_t>> keys;
+    std::map<KLV::Key, std::map<KeyForm, std::size_t>> forms;
     for (const MetadataSet* set : metadata_) {
         if (set->metaMetadataSet() == nullptr) {
             continue;
         }
-        ++keys[set->metaMetadataSet()->key()][set->key()];
+        ++forms[set->metaMetadataSet()->key()][formOf(*set)];
         forEachElement(*set, [&](const Element& element) {
             if (terminatorSize(element) != 0) {
                 const std::string stored = bytesOf(element);
@@ -118,8 +121,8 @@ void Collector::findWhatIsUsual() {
         });
     }
     result_.textsAreTerminated = terminated > bare;
-    for (const auto& [setClass, counts] : keys) {
-        usualKeys_[setClass] =
+    for (const auto& [setClass, counts] : forms) {
+        usualForms_[setClass] =
             std::max_element(counts.begin(), counts.end(), [](const auto& a, const auto& b) {
                 return a.second < b.second;
             })->first;
@@ -220,8 +223,8 @@ PropertyAddress Collector::addressOf(const SetAddress& set, const Element& eleme
 
 void Collector::collect(const MetadataSet& set) {
     const SetAddress address = addressOf(set);
-    if (set.key() != usualKeys_[set.metaMetadataSet()->key()]) {
-        result_.setKeys.push_back({address, set.key()});
+    if (const KeyForm form = formOf(set); form != usualForms_[set.metaMetadataSet()->key()]) {
+        result_.setKeys.push_back({address, form});
     }
     const bool mayRepeat = set.invalidBegin() != set.invalidEnd();
     std::map<XMLBuilder::PropertyIdentity, Types::u32> met;
@@ -257,8 +260,8 @@ void Collector::collect(const PropertyAddress& property, const Element& element)
 }
 
 void Collector::tellClasses() {
-    for (const auto& [setClass, usual] : usualKeys_) {
-        if (usual != setClass) {
+    for (const auto& [setClass, usual] : usualForms_) {
+        if (usual != KeyForm{setClass}) {
             result_.classKeys.push_back({setClass, usual});
         }
     }

@@ -10,9 +10,19 @@
 
 namespace Corvid::Tool {
 
-/// The key of a class may differ in its version, and in its coding: lengths of two bytes or BER
-/// lengths (SMPTE ST 377-1).
-bool isKeyOfClass(const KLV::Key& key, const KLV::Key& setClass);
+/// How a set stands in its file.
+struct KeyForm {
+    KLV::Key key;                        ///< another version or coding than that of the dictionary
+    unsigned char propertyBerLength = 1; ///< see MetadataSet::propertyBerLength()
+
+    friend bool operator==(const KeyForm& a, const KeyForm& b) {
+        return a.key == b.key && a.propertyBerLength == b.propertyBerLength;
+    }
+    friend bool operator!=(const KeyForm& a, const KeyForm& b) { return !(a == b); }
+    friend bool operator<(const KeyForm& a, const KeyForm& b) {
+        return a.key < b.key || (a.key == b.key && a.propertyBerLength < b.propertyBerLength);
+    }
+};
 
 /// The sets that something is said of.
 struct SetAddress {
@@ -43,11 +53,11 @@ struct DocumentSupplement {
     };
     struct ClassKey {
         KLV::Key setClass; ///< as the dictionary has it
-        KLV::Key key;      ///< as the file has it
+        KeyForm form;
     };
     struct SetKey {
         SetAddress set;
-        KLV::Key key;
+        KeyForm form;
     };
     struct Form {
         enum class Unit : unsigned char {

@@ -1,6 +1,7 @@
 #include "tools/corvid/supplement/SupplementText.h"
 
 #include "host/base/Exceptions.h"
+#include "host/klv/BerInput.h"
 
 #include <algorithm>
 #include <charconv>
@@ -34,6 +35,11 @@ public:
     auto with(std::string_view name, const Identifier& value)
         -> decltype(value.toString(Types::dottedHexadecimal), *this) {
         return with(name, Platform::toUtf8(value.toString(Types::dottedHexadecimal)));
+    }
+    Writer& with(const KeyForm& form) {
+        with("key", form.key);
+        return form.propertyBerLength == 1 ? *this
+                                           : with("lengths", Types::u32{form.propertyBerLength});
     }
     Writer& with(const SetAddress& set) {
         if (set.instanceUID) {
@@ -282,8 +288,7 @@ private:
         }
     }
     static std::string subjectOf(const SetAddress& set) {
-        const auto& bytes =
-            set.instanceUID ? set.instanceUID->bytes() : set.setClass.withoutVersion();
+        const auto& bytes = set.instanceUID ? set.instanceUID->bytes() : set.setClass.forMatching();
         return (set.instanceUID ? "u" : "c") + std::string(bytes.begin(), bytes.end()) +
                (set.copy ? std::to_string(*set.copy) : "");
     }
@@ -307,20 +312,28 @@ private:
         supplement.primer.push_back({tag, line.identifier<Types::UniversalLabel>("label")});
     }
     void readKey(Reader& line) {
-        const auto key = line.identifier<KLV::Key>("key");
+        KeyForm form{line.identifier<KLV::Key>("key")};
+        if (line.has("lengths")) {
+            const Types::u32 octets = line.number("lengths");
+            if (octets == 0 || octets > KLV::BerLength::greatestOctets) {
+                line.refuse("lengths: expected a number from 1 to " +
+                            std::to_string(KLV::BerLength::greatestOctets));
+            }
+            form.propertyBerLength = static_cast<unsigned char>(octets);
+        }
         if (line.has("set") || line.has("copy")) {
             const SetAddress set = line.set();
             sayOnce(line, "key" + subjectOf(set));
-            supplement.setKeys.push_back({set, key});
-        } else {
-            const auto setClass = line.identifier<KLV::Key>("class");
-            if (!isKeyOfClass(key, setClass)) {
-                line.refuse("key " + Platform::toUtf8(key.toString()) +
-                            ", expected that of the class in another version or coding");
-            }
-            sayOnce(line, "class" + subjectOf(SetAddress{{}, setClass, {}}));
-            supplement.classKeys.push_back({setClass, key});
+            supplement.setKeys.push_back({set, form});
+            return;
         }
+        const auto setClass = line.identifier<KLV::Key>("class");
+        if (!KLV::matches(form.key, setClass)) {
+            line.refuse("key " + Platform::toUtf8(form.key.toString()) +
+                        ", expected that of the class in another version or coding");
+        }
+        sayOnce(line, "class" + subjectOf(SetAddress{{}, setClass, {}}));
+        supplement.classKeys.push_back({setClass, form});
     }
     void readForm(Reader& line) {
         if (line.has("text")) {
@@ -391,11 +404,11 @@ std::vector<std::string> toInstructions(const DocumentSupplement& supplement) {
     for (const auto& [tag, label] : supplement.primer) {
         add(Writer("primer").with("tag", tag).with("label", label));
     }
-    for (const auto& [setClass, key] : supplement.classKeys) {
-        add(Writer("key").with("class", setClass).with("key", key));
+    for (const auto& [setClass, form] : supplement.classKeys) {
+        add(Writer("key").with("class", setClass).with(form));
     }
-    for (const auto& [set, key] : supplement.setKeys) {
-        add(Writer("key").with(set).with("key", key));
+    for (const auto& [set, form] : supplement.setKeys) {
+        add(Writer("key").with(set).with(form));
     }
     if (supplement.textsAreTerminated) {
         add(Writer("form").with("text", "terminated"));
@@ -413,15 +426,6 @@ std::vector<std::string> toInstructions(const DocumentSupplement& supplement) {
         add(Writer("unidentified").with("class", setClass).with("count", count));
     }
     return lines;
-}
-
-bool isKeyOfClass(const KLV::Key& key, const KLV::Key& setClass) {
-    constexpr std::size_t coding = 5;
-    auto bytes = key.withoutVersion();
-    const bool isCodingKnown =
-        bytes[coding] == setClass[coding] || bytes[coding] == 0x53 || bytes[coding] == 0x13;
-    bytes[coding] = setClass[coding];
-    return isCodingKnown && bytes == setClass.withoutVersion();
 }
 
 DocumentSupplement parseSupplement(const std::vector<Instruction>& instructions) {
