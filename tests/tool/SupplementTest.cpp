@@ -296,6 +296,22 @@ TEST_F(EditedDocument, passesOverInstructionsAboutSetsThatAreGone) {
     EXPECT_EQ(document_.supplement.missingSets, 1U);
 }
 
+TEST_F(EditedDocument, repeatsBytesInNoMoreSetsThanADocumentHasOfOne) {
+    const std::string other =
+        "</t:Thing><t:Thing rp210:InstanceUID=\"" + uuidText(2) + "\">" + text("ISO7String", "A");
+    read(saying("bytes", "ISO7String", "hex=\"410042\""),
+         text("ISO7String", "A") + text("UInt8", "1") + other + text("UInt8", "2") + other);
+    std::vector<std::size_t> sizes;
+    for (const auto* set : *document_.metadata) {
+        for (const auto& [name, element] : set->made()) {
+            if (!element->isSkipped() && name == findThing("ISO7String")->label()) {
+                sizes.push_back(element->serializedSize());
+            }
+        }
+    }
+    EXPECT_THAT(sizes, ElementsAre(3U, 3U, 1U));
+}
+
 TEST_F(EditedDocument, refusesItemsThatWouldWeighMuchMoreThanTheyDo) {
     std::string items = text("Element", std::string(1000, 'x'));
     for (int i = 0; i != 100; ++i) {

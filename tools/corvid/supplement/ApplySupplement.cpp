@@ -29,6 +29,10 @@ std::optional<Types::UUID> parseIdentifier(std::u16string_view text) {
     }
 }
 
+/// How often a document has a set: in the tree of the Preface, and with the sets outside of it that
+/// share it. What is said of more would make a document grow with each of them.
+constexpr Types::u32 mostTimesWritten = 2;
+
 /// What a document that is read with a supplement tells of bytes as the value of such an element.
 /// @return false where the bytes can't be its value.
 bool tellOf(const Element::Attribute& attribute, const std::string& bytes,
@@ -184,7 +188,8 @@ void SupplementReader::overrule(const MetadataSet& set, const std::string& what)
 void SupplementReader::applyToSet(const Met& met) {
     for (const auto& copy : {std::optional<Types::u32>(), std::make_optional(met.copy)}) {
         const auto group = met.sayings->groups.find(copy);
-        if (group != met.sayings->groups.end()) {
+        const bool isMeant = copy || met.copy < mostTimesWritten;
+        if (group != met.sayings->groups.end() && isMeant) {
             applyGroup(*met.set, met.sayings->properties, group->second);
         }
     }
