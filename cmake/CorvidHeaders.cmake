@@ -30,7 +30,7 @@ corvid_public_headers(host/metadata
   PartitionMetadata.h Targets.h Visitors.h)
 corvid_public_headers(host/mxf
   File.h HeaderMetadataReader.h HeaderMetadataWriter.h PartitionPack.h Partitions.h PrimerPack.h
-  Warnings.h)
+  WarningKinds.def Warnings.h)
 corvid_public_headers(host/types
   ByteRuns.h Collections.h DataType.h Factories.h FixedBytes.h IdentifierBytes.h IdentifierTypes.h
   Identifiers.h Integers.h Jpeg2000.h RGBALayout.h Rational.h References.h Strings.h Timestamp.h

@@ -108,7 +108,7 @@ TEST_P(DamagedBerCodedSet, isKeptAsADarkSetByteForByte) {
         EXPECT_EQ(dark.key(), KLV::Key(key.data()));
         EXPECT_EQ(Bytes(dark.value()->begin(), dark.value()->end()), value);
         EXPECT_TRUE(one.back.warnings.tell(GetParam().warning)) << one.back.warnings.lines();
-        EXPECT_TRUE(one.back.warnings.tell("so it is kept as a dark set"));
+        EXPECT_TRUE(one.back.warnings.tell("so the set is kept as a dark set"));
     }
 }
 
@@ -120,13 +120,13 @@ INSTANTIATE_TEST_SUITE_P(
                join({property(0x4802, longName, 3), property(0x4801, track7, 2)}),
                "are of several forms"},
         Damage{"WithAValueBeyondTheLongest", property(0x4802, Bytes(65536), 4),
-               "a property of 65536 bytes, more than 65535"},
-        Damage{"WithAnIndefiniteLength", hex("4801 80 00000007"), "hold no whole property"},
+               "a property of 65536 bytes, expected at most 65535"},
+        Damage{"WithAnIndefiniteLength", hex("4801 80 00000007"), "are not a whole property"},
         Damage{"WithTheGreatestLength", join({number(0x4801, 2), ber(~std::uint64_t{0}, 9)}),
-               "hold no whole property"},
-        Damage{"CutInATag", {0x48}, "hold no whole property"},
-        Damage{"CutInALength", hex("4801 83 00"), "hold no whole property"},
-        Damage{"CutInAValue", hex("4801 04 0000"), "hold no whole property"}),
+               "are not a whole property"},
+        Damage{"CutInATag", {0x48}, "are not a whole property"},
+        Damage{"CutInALength", hex("4801 83 00"), "are not a whole property"},
+        Damage{"CutInAValue", hex("4801 04 0000"), "are not a whole property"}),
     Testing::nameOfCase<Damage>);
 
 Bytes berSmallSets() { return Testing::withBerLengths(Testing::smallSets()); }

@@ -53,7 +53,7 @@ TEST(PartitionWalk, findsTheFooterOfAFileThatWasNotEnded) {
     EXPECT_EQ(back.read.partition, 2U);
     EXPECT_EQ(back.warnings.lines(),
               "byte 0: nothing in the file says where its partitions are; 2 found after the header "
-              "partition by going from KLV to KLV\n");
+              "partition by going from KLV to KLV [partitions-searched]\n");
 }
 
 TEST(PartitionWalk, countsFromTheHeaderPartition) {
@@ -117,8 +117,8 @@ TEST_P(PartitionWalkEnds, andSaysWhere) {
     const Bytes next = MxfBuilder().add(open(Testing::bodyPartition(), {})).build();
     ReadBack back(MxfBuilder().add(open(Testing::headerPartition(), GetParam().behind)));
     EXPECT_EQ(offsetsIn(back.file), std::vector<std::uint64_t>{0});
-    EXPECT_EQ(back.warnings.lines(),
-              place + ": the search for partitions ended here" + GetParam().warning + "\n");
+    EXPECT_EQ(back.warnings.lines(), place + ": the search for partitions ended here" +
+                                         GetParam().warning + " [partition-search-ended]\n");
     EXPECT_EQ(back.metadata().size(), 2U);
 }
 

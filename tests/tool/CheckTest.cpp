@@ -116,7 +116,7 @@ TEST_F(Check, refusesMetadataWithoutPreface) {
                MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
     const Outcome outcome = shop.run("corvid check bare.mxf");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, HasSubstr("corvid: bare.mxf: no Preface"));
+    EXPECT_THAT(outcome.err, HasSubstr("corvid: bare.mxf: the partition has no Preface"));
     EXPECT_THAT(outcome.out, IsEmpty());
 }
 

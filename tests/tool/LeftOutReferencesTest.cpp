@@ -70,7 +70,7 @@ TEST_F(LeftOutReferences, toASharedSetAreAWarning) {
                             ": property IdentificationList: the reference to Identification " +
                             textOf(3) +
                             " is left out: the set is elsewhere in the document, and only once; "
-                            "--references links keeps it\n");
+                            "--references links keeps it [left-out-reference]\n");
     EXPECT_EQ(countOf("<s377m:Identification "), 1U);
 }
 

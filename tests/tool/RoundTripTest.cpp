@@ -316,13 +316,16 @@ TEST_P(WhatElementsDoNotSay, isMissedWithADamagedInstruction) {
     const std::string front = document.substr(0, document.find("<s377m:"));
     const std::regex told("(hex|label|key|set|class|property)=\"([0-9A-Fa-f.]+)\"");
     const std::size_t labelVersion = std::string("06.0e.2b.34.01.01.01.").size();
+    const std::size_t keyCoding = std::string("06.0e.2b.34.02.").size();
     std::size_t changes = 0;
     for (std::sregex_iterator each(front.begin(), front.end(), told), end; each != end; ++each) {
         for (std::size_t i = 0; i != static_cast<std::size_t>(each->length(2)); ++i) {
             const std::size_t at = static_cast<std::size_t>(each->position(2)) + i;
-            // Labels and keys are matched without their version.
-            const bool isVersion = (each->str(1) == "property" || each->str(1) == "class") &&
-                                   (i == labelVersion || i == labelVersion + 1);
+            // Labels and keys are matched without their version, keys without their coding.
+            const bool isKey = each->str(1) == "class";
+            const bool isVersion = (isKey && (i == keyCoding || i == keyCoding + 1)) ||
+                                   ((isKey || each->str(1) == "property") &&
+                                    (i == labelVersion || i == labelVersion + 1));
             if (front[at] == '.' || isVersion) {
                 continue;
             }

@@ -174,21 +174,23 @@ TEST_F(ToXml, writesSetsWithBerLengthsAsOthers) {
     shop.write("plain.mxf", fileOf(sets));
     shop.write("ber.mxf", fileOf(withBerLengths(sets)));
     const Outcome outcome = shop.run("corvid to-xml ber.mxf");
-    EXPECT_EQ(outcome.out, shop.run("corvid to-xml plain.mxf").out);
+    EXPECT_EQ(outcome.out.substr(outcome.out.find("<s377m:MetadataSets")),
+              shop.run("corvid to-xml plain.mxf | tail -n +2").out);
+    EXPECT_THAT(outcome.out, HasSubstr("<?corvid key "));
     EXPECT_THAT(outcome.out, HasSubstr(">Corvid<"));
     EXPECT_THAT(outcome.err, IsEmpty());
     EXPECT_THAT(shop.run("corvid info ber.mxf").out, HasSubstr("3 sets"));
-    EXPECT_THAT(shop.run("corvid check ber.mxf").out,
-                HasSubstr("key 06.0e.2b.34.02.13.01.01.0d.01.01.01.01.01.2f.00 came back as "
-                          "06.0e.2b.34.02.53."));
+    EXPECT_THAT(shop.run("corvid check ber.mxf").out, HasSubstr("ber.mxf: lossless"));
 }
 
 TEST_F(ToXml, writesTextThatItsTerminatorHidesAsBytes) {
     shop.write("hidden.mxf", clipWithCompany(std::u16string_view(u"\0\5en", 4)));
     const Outcome outcome = shop.run("corvid to-xml hidden.mxf -o hidden.xml");
     EXPECT_THAT(shop.read("hidden.xml"), HasSubstr(">000000050065006E</groups:DarkElement>"));
-    EXPECT_THAT(outcome.err, HasSubstr("property 3c.01 ApplicationSupplierName: the value of 8 "
-                                       "bytes does not fit"));
+    EXPECT_THAT(
+        outcome.err,
+        HasSubstr("property 3c.01 ApplicationSupplierName: the value has 8 bytes, expected a valid "
+                  "UTF16String"));
     EXPECT_EQ(shop.run("corvid check hidden.mxf").status, 0);
 }
 
