@@ -1,5 +1,6 @@
 #include "host/dataio/FileDescriptor.h"
 #include "tests/mxf/ReadBack.h"
+#include "tests/support/FailingSource.h"
 #include "tests/support/Paths.h"
 
 #include <fcntl.h>
@@ -85,23 +86,6 @@ TEST(HostileInput, ofRandomChangesIsReadOrRefused) {
     }
 }
 
-/// Fails at the n-th read, and tells what was read.
-class FailingSource : public DataIO::MemorySource {
-public:
-    FailingSource(const Bytes& bytes, unsigned failAt)
-        : MemorySource(bytes.data(), bytes.size()), left_(failAt) {}
-
-    std::size_t readAt(std::uint64_t offset, unsigned char* to, std::size_t count) override {
-        if (left_-- == 0) {
-            throw Exceptions::IOError("can't read memory: no more of it", CORVID_HERE);
-        }
-        return MemorySource::readAt(offset, to, count);
-    }
-
-private:
-    unsigned left_;
-};
-
 TEST(HostileInput, passesOnTheErrorOfEveryRead) {
     const Bytes metadata =
         join({Testing::standardPrimer(), Testing::fill(70'000), Testing::smallSets()});
@@ -115,9 +99,9 @@ TEST(HostileInput, passesOnTheErrorOfEveryRead) {
     for (bool done = false; !done;) {
         Testing::Collected warnings;
         try {
-            File file(
-                Templates::auto_ptr<DataIO::RandomAccessSource>(new FailingSource(whole, failures)),
-                MetaMetadata::Dictionary::builtIn(), warnings);
+            File file(Templates::auto_ptr<DataIO::RandomAccessSource>(
+                          new Testing::FailingSource(whole, failures)),
+                      MetaMetadata::Dictionary::builtIn(), warnings);
             file.readMetadata();
             done = true;
         } catch (const Exceptions::IOError&) {

@@ -2,6 +2,7 @@
 
 #include "host/dataio/FileDescriptor.h"
 #include "tests/mxf/ReadBack.h"
+#include "tests/support/FailingSource.h"
 #include "tests/support/Paths.h"
 
 #include <fcntl.h>
@@ -183,26 +184,13 @@ TEST(PartitionWalk, takesASmallReadForAKlvAndEndsAtTheLimit) {
 }
 
 TEST(PartitionWalk, passesOnTheErrorOfEveryRead) {
-    class Failing : public DataIO::MemorySource {
-    public:
-        Failing(const Bytes& bytes, unsigned left)
-            : MemorySource(bytes.data(), bytes.size()), left_(left) {}
-        std::size_t readAt(std::uint64_t offset, unsigned char* to, std::size_t count) override {
-            if (left_-- == 0) {
-                throw Exceptions::IOError("can't read memory: no more of it", CORVID_HERE);
-            }
-            return MemorySource::readAt(offset, to, count);
-        }
-
-    private:
-        unsigned left_;
-    };
     const Bytes whole = unfinished().build();
     unsigned failures = 0;
     for (bool done = false; !done;) {
         Testing::Collected warnings;
         try {
-            File file(Templates::auto_ptr<DataIO::RandomAccessSource>(new Failing(whole, failures)),
+            File file(Templates::auto_ptr<DataIO::RandomAccessSource>(
+                          new Testing::FailingSource(whole, failures)),
                       MetaMetadata::Dictionary::builtIn(), warnings);
             EXPECT_EQ(file.partitions().size(), 3U);
             done = true;
