@@ -184,10 +184,10 @@ void SetReader::fill(MetadataSet& set, Types::ByteView value, std::uint64_t valu
 void SetReader::addProperty(MetadataSet& set, TagMeaning& meaning, Types::ByteView bytes,
                             const Place& place) {
     if (!meaning.inPrimer && primer_ == Primer::there) {
-        warn(WarningKinds::primerLacksTag, place,
-             meaning.label == nullptr
-                 ? "the primer pack lacks the tag, so the property is kept as unknown"
-                 : "the primer pack lacks the tag, so the tag has its registered meaning");
+        const bool isRegistered = meaning.label != nullptr;
+        warn(isRegistered ? WarningKinds::primerLacksTag : WarningKinds::unknownTag, place,
+             isRegistered ? "the primer pack lacks the tag, so the tag has its registered meaning"
+                          : "the primer pack lacks the tag, so the property is kept as unknown");
     }
     const auto* attribute = meaning.attributeIn(*set.metaMetadataSet());
     if (attribute == nullptr) {

@@ -14,6 +14,7 @@
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/WarningLog.h"
+#include "tools/corvid/supplement/Filling.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -61,6 +62,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Tool::, greatestDictionary),
         CORVID_LIMIT(MetaMetadata::, deepestInheritance),
         CORVID_LIMIT(Tool::, greatestDocument),
+        CORVID_LIMIT(Tool::, greatestFilling),
         CORVID_LIMIT(XMLUtils::, maximumElementDepth),
         CORVID_LIMIT(XMLUtils::, maximumOpenAttributes),
         CORVID_LIMIT(XMLUtils::, maximumNames),

@@ -46,14 +46,13 @@ TEST_P(WarningScopes, sayWhichRepeatsAreOneFact) {
 INSTANTIATE_TEST_SUITE_P(, WarningScopes,
                          ::testing::Values(Case{"File", &mxf::WarningKinds::headerByteCount, 1},
                                            Case{"Set", &mxf::WarningKinds::noInstanceUID, 2},
-                                           Case{"Property", &mxf::WarningKinds::primerLacksTag, 2},
+                                           Case{"Property", &mxf::WarningKinds::unfitValue, 2},
                                            Case{"Each", &CommandWarnings::replacedCharacter, 8}),
                          [](const auto& each) { return each.param.name; });
 
 TEST(WarningLog, staysSmallWhateverIsWrongWithAFile) {
     WarningLog log;
-    for (const auto* kind :
-         {&mxf::WarningKinds::primerLacksTag, &CommandWarnings::replacedCharacter}) {
+    for (const auto* kind : {&mxf::WarningKinds::unfitValue, &CommandWarnings::replacedCharacter}) {
         for (unsigned tag = 0; tag != 1000; ++tag) {
             log.add(warning(*kind, "A", static_cast<Types::u16>(tag)));
         }
