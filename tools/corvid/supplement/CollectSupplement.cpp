@@ -4,6 +4,8 @@
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/Elements.h"
 #include "host/mxf/LocalSet.h"
+#include "host/types/Types.h"
+#include "tools/corvid/SetValues.h"
 #include "tools/corvid/StoredBytes.h"
 #include "tools/corvid/supplement/Filling.h"
 #include "tools/corvid/supplement/ListedElements.h"
@@ -42,6 +44,22 @@ bool mayNeedMore(const Element& element) {
     return typeSize(type) == 0 || type == UTF16 || type == LocalTag || type == ProductVersion;
 }
 
+/// The bytes of a text's value after the text itself.
+std::size_t zerosAfter(const Element& text) {
+    struct Length : Types::Visitors::NullVisitor {
+        using NullVisitor::visit;
+        void visit(const Types::UTF16String& value) override {
+            bytes = 2 * std::char_traits<Types::u16>::length(value.value());
+        }
+        void visit(const Types::ISO7String& value) override {
+            bytes = std::char_traits<char>::length(value.value());
+        }
+        std::size_t bytes = 0;
+    } length;
+    simpleValue(&text)->accept(length);
+    return text.serializedSize() - length.bytes;
+}
+
 KeyForm formOf(const MetadataSet& set) { return {set.key(), set.propertyBerLength()}; }
 
 class Collector {
@@ -59,11 +77,15 @@ public:
             if (isWritten_ && !isWritten_(*set)) {
                 continue;
             }
-            countCopies(*set);
+            const auto namesakes =
+                set->hasInstanceUID() ? metadata_.resolve(set->instanceUID()) : Metadata::Targets();
+            if (namesakes.size() > 1 && &namesakes.front() == set) {
+                countCopies(namesakes);
+            }
             if (set->metaMetadataSet() == nullptr) {
                 explainTagsOf(*set);
             } else {
-                collect(*set);
+                collect(*set, namesakes.size() > 1);
             }
         }
         for (auto set = metadata_.darkBegin(); set != metadata_.darkEnd(); ++set) {
@@ -79,14 +101,14 @@ public:
 
 private:
     void findWhatIsUsual();
-    void countCopies(const MetadataSet& set);
+    void countCopies(const Metadata::Targets& namesakes);
     void explainTagsOf(const MetadataSet& darkGroup);
     void explainTag(const Types::LocalTag& tag);
     void explainElement(const Element& element);
     void tell(const Types::LocalTag& tag, const Types::UniversalLabel& label);
-    void collect(const MetadataSet& set);
+    void collect(const MetadataSet& set, bool hasNamesakes);
     void collect(const PropertyAddress& property, const Element& element);
-    SetAddress addressOf(const MetadataSet& set);
+    SetAddress addressOf(const MetadataSet& set, bool hasNamesakes);
     PropertyAddress addressOf(const SetAddress& set, const Element& element) const;
     std::string contentOf(const MetadataSet& set) const;
     void tellClasses();
@@ -98,7 +120,10 @@ private:
     std::map<KLV::Key, KeyForm> usualForms_;      ///< by the dictionary's
     std::map<KLV::Key, Types::u32> unidentified_; ///< likewise, how many
     std::map<Types::UUID, Types::u32> copies_;    ///< met so far, of what has several
-    std::bitset<0x10000> told_;                   ///< tags of which there is an entry
+    using Tags = std::bitset<0x10000>;
+    Tags told_;             ///< of which there is an entry
+    Tags explainedKnown_;   ///< that were looked at, of properties that the dictionary knows
+    Tags explainedUnknown_; ///< and of others
 };
 
 /// What most texts and most sets of a class have in common is said once.
@@ -112,11 +137,10 @@ void Collector::findWhatIsUsual() {
         }
         ++forms[set->metaMetadataSet()->key()][formOf(*set)];
         forEachElement(*set, [&](const Element& element) {
-            if (terminatorSize(element) != 0) {
-                const std::string stored = bytesOf(element);
-                const auto filling = findFilling(element, stored);
-                terminated += filling && filling->isTerminator ? 1 : 0;
-                bare += bytesFromDocument(element, EmptyParts::missing) == stored ? 1 : 0;
+            if (const std::size_t terminator = terminatorSize(element); terminator != 0) {
+                const std::size_t zeros = zerosAfter(element);
+                bare += zeros == 0 ? 1 : 0;
+                terminated += zeros == terminator ? 1 : 0;
             }
         });
     }
@@ -130,19 +154,14 @@ void Collector::findWhatIsUsual() {
 }
 
 /// Equal sets that share an InstanceUID would become one.
-void Collector::countCopies(const MetadataSet& set) {
-    const auto sets =
-        set.hasInstanceUID() ? metadata_.resolve(set.instanceUID()) : Metadata::Targets();
-    if (sets.size() < 2 || &sets.front() != &set) {
-        return;
-    }
+void Collector::countCopies(const Metadata::Targets& namesakes) {
     std::map<std::string, Types::u32> contents;
     Types::u32 most = 0;
-    for (const MetadataSet* each : sets) {
+    for (const MetadataSet* each : namesakes) {
         most = std::max(most, ++contents[contentOf(*each)]);
     }
     if (most > 1) {
-        result_.copies.push_back({set.instanceUID(), most});
+        result_.copies.push_back({namesakes.front().instanceUID(), most});
     }
 }
 
@@ -182,8 +201,13 @@ void Collector::explainTag(const Types::LocalTag& tag) {
 /// Keeps the label of an unknown property that a document names by its static tag, and the version
 /// of the label of a known one.
 void Collector::explainElement(const Element& element) {
-    const Types::LocalTag tag(element.localTag());
     const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const Types::LocalTag tag(element.localTag());
+    auto& explained = definition == nullptr ? explainedUnknown_ : explainedKnown_;
+    if (explained.test(tag.value())) {
+        return;
+    }
+    explained.set(tag.value());
     if (definition == nullptr) {
         if (tag.isStaticLocalTag()) {
             explainTag(tag);
@@ -201,15 +225,14 @@ void Collector::tell(const Types::LocalTag& tag, const Types::UniversalLabel& la
     }
 }
 
-SetAddress Collector::addressOf(const MetadataSet& set) {
-    const KLV::Key& setClass = set.metaMetadataSet()->key();
+SetAddress Collector::addressOf(const MetadataSet& set, bool hasNamesakes) {
     if (!set.hasInstanceUID()) {
+        const KLV::Key& setClass = set.metaMetadataSet()->key();
         return {{}, setClass, unidentified_[setClass]++};
     }
-    const Types::UUID uid = set.instanceUID();
-    SetAddress address{uid, {}, {}};
-    if (metadata_.resolve(uid).size() > 1) {
-        address.copy = copies_[uid]++;
+    SetAddress address{set.instanceUID(), {}, {}};
+    if (hasNamesakes) {
+        address.copy = copies_[*address.instanceUID]++;
     }
     return address;
 }
@@ -221,8 +244,8 @@ PropertyAddress Collector::addressOf(const SetAddress& set, const Element& eleme
     return {set, label == nullptr ? std::nullopt : std::make_optional(*label), tag, 0};
 }
 
-void Collector::collect(const MetadataSet& set) {
-    const SetAddress address = addressOf(set);
+void Collector::collect(const MetadataSet& set, bool hasNamesakes) {
+    const SetAddress address = addressOf(set, hasNamesakes);
     if (const KeyForm form = formOf(set); form != usualForms_[set.metaMetadataSet()->key()]) {
         result_.setKeys.push_back({address, form});
     }
@@ -243,17 +266,17 @@ void Collector::collect(const MetadataSet& set) {
 
 void Collector::collect(const PropertyAddress& property, const Element& element) {
     const std::string stored = bytesOf(element);
-    const auto told = bytesFromDocument(element, EmptyParts::missing);
-    const bool isText = terminatorSize(element) != 0;
-    if (told == stored && !(isText && result_.textsAreTerminated)) {
+    auto expected = bytesFromDocument(element, EmptyParts::missing);
+    if (expected && result_.textsAreTerminated) {
+        expected->append(terminatorSize(element), '\0');
+    }
+    if (expected == stored) {
         return;
     }
     if (const auto filling = findFilling(element, stored)) {
-        if (!filling->isTerminator || !result_.textsAreTerminated) {
-            result_.forms.push_back({property,
-                                     filling->isOfItems ? Form::Unit::item : Form::Unit::octets,
-                                     static_cast<Types::u32>(filling->size)});
-        }
+        result_.forms.push_back({property,
+                                 filling->isOfItems ? Form::Unit::item : Form::Unit::octets,
+                                 static_cast<Types::u32>(filling->size)});
     } else {
         result_.bytes.push_back({property, stored});
     }

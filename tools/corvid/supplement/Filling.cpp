@@ -83,7 +83,8 @@ std::size_t terminatorSize(Identifier type) {
 }
 
 std::size_t terminatorSize(const Element& element) {
-    return isCollection(element) ? 0 : terminatorSize(typeOf(element));
+    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    return definition == nullptr ? 0 : terminatorSize(definition->dataType());
 }
 
 std::optional<Filling> findFilling(const Element& element, const std::string& stored) {
@@ -95,15 +96,13 @@ std::optional<Filling> findFilling(const Element& element, const std::string& st
                                                               : XMLBuilder::EmptyParts::missing);
         const std::size_t size = numberAt(stored, 4);
         if (told && (hasTexts || numberAt(*told, 0) == 0) && withItemSize(*told, size) == stored) {
-            return Filling{size, true, false};
+            return Filling{size, true};
         }
         return std::nullopt;
     }
     const auto told = bytesFromDocument(element, XMLBuilder::EmptyParts::missing);
     if (told && withSize(type, *told, stored.size()) == stored) {
-        return Filling{stored.size(), false,
-                       terminatorSize(type) != 0 &&
-                           stored.size() == told->size() + terminatorSize(type)};
+        return Filling{stored.size(), false};
     }
     return std::nullopt;
 }

@@ -27,7 +27,6 @@ inline Types::ByteView viewOf(const std::string& bytes) {
 struct Filling {
     std::size_t size; ///< of the value or, of a collection, of each item
     bool isOfItems;
-    bool isTerminator; ///< the size is that of a text with one zero
 };
 
 /// Finds the filling of an element whose value does not come back by itself; nothing where there is

@@ -51,13 +51,20 @@ bool isInvalid(std::u16string_view text, std::size_t at) {
 /// nothing of one that is blank.
 std::u16string toldText(std::u16string units) {
     units.erase(std::min(units.find(u'\0'), units.size()));
-    std::u16string told = units;
+    if (std::all_of(units.begin(), units.end(), isXmlSpace)) {
+        return {};
+    }
+    // Whether a surrogate is alone is asked before what is beside it is replaced.
+    std::vector<std::size_t> invalid;
     for (std::size_t i = 0; i != units.size(); ++i) {
         if (isInvalid(units, i)) {
-            told[i] = u'\uFFFD';
+            invalid.push_back(i);
         }
     }
-    return std::all_of(told.begin(), told.end(), isXmlSpace) ? std::u16string() : told;
+    for (const std::size_t i : invalid) {
+        units[i] = u'\uFFFD';
+    }
+    return units;
 }
 
 /// What comes back of simple values.
