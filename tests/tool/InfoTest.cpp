@@ -173,6 +173,36 @@ TEST(Info, countsWhatTheDictionaryDoesNotKnow) {
     EXPECT_THAT(outcome.out, HasSubstr("Unknown properties\n  tag 81.23\n"));
 }
 
+TEST(Info, tellsOfASetOnceHoweverOftenItIsReferredTo) {
+    constexpr unsigned char sourcePackage = 0x37;
+    constexpr unsigned char multipleDescriptor = 0x44;
+    // Packages, tracks, descriptor, segment, components, and the descriptors of a multiple one.
+    constexpr unsigned packages = 0x1901;
+    constexpr unsigned tracks = 0x4403;
+    constexpr unsigned descriptor = 0x4701;
+    constexpr unsigned segment = 0x4803;
+    constexpr unsigned descriptors = 0x3F01;
+    const auto times = [](unsigned count, unsigned target) {
+        return batch(std::vector<Bytes>(count, uuid(target)), 16);
+    };
+    const Workshop shop;
+    const Bytes metadata =
+        join({standardPrimer(), set(structuralKey(prefaceSet), 1, {property(0x3B03, uuid(2))}),
+              set(structuralKey(contentStorageSet), 2, {property(packages, times(100, 3))}),
+              set(structuralKey(sourcePackage), 3,
+                  {property(tracks, times(100, 4)), property(descriptor, uuid(5))}),
+              set(structuralKey(timelineTrackSet), 4, {property(segment, uuid(4))}),
+              set(structuralKey(multipleDescriptor), 5, {property(descriptors, times(6, 5))})});
+    const Bytes file = MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build();
+    shop.write("shared.mxf", file);
+    for (const char* line : {"corvid info shared.mxf", "corvid info --json shared.mxf"}) {
+        const Outcome outcome = shop.run(line);
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_LT(outcome.out.size(), file.size()) << line;
+        EXPECT_THAT(outcome.out, HasSubstr("MultipleDescriptor"));
+    }
+}
+
 TEST(Info, keepsControlCharactersOfTheFileFromTheTerminal) {
     const Workshop shop;
     shop.write("clip.mxf", clipWithCompany(u"a\u001b[31mb\nc\u009bd"));

@@ -60,4 +60,14 @@ TEST(Output, aDeviceIsWrittenToAsItIs) {
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/null"));
 }
 
+TEST(Output, takesNoMessagesWhereStandardErrorIsClosed) {
+    const Workshop shop;
+    shop.write("odd.mxf", clipWithANamelessSet());
+    const Outcome outcome = shop.run("corvid to-xml odd.mxf -o odd.xml 2>&-");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(shop.read("odd.xml").substr(0, 5), "<?xml");
+    EXPECT_EQ(shop.run("corvid to-xml odd.mxf 2>/dev/null >&-").status, 3);
+    EXPECT_EQ(shop.run("corvid to-xml - 2>/dev/null <&-").status, 3);
+}
+
 } // namespace

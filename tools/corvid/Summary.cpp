@@ -4,8 +4,11 @@
 #include "host/dictionary/UnknownAttribute.h"
 #include "tools/corvid/SetValues.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace Corvid::Tool {
 
@@ -16,31 +19,8 @@ using Metadata::PartitionMetadata;
 using Structural::SetClass;
 using Sets = std::vector<const MetadataSet*>;
 
-/// Descriptors that hold each other in a circle, or nest out of all proportion, end here.
+/// Descriptors that nest out of all proportion end here.
 constexpr int deepestDescriptor = 8;
-
-void addLabels(const MetadataSet& set, Summary::Descriptor& descriptor) {
-    for (const auto& [property, label] : labelValues(set)) {
-        descriptor.labels.push_back({className(set), property, label});
-    }
-}
-
-Summary::Descriptor describe(const PartitionMetadata& metadata, const MetadataSet& set,
-                             int depth = 0) {
-    Summary::Descriptor descriptor;
-    descriptor.className = className(set);
-    addLabels(set, descriptor);
-    for (const MetadataSet* sub : targets(metadata, set, Structural::subDescriptors)) {
-        descriptor.subDescriptors.push_back(className(*sub));
-        addLabels(*sub, descriptor);
-    }
-    if (depth != deepestDescriptor) {
-        for (const MetadataSet* part : targets(metadata, set, Structural::fileDescriptors)) {
-            descriptor.parts.push_back(describe(metadata, *part, depth + 1));
-        }
-    }
-    return descriptor;
-}
 
 std::optional<Summary::Timecode> timecodeOf(const MetadataSet& component) {
     if (!isA(component, SetClass::timecode)) {
@@ -49,6 +29,72 @@ std::optional<Summary::Timecode> timecodeOf(const MetadataSet& component) {
     return Summary::Timecode{number(component, Structural::startTimecode).value_or(0),
                              number(component, Structural::framesPerSecond).value_or(0),
                              number(component, Structural::dropFrame).value_or(false)};
+}
+
+/// Goes from set to set, to each once: sets may share others, also in circles, and a summary that
+/// repeated them could be far longer than the file.
+class Walk {
+public:
+    using Property = Structural::Property<Types::StrongReference>;
+
+    explicit Walk(const PartitionMetadata& metadata) : metadata_(metadata) {}
+
+    /// The sets that a property refers to and that have not been met before.
+    Sets next(const MetadataSet& set, const Property& property) {
+        Sets sets = targets(metadata_, set, property);
+        sets.erase(
+            std::remove_if(sets.begin(), sets.end(),
+                           [this](const MetadataSet* each) { return !met_.insert(each).second; }),
+            sets.end());
+        return sets;
+    }
+
+    /// The first set that a property refers to, or null.
+    const MetadataSet* first(const MetadataSet& set, const Property& property) const {
+        const Sets sets = targets(metadata_, set, property);
+        return sets.empty() ? nullptr : sets.front();
+    }
+
+    /// The timecode of a track's segment, or of its first component.
+    const std::optional<Summary::Timecode>& timecodeIn(const MetadataSet& segment) {
+        const auto [entry, isNew] = timecodes_.try_emplace(&segment);
+        if (isNew) {
+            entry->second = timecodeOf(segment);
+            const auto* const component =
+                entry->second ? nullptr : first(segment, Structural::components);
+            if (component != nullptr) {
+                entry->second = timecodeOf(*component);
+            }
+        }
+        return entry->second;
+    }
+
+private:
+    const PartitionMetadata& metadata_;
+    std::unordered_set<const MetadataSet*> met_;
+    std::unordered_map<const MetadataSet*, std::optional<Summary::Timecode>> timecodes_;
+};
+
+void addLabels(const MetadataSet& set, Summary::Descriptor& descriptor) {
+    for (const auto& [property, label] : labelValues(set)) {
+        descriptor.labels.push_back({className(set), property, label});
+    }
+}
+
+Summary::Descriptor describe(Walk& walk, const MetadataSet& set, int depth = 0) {
+    Summary::Descriptor descriptor;
+    descriptor.className = className(set);
+    addLabels(set, descriptor);
+    for (const MetadataSet* sub : walk.next(set, Structural::subDescriptors)) {
+        descriptor.subDescriptors.push_back(className(*sub));
+        addLabels(*sub, descriptor);
+    }
+    if (depth != deepestDescriptor) {
+        for (const MetadataSet* part : walk.next(set, Structural::fileDescriptors)) {
+            descriptor.parts.push_back(describe(walk, *part, depth + 1));
+        }
+    }
+    return descriptor;
 }
 
 /// The names of data definitions, by their label: of those that the file defines.
@@ -74,8 +120,7 @@ std::string trackKind(const Types::UniversalLabel& label, const DefinitionNames&
                                                       : Platform::toUtf8(label.toString());
 }
 
-Summary::Track describeTrack(const PartitionMetadata& metadata, const DefinitionNames& names,
-                             const MetadataSet& set) {
+Summary::Track describeTrack(Walk& walk, const DefinitionNames& names, const MetadataSet& set) {
     Summary::Track track;
     track.className = className(set);
     track.id = number(set, Structural::trackId);
@@ -87,53 +132,49 @@ Summary::Track describeTrack(const PartitionMetadata& metadata, const Definition
     if (rate != nullptr) {
         track.editRate = *rate;
     }
-    const Sets segments = targets(metadata, set, Structural::trackSegment);
-    if (segments.empty()) {
+    const auto* const segment = walk.first(set, Structural::trackSegment);
+    if (segment == nullptr) {
         return track;
     }
-    const MetadataSet& segment = *segments.front();
-    if (const auto* definition = find(segment, Structural::dataDefinition)) {
+    if (const auto* definition = find(*segment, Structural::dataDefinition)) {
         track.kind = trackKind(*definition, names);
     }
-    if (const auto length = number(segment, Structural::duration); length && *length >= 0) {
+    if (const auto length = number(*segment, Structural::duration); length && *length >= 0) {
         track.duration = length;
     }
-    track.timecode = timecodeOf(segment);
-    if (!track.timecode) {
-        const Sets parts = targets(metadata, segment, Structural::components);
-        track.timecode = parts.empty() ? std::nullopt : timecodeOf(*parts.front());
-    }
+    track.timecode = walk.timecodeIn(*segment);
     return track;
 }
 
-std::string kindOf(const MetadataSet& package, const Sets& descriptors) {
+/// @param descriptor  of the package; may be null.
+std::string kindOf(const MetadataSet& package, const MetadataSet* descriptor) {
     if (isA(package, SetClass::materialPackage)) {
         return "material";
     }
     if (!isA(package, SetClass::sourcePackage)) {
         return className(package);
     }
-    if (descriptors.empty() || !isA(*descriptors.front(), SetClass::essenceDescriptor)) {
+    if (descriptor == nullptr || !isA(*descriptor, SetClass::essenceDescriptor)) {
         return "source";
     }
-    return isA(*descriptors.front(), SetClass::fileDescriptor) ? "file source" : "physical source";
+    return isA(*descriptor, SetClass::fileDescriptor) ? "file source" : "physical source";
 }
 
-Summary::Package describePackage(const PartitionMetadata& metadata, const DefinitionNames& names,
-                                 const MetadataSet& set) {
+Summary::Package describePackage(Walk& walk, const DefinitionNames& names, const MetadataSet& set) {
     Summary::Package package;
-    const Sets descriptors = targets(metadata, set, Structural::descriptor);
-    package.kind = kindOf(set, descriptors);
+    const auto* const descriptor = walk.first(set, Structural::descriptor);
+    package.kind = kindOf(set, descriptor);
     if (const auto* id = find(set, Structural::packageId)) {
         package.id = Platform::toUtf8(id->toString());
     }
     package.name = text(set, Structural::packageName);
     package.created = text(set, Structural::packageCreated);
-    for (const MetadataSet* track : targets(metadata, set, Structural::tracks)) {
-        package.tracks.push_back(describeTrack(metadata, names, *track));
+    for (const MetadataSet* track : walk.next(set, Structural::tracks)) {
+        package.tracks.push_back(describeTrack(walk, names, *track));
     }
-    if (!descriptors.empty()) {
-        package.descriptor = describe(metadata, *descriptors.front());
+    for (const MetadataSet* each : walk.next(set, Structural::descriptor)) {
+        package.descriptor = describe(walk, *each);
+        break;
     }
     return package;
 }
@@ -146,7 +187,8 @@ void describePreface(const PartitionMetadata& metadata, const MetadataSet& prefa
     summary.essenceContainers = labels(preface, Structural::essenceContainers);
     summary.descriptiveSchemes = labels(preface, Structural::descriptiveSchemes);
     summary.conformsTo = labels(preface, Structural::conformsTo);
-    for (const MetadataSet* set : targets(metadata, preface, Structural::identifications)) {
+    Walk walk(metadata);
+    for (const MetadataSet* set : walk.next(preface, Structural::identifications)) {
         summary.writers.push_back(
             {text(*set, Structural::companyName), text(*set, Structural::productName),
              text(*set, Structural::versionString), text(*set, Structural::productVersion),
@@ -154,9 +196,9 @@ void describePreface(const PartitionMetadata& metadata, const MetadataSet& prefa
              text(*set, Structural::modificationDate)});
     }
     const DefinitionNames names = definitionNames(metadata);
-    for (const MetadataSet* storage : targets(metadata, preface, Structural::contentStorage)) {
-        for (const MetadataSet* package : targets(metadata, *storage, Structural::packages)) {
-            summary.packages.push_back(describePackage(metadata, names, *package));
+    for (const MetadataSet* storage : walk.next(preface, Structural::contentStorage)) {
+        for (const MetadataSet* package : walk.next(*storage, Structural::packages)) {
+            summary.packages.push_back(describePackage(walk, names, *package));
         }
     }
 }

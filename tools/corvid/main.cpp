@@ -5,6 +5,7 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace {
@@ -19,10 +20,21 @@ bool wantsColours(int file) {
     return isTerminal(file) && (no == nullptr || *no == '\0');
 }
 
+/// Takes the descriptors of standard input, output and error where they are closed: else a file that
+/// is opened would get one, and messages would go into it. Reading and writing still fail.
+void takeStandardDescriptors() {
+    for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(file, F_GETFD) == -1) {
+            ::open("/dev/null", file == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+        }
+    }
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     using namespace Corvid::Tool;
+    takeStandardDescriptors();
     // A pipe that nobody reads any more is an error like others, not the end of the process.
     std::signal(SIGPIPE, SIG_IGN);
     DescriptorOutput errors(STDERR_FILENO, "standard error");
