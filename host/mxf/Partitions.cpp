@@ -198,7 +198,8 @@ private:
         if (count != 0) {
             warn(WarningKinds::partitionsSearched, front_,
                  "nothing in the file says where its partitions are; " + std::to_string(count) +
-                     " found after the header partition by going from KLV to KLV");
+                     " found after the " + found_.begin()->second.pack.kindName() +
+                     " partition by going from KLV to KLV");
         }
         const std::string ended = "the search for partitions ended here";
         if (walk.end == End::limit) {
