@@ -44,6 +44,8 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"UnknownOption", "corvid info --loud clip.mxf",
               "info: no option '--loud'; see corvid help info"},
         Wrong{"UnknownOptionBeforeTheVerb", "corvid --loud info clip.mxf", "no option '--loud'"},
+        Wrong{"OptionOfTheVerbBeforeIt", "corvid --json info clip.mxf",
+              "corvid: option '--json' goes after the verb: corvid info --json"},
         Wrong{"NoValue", "corvid to-xml clip.mxf -o", "to-xml: --output needs a value; see"},
         Wrong{"KagThatIsNoNumber", "corvid from-xml a.xml -o b.mxf --kag x",
               "from-xml: --kag: expected a number from 1 to 1048576, not 'x'"},
