@@ -47,6 +47,8 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"OptionOfTheVerbBeforeIt", "corvid --json info clip.mxf",
               "corvid: option '--json' goes after the verb: corvid info --json"},
         Wrong{"NoValue", "corvid to-xml clip.mxf -o", "to-xml: --output needs a value; see"},
+        Wrong{"RepeatedOption", "corvid to-xml clip.mxf -o a.xml --output b.xml",
+              "to-xml: --output is there more than once; see corvid help to-xml"},
         Wrong{"KagThatIsNoNumber", "corvid from-xml a.xml -o b.mxf --kag x",
               "from-xml: --kag: expected a number from 1 to 1048576, not 'x'"},
         Wrong{"TwoClips", "corvid info clip.mxf other.mxf",

@@ -114,7 +114,10 @@ std::string usageText(CLI::App& app, const CLI::ParseError& error) {
     }
     std::string text = error.what();
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-        text = text.substr(0, text.find(": ")) + " needs a value";
+        const std::string name = text.substr(0, text.find(": "));
+        const CLI::Option* const option = verb.get_option_no_throw(name);
+        const bool isRepeated = option != nullptr && option->count() > 1;
+        text = name + (isRepeated ? " is there more than once" : " needs a value");
     }
     return where + text + "; " + seeHelp;
 }
