@@ -111,6 +111,16 @@ TEST(PartitionWalk, namesTheKindOfThePartitionWhereItBegins) {
         << back.warnings.lines();
 }
 
+TEST(PartitionWalk, doesNotDenyThatTheFileNamesAFooter) {
+    PartitionSpec header = open(Testing::headerPartition());
+    header.footerPartition = 1000000;
+    ReadBack back(MxfBuilder().add(header).add(open(Testing::bodyPartition())));
+    EXPECT_EQ(offsetsIn(back.file).size(), 2U);
+    EXPECT_TRUE(back.warnings.tell("byte 1000000, past the end of the file"));
+    EXPECT_TRUE(back.warnings.tell("what the file says does not lead to its partitions; 1 found"))
+        << back.warnings.lines();
+}
+
 TEST(PartitionWalk, goesSetBySetWhereHeaderByteCountIsNotTrue) {
     for (const std::uint64_t count :
          {std::uint64_t{0}, std::uint64_t{1}, std::uint64_t{1} << 40, ~std::uint64_t{0}}) {
