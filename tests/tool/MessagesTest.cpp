@@ -87,6 +87,12 @@ TEST_F(MessagesOfTheCommand, nameTheFileOnce) {
     EXPECT_EQ(said(), "corvid: in.mxf: can't open: No such file or directory\n");
 }
 
+TEST_F(MessagesOfTheCommand, keepWordsThatAreTheNameOfTheFileByChance) {
+    messages.setFile("in");
+    messages.error("no header metadata in partition 0");
+    EXPECT_EQ(said(), "corvid: in: no header metadata in partition 0\n");
+}
+
 TEST_F(MessagesOfTheCommand, exceptionsHaveTheirExitStatus) {
     const auto statusOf = [&](auto exception) { return guard([&] { throw exception; }, messages); };
     EXPECT_EQ(guard([] {}, messages), exitDone);
