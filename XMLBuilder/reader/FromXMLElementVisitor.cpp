@@ -153,6 +153,8 @@ void FromXMLElementVisitor::visit(Metadata::ReferenceElement& element) {
         }
     } else if (auto reference = readLink(*child, type_)) {
         element.setUnverifiedReference(std::move(reference));
+    } else {
+        reading_.leaveOut(*child);
     }
 }
 
@@ -173,6 +175,8 @@ void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement&
             }
         } else if (auto reference = readLink(*item, itemType_)) {
             element.addUnverifiedReference(std::move(reference));
+        } else {
+            reading_.leaveOut(*item);
         }
     }
 }
@@ -191,6 +195,7 @@ ReferenceHolder FromXMLElementVisitor::readLink(const DOMElement& link,
 Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const DOMElement& element) {
     const auto* definition = reading_.sets().find(element.getLocalName());
     if (definition == nullptr) {
+        reading_.leaveOut(element);
         return nullptr;
     }
     auto& set = reading_.partition().createMetadataSet(definition->key());

@@ -51,6 +51,7 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     const auto& properties = reading_.propertiesOf(*set.metaMetadataSet());
     const auto written = open.children().count() + element_.getAttributes()->getLength();
     set.reserve(std::min(written, properties.size()));
+    read_.reserve(open.children().count());
     // The set has an element for each, but makes those that are asked for only.
     for (const ExpectedProperty& property : properties) {
         if (property.name.place == PropertyName::Place::child) {
@@ -60,7 +61,20 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
         }
     }
     readExtensions(set, open.children());
+    if (read_.size() != open.children().count()) {
+        leaveOutTheRest();
+    }
     reading_.place() = outer;
+}
+
+void FromXMLMetadataSetVisitor::leaveOutTheRest() {
+    std::sort(read_.begin(), read_.end());
+    for (const auto* child = ChildSteps::firstElement(element_); child != nullptr;
+         child = ChildSteps::nextElement(*child)) {
+        if (!std::binary_search(read_.begin(), read_.end(), child)) {
+            reading_.leaveOut(*child);
+        }
+    }
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
@@ -76,6 +90,7 @@ void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
                        : ChildSteps::evaluate(element_, element_, step,
                                               declared == nullptr ? fallbackUri : nullptr);
     if (node != nullptr) {
+        read_.push_back(node);
         fill(*set.find(property.definition.label()), *node, &property.definition);
     }
 }
@@ -110,6 +125,7 @@ void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set,
     if (container == nullptr) {
         return;
     }
+    read_.push_back(container);
     for (const auto* child = ChildSteps::firstElement(*container); child != nullptr;
          child = ChildSteps::nextElement(*child)) {
         readExtension(set, *child);

@@ -5,6 +5,7 @@
 #include "host/metadata/Visitors.h"
 
 #include <string>
+#include <vector>
 
 namespace Corvid::Metadata {
 class Element;
@@ -36,7 +37,10 @@ private:
     /// The dictionary's definition of an extension element, or null.
     const MetaMetadata::MetaElement* definitionOf(const xercesc::DOMElement& extension);
 
+    void leaveOutTheRest();
+
     const xercesc::DOMElement& element_;
+    std::vector<const xercesc::DOMNode*> read_; ///< the child elements that something is read from
     const xercesc::DOMElement* declarer_ = nullptr; ///< where the prefixes come from
     /// Which properties are read as they are; null for none.
     const Supplement::Properties* supplemented_ = nullptr;

@@ -47,9 +47,13 @@ void readRoot(Reading& reading, const xercesc::DOMElement& root, SetList& sets) 
         if (next != nullptr) {
             fetchAhead(*next);
         }
-        if (!readSet(reading, *child, sets) &&
-            child->getNodeName() == std::u16string_view(Names::floatingDarkMetadata)) {
+        if (readSet(reading, *child, sets)) {
+            continue;
+        }
+        if (child->getNodeName() == std::u16string_view(Names::floatingDarkMetadata)) {
             readFloatingContainer(reading, *child, sets);
+        } else {
+            reading.leaveOut(*child);
         }
     }
 }

@@ -20,6 +20,16 @@ const XMLCh* textOf(const MetaMetadata::MetaDefinition& definition, const char* 
     return text == nullptr ? u"" : XMLUtils::toXml(text);
 }
 
+/// The front of a name: nobody needs more to find it, and it is read for each message.
+std::string narrow(const XMLCh* name) {
+    constexpr std::size_t shown = 100;
+    std::size_t length = 0;
+    while (length != shown && name[length] != 0) {
+        ++length;
+    }
+    return Platform::toUtf8(XMLUtils::fromXml(std::u16string(name, length).c_str()));
+}
+
 } // namespace
 
 PropertyName::PropertyName(const MetaMetadata::MetaElement& definition)
@@ -60,6 +70,12 @@ const std::vector<ExpectedProperty>& Reading::propertiesOf(
     return entry->second;
 }
 
+void Reading::leaveOut(const xercesc::DOMElement& element) const {
+    if (supplement_ != nullptr) {
+        supplement_->leaveOut(narrow(element.getNodeName()), place_.inFrontOf(""));
+    }
+}
+
 const MetaMetadata::MetaElement* Reading::findMetaElementByQualifiedName(
     const std::u16string& qualified) {
     // Made by the first extension element: most documents have none.
@@ -85,10 +101,6 @@ const XMLCh* Reading::uriOfParts(const Names::Namespace& parts, const xercesc::D
 }
 
 std::string ReadingPlace::inFrontOf(const std::string& message) const {
-    const auto narrow = [](const XMLCh* text) {
-        constexpr std::size_t shown = 100; // Nobody needs more of a name to find it.
-        return Platform::toUtf8(XMLUtils::fromXml(std::u16string(text).substr(0, shown).c_str()));
-    };
     if (set == nullptr) {
         return message;
     }

@@ -91,6 +91,9 @@ public:
     /// root this fails as the query for a part does.
     const XMLCh* uriOfParts(const Names::Namespace& parts, const xercesc::DOMNode& value);
 
+    /// Passes on that nothing is read from an element at the present place.
+    void leaveOut(const xercesc::DOMElement& element) const;
+
     /// Whoever changes the place puts it back, but not when what it does fails.
     ReadingPlace& place() noexcept { return place_; }
 

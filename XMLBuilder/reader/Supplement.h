@@ -4,6 +4,7 @@
 
 #include <array>
 #include <set>
+#include <string>
 #include <string_view>
 
 namespace Corvid::MetaMetadata {
@@ -44,6 +45,12 @@ public:
     /// @return the properties that are read with EmptyParts::values, the items of collections then
     ///         filled up with zeros to the longest. Null for none. Borrowed.
     virtual const Properties* enter(Metadata::MetadataSet& set, std::u16string_view written) = 0;
+
+    /// Called for each element of the document that nothing is read from: a set or property of an
+    /// unknown name, one at a place where it does not belong, one that is there already.
+    /// @param name   as the document has it; UTF-8.
+    /// @param place  where it is, to be put in front of a message; empty outside of sets.
+    virtual void leaveOut(const std::string& name, const std::string& place) = 0;
 };
 
 } // namespace Corvid::XMLBuilder

@@ -135,7 +135,7 @@ HeaderMetadata File::readAutomatically() {
         throw Exceptions::InvalidFormat(
             !lastError.empty() ? "no header metadata can be read: " + lastError
             : all.size() == 1  ? "no header metadata in " + describe(0, all[0]) +
-                                    ", and the file names no other partition"
+                                    ", and no other partition was found"
                               : "no header metadata in any of the " + std::to_string(all.size()) +
                                     " partitions of the file",
             CORVID_HERE);

@@ -30,6 +30,26 @@ std::optional<KLV::Triplet> readKlv(DataIO::ReadWindow& window, std::uint64_t of
     }
 }
 
+/// Whether the source ends inside what may be the key or the length of a KLV.
+bool isCutInItsHead(DataIO::ReadWindow& window, std::uint64_t offset) {
+    const auto head = window.view(offset, KLV::Triplet::greatestHead);
+    const std::size_t front = std::min(head.size, registeredFront.size());
+    if (!std::equal(head.data, head.data + front, registeredFront.begin())) {
+        return false;
+    }
+    if (head.size <= KLV::Key::length) {
+        return true;
+    }
+    const std::size_t octets = head.data[KLV::Key::length];
+    return octets > 0x80 && octets < 0x80 + KLV::BerLength::greatestOctets &&
+           head.size < KLV::Key::length + 1 + (octets & 0x7F);
+}
+
+/// Whether header metadata may end at an offset: before a KLV, or where the source ends.
+bool mayEndAt(DataIO::ReadWindow& window, std::uint64_t offset) {
+    return window.source().available(offset - 1, 2) == 1 || readKlv(window, offset);
+}
+
 /// The pack of fixed size in front of a partition's list of essence containers, or nothing.
 std::optional<Partition> readPartition(DataIO::ReadWindow& window, const KLV::Triplet& triplet) {
     const auto size = std::min<std::uint64_t>(triplet.length.value, partitionPackHead);
@@ -65,7 +85,7 @@ PartitionWalk walkPartitions(DataIO::ReadWindow& window, const Partition& header
         }
         const auto triplet = readKlv(window, walk.offset);
         if (!triplet) {
-            walk.end = End::noKlv;
+            walk.end = isCutInItsHead(window, walk.offset) ? End::cutKlv : End::noKlv;
             return walk;
         }
         if (!isWhole(window, *triplet)) {
@@ -80,7 +100,7 @@ PartitionWalk walkPartitions(DataIO::ReadWindow& window, const Partition& header
         } else if (headerByteCount != 0 && !isFill(triplet->key)) {
             const std::uint64_t behind = walk.offset + headerByteCount;
             headerByteCount = 0;
-            if (behind > triplet->offset && readKlv(window, behind)) {
+            if (behind > triplet->offset && mayEndAt(window, behind)) {
                 walk.offset = behind;
                 continue;
             }

@@ -197,8 +197,12 @@ private:
         }
         if (count != 0) {
             warn(WarningKinds::partitionsSearched, front_,
-                 "nothing in the file says where its partitions are; " + std::to_string(count) +
-                     " found after the header partition by going from KLV to KLV");
+                 std::string(found_.begin()->second.pack.footerPartition == 0
+                                 ? "nothing in the file says where its partitions are; "
+                                 : "what the file says does not lead to its partitions; ") +
+                     std::to_string(count) + " found after the " +
+                     found_.begin()->second.pack.kindName() +
+                     " partition by going from KLV to KLV");
         }
         const std::string ended = "the search for partitions ended here";
         if (walk.end == End::limit) {

@@ -118,8 +118,8 @@ TEST(File, refusesAPartitionThatIsNotThere) {
     EXPECT_EQ(message(headerOnly, PartitionChoice::numbered(1)),
               "no header metadata in partition 1 (body, closed and complete)");
     EXPECT_EQ(message(fileOf({{2, 4, none}}), PartitionChoice::automatic()),
-              "no header metadata in partition 0 (header, closed and complete), and the file names "
-              "no other partition");
+              "no header metadata in partition 0 (header, closed and complete), and no other "
+              "partition was found");
 }
 
 TEST(File, refusesWhatIsNoMxf) {

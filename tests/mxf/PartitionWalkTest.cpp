@@ -93,6 +93,34 @@ TEST(PartitionWalk, passesHeaderMetadataOfPrivateKeys) {
     EXPECT_EQ(offsetsIn(back.file).size(), 3U);
 }
 
+TEST(PartitionWalk, saysNothingOfPrivateKeysInMetadataThatEndsWithTheFile) {
+    const Bytes metadata =
+        join({Testing::smallMetadata(), klv(Testing::uuid(99), Testing::repeat(1, 40))});
+    ReadBack back(MxfBuilder().add(open(Testing::headerPartition(metadata), {})));
+    EXPECT_EQ(offsetsIn(back.file), std::vector<std::uint64_t>{0});
+    EXPECT_EQ(back.warnings.lines(), "");
+}
+
+TEST(PartitionWalk, namesTheKindOfThePartitionWhereItBegins) {
+    PartitionSpec body = open(Testing::bodyPartition(Testing::smallMetadata()));
+    body.thisPartition = 0;
+    body.previousPartition = 0;
+    ReadBack back(MxfBuilder().add(body).add(open(Testing::footerPartition(), {})));
+    back.file.partitions();
+    EXPECT_TRUE(back.warnings.tell("1 found after the body partition by going"))
+        << back.warnings.lines();
+}
+
+TEST(PartitionWalk, doesNotDenyThatTheFileNamesAFooter) {
+    PartitionSpec header = open(Testing::headerPartition());
+    header.footerPartition = 1000000;
+    ReadBack back(MxfBuilder().add(header).add(open(Testing::bodyPartition())));
+    EXPECT_EQ(offsetsIn(back.file).size(), 2U);
+    EXPECT_TRUE(back.warnings.tell("byte 1000000, past the end of the file"));
+    EXPECT_TRUE(back.warnings.tell("what the file says does not lead to its partitions; 1 found"))
+        << back.warnings.lines();
+}
+
 TEST(PartitionWalk, goesSetBySetWhereHeaderByteCountIsNotTrue) {
     for (const std::uint64_t count :
          {std::uint64_t{0}, std::uint64_t{1}, std::uint64_t{1} << 40, ~std::uint64_t{0}}) {
@@ -129,7 +157,9 @@ INSTANTIATE_TEST_SUITE_P(
         Ending{"AtZeros", Bytes(100), ", where no KLV begins, so there may be others"},
         Ending{"AtAKeyThatIsNotRegistered", klv(Testing::uuid(9), {1}),
                ", where no KLV begins, so there may be others"},
-        Ending{"InAKey", {0x06, 0x0e}, ", where no KLV begins, so there may be others"},
+        Ending{"InAKey", {0x06, 0x0e}, ", in a KLV that runs past the end of the file"},
+        Ending{"InALength", join({Testing::essenceKey(), {0x83, 0, 0}}),
+               ", in a KLV that runs past the end of the file"},
         Ending{"AtALengthThatIsNone", join({Testing::essenceKey(), {0x80, 0, 0}}),
                ", where no KLV begins, so there may be others"},
         Ending{"InAValue", klv(Testing::essenceKey(), {1, 2}, 4, 3),

@@ -49,6 +49,57 @@ protected:
     Workshop shop;
 };
 
+struct LeftOut {
+    const char* name;
+    std::string inside; ///< the root, besides the Preface
+    const char* says;
+};
+void PrintTo(const LeftOut& c, std::ostream* out) { *out << c.name; }
+
+class LeavesOutWithAWarning : public ::testing::TestWithParam<LeftOut> {};
+
+TEST_P(LeavesOutWithAWarning, whatHasNoMeaningAtItsPlace) {
+    const Workshop shop;
+    shop.write("in.xml", documentOf(preface + GetParam().inside));
+    const Outcome outcome = shop.run("corvid from-xml in.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.err,
+              std::string("corvid: in.xml: warning: ") + GetParam().says + " [left-out-element]\n");
+    EXPECT_EQ(shop.run("corvid from-xml in.xml -o none.mxf --warnings-as-errors").status, 1);
+    EXPECT_FALSE(shop.has("none.mxf"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , LeavesOutWithAWarning,
+    ::testing::Values(
+        LeftOut{"Set", "<s377m:Prefaec/>",
+                "element s377m:Prefaec is not expected here, so it is left out"},
+        LeftOut{"SetsOfOneName", "<s377m:X/><s377m:X/><s377m:X/>",
+                "element s377m:X is not expected here, so it is left out; so it is with 2 more of "
+                "that name"},
+        LeftOut{"Property", "<s377m:Sequence><rp210:Duratoin>1</rp210:Duratoin></s377m:Sequence>",
+                "set Sequence: element rp210:Duratoin is not expected here, so it is left out"},
+        LeftOut{"PropertyOfAnotherSet", "<s377m:Sequence><rp210:SampleRate/></s377m:Sequence>",
+                "set Sequence: element rp210:SampleRate is not expected here, so it is left out"},
+        LeftOut{"PropertyThatIsThereAlready",
+                "<s377m:TimelineTrack><rp210:TrackID>1</rp210:TrackID>"
+                "<rp210:TrackID>2</rp210:TrackID></s377m:TimelineTrack>",
+                "set TimelineTrack: element rp210:TrackID is not expected here, so it is left out"},
+        LeftOut{"SetInAReference",
+                "<s377m:Sequence><rp210:ComponentObjects><s377m:X/></rp210:ComponentObjects>"
+                "</s377m:Sequence>",
+                "set Sequence: rp210:ComponentObjects: element s377m:X is not expected here, so it "
+                "is left out"}),
+    [](const auto& each) { return std::string(each.param.name); });
+
+TEST_F(FromXml, warnsOfSetsThatOnlyAnotherDictionaryKnows) {
+    shop.write("in.xml", documentOf(preface + "<s:ADM_CHNASubDescriptor "
+                                              "xmlns:s='http://x'/>"));
+    EXPECT_THAT(shop.run("corvid from-xml in.xml -o out.mxf").err, IsEmpty());
+    EXPECT_THAT(shop.run("corvid from-xml --no-vendor-dictionaries in.xml -o out.mxf").err,
+                HasSubstr("element s:ADM_CHNASubDescriptor is not expected here"));
+}
+
 TEST_F(FromXml, writesWhatToXmlMakesTheSameDocumentOf) {
     for (const char* options : {"", "--compact", "--encoding utf-16", "--references values",
                                 "--compact --encoding utf-16 --references values"}) {
@@ -179,7 +230,7 @@ TEST_F(FromXml, keepsUnequalSetsAndWarns) {
 }
 
 TEST_F(FromXml, needsAPrefaceAndWantsOne) {
-    shop.write("none.xml", documentOf("<s377m:ContentStorage/><s377m:Unheard/>"));
+    shop.write("none.xml", documentOf("<s377m:ContentStorage/>"));
     const Outcome none = shop.run("corvid from-xml none.xml -o header.mxf");
     EXPECT_EQ(none.status, 1);
     EXPECT_EQ(none.err, "corvid: none.xml: the document has no Preface\n");
@@ -239,7 +290,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"AnMxfFile", asText(smallClip()), "this is an MXF file, expected an XML document"},
         Refused{"AnMxfFileWithRunIn", std::string(65535, 'x') + asText(smallClip()),
                 "this is an MXF file, expected an XML document"},
-        Refused{"AnotherRoot", "<html><body/></html>", "the document has no Preface"},
+        Refused{"AnotherRoot", "<html/>", "the document has no Preface"},
         Refused{"AValueThatNoSetHolds", documentOf(preface + longName),
                 "set TimelineTrack: rp210:TrackName: value of 65536 bytes"},
         Refused{"AValueOfAnotherForm",
@@ -304,7 +355,10 @@ TEST_F(FromXml, knowsSetsOfAnotherDictionary) {
     write("doc.xml -o header.mxf --dictionary house.dict");
     EXPECT_THAT(shop.run("corvid to-xml header.mxf --dictionary house.dict").out,
                 HasSubstr("<house:Room "));
-    write("doc.xml -o header.mxf");
+    const Outcome without = shop.run("corvid from-xml doc.xml -o header.mxf");
+    EXPECT_EQ(without.status, 0);
+    EXPECT_EQ(without.err, "corvid: doc.xml: warning: element Room is not expected here, so it is "
+                           "left out [left-out-element]\n");
     EXPECT_THAT(shop.run("corvid to-xml header.mxf").out, Not(HasSubstr("FloatingDarkMetadata")));
 }
 

@@ -87,6 +87,12 @@ TEST_F(MessagesOfTheCommand, nameTheFileOnce) {
     EXPECT_EQ(said(), "corvid: in.mxf: can't open: No such file or directory\n");
 }
 
+TEST_F(MessagesOfTheCommand, keepWordsThatAreTheNameOfTheFileByChance) {
+    messages.setFile("in");
+    messages.error("no header metadata in partition 0");
+    EXPECT_EQ(said(), "corvid: in: no header metadata in partition 0\n");
+}
+
 TEST_F(MessagesOfTheCommand, exceptionsHaveTheirExitStatus) {
     const auto statusOf = [&](auto exception) { return guard([&] { throw exception; }, messages); };
     EXPECT_EQ(guard([] {}, messages), exitDone);
@@ -132,9 +138,11 @@ TEST_F(MessagesOfTheCommand, sayNothingOfAClosedPipe) {
     EXPECT_EQ(said(), "");
 }
 
-TEST(Printable, escapesControlCharactersOnly) {
+TEST(Printable, escapesControlCharactersAndThoseThatChangeTheLayout) {
     EXPECT_EQ(printable("a\tb\x7F\xC2\x85\xC3\xBC\xC2\xA0"), "a\\x09b\\x7f\\x85\xC3\xBC\xC2\xA0");
     EXPECT_EQ(printable("\xC2"), "\xC2");
+    EXPECT_EQ(printable("a\u2028\u202Eb\u2066\u2069"), "a\\u2028\\u202eb\\u2066\\u2069");
+    EXPECT_EQ(printable("\u2027\u202F\u2065\u206A\xE2\x80"), "\u2027\u202F\u2065\u206A\xE2\x80");
 }
 
 TEST(ProgressBar, fillsAsTheWorkGoesOn) {

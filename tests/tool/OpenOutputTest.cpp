@@ -58,6 +58,21 @@ Bytes cut(Bytes bytes, std::size_t left) {
     return bytes;
 }
 
+/// What is left of a clip whose copy ended with its header partition.
+Bytes cutClip() {
+    PartitionSpec header = headerPartition();
+    header.footerPartition = 1000000;
+    return MxfBuilder().add(header).build();
+}
+
+/// What a recorder has written before the first frame.
+Bytes withoutItsEssence() {
+    PartitionSpec header = headerPartition();
+    header.status = 1;
+    header.bodySid = 1;
+    return MxfBuilder().add(header).build();
+}
+
 struct Found {
     const char* name;
     Bytes bytes;
@@ -106,6 +121,8 @@ INSTANTIATE_TEST_SUITE_P(
               "(1 partition, "},
         Found{"CutInASet", cut(onePartition({}), onePartition({}).size() - 3), false,
               "(1 partition, "},
+        Found{"CutBehindItsMetadata", cutClip(), false, "(1 partition, "},
+        Found{"WithoutItsEssence", withoutItsEssence(), false, "with essence (1 partition, "},
         Found{"CutInItsPack", cut(onePartition({}), 50), false, "a damaged MXF file"}),
     [](const auto& each) { return std::string(each.param.name); });
 

@@ -52,6 +52,36 @@ TEST(Output, knowsTheFileThatItReplaces) {
     EXPECT_FALSE(output->replaces((shop.path() / "gone").string()));
 }
 
+TEST(Output, aLinkToNothingGetsItsFile) {
+    const Workshop shop;
+    shop.run("mkdir folder; ln -s folder/out link; ln -s link other");
+    const auto output = Output::open((shop.path() / "other").string());
+    output->write(text, sizeof text);
+    output->commit();
+    EXPECT_EQ(shop.read("folder/out"), "new");
+    EXPECT_TRUE(std::filesystem::is_symlink(shop.path() / "link"));
+    EXPECT_TRUE(std::filesystem::is_symlink(shop.path() / "other"));
+}
+
+TEST(Output, refusesALinkToItself) {
+    const Workshop shop;
+    shop.run("ln -s self self");
+    EXPECT_THROW(Output::open((shop.path() / "self").string()), OutputError);
+    EXPECT_TRUE(std::filesystem::is_symlink(shop.path() / "self"));
+}
+
+TEST(Output, anOpenFileKeepsWhatIsInIt) {
+    const Workshop shop;
+    shop.write("clip.mxf", smallClip());
+    for (const char* name : {"/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"}) {
+        shop.run(std::string("(echo before; corvid to-xml clip.mxf -o ") + name +
+                 "; echo after) >all; echo more >>all");
+        const std::string all = shop.read("all");
+        EXPECT_EQ(all.rfind("before\n<?xml", 0), 0U) << name << all;
+        EXPECT_NE(all.find(">\nafter\nmore\n"), std::string::npos) << name << all;
+    }
+}
+
 TEST(Output, aDeviceIsWrittenToAsItIs) {
     const auto output = Output::open("/dev/null");
     EXPECT_FALSE(output->isHeldBack());

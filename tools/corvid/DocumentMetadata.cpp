@@ -139,6 +139,14 @@ void report(const MergedCopies& copies, Messages& messages) {
 }
 
 void report(const SupplementOutcome& supplement, Messages& messages) {
+    for (const auto& [name, leftOut] : supplement.leftOut) {
+        messages.warn(
+            {CommandWarnings::leftOutElement,
+             leftOut.firstPlace + "element " + name + " is not expected here, so it is left out" +
+                 (leftOut.count == 1 ? ""
+                                     : "; so it is with " + std::to_string(leftOut.count - 1) +
+                                           " more of that name")});
+    }
     if (supplement.missingSets != 0) {
         messages.note("processing instructions about " + std::to_string(supplement.missingSets) +
                       (supplement.missingSets == 1 ? " set" : " sets") +

@@ -52,7 +52,8 @@ DocumentMetadata readDocumentText(const std::string& text,
                                   DocumentIdentifiers identifiers);
 
 /// Reports what people may want to know of a document that was read: sets that it holds more than
-/// once, instructions that do not fit it, dark sets whose local tags nothing explains.
+/// once, elements without a meaning, instructions that do not fit it, dark sets whose local tags
+/// nothing explains.
 void report(const DocumentMetadata& document, Messages& messages);
 
 } // namespace Corvid::Tool

@@ -48,6 +48,20 @@ void removeOnSignal(const std::string& path) {
     }
 }
 
+/// What a symbolic link leads to in the end, whether it is there or not.
+std::filesystem::path behindLinks(const std::string& given) {
+    constexpr int most = 40; // as many as Linux follows
+    std::filesystem::path path = given;
+    std::error_code error;
+    for (int i = 0; std::filesystem::is_symlink(path, error); ++i) {
+        if (i == most) {
+            throw OutputError(given, "can't write", ELOOP);
+        }
+        path = path.parent_path() / std::filesystem::read_symlink(path, error);
+    }
+    return path;
+}
+
 mode_t permissionsOfNewFiles() {
     const mode_t mask = ::umask(0);
     ::umask(mask);
@@ -64,7 +78,8 @@ struct FileOutput::Target {
         std::error_code error;
         const auto real = std::filesystem::canonical(given, error);
         if (error) {
-            return; // not there yet
+            path = behindLinks(given).string(); // not there yet
+            return;
         }
         path = real.string();
         struct stat status {};

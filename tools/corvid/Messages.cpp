@@ -12,10 +12,12 @@ constexpr std::string_view yellow = "\033[33m";
 constexpr std::string_view plain = "\033[0m";
 constexpr std::string_view clearedLine = "\r\033[K";
 
-/// What reads or writes a file names it in its message; once a line is enough.
+/// What reads or writes a file names it in its message, before a colon; once a line is enough. Any
+/// other word may be the name of a file by chance.
 std::string withoutName(std::string_view file, std::string_view text) {
     std::string message(text);
-    if (const auto at = file.empty() ? std::string::npos : message.find(" " + std::string(file));
+    if (const auto at =
+            file.empty() ? std::string::npos : message.find(" " + std::string(file) + ":");
         at != std::string::npos) {
         message.erase(at, file.size() + 1);
     }

@@ -21,8 +21,13 @@ public:
         : window_(source), header_(mxf::findHeaderPartition(window_, noWarnings_)) {}
 
     /// Whether it has nothing but a header partition and its metadata. What can't be read to its
-    /// end may have more.
+    /// end may have more; what its pack says of essence, an index or a footer was cut off, or is
+    /// being written.
     bool isHeaderPartition() {
+        const mxf::PartitionPack& pack = header_.pack;
+        if (pack.footerPartition != 0 || pack.bodySid != 0 || pack.indexByteCount != 0) {
+            return false;
+        }
         const auto start = mxf::findHeaderMetadata(window_, header_);
         std::uint64_t position = start ? start->triplet.offset : header_.triplet.end();
         const std::uint64_t metadataEnd = position + (start ? header_.pack.headerByteCount : 0);

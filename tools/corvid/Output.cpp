@@ -4,12 +4,39 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <charconv>
 #include <fcntl.h>
+#include <optional>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
 namespace Corvid::Tool {
+
+namespace {
+
+/// The number of the open file that a name such as /dev/stdout stands for.
+std::optional<int> descriptorOf(std::string_view path) {
+    if (path == "/dev/stdout") {
+        return STDOUT_FILENO;
+    }
+    if (path == "/dev/stderr") {
+        return STDERR_FILENO;
+    }
+    for (const std::string_view folder : {"/dev/fd/", "/proc/self/fd/"}) {
+        if (path.substr(0, folder.size()) == folder) {
+            int number = -1;
+            const char* const end = path.data() + path.size();
+            const auto [stop, error] = std::from_chars(path.data() + folder.size(), end, number);
+            return error == std::errc() && stop == end && number >= 0 ? std::optional(number)
+                                                                      : std::nullopt;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
 
 OutputError::OutputError(std::string target, const std::string& what, int errorNumber)
     : IOError(what + " " + target + ": " + std::generic_category().message(errorNumber),
@@ -21,6 +48,14 @@ OutputError::~OutputError() = default;
 std::unique_ptr<Output> Output::open(const std::string& path) {
     if (path == "-") {
         return std::make_unique<DescriptorOutput>(STDOUT_FILENO, "standard output");
+    }
+    if (const auto open = descriptorOf(path)) {
+        // Opened by its name, a file that a shell appends to would be replaced.
+        const int number = ::fcntl(*open, F_DUPFD_CLOEXEC, 0);
+        if (number < 0) {
+            throw OutputError(path, "can't write", errno);
+        }
+        return std::make_unique<DescriptorOutput>(DataIO::FileDescriptor::owning(number), path);
     }
     struct stat status {};
     if (::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode)) {

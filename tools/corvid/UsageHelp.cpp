@@ -56,6 +56,14 @@ std::string unexpected(const CLI::App& app, const std::string& argument,
     return "no option '" + name + "'" + suggestion(name, names, seeHelp);
 }
 
+/// About the first argument before the verb that only verbs may have.
+std::string beforeTheVerb(const CLI::App& app, const CLI::App& verb, const std::string& argument) {
+    const std::string name = argument.substr(0, argument.find('='));
+    return &verb != &app && verb.get_option_no_throw(name) != nullptr
+               ? "option '" + name + "' goes after the verb: corvid " + verb.get_name() + " " + name
+               : unexpected(app, argument, "see corvid help");
+}
+
 } // namespace
 
 CLI::App* declareHelp(CLI::App& app, std::string& wanted) {
@@ -96,6 +104,9 @@ std::string usageText(CLI::App& app, const CLI::ParseError& error) {
     const std::string where = chosen.empty() ? "" : verb.get_name() + ": ";
     const std::string seeHelp = "see corvid help" + (chosen.empty() ? "" : " " + verb.get_name());
     if (dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr) {
+        if (const auto before = app.remaining(); !before.empty()) {
+            return beforeTheVerb(app, verb, before.front());
+        }
         const auto extra = app.remaining(true);
         if (!extra.empty()) {
             return where + unexpected(verb, extra.front(), seeHelp);
@@ -103,7 +114,10 @@ std::string usageText(CLI::App& app, const CLI::ParseError& error) {
     }
     std::string text = error.what();
     if (dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
-        text = text.substr(0, text.find(": ")) + " needs a value";
+        const std::string name = text.substr(0, text.find(": "));
+        const CLI::Option* const option = verb.get_option_no_throw(name);
+        const bool isRepeated = option != nullptr && option->count() > 1;
+        text = name + (isRepeated ? " is there more than once" : " needs a value");
     }
     return where + text + "; " + seeHelp;
 }

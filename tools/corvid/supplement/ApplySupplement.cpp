@@ -104,6 +104,13 @@ void SupplementReader::explainTags(Metadata::PartitionDictionary& primer) const 
     }
 }
 
+void SupplementReader::leaveOut(const std::string& name, const std::string& place) {
+    auto& leftOut = outcome_.leftOut[name];
+    if (++leftOut.count == 1) {
+        leftOut.firstPlace = place;
+    }
+}
+
 const XMLBuilder::Supplement::Properties* SupplementReader::enter(MetadataSet& set,
                                                                   std::u16string_view written) {
     Sayings* sayings = nullptr;

@@ -14,6 +14,13 @@ struct SupplementOutcome {
     std::size_t overruled = 0;   ///< values that the document tells otherwise
     /// The first of them, "set Preface 06.0e. ...: property ...".
     std::vector<std::string> firstOverruled;
+
+    /// Elements of one name that nothing was read from.
+    struct LeftOut {
+        std::string firstPlace; ///< to be put in front of a message
+        std::size_t count = 0;
+    };
+    std::map<std::string, LeftOut> leftOut; ///< by name
 };
 
 /// Reads a document together with its supplement: hand it to the reader, then call apply().
@@ -26,6 +33,7 @@ public:
     void explainTags(Metadata::PartitionDictionary& primer) const;
 
     const Properties* enter(Metadata::MetadataSet& set, std::u16string_view written) override;
+    void leaveOut(const std::string& name, const std::string& place) override;
 
     /// To be called when the document is read, before sets are merged or renamed.
     SupplementOutcome apply(Metadata::PartitionMetadata& metadata);
