@@ -81,7 +81,7 @@ struct DocumentSupplement {
         Types::u32 count;
     };
     struct Partial {
-        bool structuralOnly = false;
+        bool structuralOnly;
         std::optional<Types::UUID> start;
     };
 

@@ -371,10 +371,11 @@ private:
     }
     void readPartial(Reader& line) {
         sayOnce(line, "partial");
-        auto& partial = supplement.partial.emplace();
-        partial.structuralOnly = line.has("structural-only") && line.number("structural-only") != 0;
+        const bool structuralOnly =
+            line.has("structural-only") && line.number("structural-only") != 0;
+        supplement.partial = {structuralOnly, {}};
         if (line.has("start")) {
-            partial.start = line.identifier<Types::UUID>("start");
+            supplement.partial->start = line.identifier<Types::UUID>("start");
         }
     }
 
