@@ -202,6 +202,11 @@ const std::vector<Carried> formCases = {
          t.model.element(t.model.set("Preface", 3), "EssenceContainers")
              .parse(Model::view(std::string(8, '\0')));
      }},
+    {"ItemSizeOfAnEmptyCollectionThatNoItemCanHave", "bytes",
+     [](ThingPartition& t) {
+         t.model.element(t.model.set("Preface", 3), "EssenceContainers")
+             .parse(Model::view(std::string("\0\0\0\0\0\1\0\0", 8)));
+     }},
     {"SecondEmptyPropertyOfOneLabel", "bytes",
      [](ThingPartition& t) {
          t.add("UTF16String", units(u"a"));
