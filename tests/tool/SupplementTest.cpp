@@ -312,6 +312,17 @@ TEST_F(EditedDocument, repeatsBytesInNoMoreSetsThanADocumentHasOfOne) {
     EXPECT_THAT(sizes, ElementsAre(3U, 3U, 1U));
 }
 
+TEST_F(EditedDocument, passesOverInstructionsAboutCopiesThatAreGone) {
+    read(saying("bytes", "ISO7String", "copy=\"1\" hex=\"\""), text("ISO7String", "a"));
+    EXPECT_EQ(bytesOfThing("ISO7String"), "a");
+    EXPECT_EQ(document_.supplement.missingSets, 1U);
+}
+
+TEST_F(EditedDocument, leavesNoEmptyValueWhereOnlyAnotherCopyHasOne) {
+    read(saying("bytes", "ISO7String", "copy=\"1\" hex=\"\""), text("ISO7String", ""));
+    EXPECT_EQ(bytesOfThing("ISO7String"), "none");
+}
+
 TEST_F(EditedDocument, refusesItemsThatWouldWeighMuchMoreThanTheyDo) {
     std::string items = text("Element", std::string(1000, 'x'));
     for (int i = 0; i != 100; ++i) {
