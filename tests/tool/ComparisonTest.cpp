@@ -277,6 +277,17 @@ TEST(Comparison, anUnknownPropertyGoesByItsLabelWhateverItsTag) {
     EXPECT_EQ(differences.front().detail, "61 came back as 62");
 }
 
+TEST(Comparison, aValueThatDoesNotFitGoesByItsLabelWhateverItsTag) {
+    const auto label = Metadata::Structural::StructuralMetadataULs::instanceUID();
+    Model dynamicTag;
+    dynamicTag.partition.partitionDictionary().add(Types::LocalTag(0x8001), label);
+    dynamicTag.unknown(dynamicTag.set("Preface", 1), 0x8001, "a");
+    Model staticTag;
+    staticTag.unknown(staticTag.set("Preface", 1), 0x3C0A, "a");
+    EXPECT_THAT(differencesOf(dynamicTag.partition, staticTag.partition), IsEmpty());
+    EXPECT_THAT(differencesOf(staticTag.partition, dynamicTag.partition), IsEmpty());
+}
+
 TEST(Comparison, saysWhatWasThereAndWhatIsShortly) {
     const auto detail = [](const std::string& before, const std::string& after) {
         Model one;
