@@ -243,6 +243,27 @@ const std::vector<Carried> formCases = {
          t.partition().partitionDictionary().add(Types::LocalTag(0x8001), unknownLabel);
          t.model.unknown(t.model.darkGroup(7), 0x8001, "x");
      }},
+    {"TagOfADarkSetWithTheLabelOfAnUnknownProperty", "primer",
+     [](ThingPartition& t) {
+         auto& tags = t.partition().partitionDictionary();
+         auto other = unknownLabel;
+         other[7] = 0x7F;
+         tags.add(Types::LocalTag(0x8001), other);
+         tags.add(Types::LocalTag(0x8002), unknownLabel);
+         t.model.unknown(t.model.darkGroup(7), 0x8001, "x");
+         t.model.unknown(*t.thing, 0x8002, "x");
+     }},
+    {"VersionOfTheLabelOfInstanceUIDs", "primer",
+     [](ThingPartition& t) {
+         const auto label = Metadata::Structural::StructuralMetadataULs::instanceUID();
+         auto other = label;
+         other[7] = 0x7F;
+         t.partition().partitionDictionary().add(Types::LocalTag(0x3C0A), other);
+         auto& set =
+             t.partition().createEmptyMetadataSet(t.thing->key(), *t.thing->metaMetadataSet());
+         set.createElement(label, t.thing->find(label)->metaAttribute(), 0x3C0A)
+             .parse({uuid(3).rawBuffer(), 16});
+     }},
     {"DarkElementThatWouldTakeTheTagOfADarkSet", "primer",
      [](ThingPartition& t) {
          auto label = Model::darkKey();
@@ -367,6 +388,23 @@ TEST(RoundTrip, ofEveryTypeIsLossless) {
                                                        << linesOf(comparison.differences);
         EXPECT_GT(comparison.properties, 3U) << name;
     }
+}
+
+TEST(RoundTrip, keepsTheLabelOfAPropertyThatATagOfADarkSetHasInAnotherVersion) {
+    ThingPartition things;
+    auto& tags = things.partition().partitionDictionary();
+    const auto& element = things.model.element(*things.thing, "UInt8");
+    const auto label = Metadata::definitionOf(*element.metaAttribute())->label();
+    auto other = label;
+    other[7] = 0x7F;
+    tags.add(Types::LocalTag(0x8001), other);
+    tags.add(Types::LocalTag(0x8002), label);
+    things.model.unknown(things.model.darkGroup(7), 0x8001, "x");
+    things.model.set("Thing", 3)
+        .createElement(label, element.metaAttribute(), 0x8002)
+        .parse(Model::view("x"));
+    const auto comparison = Tool::compareWithRoundTrip(things.partition());
+    EXPECT_THAT(comparison.differences, IsEmpty()) << linesOf(comparison.differences);
 }
 
 TEST(RoundTrip, ofAPartitionWithoutPrefaceIsRefused) {

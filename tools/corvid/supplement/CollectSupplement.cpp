@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <bitset>
 #include <map>
+#include <set>
 
 namespace Corvid::Tool {
 
@@ -95,6 +96,7 @@ public:
                 explainTag(Types::LocalTag(property->tag));
             }
         }
+        tellTags();
         tellClasses();
         return std::move(result_);
     }
@@ -105,13 +107,19 @@ private:
     void explainTagsOf(const MetadataSet& darkGroup);
     void explainTag(const Types::LocalTag& tag);
     void explainElement(const Element& element);
-    void tell(const Types::LocalTag& tag, const Types::UniversalLabel& label);
+    void tellTags();
     void collect(const MetadataSet& set, bool hasNamesakes);
     void collect(const PropertyAddress& property, const Element& element);
     SetAddress addressOf(const MetadataSet& set, bool hasNamesakes);
     PropertyAddress addressOf(const SetAddress& set, const Element& element) const;
     std::string contentOf(const MetadataSet& set) const;
     void tellClasses();
+
+    struct NamedByLabel {
+        DocumentSupplement::PrimerEntry entry;
+        bool isOtherVersion; ///< than the dictionary's
+        bool isUnknown;      ///< so that its element has the label
+    };
 
     const Metadata::PartitionMetadata& metadata_;
     const Metadata::PartitionDictionary& tags_;
@@ -121,9 +129,13 @@ private:
     std::map<KLV::Key, Types::u32> unidentified_; ///< likewise, how many
     std::map<Types::UUID, Types::u32> copies_;    ///< met so far, of what has several
     using Tags = std::bitset<0x10000>;
-    Tags told_;             ///< of which there is an entry
     Tags explainedKnown_;   ///< that were looked at, of properties that the dictionary knows
-    Tags explainedUnknown_; ///< and of others
+    Tags explainedUnknown_; ///< of others
+    Tags explainedDark_;    ///< that are in namedByTag_
+    /// The tags of properties that a document names by their label, in its order.
+    std::vector<NamedByLabel> namedByLabel_;
+    /// The entries of tags that a document names as they are, in its order.
+    std::vector<DocumentSupplement::PrimerEntry> namedByTag_;
 };
 
 /// What most texts and most sets of a class have in common is said once.
@@ -193,13 +205,15 @@ void Collector::explainTagsOf(const MetadataSet& darkGroup) {
 void Collector::explainTag(const Types::LocalTag& tag) {
     const auto* const label = tags_.find(tag, false);
     const auto* const registered = tags_.dictionary()->findElementByStaticTag(tag.value());
-    if (label != nullptr && (registered == nullptr || registered->label() != *label)) {
-        tell(tag, *label);
+    if (label != nullptr && (registered == nullptr || registered->label() != *label) &&
+        !explainedDark_.test(tag.value())) {
+        explainedDark_.set(tag.value());
+        namedByTag_.push_back({tag, *label});
     }
 }
 
 /// Keeps the label of an unknown property that a document names by its static tag, and the version
-/// of the label of a known one.
+/// of the label of another.
 void Collector::explainElement(const Element& element) {
     const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
     const Types::LocalTag tag(element.localTag());
@@ -208,20 +222,42 @@ void Collector::explainElement(const Element& element) {
         return;
     }
     explained.set(tag.value());
-    if (definition == nullptr) {
-        if (tag.isStaticLocalTag()) {
-            explainTag(tag);
-        }
-    } else if (const auto* const label = tags_.find(tag, false);
-               label != nullptr && *label != definition->label()) {
-        tell(tag, *label);
+    if (definition == nullptr && tag.isStaticLocalTag()) {
+        explainTag(tag);
+    } else if (const auto* const label = tags_.find(tag, true)) {
+        namedByLabel_.push_back({{tag, *label},
+                                 definition != nullptr && *label != definition->label(),
+                                 definition == nullptr});
     }
 }
 
-void Collector::tell(const Types::LocalTag& tag, const Types::UniversalLabel& label) {
-    if (!told_.test(tag.value())) {
-        told_.set(tag.value());
-        result_.primer.push_back({tag, label});
+/// A reader gives a property the tag of the first entry with its label. So those that a document
+/// names by label come first, also where the label is the dictionary's and another entry would
+/// take its place.
+void Collector::tellTags() {
+    std::map<std::array<Types::u8, 16>, std::set<Types::u16>> tagsOfLabels;
+    for (const auto& [tag, label] : namedByTag_) {
+        tagsOfLabels[label.withoutVersion()].insert(tag.value());
+    }
+    for (const auto& [entry, isOtherVersion, isUnknown] : namedByLabel_) {
+        if (isOtherVersion || isUnknown) {
+            tagsOfLabels[entry.label.withoutVersion()].insert(entry.tag.value());
+        }
+    }
+    Tags told;
+    for (const auto& [entry, isOtherVersion, isUnknown] : namedByLabel_) {
+        const auto rivals = tagsOfLabels.find(entry.label.withoutVersion());
+        const bool hasRivals = rivals != tagsOfLabels.end() &&
+                               rivals->second.size() > rivals->second.count(entry.tag.value());
+        if ((isOtherVersion || hasRivals) && !told.test(entry.tag.value())) {
+            told.set(entry.tag.value());
+            result_.primer.push_back(entry);
+        }
+    }
+    for (const auto& entry : namedByTag_) {
+        if (!told.test(entry.tag.value())) {
+            result_.primer.push_back(entry);
+        }
     }
 }
 
