@@ -230,6 +230,20 @@ const std::vector<Carried> formCases = {
          t.model.value(second, "OtherNumber", Types::UInt8(2));
          t.model.misplaced(second, "DataStream").parse(Model::view(""));
      }},
+    {"ValueOfASetThatTheDocumentHoldsTwice", "bytes",
+     [](ThingPartition& t) {
+         t.model.reference(*t.thing, "StrongReference", 3);
+         t.model.misplaced(t.model.set("Other", 3), "DataStream").parse(Model::view(""));
+         t.model.value(t.model.set("Other", 3), "OtherNumber", Types::UInt8(2));
+         t.model.reference(t.model.set("Thing", 4), "StrongReference", 3);
+     }},
+    {"ValueOfTheLastSetAfterOneThatTheDocumentHoldsTwice", "bytes",
+     [](ThingPartition& t) {
+         t.model.reference(*t.thing, "StrongReference", 3);
+         t.model.value(t.model.set("Other", 3), "OtherNumber", Types::UInt8(2));
+         t.model.reference(t.model.set("Thing", 4), "StrongReference", 3);
+         t.model.misplaced(t.model.set("Other", 3), "DataStream").parse(Model::view(""));
+     }},
     {"KeyOfOneSetOfItsClass", "key",
      [](ThingPartition& t) {
          t.model.set("Thing", 3);
