@@ -277,6 +277,41 @@ TEST(Comparison, anUnknownPropertyGoesByItsLabelWhateverItsTag) {
     EXPECT_EQ(differences.front().detail, "61 came back as 62");
 }
 
+TEST(Comparison, aValueThatDoesNotFitGoesByItsLabelWhateverItsTag) {
+    const auto label = Metadata::Structural::StructuralMetadataULs::instanceUID();
+    Model dynamicTag;
+    dynamicTag.partition.partitionDictionary().add(Types::LocalTag(0x8001), label);
+    dynamicTag.unknown(dynamicTag.set("Preface", 1), 0x8001, "a");
+    Model staticTag;
+    staticTag.unknown(staticTag.set("Preface", 1), 0x3C0A, "a");
+    EXPECT_THAT(differencesOf(dynamicTag.partition, staticTag.partition), IsEmpty());
+    EXPECT_THAT(differencesOf(staticTag.partition, dynamicTag.partition), IsEmpty());
+}
+
+TEST(Comparison, reportsAnotherVersionOfTheLabelOfAnInstanceUID) {
+    const auto label = Metadata::Structural::StructuralMetadataULs::instanceUID();
+    const auto fill = [&](Model& model, unsigned char version) {
+        auto inFile = label;
+        inFile[7] = version;
+        model.partition.partitionDictionary().add(Types::LocalTag(0x3C0A), inFile);
+        auto& first = model.set("Preface", 1);
+        auto& set = model.partition.createEmptyMetadataSet(first.key(), *first.metaMetadataSet());
+        set.createElement(label, first.find(label)->metaAttribute(), 0x3C0A)
+            .parse({uuid(2).rawBuffer(), 16});
+    };
+    Model before;
+    Model same;
+    Model other;
+    fill(before, 1);
+    fill(same, 1);
+    fill(other, 2);
+    EXPECT_THAT(differencesOf(before.partition, same.partition), IsEmpty());
+    const auto differences = differencesOf(before.partition, other.partition);
+    ASSERT_THAT(kindsOf(differences), ElementsAre(Kind::labelVersion));
+    EXPECT_EQ(differences.front().property, "InstanceUID");
+    EXPECT_EQ(differences.front().detail, "version 01 came back as 02");
+}
+
 TEST(Comparison, saysWhatWasThereAndWhatIsShortly) {
     const auto detail = [](const std::string& before, const std::string& after) {
         Model one;

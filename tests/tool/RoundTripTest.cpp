@@ -202,6 +202,11 @@ const std::vector<Carried> formCases = {
          t.model.element(t.model.set("Preface", 3), "EssenceContainers")
              .parse(Model::view(std::string(8, '\0')));
      }},
+    {"ItemSizeOfAnEmptyCollectionThatNoItemCanHave", "bytes",
+     [](ThingPartition& t) {
+         t.model.element(t.model.set("Preface", 3), "EssenceContainers")
+             .parse(Model::view(std::string("\0\0\0\0\0\1\0\0", 8)));
+     }},
     {"SecondEmptyPropertyOfOneLabel", "bytes",
      [](ThingPartition& t) {
          t.add("UTF16String", units(u"a"));
@@ -225,6 +230,20 @@ const std::vector<Carried> formCases = {
          t.model.value(second, "OtherNumber", Types::UInt8(2));
          t.model.misplaced(second, "DataStream").parse(Model::view(""));
      }},
+    {"ValueOfASetThatTheDocumentHoldsTwice", "bytes",
+     [](ThingPartition& t) {
+         t.model.reference(*t.thing, "StrongReference", 3);
+         t.model.misplaced(t.model.set("Other", 3), "DataStream").parse(Model::view(""));
+         t.model.value(t.model.set("Other", 3), "OtherNumber", Types::UInt8(2));
+         t.model.reference(t.model.set("Thing", 4), "StrongReference", 3);
+     }},
+    {"ValueOfTheLastSetAfterOneThatTheDocumentHoldsTwice", "bytes",
+     [](ThingPartition& t) {
+         t.model.reference(*t.thing, "StrongReference", 3);
+         t.model.value(t.model.set("Other", 3), "OtherNumber", Types::UInt8(2));
+         t.model.reference(t.model.set("Thing", 4), "StrongReference", 3);
+         t.model.misplaced(t.model.set("Other", 3), "DataStream").parse(Model::view(""));
+     }},
     {"KeyOfOneSetOfItsClass", "key",
      [](ThingPartition& t) {
          t.model.set("Thing", 3);
@@ -237,6 +256,27 @@ const std::vector<Carried> formCases = {
      [](ThingPartition& t) {
          t.partition().partitionDictionary().add(Types::LocalTag(0x8001), unknownLabel);
          t.model.unknown(t.model.darkGroup(7), 0x8001, "x");
+     }},
+    {"TagOfADarkSetWithTheLabelOfAnUnknownProperty", "primer",
+     [](ThingPartition& t) {
+         auto& tags = t.partition().partitionDictionary();
+         auto other = unknownLabel;
+         other[7] = 0x7F;
+         tags.add(Types::LocalTag(0x8001), other);
+         tags.add(Types::LocalTag(0x8002), unknownLabel);
+         t.model.unknown(t.model.darkGroup(7), 0x8001, "x");
+         t.model.unknown(*t.thing, 0x8002, "x");
+     }},
+    {"VersionOfTheLabelOfInstanceUIDs", "primer",
+     [](ThingPartition& t) {
+         const auto label = Metadata::Structural::StructuralMetadataULs::instanceUID();
+         auto other = label;
+         other[7] = 0x7F;
+         t.partition().partitionDictionary().add(Types::LocalTag(0x3C0A), other);
+         auto& set =
+             t.partition().createEmptyMetadataSet(t.thing->key(), *t.thing->metaMetadataSet());
+         set.createElement(label, t.thing->find(label)->metaAttribute(), 0x3C0A)
+             .parse({uuid(3).rawBuffer(), 16});
      }},
     {"DarkElementThatWouldTakeTheTagOfADarkSet", "primer",
      [](ThingPartition& t) {
@@ -362,6 +402,23 @@ TEST(RoundTrip, ofEveryTypeIsLossless) {
                                                        << linesOf(comparison.differences);
         EXPECT_GT(comparison.properties, 3U) << name;
     }
+}
+
+TEST(RoundTrip, keepsTheLabelOfAPropertyThatATagOfADarkSetHasInAnotherVersion) {
+    ThingPartition things;
+    auto& tags = things.partition().partitionDictionary();
+    const auto& element = things.model.element(*things.thing, "UInt8");
+    const auto label = Metadata::definitionOf(*element.metaAttribute())->label();
+    auto other = label;
+    other[7] = 0x7F;
+    tags.add(Types::LocalTag(0x8001), other);
+    tags.add(Types::LocalTag(0x8002), label);
+    things.model.unknown(things.model.darkGroup(7), 0x8001, "x");
+    things.model.set("Thing", 3)
+        .createElement(label, element.metaAttribute(), 0x8002)
+        .parse(Model::view("x"));
+    const auto comparison = Tool::compareWithRoundTrip(things.partition());
+    EXPECT_THAT(comparison.differences, IsEmpty()) << linesOf(comparison.differences);
 }
 
 TEST(RoundTrip, ofAPartitionWithoutPrefaceIsRefused) {

@@ -126,7 +126,10 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"NoQuotes", instruction("bytes hex=00"), "expected attributes as name=\"value\""},
         Refused{"NoClosingQuote", instruction("bytes hex=\"00"), "no closing quotation mark"},
         Refused{"NoSpace", instruction("primer tag=\"80.01\"label=\"x\""), "expected white space"},
-        Refused{"AttributeTwice", instruction("bytes hex=\"00\" hex=\"00\""), "once too often"},
+        Refused{"AttributeTwice", instruction("bytes hex=\"00\" hex=\"00\""), "hex a second time"},
+        Refused{"TooManyAttributes",
+                instruction("bytes a=\"\" b=\"\" c=\"\" d=\"\" e=\"\" f=\"\" g=\"\" h=\"\" i=\"\""),
+                "more than 8 attributes"},
         Refused{"UnknownAttribute", instruction("bytes " + property("hex=\"\" x=\"\"")),
                 "unknown attribute x"},
         Refused{"OddDigits", instruction("bytes " + property("hex=\"0\"")),
@@ -310,6 +313,17 @@ TEST_F(EditedDocument, repeatsBytesInNoMoreSetsThanADocumentHasOfOne) {
         }
     }
     EXPECT_THAT(sizes, ElementsAre(3U, 3U, 1U));
+}
+
+TEST_F(EditedDocument, passesOverInstructionsAboutCopiesThatAreGone) {
+    read(saying("bytes", "ISO7String", "copy=\"1\" hex=\"\""), text("ISO7String", "a"));
+    EXPECT_EQ(bytesOfThing("ISO7String"), "a");
+    EXPECT_EQ(document_.supplement.missingSets, 1U);
+}
+
+TEST_F(EditedDocument, leavesNoEmptyValueWhereOnlyAnotherCopyHasOne) {
+    read(saying("bytes", "ISO7String", "copy=\"1\" hex=\"\""), text("ISO7String", ""));
+    EXPECT_EQ(bytesOfThing("ISO7String"), "none");
 }
 
 TEST_F(EditedDocument, refusesItemsThatWouldWeighMuchMoreThanTheyDo) {

@@ -25,7 +25,8 @@ public:
         if (const auto* label = tags_.find(tag, true)) {
             listed.label = *label;
         }
-        if (listed.label && !tag.isStaticLocalTag()) {
+        if (listed.label && (!tag.isStaticLocalTag() ||
+                             tags_.dictionary()->findElement(*listed.label) != nullptr)) {
             identify('u', *listed.label);
         } else {
             listed.identity[0] = 't';

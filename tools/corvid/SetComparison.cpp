@@ -65,6 +65,18 @@ std::string keyDifference(const KLV::Key& before, const KLV::Key& after) {
                              Platform::toUtf8(after.toString()));
 }
 
+/// The InstanceUID of a set; null without one.
+const Metadata::Element* findInstanceUID(const MetadataSet& set) {
+    const auto instanceUID =
+        Metadata::Structural::StructuralMetadataULs::instanceUID().withoutVersion();
+    for (const auto& [label, element] : set.made()) {
+        if (label.withoutVersion() == instanceUID && !element->isSkipped()) {
+            return element;
+        }
+    }
+    return nullptr;
+}
+
 template <class Image>
 std::string contentOf(const Metadata::PartitionDictionary& tags, const MetadataSet& set,
                       Image image) {
@@ -114,6 +126,7 @@ void SetComparison::compare(const MetadataSet& before, const MetadataSet& after)
             fmt::format("lengths of {} octets came back with {}", before.propertyBerLength(),
                         after.propertyBerLength()));
     }
+    compareInstanceUIDs(before, after);
     const Properties olds = listProperties(before_, before);
     const Properties news = listProperties(after_, after);
     Range old{olds.begin(), olds.begin()};
@@ -132,6 +145,26 @@ void SetComparison::compare(const MetadataSet& before, const MetadataSet& after)
         compareAlike(old, fresh);
         old.first = old.second;
         fresh.first = fresh.second;
+    }
+}
+
+/// The identifiers may be others, but not what says that they are identifiers.
+void SetComparison::compareInstanceUIDs(const MetadataSet& before, const MetadataSet& after) {
+    const auto* const old = findInstanceUID(before);
+    const auto* const fresh = findInstanceUID(after);
+    const auto* const label = old == nullptr || old->localTag() == 0
+                                  ? nullptr
+                                  : before_.find(Types::LocalTag(old->localTag()), true);
+    if (label == nullptr || fresh == nullptr) {
+        return;
+    }
+    const auto* inFile = after_.find(Types::LocalTag(fresh->localTag()), true);
+    if (inFile == nullptr) {
+        inFile = &Metadata::definitionOf(*fresh->metaAttribute())->label();
+    }
+    if (*inFile != *label) {
+        add(Kind::labelVersion, before, versions((*label)[7], (*inFile)[7]));
+        differences_.back().property = "InstanceUID";
     }
 }
 

@@ -15,7 +15,8 @@ public:
                   std::vector<Difference>& differences)
         : before_(before), after_(after), renaming_(renaming), differences_(differences) {}
 
-    /// Adds the differences of class, key and properties; the InstanceUID does not matter.
+    /// Adds the differences of class, key and properties; of the InstanceUID, the label counts but
+    /// not the value.
     void compare(const Metadata::MetadataSet& before, const Metadata::MetadataSet& after);
 
     /// All that a set of the file says, references renamed, and a set that came back: the same
@@ -32,6 +33,8 @@ private:
 
     void add(DifferenceKind kind, const Metadata::PartitionDictionary& tags,
              const ListedProperty& property, std::string detail = {});
+    void compareInstanceUIDs(const Metadata::MetadataSet& before,
+                             const Metadata::MetadataSet& after);
     void compareAlike(Range olds, Range news);
     void compareLabels(const ListedProperty& before, const ListedProperty& after);
 

@@ -56,10 +56,14 @@ DocumentSupplement supplementOf(const PartitionMetadata& metadata, const Documen
         return collectSupplement(metadata);
     }
     const auto written = identifiersIn(static_cast<const xercesc::DOMDocument&>(document));
-    auto supplement = collectSupplement(metadata, [&](const MetadataSet& set) {
-        return !set.hasInstanceUID() ||
-               written.count(XMLUtils::toXml(set.instanceUID().toString().c_str())) != 0;
-    });
+    const MetadataSet& start =
+        content.start ? metadata.resolve(*content.start).front() : prefaceOf(metadata);
+    auto supplement = collectSupplement(
+        metadata, DocumentPart{&start, content.structuralOnly, [&](const MetadataSet& set) {
+                                   return !set.hasInstanceUID() ||
+                                          written.count(XMLUtils::toXml(
+                                              set.instanceUID().toString().c_str())) != 0;
+                               }});
     supplement.partial = {content.structuralOnly, content.start};
     return supplement;
 }

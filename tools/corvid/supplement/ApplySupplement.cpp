@@ -149,8 +149,12 @@ SupplementOutcome SupplementReader::apply(Metadata::PartitionMetadata& metadata)
         set->find(Metadata::Structural::StructuralMetadataULs::instanceUID())->accept(clear);
     }
     const auto countMissing = [this](const auto& all) {
-        outcome_.missingSets += static_cast<std::size_t>(std::count_if(
-            all.begin(), all.end(), [](const auto& each) { return each.second.met == 0; }));
+        for (const auto& [address, sayings] : all) {
+            const auto met = sayings.met;
+            outcome_.missingSets += static_cast<std::size_t>(std::count_if(
+                sayings.groups.begin(), sayings.groups.end(),
+                [met](const auto& group) { return group.first ? *group.first >= met : met == 0; }));
+        }
     };
     countMissing(ofSets_);
     countMissing(ofUnidentified_);
@@ -200,6 +204,23 @@ void SupplementReader::applyToSet(const Met& met) {
             applyGroup(*met.set, met.sayings->properties, group->second);
         }
     }
+    clearEmptyValues(*met.set, met.sayings->properties);
+}
+
+/// Without further word, an empty element is no value; also where the word is about another set
+/// with that address.
+void SupplementReader::clearEmptyValues(MetadataSet& set, const Properties& properties) {
+    std::vector<Element*> empty;
+    forEachElement(set, [&](Element& element) {
+        if (element.serializedSize() == 0 && restored_.count(&element) == 0 &&
+            properties.count(identityOf(*element.metaAttribute(), *tags_)) != 0) {
+            empty.push_back(&element);
+        }
+    });
+    Clear clear;
+    for (Element* const element : empty) {
+        element->accept(clear);
+    }
 }
 
 void SupplementReader::applyGroup(MetadataSet& set, const Properties& properties,
@@ -248,13 +269,6 @@ void SupplementReader::applyToProperty(MetadataSet& set, const std::vector<Eleme
             next += element == nullptr ? 0 : 1;
         }
     }
-    // Without further word, an empty element is no value.
-    for (Element* element : present) {
-        if (restored_.count(element) == 0 && element->serializedSize() == 0) {
-            Clear clear;
-            element->accept(clear);
-        }
-    }
 }
 
 /// Gives an element its bytes, where the document holds what they look like in it.
@@ -279,15 +293,18 @@ bool SupplementReader::insert(MetadataSet& set, const DocumentSupplement::Bytes&
     std::optional<std::string> told;
     if (Element* const own = set.find(*bytes.property.label); own != nullptr && own->isSkipped()) {
         return tellOf(own->metaAttribute(), bytes.bytes, told) && !told &&
-               own->parse(viewOf(bytes.bytes));
+               own->parse(viewOf(bytes.bytes)) && restored_.insert(own).second;
     }
     const auto* const definition = tags_->dictionary()->findElement(*bytes.property.label);
     if (definition == nullptr) {
         return false;
     }
     const Element::Attribute misplaced(new MetaMetadata::MisplacedAttribute(*definition));
-    return tellOf(misplaced, bytes.bytes, told) && !told &&
-           set.createInvalidElement(misplaced).parse(viewOf(bytes.bytes));
+    if (!tellOf(misplaced, bytes.bytes, told) || told) {
+        return false;
+    }
+    Element& made = set.createInvalidElement(misplaced);
+    return made.parse(viewOf(bytes.bytes)) && restored_.insert(&made).second;
 }
 
 void SupplementReader::terminateTexts(Metadata::PartitionMetadata& metadata) {

@@ -72,6 +72,7 @@ private:
     void applyGroup(Metadata::MetadataSet& set, const Properties& properties, const Group& group);
     void applyToProperty(Metadata::MetadataSet& set, const std::vector<Metadata::Element*>& present,
                          const std::vector<Saying>& sayings);
+    void clearEmptyValues(Metadata::MetadataSet& set, const Properties& properties);
     bool restore(Metadata::Element& element, const std::string& bytes);
     bool insert(Metadata::MetadataSet& set, const DocumentSupplement::Bytes& bytes);
     void terminateTexts(Metadata::PartitionMetadata& metadata);

@@ -14,6 +14,9 @@
 #include <algorithm>
 #include <bitset>
 #include <map>
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
 
 namespace Corvid::Tool {
 
@@ -62,19 +65,111 @@ std::size_t zerosAfter(const Element& text) {
 
 KeyForm formOf(const MetadataSet& set) { return {set.key(), set.propertyBerLength()}; }
 
+/// Which of the sets with its InstanceUID, in the order of the document, a set is; of those that
+/// share one. Several numbers where the document holds it several times.
+using CopyNumbers = std::unordered_map<const MetadataSet*, std::vector<Types::u32>>;
+
+/// Finds the sets that a set owns.
+class Owned : public Metadata::Visitors::ElementVisitor {
+public:
+    void visit(const Metadata::SimpleElement&) override {}
+    void visit(const Metadata::BatchElement&) override {}
+    void visit(const Metadata::ArrayElement&) override {}
+    void visit(const Metadata::ReferenceElement& element) override { add(*element.value()); }
+    void visit(const Metadata::ReferenceBatchElement& element) override { addEach(element); }
+    void visit(const Metadata::ReferenceArrayElement& element) override { addEach(element); }
+
+    std::vector<const Types::Reference*> references;
+
+private:
+    void add(const Types::Reference& reference) {
+        if (reference.isStrong()) {
+            references.push_back(&reference);
+        }
+    }
+    void addEach(const Metadata::ReferenceCollectionElement& element) {
+        for (Types::u32 i = 0; i != element.size(); ++i) {
+            add(element.at(i));
+        }
+    }
+};
+
+/// A document holds the tree, and then each set outside of it with what it owns, once in each of
+/// the two. Only the first of the sets with an InstanceUID is found by reference, so it does not
+/// matter in which order a set names what it owns.
+class CopyCount {
+public:
+    CopyCount(const Metadata::PartitionMetadata& metadata, bool structuralOnly)
+        : metadata_(metadata), structuralOnly_(structuralOnly) {}
+
+    void add(const MetadataSet& set) {
+        if (set.hasInstanceUID() && metadata_.resolve(set.instanceUID()).size() > 1) {
+            numbers[&set].push_back(next_[set.instanceUID()]++);
+        }
+    }
+
+    void addWithOwned(const MetadataSet& root) {
+        std::vector<const MetadataSet*> waiting{&root};
+        while (!waiting.empty()) {
+            const MetadataSet& set = *waiting.back();
+            waiting.pop_back();
+            if (set.metaMetadataSet() == nullptr || !seen_.insert(&set).second) {
+                continue;
+            }
+            add(set);
+            Owned owned;
+            forEachElement(set, [&](const Element& element) { element.accept(owned); });
+            for (const Types::Reference* const reference : owned.references) {
+                const auto targets = metadata_.resolve(*reference);
+                if (!targets.empty() &&
+                    (!structuralOnly_ || KLV::isStructuralMetadataSet(targets.front().key()))) {
+                    waiting.push_back(&targets.front());
+                }
+            }
+        }
+    }
+
+    void forgetSeen() { seen_.clear(); }
+
+    CopyNumbers numbers;
+
+private:
+    const Metadata::PartitionMetadata& metadata_;
+    bool structuralOnly_;
+    std::map<Types::UUID, Types::u32> next_;
+    std::unordered_set<const MetadataSet*> seen_;
+};
+
+/// @param order    the sets of the Preface's tree, then those outside of it.
+/// @param outside  how many those are.
+CopyNumbers numberCopies(const Metadata::PartitionMetadata& metadata,
+                         const Templates::vector<const MetadataSet*>& order, std::size_t outside,
+                         const std::optional<DocumentPart>& part) {
+    CopyCount count(metadata, part && part->structuralOnly);
+    const auto outsideBegin = order.end() - static_cast<std::ptrdiff_t>(outside);
+    if (part) {
+        count.addWithOwned(*part->start);
+    } else {
+        std::for_each(order.begin(), outsideBegin, [&](const auto* set) { count.add(*set); });
+    }
+    count.forgetSeen();
+    std::for_each(outsideBegin, order.end(), [&](const auto* set) { count.addWithOwned(*set); });
+    return std::move(count.numbers);
+}
+
 class Collector {
 public:
-    Collector(const Metadata::PartitionMetadata& metadata,
-              const std::function<bool(const MetadataSet&)>& isWritten)
-        : metadata_(metadata), tags_(metadata.partitionDictionary()), isWritten_(isWritten) {}
+    Collector(const Metadata::PartitionMetadata& metadata, const std::optional<DocumentPart>& part)
+        : metadata_(metadata), tags_(metadata.partitionDictionary()), part_(part) {}
 
     DocumentSupplement collect() {
         findWhatIsUsual();
         // As a document has them, so that the same document always has the same instructions.
         Templates::vector<const MetadataSet*> order;
-        metadata_.calculateSerializationOrder(order, true, false);
+        const std::size_t outside = metadata_.calculateSerializationOrder(order, true, false);
+        copyNumbers_ = numberCopies(metadata_, order, outside, part_);
         for (const MetadataSet* set : order) {
-            if (isWritten_ && !isWritten_(*set)) {
+            if (part_ && !part_->isWritten(*set)) {
                 continue;
             }
             const auto namesakes =
@@ -95,6 +190,7 @@ public:
                 explainTag(Types::LocalTag(property->tag));
             }
         }
+        tellTags();
         tellClasses();
         return std::move(result_);
     }
@@ -105,25 +201,36 @@ private:
     void explainTagsOf(const MetadataSet& darkGroup);
     void explainTag(const Types::LocalTag& tag);
     void explainElement(const Element& element);
-    void tell(const Types::LocalTag& tag, const Types::UniversalLabel& label);
+    void tellTags();
     void collect(const MetadataSet& set, bool hasNamesakes);
+    void collect(const MetadataSet& set, const SetAddress& address);
     void collect(const PropertyAddress& property, const Element& element);
-    SetAddress addressOf(const MetadataSet& set, bool hasNamesakes);
+    std::vector<SetAddress> addressesOf(const MetadataSet& set, bool hasNamesakes);
     PropertyAddress addressOf(const SetAddress& set, const Element& element) const;
     std::string contentOf(const MetadataSet& set) const;
     void tellClasses();
 
+    struct NamedByLabel {
+        DocumentSupplement::PrimerEntry entry;
+        bool isOtherVersion; ///< than the dictionary's
+        bool isUnknown;      ///< so that its element has the label
+    };
+
     const Metadata::PartitionMetadata& metadata_;
     const Metadata::PartitionDictionary& tags_;
-    const std::function<bool(const MetadataSet&)>& isWritten_;
+    const std::optional<DocumentPart>& part_;
     DocumentSupplement result_;
     std::map<KLV::Key, KeyForm> usualForms_;      ///< by the dictionary's
     std::map<KLV::Key, Types::u32> unidentified_; ///< likewise, how many
-    std::map<Types::UUID, Types::u32> copies_;    ///< met so far, of what has several
+    CopyNumbers copyNumbers_;
     using Tags = std::bitset<0x10000>;
-    Tags told_;             ///< of which there is an entry
     Tags explainedKnown_;   ///< that were looked at, of properties that the dictionary knows
-    Tags explainedUnknown_; ///< and of others
+    Tags explainedUnknown_; ///< of others
+    Tags explainedDark_;    ///< that are in namedByTag_
+    /// The tags of properties that a document names by their label, in its order.
+    std::vector<NamedByLabel> namedByLabel_;
+    /// The entries of tags that a document names as they are, in its order.
+    std::vector<DocumentSupplement::PrimerEntry> namedByTag_;
 };
 
 /// What most texts and most sets of a class have in common is said once.
@@ -193,13 +300,15 @@ void Collector::explainTagsOf(const MetadataSet& darkGroup) {
 void Collector::explainTag(const Types::LocalTag& tag) {
     const auto* const label = tags_.find(tag, false);
     const auto* const registered = tags_.dictionary()->findElementByStaticTag(tag.value());
-    if (label != nullptr && (registered == nullptr || registered->label() != *label)) {
-        tell(tag, *label);
+    if (label != nullptr && (registered == nullptr || registered->label() != *label) &&
+        !explainedDark_.test(tag.value())) {
+        explainedDark_.set(tag.value());
+        namedByTag_.push_back({tag, *label});
     }
 }
 
 /// Keeps the label of an unknown property that a document names by its static tag, and the version
-/// of the label of a known one.
+/// of the label of another.
 void Collector::explainElement(const Element& element) {
     const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
     const Types::LocalTag tag(element.localTag());
@@ -208,33 +317,60 @@ void Collector::explainElement(const Element& element) {
         return;
     }
     explained.set(tag.value());
-    if (definition == nullptr) {
-        if (tag.isStaticLocalTag()) {
-            explainTag(tag);
+    if (definition == nullptr && tag.isStaticLocalTag()) {
+        explainTag(tag);
+    } else if (const auto* const label = tags_.find(tag, true)) {
+        namedByLabel_.push_back({{tag, *label},
+                                 definition != nullptr && *label != definition->label(),
+                                 definition == nullptr});
+    }
+}
+
+/// A reader gives a property the tag of the first entry with its label. So those that a document
+/// names by label come first, also where the label is the dictionary's and another entry would
+/// take its place.
+void Collector::tellTags() {
+    std::map<std::array<Types::u8, 16>, std::set<Types::u16>> tagsOfLabels;
+    for (const auto& [tag, label] : namedByTag_) {
+        tagsOfLabels[label.withoutVersion()].insert(tag.value());
+    }
+    for (const auto& [entry, isOtherVersion, isUnknown] : namedByLabel_) {
+        if (isOtherVersion || isUnknown) {
+            tagsOfLabels[entry.label.withoutVersion()].insert(entry.tag.value());
         }
-    } else if (const auto* const label = tags_.find(tag, false);
-               label != nullptr && *label != definition->label()) {
-        tell(tag, *label);
+    }
+    Tags told;
+    for (const auto& [entry, isOtherVersion, isUnknown] : namedByLabel_) {
+        const auto rivals = tagsOfLabels.find(entry.label.withoutVersion());
+        const bool hasRivals = rivals != tagsOfLabels.end() &&
+                               rivals->second.size() > rivals->second.count(entry.tag.value());
+        if ((isOtherVersion || hasRivals) && !told.test(entry.tag.value())) {
+            told.set(entry.tag.value());
+            result_.primer.push_back(entry);
+        }
+    }
+    for (const auto& entry : namedByTag_) {
+        if (!told.test(entry.tag.value())) {
+            result_.primer.push_back(entry);
+        }
     }
 }
 
-void Collector::tell(const Types::LocalTag& tag, const Types::UniversalLabel& label) {
-    if (!told_.test(tag.value())) {
-        told_.set(tag.value());
-        result_.primer.push_back({tag, label});
-    }
-}
-
-SetAddress Collector::addressOf(const MetadataSet& set, bool hasNamesakes) {
+/// The places where a document holds a set: it has some of those outside the tree twice.
+std::vector<SetAddress> Collector::addressesOf(const MetadataSet& set, bool hasNamesakes) {
     if (!set.hasInstanceUID()) {
         const KLV::Key& setClass = set.metaMetadataSet()->key();
-        return {{}, setClass, unidentified_[setClass]++};
+        return {{{}, setClass, unidentified_[setClass]++}};
     }
-    SetAddress address{set.instanceUID(), {}, {}};
-    if (hasNamesakes) {
-        address.copy = copies_[*address.instanceUID]++;
+    const Types::UUID uid = set.instanceUID();
+    if (!hasNamesakes) {
+        return {{uid, {}, {}}};
     }
-    return address;
+    std::vector<SetAddress> addresses;
+    for (const Types::u32 copy : copyNumbers_[&set]) {
+        addresses.push_back({uid, {}, copy});
+    }
+    return addresses;
 }
 
 PropertyAddress Collector::addressOf(const SetAddress& set, const Element& element) const {
@@ -245,7 +381,12 @@ PropertyAddress Collector::addressOf(const SetAddress& set, const Element& eleme
 }
 
 void Collector::collect(const MetadataSet& set, bool hasNamesakes) {
-    const SetAddress address = addressOf(set, hasNamesakes);
+    for (const SetAddress& address : addressesOf(set, hasNamesakes)) {
+        collect(set, address);
+    }
+}
+
+void Collector::collect(const MetadataSet& set, const SetAddress& address) {
     if (const KeyForm form = formOf(set); form != usualForms_[set.metaMetadataSet()->key()]) {
         result_.setKeys.push_back({address, form});
     }
@@ -296,8 +437,8 @@ void Collector::tellClasses() {
 } // namespace
 
 DocumentSupplement collectSupplement(const Metadata::PartitionMetadata& metadata,
-                                     const std::function<bool(const MetadataSet&)>& isWritten) {
-    return Collector(metadata, isWritten).collect();
+                                     const std::optional<DocumentPart>& part) {
+    return Collector(metadata, part).collect();
 }
 
 } // namespace Corvid::Tool

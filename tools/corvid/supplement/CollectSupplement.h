@@ -4,13 +4,20 @@
 #include "tools/corvid/supplement/DocumentSupplement.h"
 
 #include <functional>
+#include <optional>
 
 namespace Corvid::Tool {
 
+/// A part of a partition that a document holds.
+struct DocumentPart {
+    const Metadata::MetadataSet* start; ///< the set that it begins with. Borrowed.
+    bool structuralOnly;                ///< without sets that are no structural metadata
+    std::function<bool(const Metadata::MetadataSet&)> isWritten;
+};
+
 /// Finds what of a partition its document has no place for.
-/// @param isWritten  tells which sets are in the document; empty for all.
-DocumentSupplement collectSupplement(
-    const Metadata::PartitionMetadata& metadata,
-    const std::function<bool(const Metadata::MetadataSet&)>& isWritten = {});
+/// @param part  what of it is in the document; nothing for all.
+DocumentSupplement collectSupplement(const Metadata::PartitionMetadata& metadata,
+                                     const std::optional<DocumentPart>& part = {});
 
 } // namespace Corvid::Tool

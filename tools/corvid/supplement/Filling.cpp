@@ -95,7 +95,8 @@ std::optional<Filling> findFilling(const Element& element, const std::string& st
         const auto told = bytesFromDocument(element, hasTexts ? XMLBuilder::EmptyParts::values
                                                               : XMLBuilder::EmptyParts::missing);
         const std::size_t size = numberAt(stored, 4);
-        if (told && (hasTexts || numberAt(*told, 0) == 0) && withItemSize(*told, size) == stored) {
+        if (told && size <= Types::ByteRun::greatestSize && (hasTexts || numberAt(*told, 0) == 0) &&
+            withItemSize(*told, size) == stored) {
             return Filling{size, true};
         }
         return std::nullopt;

@@ -236,8 +236,11 @@ private:
             refuse(std::string(name) + ": no closing quotation mark");
         }
         constexpr std::size_t most = 8;
-        if (has(name) || attributes_.size() == most) {
-            refuse("attribute " + std::string(name) + " once too often");
+        if (has(name)) {
+            refuse("attribute " + std::string(name) + " a second time");
+        }
+        if (attributes_.size() == most) {
+            refuse("more than " + std::to_string(most) + " attributes");
         }
         attributes_.push_back({name, rest_.substr(2, end - 2)});
         rest_.remove_prefix(end + 1);
