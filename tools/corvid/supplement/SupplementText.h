@@ -6,6 +6,14 @@
 
 namespace Corvid::Tool {
 
+/// What the instructions of a supplement have as target, and the version of what they say.
+constexpr std::string_view supplementTarget = "corvid";
+constexpr std::string_view supplementFormat = "1";
+
+constexpr const char* nameOf(DocumentSupplement::Form::Unit unit) {
+    return unit == DocumentSupplement::Form::Unit::octets ? "octets" : "item";
+}
+
 /// The processing instructions of a supplement, in the order in which they are written, without
 /// "<?" and "?>"; ASCII. None for a supplement that says nothing.
 std::vector<std::string> toInstructions(const DocumentSupplement& supplement);
