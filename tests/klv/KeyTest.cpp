@@ -50,7 +50,7 @@ TEST(Key, matchesWhateverTheCodingOfItsProperties) {
 }
 
 TEST(Key, hasACodingOnlyWhereItIsThatOfALocalSet) {
-    for (const std::size_t i : {0, 1, 2, 3, 4, 6}) {
+    for (const std::size_t i : {0U, 1U, 2U, 3U, 4U, 6U}) {
         Bytes bytes = with(i, 0x7E).bytes();
         const Key twoBytes(bytes);
         bytes[5] = 0x13;

@@ -32,7 +32,10 @@ std::string printable(std::string_view text) {
         if (longControl) {
             line += escaped(static_cast<unsigned char>(text[++i]));
         } else if (changesLayout(text.substr(i))) {
-            const unsigned low = (text[i + 1] & 1U) << 6 | (text[i + 2] & 0x3FU);
+            const auto bits = [&](std::size_t at, unsigned mask) {
+                return static_cast<unsigned char>(text[at]) & mask;
+            };
+            const unsigned low = bits(i + 1, 1) << 6 | bits(i + 2, 0x3F);
             line += {'\\', 'u', '2', '0', digits[low >> 4], digits[low & 15]};
             i += 2;
         } else if (byte < 0x20 || byte == 0x7F) {
