@@ -66,7 +66,7 @@ public:
     Serialiser(Layout layout, InvalidCharacters& invalid, TextEncoder& out)
         : invalid_(invalid), out_(out), documentOnOneLine_(layout == Layout::compact) {}
 
-    void write(const DOMNode& top, const char* encodingName, std::string_view inFront = {});
+    void write(const DOMNode& top, const char* encodingName, std::string_view inFront = "");
 
 private:
     bool enter(const DOMNode& node);

@@ -41,7 +41,7 @@ enum class Layout {
 ///                          Part of the document may have gone to the sink.
 CORVID_XMLUTILS_EXPORT void serialise(const xercesc::DOMNode* node, EncodingType encoding,
                                       Layout layout, InvalidCharacters& invalid,
-                                      DataIO::DataSink& sink, std::string_view inFront = {});
+                                      DataIO::DataSink& sink, std::string_view inFront = "");
 
 /// Writes a document as UTF-16 text. Its XML declaration names `encoding`, for whoever stores the
 /// text in that encoding; loadDocumentFromBuffer reads the text's own bytes for every encoding.
