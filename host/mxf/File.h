@@ -52,8 +52,8 @@ public:
     /// The bytes before the header partition pack.
     std::uint64_t runIn() const noexcept { return originOf(header_).runIn; }
 
-    /// All partitions that findPartitions() finds, in the order of the file; the header partition is
-    /// the first. Read on first use; a pipe is then read to its end.
+    /// All partitions that findPartitions() finds, in the order of the file; the header partition
+    /// is the first. Read on first use; a pipe is then read to its end.
     /// @throws IOError  the file can't be read.
     const Partitions& partitions();
 

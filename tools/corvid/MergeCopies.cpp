@@ -105,8 +105,7 @@ void mergeDarkSets(PartitionMetadata& metadata, const CopyCounts& counts, Merged
     for (auto set = metadata.darkBegin(); set != metadata.darkEnd();) {
         const auto identifier = identifierOf(**set, metadata.partitionDictionary());
         if (identifier) {
-            auto& copies =
-                seen.tryEmplace(*identifier, copiesOf(*identifier, counts)).first;
+            auto& copies = seen.tryEmplace(*identifier, copiesOf(*identifier, counts)).first;
             const auto verdict = copies.add(bytesOf(**set));
             if (verdict == Copies::Verdict::tooMany) {
                 ++merged.equal;

@@ -10,9 +10,7 @@ public:
     void add(const Types::UUID& before, const Types::UUID& after) { names_[before] = after; }
 
     /// What stands for an identifier, or null for itself.
-    const Types::UUID* find(const Types::UUID& before) const {
-        return names_.find(before);
-    }
+    const Types::UUID* find(const Types::UUID& before) const { return names_.find(before); }
 
     const Types::UUID& of(const Types::UUID& before) const {
         const Types::UUID* const found = names_.find(before);

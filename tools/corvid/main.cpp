@@ -20,8 +20,8 @@ bool wantsColours(int file) {
     return isTerminal(file) && (no == nullptr || *no == '\0');
 }
 
-/// Takes the descriptors of standard input, output and error where they are closed: else a file that
-/// is opened would get one, and messages would go into it. Reading and writing still fail.
+/// Takes the descriptors of standard input, output and error where they are closed: else a file
+/// that is opened would get one, and messages would go into it. Reading and writing still fail.
 void takeStandardDescriptors() {
     for (const int file : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (::fcntl(file, F_GETFD) == -1) {

@@ -88,14 +88,16 @@ public:
 
     std::string bytes(std::string_view name) {
         const std::string_view text = take(name);
+        constexpr unsigned none = 16;
         const auto digit = [](char each) {
-            return each >= '0' && each <= '9'   ? each - '0'
-                   : each >= 'A' && each <= 'F' ? each - 'A' + 10
-                   : each >= 'a' && each <= 'f' ? each - 'a' + 10
-                                                : -1;
+            const auto unit = static_cast<unsigned>(each);
+            return each >= '0' && each <= '9'   ? unit - '0'
+                   : each >= 'A' && each <= 'F' ? unit - 'A' + 10
+                   : each >= 'a' && each <= 'f' ? unit - 'a' + 10
+                                                : none;
         };
         if (text.size() % 2 != 0 ||
-            std::any_of(text.begin(), text.end(), [&](char each) { return digit(each) < 0; })) {
+            std::any_of(text.begin(), text.end(), [&](char each) { return digit(each) == none; })) {
             refuse(std::string(name) + ": expected pairs of hexadecimal digits");
         }
         std::string value(text.size() / 2, '\0');
