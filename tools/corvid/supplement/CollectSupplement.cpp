@@ -195,9 +195,6 @@ std::string Collector::contentOf(const MetadataSet& set) const {
 }
 
 void Collector::explainTagsOf(const MetadataSet& darkGroup) {
-    for (const auto& [label, element] : darkGroup.made()) {
-        explainTag(Types::LocalTag(element->localTag()));
-    }
     forEachElement(darkGroup, [&](const Element& element) {
         explainTag(Types::LocalTag(element.localTag()));
     });
