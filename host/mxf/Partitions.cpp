@@ -86,22 +86,24 @@ private:
                 return readPack(window_, triplet, triplet.valueOffset());
             }
         } catch (const InvalidLength&) {
-            // Nothing that could be a pack; the caller knows who told of it.
+            // Nothing that could be a pack; the caller knows what named it.
         }
         return std::nullopt;
     }
 
     /// Takes in the partition at an offset that counts from the header partition.
-    /// @param source  what names it.
+    /// @param named    the offset.
+    /// @param namedAt  where in the file it is, in bytes.
+    /// @param source   what names it.
     /// @return false where there is none.
-    bool take(std::uint64_t told, std::uint64_t teller, const std::string& source) {
-        if (told < origin_.missing) {
+    bool take(std::uint64_t named, std::uint64_t namedAt, const std::string& source) {
+        if (named < origin_.missing) {
             return true; // that these bytes are missing is a warning already
         }
-        const std::uint64_t offset = told - origin_.missing + origin_.runIn;
+        const std::uint64_t offset = named - origin_.missing + origin_.runIn;
         if (offset < origin_.runIn || window_.source().available(offset, 1) == 0) {
-            warn(WarningKinds::partitionPastEnd, teller,
-                 source + " names a partition at " + at(offset < origin_.runIn ? told : offset) +
+            warn(WarningKinds::partitionPastEnd, namedAt,
+                 source + " names a partition at " + at(offset < origin_.runIn ? named : offset) +
                      ", past the end of the file");
             return false;
         }
@@ -111,13 +113,13 @@ private:
         auto partition = readAt(offset);
         // Some writers count from the front of the run-in.
         if (!partition && origin_.runIn != 0) {
-            if (found_.count(told) != 0) {
+            if (found_.count(named) != 0) {
                 return true;
             }
-            partition = readAt(told);
+            partition = readAt(named);
         }
         if (!partition) {
-            warn(WarningKinds::partitionNotFound, teller,
+            warn(WarningKinds::partitionNotFound, namedAt,
                  source + " names a partition at " + at(offset) +
                      ", where there is no partition pack");
             return false;
@@ -254,11 +256,11 @@ Partition findHeaderPartition(DataIO::ReadWindow& window, WarningSink& warnings)
     const auto offset = searchPartitionPack(window);
     if (!offset) {
         const auto searched = window.source().available(0, greatestRunIn + KLV::Key::length);
-        throw Exceptions::InvalidFormat(searched == 0
-                                            ? std::string("the file is empty")
-                                            : "not an MXF file: no partition pack in the first " +
-                                                  std::to_string(searched) + " bytes",
-                                        CORVID_HERE);
+        throw Exceptions::InvalidFormat(
+            searched == 0 ? std::string("the file is empty")
+                          : "not an MXF file: no partition pack in the first " +
+                                std::to_string(searched) + (searched == 1 ? " byte" : " bytes"),
+            CORVID_HERE);
     }
     Partition header;
     try {

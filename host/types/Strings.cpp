@@ -16,7 +16,7 @@ Templates::vector<u8> bigEndianBytes(const u16* text) {
     return bytes;
 }
 
-/// Whether bytes that are not zero follow a terminator that stands in front of all text.
+/// Whether bytes that are not zero follow a terminator that is the first unit.
 bool hidesBytes(ByteView bytes, std::size_t unitSize) noexcept {
     const u8* const end = bytes.data + bytes.size;
     const u8* const afterFirstUnit = bytes.data + std::min(unitSize, bytes.size);

@@ -15,14 +15,14 @@ namespace Corvid::XMLUtils {
 
 class InvalidCharacters;
 
-/// How the elements of a document stand on its lines.
+/// How the elements of a document are laid out in lines.
 enum class Layout {
     indented, ///< one element per line, two spaces per level (40 levels at the most), LF
     compact,  ///< no character that the document does not hold
 };
 
 /// Writes a document as XML 1.0, with an XML declaration that names the encoding, to a sink, piece
-/// by piece: the text never stands in memory as a whole.
+/// by piece: the text is never in memory as a whole.
 ///
 /// What is read back holds the same elements, attributes and text, to the last blank: indented
 /// layout adds no white space to an element that holds text of its own, or inside one. Namespaces
@@ -31,7 +31,7 @@ enum class Layout {
 /// CDATA sections are written as text.
 ///
 /// @param node     a document or an element; the element is written as the root of a document.
-/// @param inFront  stands between the XML declaration and the rest, unchanged; ASCII.
+/// @param inFront  goes between the XML declaration and the rest, unchanged; ASCII.
 /// @param invalid  decides about characters that XML cannot hold. Borrowed.
 /// @param sink     receives the encoded bytes. Borrowed.
 /// @throws InvalidArgument  `node` is null or of another type, or the encoding is unknown.

@@ -127,7 +127,8 @@ TEST(File, refusesWhatIsNoMxf) {
                                Testing::standardPrimer(), Bytes(70'000, 0x06)}) {
         EXPECT_EQ(Testing::messageOf([&] { ReadBack back(bytes); }),
                   "not an MXF file: no partition pack in the first " +
-                      std::to_string(std::min<std::size_t>(bytes.size(), 65551)) + " bytes");
+                      std::to_string(std::min<std::size_t>(bytes.size(), 65551)) +
+                      (bytes.size() == 1 ? " byte" : " bytes"));
     }
     EXPECT_EQ(Testing::messageOf([] { ReadBack back(Bytes{}); }), "the file is empty");
 }

@@ -24,4 +24,21 @@ private:
     unsigned left_;
 };
 
+/// Uses the bytes again and again, with one more read before the one that fails, until none does.
+/// @param use  called with a source; passes the error of the read on.
+/// @return how many reads failed.
+template <class Use> unsigned countFailingReads(const std::vector<unsigned char>& bytes, Use use) {
+    constexpr unsigned most = 1000;
+    for (unsigned failures = 0; failures != most; ++failures) {
+        try {
+            use(Templates::auto_ptr<DataIO::RandomAccessSource>(
+                new FailingSource(bytes, failures)));
+            return failures;
+        } catch (const Exceptions::IOError&) {
+            continue;
+        }
+    }
+    return most;
+}
+
 } // namespace Corvid::Testing

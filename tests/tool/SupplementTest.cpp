@@ -297,6 +297,10 @@ TEST_F(EditedDocument, fillsUpItemsOfUnequalLength) {
 TEST_F(EditedDocument, passesOverInstructionsAboutSetsThatAreGone) {
     read(instruction("bytes set=\"" + uuidText(9) + "\" property=\"" + label + "\" hex=\"\""), "");
     EXPECT_EQ(document_.supplement.missingSets, 1U);
+    read(instruction("copies set=\"" + uuidText(9) + "\" count=\"2\""), "");
+    EXPECT_EQ(document_.supplement.missingSets, 1U);
+    read(instruction("unidentified class=\"" + std::string(key) + "\" count=\"3\""), "");
+    EXPECT_EQ(document_.supplement.missingSets, 3U);
 }
 
 TEST_F(EditedDocument, repeatsBytesInNoMoreSetsThanADocumentHasOfOne) {

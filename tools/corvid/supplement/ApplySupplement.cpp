@@ -158,6 +158,12 @@ SupplementOutcome SupplementReader::apply(Metadata::PartitionMetadata& metadata)
     };
     countMissing(ofSets_);
     countMissing(ofUnidentified_);
+    for (const auto& copies : supplement_.copies) {
+        outcome_.missingSets += metadata.resolve(copies.set).empty() ? 1 : 0;
+    }
+    for (const auto& [setClass, left] : unidentified_) {
+        outcome_.missingSets += left;
+    }
     return std::move(outcome_);
 }
 
