@@ -41,10 +41,12 @@ void refuseDamage(const Tool::Comparison& comparison) {
 
 } // namespace
 
-void roundTripKlv(Metadata::PartitionMetadata& metadata) {
+Templates::auto_ptr<Metadata::PartitionMetadata> roundTripKlv(
+    Metadata::PartitionMetadata& metadata) {
     const auto bytes = Testing::headerPartitionOf(metadata);
-    const auto again = readMxf(bytes.data(), bytes.size());
+    auto again = readMxf(bytes.data(), bytes.size());
     refuseDamage(Tool::compare(metadata, *again, {}));
+    return again;
 }
 
 void roundTripXml(Metadata::PartitionMetadata& metadata) {
