@@ -36,8 +36,11 @@ void expectSummary(const Tool::Summary& summary, const Tool::WarningLog& warning
     Fuzzing::expectBounded(json, size, times, mostWarnings, "JSON with warnings");
 }
 
+using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
+
 /// @return the number of partitions.
-std::size_t summarise(const std::uint8_t* bytes, std::size_t size, const char* partition) {
+std::size_t summarise(const std::uint8_t* bytes, std::size_t size, const char* partition,
+                      const Dictionary& dictionary = MetaMetadata::Dictionary::builtIn()) {
     DataIO::Memory::MemoryDataSink lines;
     Tool::Messages messages(lines, false);
     messages.setFile(fileName);
@@ -45,7 +48,7 @@ std::size_t summarise(const std::uint8_t* bytes, std::size_t size, const char* p
     try {
         mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(
                            new DataIO::MemorySource(bytes, size, fileName)),
-                       MetaMetadata::Dictionary::builtIn(), messages);
+                       dictionary, messages);
         partitions = file.partitions().size();
         Tool::ClipOptions clip;
         clip.partition = partition;
@@ -66,6 +69,8 @@ std::size_t summarise(const std::uint8_t* bytes, std::size_t size, const char* p
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
+    static const Dictionary registered = Tool::loadDictionary({{}, true});
+    summarise(bytes, size, "auto", registered);
     // A file with one partition is the same whichever is asked for.
     if (summarise(bytes, size, "auto") > 1) {
         for (const char* partition : {"header", "footer", "1"}) {
