@@ -15,8 +15,9 @@ namespace {
 /// A name that must not break a line.
 const std::string fileName = "a\nclip\033[31m.mxf";
 
-/// The most bytes that a result has for each byte of the file, and for an empty file. Labels and
-/// their names are indented, each key of an object is on a line of its own.
+/// The most bytes that a result has for each byte of the file, and for an empty file. Of a file of
+/// nothing but labels JSON has 15 times its size, and more where descriptors nest: each key is on a
+/// line of its own, and indented.
 constexpr std::size_t times = 64;
 constexpr std::size_t constant = 8192;
 /// The most bytes of warnings, however many there are to say.
