@@ -8,6 +8,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     try {
         Fuzzing::roundTripKlv(*Fuzzing::readMxf(bytes, size));
         Fuzzing::roundTripXml(*Fuzzing::readMxf(bytes, size));
+        Fuzzing::roundTripLibrary(*Fuzzing::readMxf(bytes, size));
     } catch (const Exceptions::BaseException&) {
         // Refused, as it should be.
     }

@@ -2,6 +2,7 @@
 // made to fit again. A file whose bytes are changed blindly is hardly ever read beyond its first
 // wrong length.
 
+#include "fuzz/Mutation.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/dataio/MemorySource.h"
@@ -12,19 +13,14 @@
 
 #include <algorithm>
 #include <cstring>
-#include <random>
 #include <vector>
-
-extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* bytes, std::size_t size,
-                                        std::size_t greatestSize);
 
 namespace {
 
 using namespace Corvid;
+using namespace Corvid::Fuzzing;
 using Bytes = std::vector<std::uint8_t>;
-using Random = std::minstd_rand;
 
-constexpr std::size_t room = 64; ///< how much a value may grow at once
 constexpr std::size_t identifierSize = 16;
 
 struct Property {
@@ -108,36 +104,6 @@ Bytes join(const std::vector<Property>& properties) {
     return bytes;
 }
 
-std::size_t below(std::size_t limit, Random& random) { return random() % limit; }
-
-template <class T> T& oneOf(std::vector<T>& items, Random& random) {
-    return items[below(items.size(), random)];
-}
-
-void mutate(Bytes& bytes) {
-    const std::size_t size = bytes.size();
-    bytes.resize(size + room);
-    bytes.resize(LLVMFuzzerMutate(bytes.data(), size, bytes.size()));
-}
-
-/// Takes an item away, twice, or to another place.
-template <class T> void rearrange(std::vector<T>& items, Random& random) {
-    const std::size_t place = below(items.size(), random);
-    const auto at = items.begin() + static_cast<std::ptrdiff_t>(place);
-    switch (below(3, random)) {
-    case 0:
-        items.erase(at);
-        break;
-    case 1: {
-        T copy = *at;
-        items.insert(at, std::move(copy));
-        break;
-    }
-    default:
-        std::swap(*at, oneOf(items, random));
-    }
-}
-
 /// Makes a property refer to, or be called like, something that is there: an identifier of the
 /// donor's takes the place of one.
 void copyIdentifier(Property& to, const Bytes& from, Random& random) {
@@ -155,7 +121,7 @@ void mutateSet(File& file, Packet& packet, Random& random) {
     std::vector<Property> properties = propertiesOf(packet);
     std::vector<Property> donors = propertiesOf(oneOf(file.packets, random));
     if (properties.empty() || donors.empty()) {
-        mutate(packet.value);
+        mutateBytes(packet.value);
         return;
     }
     Property& property = oneOf(properties, random);
@@ -173,7 +139,7 @@ void mutateSet(File& file, Packet& packet, Random& random) {
         copyIdentifier(property, oneOf(donors, random).value, random);
         break;
     default:
-        mutate(property.value);
+        mutateBytes(property.value);
         property.value.resize(std::min<std::size_t>(property.value.size(), 0xFFFF));
     }
     packet.value = join(properties);

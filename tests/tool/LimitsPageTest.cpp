@@ -13,6 +13,7 @@
 #include "tools/corvid/DictionaryChoice.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/FromXml.h"
+#include "tools/corvid/Summary.h"
 #include "tools/corvid/WarningLog.h"
 #include "tools/corvid/supplement/Filling.h"
 
@@ -70,6 +71,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Types::ByteRun::, greatestSize),
         CORVID_LIMIT(Tool::, greatestKagSize),
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
+        CORVID_LIMIT(Tool::, longestKind),
     };
 #undef CORVID_LIMIT
     std::map<std::string, std::string> told;

@@ -97,14 +97,17 @@ Summary::Descriptor describe(Walk& walk, const MetadataSet& set, int depth = 0) 
     return descriptor;
 }
 
-/// The names of data definitions, by their label: of those that the file defines.
+/// The names of data definitions, by their label: of those that the file defines. A name that is
+/// too long is empty.
 using DefinitionNames = std::map<std::array<Types::u8, 16>, std::string>;
 
 DefinitionNames definitionNames(const PartitionMetadata& metadata) {
     DefinitionNames names;
     for (const MetadataSet* set : metadata.find(Structural::keyOf(SetClass::definitionOfData))) {
         if (const auto* label = find(*set, Structural::definitionId)) {
-            names.emplace(label->withoutVersion(), text(*set, Structural::definitionName));
+            std::string name = text(*set, Structural::definitionName);
+            name.resize(name.size() > longestKind ? 0 : name.size());
+            names.emplace(label->withoutVersion(), std::move(name));
         }
     }
     return names;

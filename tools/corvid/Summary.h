@@ -25,7 +25,7 @@ struct Summary {
         std::optional<Types::u32> number;
         std::string className;
         std::string name;
-        std::string kind;                        ///< of its data definition
+        std::string kind;                        ///< of its data definition, or the label of that
         std::optional<Types::Rational> editRate; ///< per second
         std::optional<Types::int64> origin;      ///< in edit units
         std::optional<Types::int64> duration;    ///< in edit units; nothing where it is not known
@@ -85,6 +85,10 @@ struct Summary {
     std::map<std::string, std::size_t>
         unfitProperties; ///< by "Set/Property"; values of a wrong form
 };
+
+/// The most bytes of a data definition's name in UTF-8 that make it the kind of a track: each track
+/// repeats it.
+constexpr std::size_t longestKind = 64;
 
 /// Collects it.
 /// @param metadata  of a partition of the file.

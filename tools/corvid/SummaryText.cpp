@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <fmt/core.h>
+#include <map>
 #include <tuple>
 
 namespace Corvid::Tool {
@@ -131,40 +132,48 @@ std::string partitions(const Summary& summary, const Style& style) {
     return table.toString(style.heading, style.end);
 }
 
-using LabelCounts = std::vector<std::pair<Summary::Label, std::size_t>>;
+/// Labels with the number of their uses, in the order of the first ones.
+class LabelCounts {
+public:
+    /// The labels of a descriptor and its parts. Borrowed.
+    explicit LabelCounts(const Summary::Descriptor& descriptor) { add(descriptor); }
 
-/// The labels of a descriptor and its parts; equal ones are counted.
-void countLabels(const Summary::Descriptor& descriptor, LabelCounts& counts) {
-    for (const Summary::Label& label : descriptor.labels) {
-        const auto known = std::find_if(counts.begin(), counts.end(), [&label](const auto& entry) {
-            return std::tie(entry.first.className, entry.first.property) ==
-                       std::tie(label.className, label.property) &&
-                   entry.first.label == label.label;
-        });
-        if (known == counts.end()) {
-            counts.emplace_back(label, 1);
-        } else {
-            ++known->second;
+    const std::vector<std::pair<const Summary::Label*, std::size_t>>& entries() const noexcept {
+        return entries_;
+    }
+
+private:
+    void add(const Summary::Descriptor& descriptor) {
+        for (const Summary::Label& label : descriptor.labels) {
+            const auto [place, isNew] = places_.try_emplace(
+                {label.className, label.property, label.label}, entries_.size());
+            if (isNew) {
+                entries_.emplace_back(&label, 0);
+            }
+            ++entries_[place->second].second;
+        }
+        for (const Summary::Descriptor& part : descriptor.parts) {
+            add(part);
         }
     }
-    for (const Summary::Descriptor& part : descriptor.parts) {
-        countLabels(part, counts);
-    }
-}
+
+    std::vector<std::pair<const Summary::Label*, std::size_t>> entries_;
+    std::map<std::tuple<std::string_view, std::string_view, Types::UniversalLabel>, std::size_t>
+        places_; ///< among the entries
+};
 
 std::string descriptorLabels(const Summary::Descriptor& descriptor, const Style& style) {
-    LabelCounts counts;
-    countLabels(descriptor, counts);
+    const LabelCounts counts(descriptor);
     Table table(2);
     table.add({"Labels of", "Property", "Label", "Name", "Times"});
     std::string above;
-    for (const auto& [label, times] : counts) {
-        table.add({label.className == above ? "" : label.className, label.property,
-                   Platform::toUtf8(label.label.toString()), registeredName(label.label),
+    for (const auto& [label, times] : counts.entries()) {
+        table.add({label->className == above ? "" : label->className, label->property,
+                   Platform::toUtf8(label->label.toString()), registeredName(label->label),
                    times == 1 ? "" : fmt::format("{}", times)});
-        above = label.className;
+        above = label->className;
     }
-    return counts.empty() ? "" : table.toString(style.quiet, style.end);
+    return counts.entries().empty() ? "" : table.toString(style.quiet, style.end);
 }
 
 std::string package(const Summary::Package& package, const Style& style) {
