@@ -70,6 +70,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Types::ByteRun::, greatestSize),
         CORVID_LIMIT(Tool::, greatestKagSize),
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
+        CORVID_LIMIT(Tool::WarningLog::, longestText),
     };
 #undef CORVID_LIMIT
     std::map<std::string, std::string> told;
