@@ -1,4 +1,5 @@
 #include "XMLBuilder/InlineDepth.h"
+#include "host/dictionary/DictionaryLimits.h"
 #include "host/dictionary/Inheritance.h"
 #include "host/klv/BerInput.h"
 #include "host/mxf/HeaderMetadataReader.h"
@@ -61,6 +62,11 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(mxf::, greatestEssenceContainerCount),
         CORVID_LIMIT(Tool::, greatestDictionary),
         CORVID_LIMIT(MetaMetadata::, deepestInheritance),
+        CORVID_LIMIT(MetaMetadata::, mostNamespaces),
+        CORVID_LIMIT(MetaMetadata::, longestName),
+        CORVID_LIMIT(MetaMetadata::, longestUri),
+        CORVID_LIMIT(MetaMetadata::, mostProperties),
+        CORVID_LIMIT(MetaMetadata::, mostPropertiesOfAllSets),
         CORVID_LIMIT(Tool::, greatestDocument),
         CORVID_LIMIT(Tool::, greatestFilling),
         CORVID_LIMIT(XMLUtils::, maximumElementDepth),
