@@ -12,6 +12,7 @@
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/Paths.h"
 #include "tools/corvid/DictionaryChoice.h"
+#include "tools/corvid/Differences.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/WarningLog.h"
@@ -77,6 +78,8 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Tool::, greatestKagSize),
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
         CORVID_LIMIT(Tool::WarningLog::, longestText),
+        CORVID_LIMIT(Tool::Differences::, mostListed),
+        CORVID_LIMIT(Tool::Differences::, mostListedAtAll),
     };
 #undef CORVID_LIMIT
     std::map<std::string, std::string> told;
