@@ -1,5 +1,6 @@
 #include "tools/corvid/Summary.h"
 
+#include "host/base/Shortened.h"
 #include "host/dictionary/AbstractMetaAttributeVisitor.h"
 #include "host/dictionary/UnknownAttribute.h"
 #include "tools/corvid/SetValues.h"
@@ -18,6 +19,9 @@ using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
 using Structural::SetClass;
 using Sets = std::vector<const MetadataSet*>;
+
+/// Any number of tracks may have one data definition, so that its name is told as often.
+constexpr std::size_t longestKind = 100; // in bytes of UTF-8
 
 /// Descriptors that nest out of all proportion end here.
 constexpr int deepestDescriptor = 8;
@@ -104,7 +108,8 @@ DefinitionNames definitionNames(const PartitionMetadata& metadata) {
     DefinitionNames names;
     for (const MetadataSet* set : metadata.find(Structural::keyOf(SetClass::definitionOfData))) {
         if (const auto* label = find(*set, Structural::definitionId)) {
-            names.emplace(label->withoutVersion(), text(*set, Structural::definitionName));
+            names.emplace(label->withoutVersion(),
+                          shortened(text(*set, Structural::definitionName), longestKind));
         }
     }
     return names;

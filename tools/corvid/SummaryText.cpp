@@ -131,40 +131,46 @@ std::string partitions(const Summary& summary, const Style& style) {
     return table.toString(style.heading, style.end);
 }
 
-using LabelCounts = std::vector<std::pair<Summary::Label, std::size_t>>;
+/// The labels of a descriptor and its parts in their order; equal ones are counted.
+class LabelCounts {
+public:
+    explicit LabelCounts(const Summary::Descriptor& descriptor) { add(descriptor); }
 
-/// The labels of a descriptor and its parts; equal ones are counted.
-void countLabels(const Summary::Descriptor& descriptor, LabelCounts& counts) {
-    for (const Summary::Label& label : descriptor.labels) {
-        const auto known = std::find_if(counts.begin(), counts.end(), [&label](const auto& entry) {
-            return std::tie(entry.first.className, entry.first.property) ==
-                       std::tie(label.className, label.property) &&
-                   entry.first.label == label.label;
-        });
-        if (known == counts.end()) {
-            counts.emplace_back(label, 1);
-        } else {
-            ++known->second;
+    const auto& counts() const noexcept { return counts_; }
+
+private:
+    using Key = std::tuple<std::string_view, std::string_view, std::array<Types::u8, 16>>;
+
+    void add(const Summary::Descriptor& descriptor) {
+        for (const Summary::Label& label : descriptor.labels) {
+            const auto [place, isNew] = places_.try_emplace(
+                Key(label.className, label.property, label.label.bytes()), counts_.size());
+            if (isNew) {
+                counts_.emplace_back(&label, 0);
+            }
+            ++counts_[place->second].second;
+        }
+        for (const Summary::Descriptor& part : descriptor.parts) {
+            add(part);
         }
     }
-    for (const Summary::Descriptor& part : descriptor.parts) {
-        countLabels(part, counts);
-    }
-}
+
+    std::vector<std::pair<const Summary::Label*, std::size_t>> counts_;
+    std::map<Key, std::size_t> places_; // in counts_
+};
 
 std::string descriptorLabels(const Summary::Descriptor& descriptor, const Style& style) {
-    LabelCounts counts;
-    countLabels(descriptor, counts);
+    const LabelCounts labels(descriptor);
     Table table(2);
     table.add({"Labels of", "Property", "Label", "Name", "Times"});
     std::string above;
-    for (const auto& [label, times] : counts) {
-        table.add({label.className == above ? "" : label.className, label.property,
-                   Platform::toUtf8(label.label.toString()), registeredName(label.label),
+    for (const auto& [label, times] : labels.counts()) {
+        table.add({label->className == above ? "" : label->className, label->property,
+                   Platform::toUtf8(label->label.toString()), registeredName(label->label),
                    times == 1 ? "" : fmt::format("{}", times)});
-        above = label.className;
+        above = label->className;
     }
-    return counts.empty() ? "" : table.toString(style.quiet, style.end);
+    return labels.counts().empty() ? "" : table.toString(style.quiet, style.end);
 }
 
 std::string package(const Summary::Package& package, const Style& style) {
