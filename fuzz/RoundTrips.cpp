@@ -20,7 +20,7 @@ namespace {
 
 /// Whether a property only changed its place: a document may have a property of a set's own class
 /// among its extension elements alone, and in a file it is one of the class.
-bool isMoved(const Tool::Difference& difference, const std::vector<Tool::Difference>& others) {
+bool isMoved(const Tool::Difference& difference, const Tool::Differences& others) {
     using Kind = Tool::DifferenceKind;
     const bool isMissing = difference.kind == Kind::missingProperty;
     const Kind counterpart = isMissing ? Kind::extraProperty : Kind::missingProperty;

@@ -8,7 +8,7 @@
 #include "host/xmlutils/InvalidCharacters.h"
 #include "tests/support/HeaderPartition.h"
 #include "tests/support/LeaksByContract.h"
-#include "tools/corvid/CheckReport.h"
+#include "tools/corvid/CheckJson.h"
 #include "tools/corvid/Clip.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/Messages.h"
@@ -89,11 +89,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     messages.flush();
     Fuzzing::expectReadable({lines.rawBuffer(), lines.rawBuffer() + lines.serializedSize()},
                             "the messages");
-    const std::string text = toText(checked, true, false);
+    const std::string text = toText(checked, false);
     Fuzzing::expectReadable(text, "the text");
-    if (Fuzzing::withoutColours(toText(checked, true, true)) != text) {
+    if (Fuzzing::withoutColours(toText(checked, true)) != text) {
         Fuzzing::fail("colours change the text");
     }
-    Fuzzing::expectJson(Tool::toJson({checked}), "JSON");
+    DataIO::Memory::MemoryDataSink sink;
+    Tool::CheckTally tally;
+    tally.add(checked);
+    Tool::CheckJson json(sink);
+    json.add(checked);
+    json.finish(tally);
+    Fuzzing::expectJson({sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()}, "JSON");
     return 0;
 }

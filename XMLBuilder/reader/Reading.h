@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <deque>
+#include <map>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -110,7 +111,7 @@ private:
     PrefixScope prefixesOfRoot_;
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>
         properties_;
-    std::unordered_map<std::u16string, const MetaMetadata::MetaElement*> byQualifiedName_;
+    std::map<std::u16string, const MetaMetadata::MetaElement*> byQualifiedName_;
     ReadingPlace place_;
     std::deque<ChildSteps> children_; ///< one for each depth, kept for the next set there
     std::size_t depth_ = 0;           ///< how many sets are open

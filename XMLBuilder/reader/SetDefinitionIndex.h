@@ -2,8 +2,8 @@
 
 #include <xercesc/util/XercesDefs.hpp>
 
+#include <map>
 #include <string_view>
-#include <unordered_map>
 
 namespace Corvid::MetaMetadata {
 class Dictionary;
@@ -23,7 +23,8 @@ public:
     const MetaMetadata::MetaMetadataSet* find(const XMLCh* localName) const;
 
 private:
-    std::unordered_map<std::u16string_view, const MetaMetadata::MetaMetadataSet*> definitions_;
+    // No hash: a dictionary could choose names that share one.
+    std::map<std::u16string_view, const MetaMetadata::MetaMetadataSet*> definitions_;
 };
 
 } // namespace Corvid::XMLBuilder

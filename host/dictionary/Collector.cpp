@@ -1,6 +1,7 @@
 #include "host/dictionary/Collector.h"
 
 #include "host/base/Text.h"
+#include "host/dictionary/DictionaryLimits.h"
 #include "host/dictionary/Inheritance.h"
 
 #include <algorithm>
@@ -91,6 +92,10 @@ void Collector::addNamespace(NamespaceEntry entry) {
     if (const auto byUri = uris_.find(entry.uri); byUri != uris_.end()) {
         taken(known[byUri->second]);
     }
+    if (known.size() == mostNamespaces) {
+        refuse(entry.origin, "namespace " + entry.prefix + ": expected at most " +
+                                 std::to_string(mostNamespaces) + " namespaces in a dictionary");
+    }
     prefixes_.emplace(entry.prefix, known.size());
     uris_.emplace(entry.uri, known.size());
     definitions_.namespaces.push_back(std::move(entry));
@@ -133,7 +138,7 @@ Definitions Collector::finish() {
 
 const SetEntry* Collector::findSet(std::string_view qualifiedName) const {
     const std::size_t colon = qualifiedName.find(':');
-    const auto place = setTags_.find(std::string(qualifiedName.substr(colon + 1)));
+    const auto place = setTags_.find(qualifiedName.substr(colon + 1));
     if (place == setTags_.end()) {
         return nullptr;
     }

@@ -4,10 +4,9 @@
 #include "host/dictionary/DictionaryText.h"
 #include "host/dictionary/Tables.h"
 
+#include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 namespace Corvid::MetaMetadata {
@@ -52,7 +51,8 @@ private:
         Origin origin;
     };
 
-    using Index = std::unordered_map<std::string, std::size_t>;
+    // No hashes: a dictionary could choose names and numbers that share one.
+    using Index = std::map<std::string, std::size_t, std::less<>>;
     const SetEntry* findSet(std::string_view qualifiedName) const;
 
     Definitions definitions_;
@@ -60,7 +60,7 @@ private:
     Index prefixes_, uris_;
     Index setTags_, setKeys_;
     Index elementNames_, elementLabels_;
-    std::unordered_map<std::uint32_t, std::size_t> elementTags_, schemaIndexes_;
+    std::map<std::uint32_t, std::size_t> elementTags_, schemaIndexes_;
 };
 
 } // namespace Corvid::MetaMetadata

@@ -1,8 +1,11 @@
+#include "host/base/Shortened.h"
 #include "host/dictionary/Cells.h"
 #include "host/dictionary/Collector.h"
+#include "host/dictionary/DictionaryLimits.h"
 #include "host/dictionary/RowReader.h"
 
 #include <algorithm>
+#include <set>
 #include <string>
 #include <utility>
 
@@ -34,14 +37,19 @@ constexpr std::string_view identifierPrefix = "rp210";
 /// What the element writer appends to the name of a set that is referred to.
 constexpr std::string_view referenceSuffix = "_REF";
 
-std::string quoted(std::string_view text) { return "\"" + std::string(text) + "\""; }
+/// A column may be as long as the text.
+constexpr std::size_t longestQuotation = 100;
+
+std::string quoted(std::string_view text) {
+    return "\"" + shortened(text, longestQuotation) + "\"";
+}
 
 } // namespace
 
 /// The row that is read, and the set that it belongs to.
 struct Collector::Place {
     RowReader& reader;
-    std::unordered_set<std::string_view> declared{}; // prefixes
+    std::set<std::string_view> declared{}; // prefixes
     bool inExtension = false;
     bool inSet = false;
 
@@ -59,6 +67,13 @@ struct Collector::Place {
         return *value;
     }
 
+    void limitLength(std::string_view text, const char* what, std::size_t most) const {
+        if (text.size() > most) {
+            refuse(std::string(what) + " " + quoted(text) + " has " + std::to_string(text.size()) +
+                   " characters, expected at most " + std::to_string(most));
+        }
+    }
+
     /// Checks a column of the form prefix:name. Returns prefix and name.
     std::pair<std::string_view, std::string_view> name(std::size_t index) const {
         const std::string_view text = column(index);
@@ -70,6 +85,8 @@ struct Collector::Place {
             refuse(quoted(text) + " is not a prefix and a name of ASCII letters, digits and ._-, "
                                   "joined by a colon");
         }
+        limitLength(prefix, "prefix", longestName);
+        limitLength(local, "name", longestName);
         if (local.find(referenceSuffix) != std::string_view::npos) {
             refuse(quoted(text) + " holds _REF, which marks references");
         }
@@ -121,6 +138,8 @@ void Collector::readNamespace(Place& place) {
     if (!Cells::isUri(uri)) {
         place.refuse(quoted(uri) + " is not a URI");
     }
+    place.limitLength(prefix, "prefix", longestName);
+    place.limitLength(uri, "URI", longestUri);
     for (const Reserved& taken : reserved) {
         if (prefix == taken.prefix || uri == taken.uri) {
             place.refuse("prefix " + std::string(taken.prefix) + " and " + std::string(taken.uri) +

@@ -1,5 +1,7 @@
 #include "host/dictionary/Inheritance.h"
 
+#include "host/dictionary/DictionaryLimits.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -53,6 +55,8 @@ private:
             refuse(set.origin, "set " + definitions_.nameOf(set) + " has more than " +
                                    std::to_string(deepestInheritance) + " ancestors");
         }
+        properties_ += set.uses.size();
+        countProperties(set);
         for (const UseEntry& use : set.uses) {
             const UseEntry*& other = usedAt_[use.element];
             if (other != nullptr) {
@@ -75,6 +79,23 @@ private:
         for (const UseEntry& use : set.uses) {
             usedAt_[use.element] = nullptr;
         }
+        properties_ -= set.uses.size();
+    }
+
+    void countProperties(const SetEntry& set) {
+        if (properties_ > mostProperties) {
+            refuse(set.origin, "set " + definitions_.nameOf(set) + " has " +
+                                   std::to_string(properties_) +
+                                   " properties with those of its ancestors, expected at most " +
+                                   std::to_string(mostProperties));
+        }
+        propertiesOfAll_ += properties_;
+        if (propertiesOfAll_ > mostPropertiesOfAllSets) {
+            refuse(set.origin, "set " + definitions_.nameOf(set) + ": all sets have more than " +
+                                   std::to_string(mostPropertiesOfAllSets) +
+                                   " properties together with those of their ancestors; divide the "
+                                   "dictionary");
+        }
     }
 
     std::string ancestorOf(const SetEntry& set) const {
@@ -88,6 +109,8 @@ private:
     std::vector<bool> visited_;
     std::vector<const UseEntry*> usedAt_;
     std::size_t instanceUIDEntry_ = noEntry;
+    std::size_t properties_ = 0; ///< of the current line
+    std::size_t propertiesOfAll_ = 0;
 };
 
 } // namespace

@@ -4,8 +4,8 @@
 #include "host/dictionary/Collector.h"
 
 #include <algorithm>
+#include <map>
 #include <numeric>
-#include <unordered_map>
 
 namespace Corvid::MetaMetadata {
 
@@ -29,7 +29,7 @@ public:
 
 private:
     std::vector<unsigned short>& units_;
-    std::unordered_map<std::string, std::uint32_t> places_;
+    std::map<std::string, std::uint32_t> places_; // no hash: a dictionary chooses the texts
 };
 
 /// The order of entries by a member, and the place that each entry gets.

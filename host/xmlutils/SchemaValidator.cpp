@@ -1,6 +1,7 @@
 #include "host/xmlutils/SchemaValidator.h"
 
 #include "host/base/Exceptions.h"
+#include "host/base/Shortened.h"
 #include "host/xmlutils/ElementLimits.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/ParserSafety.h"
@@ -31,22 +32,11 @@ std::string toUtf8(const XMLCh* text) {
 }
 
 /// A content model may list hundreds of elements.
-std::string shortened(std::string message) {
-    constexpr std::size_t most = 600;
-    if (message.size() > most) {
-        std::size_t end = most;
-        while (end != 0 && (static_cast<unsigned char>(message[end]) & 0xC0U) == 0x80) {
-            --end;
-        }
-        message.resize(end);
-        message += "...";
-    }
-    return message;
-}
+constexpr std::size_t longestMessage = 600;
 
 ValidityError toError(const SAXParseException& problem) {
     return {problem.getLineNumber(), problem.getColumnNumber(),
-            shortened(toUtf8(problem.getMessage()))};
+            shortened(toUtf8(problem.getMessage()), longestMessage)};
 }
 
 /// Ends a parse whose further errors nobody wants.

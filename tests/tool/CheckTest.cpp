@@ -28,13 +28,13 @@ protected:
 
     /// A file with dark sets, and a dictionary in which another class takes the name of dark sets.
     void writeTrap(std::size_t darkSets = 1) const {
-        Bytes dark;
+        std::vector<Bytes> dark;
         for (std::size_t i = 0; i != darkSets; ++i) {
-            dark = join({dark, klv(hex("06.0e.2b.34.02.53.01.01.0e.7f.7f.01.01.01.01.00"),
-                                   Bytes(5 + i, 1))});
+            dark.push_back(
+                klv(hex("06.0e.2b.34.02.53.01.01.0e.7f.7f.01.01.01.01.00"), Bytes(5 + i, 1)));
         }
         shop.write("trap.mxf", MxfBuilder()
-                                   .add(headerPartition(join({smallMetadata(), dark})))
+                                   .add(headerPartition(join({smallMetadata(), join(dark)})))
                                    .withRandomIndexPack()
                                    .build());
         shop.write("trap.dict",
@@ -175,6 +175,32 @@ TEST_F(Check, printsJson) {
     EXPECT_EQ(difference["set"], "06.0e.2b.34.02.53.01.01.0e.7f.7f.01.01.01.01.00");
     EXPECT_EQ(difference["property"], nullptr);
     EXPECT_EQ(difference["identifiers"], "both");
+}
+
+/// How a program that reads the whole report and prints it again lays it out.
+std::string laidOut(const std::string& report) {
+    return nlohmann::ordered_json::parse(report).dump(2) + "\n";
+}
+
+TEST_F(Check, laysItsReportOutAsAWhole) {
+    writeTrap(2);
+    for (const char* files : {"clip.mxf", "clip.mxf gone.mxf odd.mxf", "text.mxf",
+                              "--dictionary trap.dict clip.mxf trap.mxf"}) {
+        const std::string report = shop.run("corvid check --json " + std::string(files)).out;
+        EXPECT_EQ(report, laidOut(report));
+        EXPECT_THAT(report, Not(HasSubstr("leftOut")));
+    }
+}
+
+TEST_F(Check, listsAThousandOfAKindInJsonUnlessAskedForAll) {
+    writeTrap(1003);
+    const auto file = json("--dictionary trap.dict trap.mxf", 1)["files"][0];
+    EXPECT_EQ(file["counts"], nlohmann::json::parse(R"({"missingSet": 1003, "extraSet": 1003})"));
+    EXPECT_EQ(file["differences"].size(), 2000U);
+    EXPECT_EQ(file["leftOut"], 6);
+    const auto all = json("--all --dictionary trap.dict trap.mxf", 1)["files"][0];
+    EXPECT_EQ(all["differences"].size(), 2006U);
+    EXPECT_FALSE(all.contains("leftOut"));
 }
 
 TEST_F(Check, isNotContentWithAClipThatIsCutOff) {

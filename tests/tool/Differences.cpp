@@ -21,7 +21,8 @@ std::vector<Kind> kindsOf(const std::vector<Tool::Difference>& differences) {
 
 std::vector<Tool::Difference> differencesOf(PartitionMetadata& before, PartitionMetadata& after,
                                             const Tool::Renaming& renaming) {
-    return Tool::compare(before, after, renaming).differences;
+    const auto differences = Tool::compare(before, after, renaming).differences;
+    return {differences.begin(), differences.end()};
 }
 
 std::vector<Kind> kindsBetween(PartitionMetadata& before, PartitionMetadata& after) {
@@ -35,6 +36,10 @@ std::string linesOf(const std::vector<Tool::Difference>& differences) {
                 each.instanceUID + " " + each.property + " " + each.detail + "\n";
     }
     return text;
+}
+
+std::string linesOf(const Tool::Differences& differences) {
+    return linesOf(std::vector(differences.begin(), differences.end()));
 }
 
 bool isInstanceUID(const MetadataSet& set, const Element& element) {

@@ -19,6 +19,7 @@ std::vector<Tool::DifferenceKind> kindsBetween(Metadata::PartitionMetadata& befo
 
 /// All differences, a line each, for messages of tests.
 std::string linesOf(const std::vector<Tool::Difference>& differences);
+std::string linesOf(const Tool::Differences& differences);
 
 /// True for the element by which a set is found, whose change makes it another set.
 bool isInstanceUID(const Metadata::MetadataSet& set, const Metadata::Element& element);

@@ -8,6 +8,7 @@
 #include "tests/support/PeakMemory.h"
 #include "tests/support/Sanitizers.h"
 #include "tests/support/SmallStack.h"
+#include "tools/corvid/CheckJson.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/RoundTrip.h"
 
@@ -23,11 +24,13 @@ public:
     void warn(const mxf::Warning&) override {}
 };
 
-mxf::HeaderMetadata readFile(const Bytes& bytes) {
+mxf::HeaderMetadata readFile(const Bytes& bytes,
+                             const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary =
+                                 MetaMetadata::Dictionary::builtIn()) {
     NoWarnings warnings;
     return mxf::File(Templates::auto_ptr<DataIO::RandomAccessSource>(
                          new DataIO::MemorySource(bytes.data(), bytes.size())),
-                     MetaMetadata::Dictionary::builtIn(), warnings)
+                     dictionary, warnings)
         .readMetadata();
 }
 
@@ -115,6 +118,54 @@ TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeThereAndBack) {
         const auto read = readFile(bytes);
         Tool::compareWithRoundTrip(*read.metadata);
     });
+}
+
+/// A dictionary in which a class has the name that documents give to dark sets, so that all of
+/// those come back as something else.
+Templates::SharedPtr<MetaMetadata::Dictionary> trapDictionary() {
+    const std::string text = "namespace s377m urn:SMPTE:S377M\nnamespace h urn:example:house\n"
+                             "set h:DarkMetadata 06.0e.2b.34.02.53.01.01.0e.7f.7f.02.01.01.01.00 "
+                             "s377m:InterchangeObject concrete\n";
+    MetaMetadata::Dictionary::Texts texts;
+    texts.push_back({"trap.dict", text});
+    return MetaMetadata::Dictionary::extend(*MetaMetadata::Dictionary::builtIn(), texts);
+}
+
+/// The report on a file of which nothing comes back.
+void reportDamage(const Bytes& bytes, std::size_t& differences, std::size_t& size) {
+    class Counter : public DataIO::DataSink {
+    public:
+        explicit Counter(std::size_t& count) : count_(count) {}
+        void write(const unsigned char*, std::size_t count) override { count_ += count; }
+
+    private:
+        std::size_t& count_;
+    } sink(size);
+    Tool::CheckedFile checked;
+    const auto read = readFile(bytes, trapDictionary());
+    checked.comparison = Tool::compareWithRoundTrip(*read.metadata);
+    checked.result = Tool::CheckResult::different;
+    Tool::CheckJson report(sink);
+    report.add(checked);
+    Tool::CheckTally tally;
+    tally.add(checked);
+    report.finish(tally);
+    differences = checked.comparison.differences.count();
+}
+
+TEST(DamagedFile, isReportedInProportionToItsSize) {
+    const Bytes bytes = fileOf(many(klv(darkKey(), {}, 1)));
+    std::size_t differences = 0;
+    std::size_t size = 0;
+    reportDamage(bytes, differences, size);
+    EXPECT_GT(differences, 20000U);
+    EXPECT_LT(size, 10 * bytes.size());
+    const auto peak = peakMemoryOf([&] { reportDamage(bytes, differences, size); });
+    if (!peak) {
+        GTEST_SKIP() << "sanitizers have their own ways with memory";
+    }
+    EXPECT_LE(*peak, MemoryBounds::check * bytes.size() + MemoryBounds::constant);
+    RecordProperty("multiple", std::to_string(*peak / bytes.size()));
 }
 
 const auto emptyProperty = property(unknownTag, {});

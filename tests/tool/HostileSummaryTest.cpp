@@ -47,8 +47,8 @@ TEST(HostileSummary, callsTracksByTheNameOfTheirDataDefinition) {
     ASSERT_EQ(summary.packages.size(), 1U);
     ASSERT_EQ(summary.packages.front().tracks.size(), 2U);
     EXPECT_EQ(summary.packages.front().tracks.back().kind, "Subtitles");
-    const Tool::Summary longest = summaryOf(fileWithTracks(1, std::u16string(64, u'a')));
-    EXPECT_EQ(longest.packages.front().tracks.front().kind, std::string(64, 'a'));
+    const Tool::Summary longest = summaryOf(fileWithTracks(1, std::u16string(Tool::longestKind, u'a')));
+    EXPECT_EQ(longest.packages.front().tracks.front().kind, std::string(Tool::longestKind, 'a'));
 }
 
 TEST(HostileSummary, doesNotRepeatALongNameForEachTrack) {
@@ -56,7 +56,7 @@ TEST(HostileSummary, doesNotRepeatALongNameForEachTrack) {
     const Tool::Summary summary = summaryOf(bytes);
     // No comparison of texts, for its message would repeat the name.
     EXPECT_TRUE(summary.packages.front().tracks.front().kind ==
-                "06.0e.2b.34.04.01.01.01.0f.7f.7f.7f.01.02.03.00");
+                std::string(Tool::longestKind, 'a') + "...");
     EXPECT_LT(toText(summary, false).size(), 8 * bytes.size());
     EXPECT_LT(toJson(summary, {}).size(), 8 * bytes.size());
 }

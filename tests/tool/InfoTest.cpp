@@ -96,6 +96,47 @@ TEST(Info, namesLabelsAsTheRegistersDo) {
                           "2\n"));
 }
 
+/// Many tracks, all of which share a segment whose data definition has a name as long as a property
+/// can be.
+Bytes clipWithALongName(unsigned tracks) {
+    const Bytes definition = hex("060e2b34 04010101 0e7f0000 00000000");
+    auto entries = standardLabels();
+    entries.push_back(primerEntry(0x1901, "06010104 05010000")); // packages
+    entries.push_back(primerEntry(0x4403, "06010104 06050000")); // tracks
+    entries.push_back(primerEntry(0x4803, "06010104 02040000")); // segment
+    entries.push_back(primerEntry(0x0201, "04070100 00000000")); // data definition
+    entries.push_back(primerEntry(0x1b01, "01011503 00000000")); // what a definition defines
+    entries.push_back(primerEntry(0x1b02, "01070102 03010000")); // its name
+    std::vector<Bytes> references;
+    std::vector<Bytes> sets;
+    for (unsigned i = 0; i != tracks; ++i) {
+        references.push_back(uuid(100 + i));
+        sets.push_back(set(structuralKey(timelineTrackSet), 100 + i, {property(0x4803, uuid(5))}));
+    }
+    const Bytes metadata =
+        join({primer(entries), set(structuralKey(prefaceSet), 1, {property(0x3b03, uuid(2))}),
+              set(structuralKey(contentStorageSet), 2, {property(0x1901, batch({uuid(3)}, 16))}),
+              set(structuralKey(0x36), 3, {property(0x4403, batch(references, 16))}), join(sets),
+              set(structuralKey(0x0f), 5, {property(0x0201, definition)}),
+              set(structuralKey(0x1b), 6,
+                  {property(0x1b01, definition),
+                   property(0x1b02, join(std::vector<Bytes>(32000, hex("0041"))))})});
+    return MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build();
+}
+
+TEST(Info, isNoLongerThanTheFileWhereManyTracksShareALongName) {
+    const Workshop shop;
+    const Bytes clip = clipWithALongName(200);
+    shop.write("clip.mxf", clip);
+    const std::string text = shop.run("corvid info clip.mxf").out;
+    const std::string kind = std::string(100, 'A') + "...";
+    EXPECT_THAT(text, HasSubstr("\n  ?      " + kind + "\n"));
+    EXPECT_LT(text.size(), clip.size());
+    const std::string json = shop.run("corvid info --json clip.mxf").out;
+    EXPECT_THAT(json, HasSubstr("\"kind\": \"" + kind + "\""));
+    EXPECT_LT(json.size(), 2 * clip.size());
+}
+
 TEST(Info, namesLabelsInJson) {
     if (python().empty()) {
         GTEST_SKIP() << "no Python";

@@ -1,4 +1,5 @@
 #include "XMLBuilder/InlineDepth.h"
+#include "host/dictionary/DictionaryLimits.h"
 #include "host/dictionary/Inheritance.h"
 #include "host/klv/BerInput.h"
 #include "host/mxf/HeaderMetadataReader.h"
@@ -11,6 +12,7 @@
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/Paths.h"
 #include "tools/corvid/DictionaryChoice.h"
+#include "tools/corvid/Differences.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/Summary.h"
@@ -62,6 +64,11 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(mxf::, greatestEssenceContainerCount),
         CORVID_LIMIT(Tool::, greatestDictionary),
         CORVID_LIMIT(MetaMetadata::, deepestInheritance),
+        CORVID_LIMIT(MetaMetadata::, mostNamespaces),
+        CORVID_LIMIT(MetaMetadata::, longestName),
+        CORVID_LIMIT(MetaMetadata::, longestUri),
+        CORVID_LIMIT(MetaMetadata::, mostProperties),
+        CORVID_LIMIT(MetaMetadata::, mostPropertiesOfAllSets),
         CORVID_LIMIT(Tool::, greatestDocument),
         CORVID_LIMIT(Tool::, greatestFilling),
         CORVID_LIMIT(XMLUtils::, maximumElementDepth),
@@ -71,7 +78,9 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Types::ByteRun::, greatestSize),
         CORVID_LIMIT(Tool::, greatestKagSize),
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
-        CORVID_LIMIT(Tool::, longestKind),
+        CORVID_LIMIT(Tool::WarningLog::, longestText),
+        CORVID_LIMIT(Tool::Differences::, mostListed),
+        CORVID_LIMIT(Tool::Differences::, mostListedAtAll),
     };
 #undef CORVID_LIMIT
     std::map<std::string, std::string> told;

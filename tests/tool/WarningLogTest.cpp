@@ -64,4 +64,20 @@ TEST(WarningLog, staysSmallWhateverIsWrongWithAFile) {
     EXPECT_EQ(entries.back().count, 1001 - WarningLog::mostOfAKind);
 }
 
+TEST(WarningLog, shortensWhatAFileMadeLong) {
+    const std::string text(100000, 'x');
+    WarningLog log;
+    mxf::Warning odd(mxf::WarningKinds::unfitValue, text);
+    odd.set = text;
+    odd.property = text;
+    log.add(odd);
+    log.add(odd);
+    ASSERT_EQ(log.entries().size(), 1U);
+    const auto& [first, count] = log.entries().front();
+    EXPECT_EQ(count, 2U);
+    EXPECT_EQ(first.text, text.substr(0, WarningLog::longestText) + "...");
+    EXPECT_EQ(first.set, text.substr(0, WarningLog::longestName) + "...");
+    EXPECT_EQ(first.property, first.set);
+}
+
 } // namespace

@@ -1,6 +1,7 @@
 #include "tools/corvid/Check.h"
 
-#include "tools/corvid/CheckReport.h"
+#include "host/dataio/BufferedSink.h"
+#include "tools/corvid/CheckJson.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/Output.h"
@@ -8,13 +9,17 @@
 #include "tools/corvid/RoundTrip.h"
 #include "tools/corvid/XercesFailures.h"
 
+#include <optional>
+#include <unistd.h>
+
 namespace Corvid::Tool {
 
 namespace {
 
 using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
 
-CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, Messages& messages) {
+CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, std::size_t listed,
+                      Messages& messages) {
     CheckedFile checked;
     messages.setFile(clip.path);
     checked.file = messages.file();
@@ -23,7 +28,8 @@ CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, Mes
             mxf::File file(clip.path, dictionary, messages);
             const mxf::HeaderMetadata header = readMetadata(file, clip);
             checked.cutOffAt = header.cutOffAt;
-            translateXerces([&] { checked.comparison = compareWithRoundTrip(*header.metadata); });
+            translateXerces(
+                [&] { checked.comparison = compareWithRoundTrip(*header.metadata, listed); });
         },
         messages);
     if (status == exitDone) {
@@ -36,31 +42,44 @@ CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, Mes
     return checked;
 }
 
+/// How many differences of a kind are listed.
+std::size_t listedOfAKind(const CheckOptions& options) {
+    return options.all    ? Differences::mostListedAtAll
+           : options.json ? Differences::mostListed
+                          : shownOfAKind;
+}
+
 } // namespace
 
 void check(const CheckOptions& options, Messages& messages) {
     const Dictionary dictionary = loadDictionary(options.clip.dictionaries);
     const std::size_t total = options.files.size();
     CheckTally tally;
-    std::vector<CheckedFile> kept; // for JSON, which is one object
+    DescriptorOutput output(STDOUT_FILENO, "standard output");
+    DataIO::BufferedSink buffer(output);
+    std::optional<CheckJson> report;
+    if (options.json) {
+        report.emplace(buffer);
+    }
     ClipOptions clip = options.clip;
     for (const std::string& path : options.files) {
         if (total != 1 && messages.showsProgress()) {
             messages.showProgress(progressBar(tally.files(), total, path, terminalColumns()));
         }
         clip.path = path;
-        CheckedFile file = checkFile(clip, dictionary, messages);
+        const CheckedFile file = checkFile(clip, dictionary, listedOfAKind(options), messages);
         tally.add(file);
-        if (options.json) {
-            kept.push_back(std::move(file));
+        messages.showProgress("");
+        if (report) {
+            report->add(file);
+            buffer.flush();
         } else {
-            messages.showProgress("");
-            printText(toText(file, options.all, options.colours));
+            printText(toText(file, options.colours));
         }
     }
-    messages.showProgress("");
-    if (options.json) {
-        printText(toJson(kept));
+    if (report) {
+        report->finish(tally);
+        buffer.flush();
     } else if (total != 1) {
         printText(toText(tally));
     }

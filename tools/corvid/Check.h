@@ -12,7 +12,7 @@ struct CheckOptions {
     std::vector<std::string> files; ///< "-" is standard input
     bool json = false;
     bool warningsAsErrors = false; ///< after all is printed
-    bool all = false;              ///< lists all differences, however many there are of a kind
+    bool all = false;              ///< lists up to Differences::mostListedAtAll of a kind
     bool colours = false;          ///< no part of JSON
 };
 

@@ -1,4 +1,5 @@
-#include "tools/corvid/CheckReport.h"
+#include "tools/corvid/CheckJson.h"
+
 #include "tools/corvid/WarningJson.h"
 
 #include <nlohmann/json.hpp>
@@ -35,51 +36,60 @@ Json toJson(const Difference& difference) {
             {"identifiers", nameOf(difference.identifiers)}};
 }
 
-Json toJson(const CheckedFile& file) {
-    Json json = {{"file", file.file},
-                 {"result", Tool::nameOf(file.result)},
-                 {"sets", nullptr},
-                 {"properties", nullptr},
-                 {"counts", Json::object()},
-                 {"differences", Json::array()},
-                 {"error", orNull(file.error)},
-                 {"cutOffAt", file.cutOffAt ? Json(*file.cutOffAt) : Json(nullptr)},
-                 {"warnings", toJson(file.warnings)},
-                 {"errors", errorsJson(file.error, file.cutOffAt)}};
-    if (file.result >= CheckResult::refused) {
-        return json;
+/// How many differences there are of each kind that the file has.
+Json countsOf(const Differences& differences) {
+    Json counts = Json::object();
+    for (const DescribedKind& each : differenceKinds) {
+        if (const std::size_t count = differences.count(each.kind); count != 0) {
+            counts[each.name] = count;
+        }
     }
-    json["sets"] = file.comparison.sets;
-    json["properties"] = file.comparison.properties;
-    std::map<DifferenceKind, std::size_t> counts;
-    for (const Difference& difference : file.comparison.differences) {
-        ++counts[difference.kind];
-        json["differences"].push_back(toJson(difference));
-    }
-    for (const auto& [kind, count] : counts) {
-        json["counts"][describe(kind).name] = count;
-    }
-    return json;
+    return counts;
 }
 
 } // namespace
 
-std::string toJson(const std::vector<CheckedFile>& files) {
-    CheckTally tally;
-    Json list = Json::array();
-    for (const CheckedFile& file : files) {
-        tally.add(file);
-        list.push_back(toJson(file));
+CheckJson::CheckJson(DataIO::DataSink& sink) : json_(sink) {
+    json_.beginObject();
+    json_.key("files");
+    json_.beginArray();
+}
+
+void CheckJson::add(const CheckedFile& file) {
+    const bool isCompared = file.result < CheckResult::refused;
+    const Comparison& comparison = file.comparison;
+    json_.beginObject();
+    json_.member("file", file.file);
+    json_.member("result", Tool::nameOf(file.result));
+    json_.member("sets", isCompared ? Json(comparison.sets) : Json(nullptr));
+    json_.member("properties", isCompared ? Json(comparison.properties) : Json(nullptr));
+    json_.member("counts", countsOf(comparison.differences));
+    json_.key("differences");
+    json_.beginArray();
+    for (const Difference& difference : comparison.differences) {
+        json_.value(toJson(difference));
     }
-    Json summary = {{"files", files.size()}};
+    json_.end();
+    if (const std::size_t leftOut = comparison.differences.leftOut(); leftOut != 0) {
+        json_.member("leftOut", leftOut);
+    }
+    json_.member("error", orNull(file.error));
+    json_.member("cutOffAt", file.cutOffAt ? Json(*file.cutOffAt) : Json(nullptr));
+    json_.member("warnings", toJson(file.warnings));
+    json_.member("errors", errorsJson(file.error, file.cutOffAt));
+    json_.end();
+}
+
+void CheckJson::finish(const CheckTally& tally) {
+    json_.end();
+    Json summary = {{"files", tally.files()}};
     for (const auto result : {CheckResult::lossless, CheckResult::cutOff, CheckResult::different,
                               CheckResult::refused, CheckResult::unreadable}) {
         summary[Tool::nameOf(result)] = tally.count(result);
     }
     summary["implied"] = 0; // as weight: programs may ask for it
-    const Json json = {{"files", std::move(list)}, {"summary", std::move(summary)}};
-    // Names of files need not be UTF-8, JSON must be.
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    json_.member("summary", summary);
+    json_.end();
 }
 
 } // namespace Corvid::Tool

@@ -10,8 +10,6 @@ namespace Corvid::Tool {
 
 namespace {
 
-constexpr std::size_t shownOfAKind = 20;
-
 struct DescribedResult {
     CheckResult result;
     const char* name;
@@ -49,7 +47,7 @@ std::string verdict(const CheckedFile& file, const Style& style) {
     const std::string cut = file.cutOffAt ? cutOffText(*file.cutOffAt) : "";
     if (!differences.empty()) {
         return fmt::format("{}DIFFERENT{}: {}", style.bad, style.end,
-                           counted(differences.size(), "difference")) +
+                           counted(differences.count(), "difference")) +
                (cut.empty() ? "" : "; " + cut);
     }
     return fmt::format("{}lossless{}{}", cut.empty() ? style.good : style.bad,
@@ -101,7 +99,7 @@ CheckResult resultOf(const Comparison& comparison, bool isCutOff) {
                                            : CheckResult::lossless;
 }
 
-std::string toText(const CheckedFile& file, bool all, bool colours) {
+std::string toText(const CheckedFile& file, bool colours) {
     if (file.result >= CheckResult::refused) {
         return "";
     }
@@ -117,14 +115,14 @@ std::string toText(const CheckedFile& file, bool all, bool colours) {
         byKind[difference.kind].push_back(&difference);
     }
     for (const auto& [kind, members] : byKind) {
+        const std::size_t count = differences.count(kind);
         text += fmt::format("  {}! {}{} ({}): {}\n", style.bad, describe(kind).name, style.end,
-                            members.size(), describe(kind).sentence);
-        const std::size_t shown = all ? members.size() : std::min(members.size(), shownOfAKind);
-        for (std::size_t i = 0; i != shown; ++i) {
-            text += "      " + line(*members[i]) + "\n";
+                            count, describe(kind).sentence);
+        for (const Difference* difference : members) {
+            text += "      " + line(*difference) + "\n";
         }
-        if (shown != members.size()) {
-            text += fmt::format("      and {} more\n", members.size() - shown);
+        if (members.size() != count) {
+            text += fmt::format("      and {} more\n", count - members.size());
         }
     }
     return text;

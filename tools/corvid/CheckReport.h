@@ -50,13 +50,12 @@ CheckResult resultOf(const Comparison& comparison, bool isCutOff);
 
 /// For people: a line for the file, then its differences by kind, the real ones first. Nothing for
 /// a file that could not be compared: why not has gone to standard error.
-/// @param all      whether all are listed, however many there are of a kind.
 /// @param colours  whether it is coloured.
-std::string toText(const CheckedFile& file, bool all, bool colours);
+std::string toText(const CheckedFile& file, bool colours);
 /// "3 files: 2 lossless, 1 different"
 std::string toText(const CheckTally& tally);
 
-/// For programs: JSON with the keys that docs/check.md names.
-std::string toJson(const std::vector<CheckedFile>& files);
+/// How many differences of a kind people see, unless they ask for all.
+inline constexpr std::size_t shownOfAKind = 20;
 
 } // namespace Corvid::Tool

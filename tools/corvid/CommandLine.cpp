@@ -206,8 +206,7 @@ Work declareCheck(CLI::App& verb, bool colours) {
         ->group(input);
     declareReading(verb, options->clip);
     declareStrictness(verb, options->warningsAsErrors, "Exit with status 1 if there are warnings");
-    verb.add_flag("--all", options->all,
-                  "List all differences, however many there are of a kind in a file")
+    verb.add_flag("--all", options->all, "List up to 10000 differences of a kind in a file")
         ->group(output);
     verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
     return [options](Messages& messages) { xmlVerbs().check(*options, messages); };

@@ -69,8 +69,9 @@ void pairUp(const Sets<Set>& before, const Sets<Set>& after, ContentBefore conte
 
 class Comparer {
 public:
-    Comparer(PartitionMetadata& before, PartitionMetadata& after, const Renaming& renaming)
-        : before_(before), after_(after), renaming_(renaming),
+    Comparer(PartitionMetadata& before, PartitionMetadata& after, const Renaming& renaming,
+             std::size_t listed)
+        : before_(before), after_(after), renaming_(renaming), result_{0, 0, Differences(listed)},
           sets_(before.partitionDictionary(), after.partitionDictionary(), renaming,
                 result_.differences) {}
 
@@ -99,9 +100,9 @@ public:
 
 private:
     void add(Kind kind, const ListedDarkSet& set, std::string detail = {}) {
-        result_.differences.push_back({kind, Platform::toUtf8(set.key.toString()),
-                                       set.instanceUID ? textOf(*set.instanceUID) : "", "",
-                                       std::move(detail), DifferenceIdentifiers::both});
+        result_.differences.add({kind, Platform::toUtf8(set.key.toString()),
+                                 set.instanceUID ? textOf(*set.instanceUID) : "", "",
+                                 std::move(detail), DifferenceIdentifiers::both});
     }
     void compareRenaming();
     void compareNamed();
@@ -124,19 +125,19 @@ void Comparer::compareRenaming() {
     renaming_.forEach([this](const Types::UUID& before, const Types::UUID& after) {
         const auto [origin, isNew] = origins_.tryEmplace(after, before);
         if (!isNew) {
-            result_.differences.push_back(
-                {Kind::sharedIdentifier, "", textOf(before), "",
-                 "became " + textOf(after) + " as " + textOf(origin) + " did",
-                 DifferenceIdentifiers::both});
+            result_.differences.add({Kind::sharedIdentifier, "", textOf(before), "",
+                                     "became " + textOf(after) + " as " + textOf(origin) + " did",
+                                     DifferenceIdentifiers::both});
         }
     });
 }
 
 void Comparer::extra(const MetadataSet& set) {
-    sets_.add(Kind::extraSet, set);
+    Difference difference = SetComparison::differenceOf(Kind::extraSet, set);
     if (const Types::UUID* const origin = origins_.find(set.instanceUID())) {
-        result_.differences.back().instanceUID = textOf(*origin);
+        difference.instanceUID = textOf(*origin);
     }
+    result_.differences.add(std::move(difference));
 }
 
 void Comparer::compareNamed() {
@@ -249,8 +250,9 @@ void Comparer::pair(const ListedDarkSet& before, const ListedDarkSet& after) {
 
 } // namespace
 
-Comparison compare(PartitionMetadata& before, PartitionMetadata& after, const Renaming& renaming) {
-    return Comparer(before, after, renaming).run();
+Comparison compare(PartitionMetadata& before, PartitionMetadata& after, const Renaming& renaming,
+                   std::size_t listed) {
+    return Comparer(before, after, renaming, listed).run();
 }
 
 } // namespace Corvid::Tool

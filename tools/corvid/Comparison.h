@@ -1,10 +1,8 @@
 #pragma once
 
 #include "host/metadata/PartitionMetadata.h"
-#include "tools/corvid/Difference.h"
+#include "tools/corvid/Differences.h"
 #include "tools/corvid/Renaming.h"
-
-#include <vector>
 
 namespace Corvid::Tool {
 
@@ -12,7 +10,7 @@ namespace Corvid::Tool {
 struct Comparison {
     std::size_t sets = 0;       ///< that were there before, dark ones included
     std::size_t properties = 0; ///< that they had; of dark sets none are counted
-    std::vector<Difference> differences;
+    Differences differences;
 };
 
 /// Compares the metadata of a file with what came back from its XML: set by set, property by
@@ -25,7 +23,8 @@ struct Comparison {
 /// @param before, after  borrowed; their primer packs get entries where they lack some that dark
 ///     sets need.
 /// @param renaming       the InstanceUIDs that the sets were given.
+/// @param listed         how many differences of a kind are listed; all are counted.
 Comparison compare(Metadata::PartitionMetadata& before, Metadata::PartitionMetadata& after,
-                   const Renaming& renaming);
+                   const Renaming& renaming, std::size_t listed = Differences::mostListed);
 
 } // namespace Corvid::Tool

@@ -2,6 +2,7 @@
 
 #include "host/base/Exceptions.h"
 #include "host/base/Text.h"
+#include "tools/corvid/DefinitionUses.h"
 #include "tools/corvid/Explanation.h"
 #include "tools/corvid/LabelText.h"
 #include "tools/corvid/Lines.h"
@@ -95,29 +96,28 @@ std::string refusal(const std::string& wanted, const std::vector<std::string>& n
 }
 
 std::string toText(const DictionaryOptions& options, const Glossary::Found& found,
-                   const MetaMetadata::Dictionary& definitions) {
+                   const DefinitionUses& uses) {
     if (found.entries.size() != 1) {
         Glossary::Entries all = found.entries;
         all.insert(all.end(), found.namesakes.begin(), found.namesakes.end());
         return listText(all, options.colours);
     }
     const std::string text =
-        explanationText(explain(*found.entries.front(), definitions), options.colours);
+        explanationText(explain(*found.entries.front(), uses), options.colours);
     return found.namesakes.empty()
                ? text
                : text + "\nOthers of that name\n" + listText(found.namesakes, options.colours);
 }
 
 std::string toJson(const DictionaryOptions& options, const Glossary::Found& found,
-                   const std::vector<std::string>& near,
-                   const MetaMetadata::Dictionary& definitions) {
+                   const std::vector<std::string>& near, const DefinitionUses& uses) {
     Json json = {{"query", options.wanted},
                  {"match", matchName(found.match)},
                  {"entries", Json::array()},
                  {"namesakes", Json::array()},
                  {"near", near}};
     for (const Glossary::Entry* entry : found.entries) {
-        json["entries"].push_back(explain(*entry, definitions));
+        json["entries"].push_back(explain(*entry, uses));
     }
     for (const Glossary::Entry* entry : found.namesakes) {
         json["namesakes"].push_back({{"kind", std::visit(KindName(), entry->subject)},
@@ -133,13 +133,14 @@ std::string toJson(const DictionaryOptions& options, const Glossary::Found& foun
 void dictionary(const DictionaryOptions& options) {
     const auto definitions = loadDictionary(options.dictionaries);
     const Glossary glossary(*definitions);
+    const DefinitionUses uses(*definitions);
     const Glossary::Found found = glossary.find(options.wanted);
     const std::vector<std::string> near =
         found.entries.empty() ? glossary.near(options.wanted) : std::vector<std::string>();
     if (options.json) {
-        printText(toJson(options, found, near, *definitions));
+        printText(toJson(options, found, near, uses));
     } else if (!found.entries.empty()) {
-        printText(toText(options, found, *definitions));
+        printText(toText(options, found, uses));
     }
     if (found.entries.empty()) {
         throw Exceptions::InvalidArgument(refusal(options.wanted, near), CORVID_HERE);

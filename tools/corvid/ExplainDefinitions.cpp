@@ -4,8 +4,6 @@
 #include "host/dictionary/MetaAttribute.h"
 #include "tools/corvid/SetValues.h"
 
-#include <algorithm>
-
 namespace Corvid::Tool {
 
 namespace {
@@ -68,12 +66,9 @@ void Explainer::operator()(const MetaMetadataSet* set) {
     }
     json_["inherits"] = std::move(chain);
     Json heirs = Json::array();
-    std::for_each(dictionary_.metaMetadataSetBegin(), dictionary_.metaMetadataSetEnd(),
-                  [&](const MetaMetadataSet* other) {
-                      if (other->parent() == set) {
-                          heirs.push_back(tagName(*other));
-                      }
-                  });
+    for (const MetaMetadataSet* heir : uses_.heirs(*set)) {
+        heirs.push_back(tagName(*heir));
+    }
     json_["inheritedBy"] = std::move(heirs);
     if (const auto group = Registers::findGroup(set->key())) {
         addSource(*group);
@@ -105,30 +100,13 @@ void Explainer::operator()(const MetaElement* element) {
         addSource(*property);
     }
     Json sets = Json::array();
-    std::for_each(
-        dictionary_.metaMetadataSetBegin(), dictionary_.metaMetadataSetEnd(),
-        [&](const MetaMetadataSet* set) {
-            const auto* const attribute = set->find(element->label());
-            const bool isInherited =
-                set->parent() != nullptr && set->parent()->find(element->label()) != nullptr;
-            if (attribute == nullptr || isInherited) {
-                return;
-            }
-            sets.push_back(
-                {{"set", tagName(*set)},
-                 {"status",
-                  AttributeRequiredStatus::names[metaAttribute(**attribute).requiredStatus()]},
-                 {"inheritedBy", std::count_if(dictionary_.metaMetadataSetBegin(),
-                                               dictionary_.metaMetadataSetEnd(),
-                                               [&](const MetaMetadataSet* heir) {
-                                                   const auto* ancestor = heir->parent();
-                                                   while (ancestor != nullptr && ancestor != set) {
-                                                       ancestor = ancestor->parent();
-                                                   }
-                                                   return ancestor == set;
-                                               })},
-                 {"key", Platform::toUtf8(set->key().toString())}});
-        });
+    for (const MetaMetadataSet* set : uses_.setsWith(*element)) {
+        const MetaAttribute& attribute = metaAttribute(**set->find(element->label()));
+        sets.push_back({{"set", tagName(*set)},
+                        {"status", AttributeRequiredStatus::names[attribute.requiredStatus()]},
+                        {"inheritedBy", uses_.countDescendants(*set)},
+                        {"key", Platform::toUtf8(set->key().toString())}});
+    }
     json_["sets"] = std::move(sets);
     if (property) {
         addGroupsWith(*property);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/base/Text.h"
+#include "tools/corvid/DefinitionUses.h"
 #include "tools/corvid/Glossary.h"
 
 #include <nlohmann/json.hpp>
@@ -30,8 +31,8 @@ template <class Entry> Json symbolOf(const std::optional<Entry>& entry) {
 /// Builds the explanation of one entry.
 class Explainer {
 public:
-    Explainer(const Glossary::Entry& entry, const MetaMetadata::Dictionary& dictionary)
-        : entry_(entry), dictionary_(dictionary) {}
+    Explainer(const Glossary::Entry& entry, const DefinitionUses& uses)
+        : entry_(entry), uses_(uses) {}
 
     Json explain();
 
@@ -64,7 +65,7 @@ private:
     }
 
     const Glossary::Entry& entry_;
-    const MetaMetadata::Dictionary& dictionary_;
+    const DefinitionUses& uses_;
     Json json_ = Json::object();
 };
 

@@ -5,8 +5,8 @@
 
 namespace Corvid::Tool {
 
-Json explain(const Glossary::Entry& entry, const MetaMetadata::Dictionary& dictionary) {
-    return Explainer(entry, dictionary).explain();
+Json explain(const Glossary::Entry& entry, const DefinitionUses& uses) {
+    return Explainer(entry, uses).explain();
 }
 
 Json Explainer::explain() {

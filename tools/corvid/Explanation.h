@@ -7,12 +7,13 @@
 
 namespace Corvid::Tool {
 
+class DefinitionUses;
+
 /// All that is known of an entry, with the keys that docs/dictionary-command.md names. Values are
 /// texts, numbers and truth values, lists of texts, objects of texts, and lists of objects, in
 /// which null stands where nothing is known.
-/// @param dictionary  that the entry's glossary was made of.
-nlohmann::ordered_json explain(const Glossary::Entry& entry,
-                               const MetaMetadata::Dictionary& dictionary);
+/// @param uses  of the dictionary that the entry's glossary was made of.
+nlohmann::ordered_json explain(const Glossary::Entry& entry, const DefinitionUses& uses);
 
 /// The same for people: what has one value on a line of its own, lists of objects as tables.
 /// @param colours  whether headings are coloured.

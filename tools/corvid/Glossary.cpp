@@ -7,8 +7,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <map>
 #include <tuple>
-#include <unordered_map>
 
 namespace Corvid::Tool {
 
@@ -128,7 +128,7 @@ void Glossary::addRegisters(const Dictionary& dictionary) {
 }
 
 void Glossary::addAliases() {
-    std::unordered_map<std::string_view, std::vector<std::string>*> names;
+    std::map<std::string_view, std::vector<std::string>*> names;
     for (Entry& entry : entries_) {
         names.emplace(entry.qualifiedName, &entry.names);
     }

@@ -9,10 +9,6 @@
 #include "tools/corvid/RenameSets.h"
 #include "tools/corvid/WriteDocument.h"
 
-#include <algorithm>
-#include <map>
-#include <tuple>
-
 namespace Corvid::Tool {
 
 namespace {
@@ -20,33 +16,6 @@ namespace {
 using DataIO::Memory::MemoryDataSink;
 using PartitionHolder = Templates::auto_ptr<Metadata::PartitionMetadata>;
 using Metadata::PartitionMetadata;
-
-/// Adds to the differences of one comparison those that only the other has.
-void unite(std::vector<Difference>& differences, const std::vector<Difference>& others) {
-    const auto identityOf = [](const Difference& each) {
-        return std::tuple(each.kind, each.set, each.instanceUID, each.property);
-    };
-    std::map<decltype(identityOf(others.front())), std::size_t> counts;
-    for (const Difference& other : others) {
-        ++counts[identityOf(other)];
-    }
-    for (Difference& each : differences) {
-        if (const auto found = counts.find(identityOf(each));
-            found != counts.end() && found->second != 0) {
-            --found->second;
-            each.identifiers = DifferenceIdentifiers::both;
-        } else {
-            each.identifiers = DifferenceIdentifiers::written;
-        }
-    }
-    for (const Difference& other : others) {
-        if (auto& count = counts[identityOf(other)]; count != 0) {
-            --count;
-            differences.push_back(other);
-            differences.back().identifiers = DifferenceIdentifiers::fresh;
-        }
-    }
-}
 
 PartitionHolder throughXml(PartitionMetadata& metadata) {
     MemoryDataSink text;
@@ -72,11 +41,12 @@ PartitionHolder throughFile(PartitionMetadata& metadata) {
 
 } // namespace
 
-Comparison compareWithRoundTrip(PartitionMetadata& metadata) {
+Comparison compareWithRoundTrip(PartitionMetadata& metadata, std::size_t listed) {
     const PartitionHolder read = throughXml(metadata);
-    Comparison comparison = compare(metadata, *throughFile(*read), {});
+    Comparison comparison = compare(metadata, *throughFile(*read), {}, listed);
     const Renaming renaming = renameSets(*read);
-    unite(comparison.differences, compare(metadata, *throughFile(*read), renaming).differences);
+    comparison.differences.unite(
+        compare(metadata, *throughFile(*read), renaming, listed).differences);
     return comparison;
 }
 

@@ -92,17 +92,20 @@ std::string contentOf(const Metadata::PartitionDictionary& tags, const MetadataS
 
 } // namespace
 
-void SetComparison::add(Kind kind, const MetadataSet& set, std::string detail) {
-    differences_.push_back(
-        {kind, className(set),
-         set.hasInstanceUID() ? Platform::toUtf8(set.instanceUID().toString()) : std::string(), "",
-         std::move(detail), DifferenceIdentifiers::both});
+Difference SetComparison::differenceOf(Kind kind, const MetadataSet& set, std::string detail) {
+    return {kind,
+            className(set),
+            set.hasInstanceUID() ? Platform::toUtf8(set.instanceUID().toString()) : std::string(),
+            "",
+            std::move(detail),
+            DifferenceIdentifiers::both};
 }
 
 void SetComparison::add(Kind kind, const Metadata::PartitionDictionary& tags,
                         const ListedProperty& property, std::string detail) {
-    add(kind, *set_, std::move(detail));
-    differences_.back().property = propertyName(tags, *property.element);
+    Difference difference = differenceOf(kind, *set_, std::move(detail));
+    difference.property = propertyName(tags, *property.element);
+    differences_.add(std::move(difference));
 }
 
 std::string SetComparison::contentBefore(const MetadataSet& before) const {
@@ -163,8 +166,10 @@ void SetComparison::compareInstanceUIDs(const MetadataSet& before, const Metadat
         inFile = &Metadata::definitionOf(*fresh->metaAttribute())->label();
     }
     if (*inFile != *label) {
-        add(Kind::labelVersion, before, versions((*label)[7], (*inFile)[7]));
-        differences_.back().property = "InstanceUID";
+        Difference difference =
+            differenceOf(Kind::labelVersion, before, versions((*label)[7], (*inFile)[7]));
+        difference.property = "InstanceUID";
+        differences_.add(std::move(difference));
     }
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/corvid/Difference.h"
+#include "tools/corvid/Differences.h"
 #include "tools/corvid/PropertyList.h"
 #include "tools/corvid/Renaming.h"
 
@@ -12,7 +12,7 @@ public:
     /// @param before, after  tags of the partitions that the sets are from. All is borrowed.
     SetComparison(const Metadata::PartitionDictionary& before,
                   const Metadata::PartitionDictionary& after, const Renaming& renaming,
-                  std::vector<Difference>& differences)
+                  Differences& differences)
         : before_(before), after_(after), renaming_(renaming), differences_(differences) {}
 
     /// Adds the differences of class, key and properties; of the InstanceUID, the label counts but
@@ -24,8 +24,12 @@ public:
     std::string contentBefore(const Metadata::MetadataSet& before) const;
     std::string content(const Metadata::MetadataSet& after) const;
 
-    /// Adds a difference that a set has as a whole.
-    void add(DifferenceKind kind, const Metadata::MetadataSet& set, std::string detail = {});
+    /// A difference that a set has as a whole.
+    static Difference differenceOf(DifferenceKind kind, const Metadata::MetadataSet& set,
+                                   std::string detail = {});
+    void add(DifferenceKind kind, const Metadata::MetadataSet& set, std::string detail = {}) {
+        differences_.add(differenceOf(kind, set, std::move(detail)));
+    }
 
 private:
     using Properties = std::vector<ListedProperty>;
@@ -42,7 +46,7 @@ private:
     const Metadata::PartitionDictionary& after_;
     const Renaming& renaming_;
     const Renaming asTheyAre_;
-    std::vector<Difference>& differences_;
+    Differences& differences_;
     const Metadata::MetadataSet* set_ = nullptr; ///< the one at work, as it was before
 };
 

@@ -1,5 +1,6 @@
 #include "tools/corvid/ShortValue.h"
 
+#include "host/base/Shortened.h"
 #include "host/dataio/Memory.h"
 #include "host/types/Types.h"
 #include "tools/corvid/SetValues.h"
@@ -24,19 +25,6 @@ struct Text : Types::Visitors::NullVisitor {
     std::optional<std::string> found;
 };
 
-std::string shortText(std::string text) {
-    if (text.size() <= longestText) {
-        return "\"" + text + "\"";
-    }
-    std::size_t end = longestText;
-    // Not in the middle of a character.
-    while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80) {
-        --end;
-    }
-    text.resize(end);
-    return "\"" + text + "...\"";
-}
-
 std::string shortBytes(const Metadata::Element& element) {
     DataIO::Memory::MemoryDataSink sink(element.serializedSize());
     element.serialize(sink);
@@ -57,7 +45,7 @@ std::string shortValue(const Metadata::Element& element) {
     if (const auto* const value = simpleValue(&element)) {
         value->accept(text);
     }
-    return text.found ? shortText(*text.found) : shortBytes(element);
+    return text.found ? "\"" + shortened(*text.found, longestText) + "\"" : shortBytes(element);
 }
 
 } // namespace Corvid::Tool

@@ -1,5 +1,6 @@
 #include "tools/corvid/Summary.h"
 
+#include "host/base/Shortened.h"
 #include "host/dictionary/AbstractMetaAttributeVisitor.h"
 #include "host/dictionary/UnknownAttribute.h"
 #include "tools/corvid/SetValues.h"
@@ -97,17 +98,15 @@ Summary::Descriptor describe(Walk& walk, const MetadataSet& set, int depth = 0) 
     return descriptor;
 }
 
-/// The names of data definitions, by their label: of those that the file defines. A name that is
-/// too long is empty.
+/// The names of data definitions, by their label: of those that the file defines.
 using DefinitionNames = std::map<std::array<Types::u8, 16>, std::string>;
 
 DefinitionNames definitionNames(const PartitionMetadata& metadata) {
     DefinitionNames names;
     for (const MetadataSet* set : metadata.find(Structural::keyOf(SetClass::definitionOfData))) {
         if (const auto* label = find(*set, Structural::definitionId)) {
-            std::string name = text(*set, Structural::definitionName);
-            name.resize(name.size() > longestKind ? 0 : name.size());
-            names.emplace(label->withoutVersion(), std::move(name));
+            names.emplace(label->withoutVersion(),
+                          shortened(text(*set, Structural::definitionName), longestKind));
         }
     }
     return names;

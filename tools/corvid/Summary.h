@@ -86,9 +86,9 @@ struct Summary {
         unfitProperties; ///< by "Set/Property"; values of a wrong form
 };
 
-/// The most bytes of a data definition's name in UTF-8 that make it the kind of a track: each track
-/// repeats it.
-constexpr std::size_t longestKind = 64;
+/// The bytes of a data definition's name in UTF-8 that the kind of a track shows: each track repeats
+/// it.
+constexpr std::size_t longestKind = 100;
 
 /// Collects it.
 /// @param metadata  of a partition of the file.

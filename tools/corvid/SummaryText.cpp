@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 #include <fmt/core.h>
-#include <map>
 #include <tuple>
 
 namespace Corvid::Tool {
@@ -132,48 +131,46 @@ std::string partitions(const Summary& summary, const Style& style) {
     return table.toString(style.heading, style.end);
 }
 
-/// Labels with the number of their uses, in the order of the first ones.
+/// The labels of a descriptor and its parts in their order; equal ones are counted.
 class LabelCounts {
 public:
-    /// The labels of a descriptor and its parts. Borrowed.
     explicit LabelCounts(const Summary::Descriptor& descriptor) { add(descriptor); }
 
-    const std::vector<std::pair<const Summary::Label*, std::size_t>>& entries() const noexcept {
-        return entries_;
-    }
+    const auto& counts() const noexcept { return counts_; }
 
 private:
+    using Key = std::tuple<std::string_view, std::string_view, std::array<Types::u8, 16>>;
+
     void add(const Summary::Descriptor& descriptor) {
         for (const Summary::Label& label : descriptor.labels) {
             const auto [place, isNew] = places_.try_emplace(
-                {label.className, label.property, label.label}, entries_.size());
+                Key(label.className, label.property, label.label.bytes()), counts_.size());
             if (isNew) {
-                entries_.emplace_back(&label, 0);
+                counts_.emplace_back(&label, 0);
             }
-            ++entries_[place->second].second;
+            ++counts_[place->second].second;
         }
         for (const Summary::Descriptor& part : descriptor.parts) {
             add(part);
         }
     }
 
-    std::vector<std::pair<const Summary::Label*, std::size_t>> entries_;
-    std::map<std::tuple<std::string_view, std::string_view, Types::UniversalLabel>, std::size_t>
-        places_; ///< among the entries
+    std::vector<std::pair<const Summary::Label*, std::size_t>> counts_;
+    std::map<Key, std::size_t> places_; // in counts_
 };
 
 std::string descriptorLabels(const Summary::Descriptor& descriptor, const Style& style) {
-    const LabelCounts counts(descriptor);
+    const LabelCounts labels(descriptor);
     Table table(2);
     table.add({"Labels of", "Property", "Label", "Name", "Times"});
     std::string above;
-    for (const auto& [label, times] : counts.entries()) {
+    for (const auto& [label, times] : labels.counts()) {
         table.add({label->className == above ? "" : label->className, label->property,
                    Platform::toUtf8(label->label.toString()), registeredName(label->label),
                    times == 1 ? "" : fmt::format("{}", times)});
         above = label->className;
     }
-    return counts.entries().empty() ? "" : table.toString(style.quiet, style.end);
+    return labels.counts().empty() ? "" : table.toString(style.quiet, style.end);
 }
 
 std::string package(const Summary::Package& package, const Style& style) {

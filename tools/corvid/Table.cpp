@@ -6,6 +6,9 @@ namespace Corvid::Tool {
 
 namespace {
 
+/// A cell that is wider leaves the column as it is: all other rows would be filled up with blanks.
+constexpr std::size_t greatestWidth = 120;
+
 /// Characters, one column each; combining and wide ones are taken as others.
 std::size_t widthOf(const std::string& text) {
     return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char c) {
@@ -22,7 +25,7 @@ std::string Table::toString(const std::string& before, const std::string& after)
         widths.resize(std::max(widths.size(), rows_[row].size()));
         used.resize(widths.size());
         for (std::size_t i = 0; i != rows_[row].size(); ++i) {
-            widths[i] = std::max(widths[i], widthOf(rows_[row][i]));
+            widths[i] = std::max(widths[i], std::min(widthOf(rows_[row][i]), greatestWidth));
             used[i] = used[i] || (row != 0 && !rows_[row][i].empty());
         }
     }
@@ -31,8 +34,9 @@ std::string Table::toString(const std::string& before, const std::string& after)
         std::string line(indent_, ' ');
         for (std::size_t i = 0; i != rows_[row].size(); ++i) {
             if (used[i]) {
+                const std::size_t width = widthOf(rows_[row][i]);
                 line += rows_[row][i];
-                line.append(widths[i] - widthOf(rows_[row][i]) + 2, ' ');
+                line.append(widths[i] - std::min(widths[i], width) + 2, ' ');
             }
         }
         line.erase(line.find_last_not_of(' ') + 1);

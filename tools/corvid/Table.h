@@ -14,8 +14,9 @@ public:
     /// @param cells  UTF-8 without control characters.
     void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
 
-    /// Columns as wide as their widest cell, two blanks apart; columns that are empty in all rows
-    /// but the first, which has the headings, are left out.
+    /// Columns as wide as their widest cell, up to 120 characters, two blanks apart; a longer cell
+    /// moves the rest of its row. Columns that are empty in all rows but the first, which has the
+    /// headings, are left out.
     /// @param before, after  stand around the first row.
     std::string toString(const std::string& before, const std::string& after) const;
 

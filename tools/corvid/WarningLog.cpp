@@ -1,5 +1,7 @@
 #include "tools/corvid/WarningLog.h"
 
+#include "host/base/Shortened.h"
+
 namespace Corvid::Tool {
 
 namespace {
@@ -10,13 +12,21 @@ std::string factOf(const mxf::Warning& warning, std::size_t number) {
     case mxf::WarningScope::file:
         break;
     case mxf::WarningScope::set:
-        return warning.set;
+        return shortened(warning.set, WarningLog::longestName);
     case mxf::WarningScope::property:
-        return warning.localTag ? std::to_string(*warning.localTag) : warning.property;
+        return warning.localTag ? std::to_string(*warning.localTag)
+                                : shortened(warning.property, WarningLog::longestName);
     case mxf::WarningScope::each:
         return std::to_string(number);
     }
     return {};
+}
+
+mxf::Warning shortenedParts(mxf::Warning warning) {
+    warning.text = shortened(warning.text, WarningLog::longestText);
+    warning.set = shortened(warning.set, WarningLog::longestName);
+    warning.property = shortened(warning.property, WarningLog::longestName);
+    return warning;
 }
 
 } // namespace
@@ -31,7 +41,7 @@ void WarningLog::add(const mxf::Warning& warning) {
     } else {
         kind.last = entries_.size();
         kind.facts.emplace(fact, kind.last);
-        entries_.push_back({warning});
+        entries_.push_back({shortenedParts(warning)});
     }
 }
 

@@ -15,6 +15,9 @@ class WarningLog {
 public:
     /// The most facts of a kind that are kept apart; the last one counts all others.
     static constexpr std::size_t mostOfAKind = 20;
+    /// The most bytes of a text, which may quote what a file or document holds, and of a name.
+    static constexpr std::size_t longestText = 1024;
+    static constexpr std::size_t longestName = 256;
 
     struct Entry {
         mxf::Warning first;
