@@ -1,4 +1,5 @@
 #include "tools/corvid/CheckReport.h"
+#include "tools/corvid/JsonText.h"
 #include "tools/corvid/WarningJson.h"
 
 #include <nlohmann/json.hpp>
@@ -78,8 +79,7 @@ std::string toJson(const std::vector<CheckedFile>& files) {
     }
     summary["implied"] = 0; // as weight: programs may ask for it
     const Json json = {{"files", std::move(list)}, {"summary", std::move(summary)}};
-    // Names of files need not be UTF-8, JSON must be.
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return jsonText(json);
 }
 
 } // namespace Corvid::Tool

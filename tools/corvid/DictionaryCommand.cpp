@@ -3,6 +3,7 @@
 #include "host/base/Exceptions.h"
 #include "host/base/Text.h"
 #include "tools/corvid/Explanation.h"
+#include "tools/corvid/JsonText.h"
 #include "tools/corvid/LabelText.h"
 #include "tools/corvid/Lines.h"
 #include "tools/corvid/NameMatch.h"
@@ -124,8 +125,7 @@ std::string toJson(const DictionaryOptions& options, const Glossary::Found& foun
                                      {"name", entry->names.front()},
                                      {"is", detail(entry->subject)}});
     }
-    // A query need not be UTF-8, JSON must be.
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return jsonText(json);
 }
 
 } // namespace
