@@ -109,7 +109,7 @@ void refuseToDestroy(const std::string& path, MayReplace mayReplace) {
 std::unique_ptr<Output> openOutput(const std::string& path, const std::string& input,
                                    MayReplace mayReplace) {
     auto output = Output::open(path);
-    if (!input.empty() && output->replaces(input)) {
+    if (!input.empty() && output->goesTo(input)) {
         throw UsageError{"the output is the input itself"};
     }
     refuseToDestroy(path, mayReplace);
