@@ -93,6 +93,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"MissingDocument", "corvid from-xml EVIL -o out.mxf"},
         Case{"MissingDictionary", "corvid info evil.mxf --dictionary EVIL"},
         Case{"OutputInAMissingFolder", "corvid to-xml evil.mxf -o EVIL/out.xml"},
+        Case{"OutputThatIsTheInput", "cp evil.mxf EVIL; corvid to-xml EVIL -o EVIL"},
         Case{"OutputOntoAClip", "cp evil.mxf EVIL; corvid from-xml evil.xml -o EVIL; "
                                 "corvid to-xml evil.mxf -o EVIL"},
         Case{"FolderOfSchemas", "corvid schema -o EVIL"},

@@ -7,7 +7,7 @@
 #include "tools/corvid/LabelText.h"
 #include "tools/corvid/Lines.h"
 #include "tools/corvid/NameMatch.h"
-#include "tools/corvid/Output.h"
+#include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/Printable.h"
 #include "tools/corvid/RegisteredName.h"
 #include "tools/corvid/Style.h"
@@ -131,6 +131,7 @@ std::string toJson(const DictionaryOptions& options, const Glossary::Found& foun
 } // namespace
 
 void dictionary(const DictionaryOptions& options) {
+    protectInputs(inputsOf({}, options.dictionaries));
     const auto definitions = loadDictionary(options.dictionaries);
     const Glossary glossary(*definitions);
     const Glossary::Found found = glossary.find(options.wanted);
