@@ -1,5 +1,7 @@
 #include "host/base/Text.h"
 
+#include "host/base/Utf8.h"
+
 namespace Corvid::Platform {
 
 namespace {
@@ -40,9 +42,9 @@ void appendUtf16(Utf16Text& to, char32_t point) {
 constexpr bool isLead(Utf16Unit unit) { return (unit & 0xFC00) == 0xD800; }
 constexpr bool isTrail(Utf16Unit unit) { return (unit & 0xFC00) == 0xDC00; }
 
-/// The code point at the front of the text, and its length in bytes; length 0 where it is
-/// malformed.
-std::pair<char32_t, std::size_t> decodeUtf8(std::string_view text) {
+} // namespace
+
+Utf8Character firstCharacter(std::string_view text) noexcept {
     const auto byte = [text](std::size_t i) { return static_cast<unsigned char>(text[i]); };
     const unsigned char first = byte(0);
     if (first < 0x80) {
@@ -66,8 +68,6 @@ std::pair<char32_t, std::size_t> decodeUtf8(std::string_view text) {
     }
     return {point, length};
 }
-
-} // namespace
 
 Utf16Text widen(std::string_view text) {
     Utf16Text result;
@@ -103,7 +103,7 @@ Utf16Text fromUtf8(std::string_view text) {
     Utf16Text result;
     result.reserve(text.size());
     while (!text.empty()) {
-        const auto [point, length] = decodeUtf8(text);
+        const auto [point, length] = firstCharacter(text);
         appendUtf16(result, point);
         text.remove_prefix(length == 0 ? 1 : length);
     }

@@ -1,10 +1,15 @@
 #include "host/dataio/PipeSource.h"
 
 #include "host/base/Exceptions.h"
+#include "tests/support/Paths.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fcntl.h>
+#include <optional>
+#include <sys/inotify.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -32,6 +37,25 @@ std::string read(RandomAccessSource& source, std::uint64_t offset, std::size_t c
     text.resize(source.readAt(offset, reinterpret_cast<unsigned char*>(text.data()), count));
     return text;
 }
+
+/// TMPDIR, as long as it lives.
+class FolderOfTemporaryFiles {
+public:
+    explicit FolderOfTemporaryFiles(const std::string& path) {
+        if (const char* const before = std::getenv("TMPDIR")) {
+            before_ = before;
+        }
+        ::setenv("TMPDIR", path.c_str(), 1);
+    }
+    FolderOfTemporaryFiles(const FolderOfTemporaryFiles&) = delete;
+    FolderOfTemporaryFiles& operator=(const FolderOfTemporaryFiles&) = delete;
+    ~FolderOfTemporaryFiles() {
+        before_ ? ::setenv("TMPDIR", before_->c_str(), 1) : ::unsetenv("TMPDIR");
+    }
+
+private:
+    std::optional<std::string> before_;
+};
 
 TEST(PipeSource, doesNotWaitForMoreThanIsAskedFor) {
     Pipe pipe = makePipe();
@@ -84,15 +108,30 @@ TEST(PipeSource, keepsFarMoreThanAPipeHolds) {
     writer.join();
 }
 
+TEST(PipeSource, keepsItsBytesWhereNoSignalCanLeaveThem) {
+    const Testing::TemporaryDir folder;
+    const FileDescriptor nameless = FileDescriptor::owning(
+        ::open(folder.path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!nameless.isOpen()) {
+        GTEST_SKIP() << "the file system of temporary files has none without a name";
+    }
+    const FileDescriptor events = FileDescriptor::owning(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    ASSERT_GE(::inotify_add_watch(events.number(), folder.path().c_str(), IN_CREATE), 0);
+    Pipe pipe = makePipe();
+    write(pipe, "x");
+    PipeSource source(std::move(pipe.out), "pipe");
+    const FolderOfTemporaryFiles set(folder.path());
+    EXPECT_EQ(read(source, 0, 1), "x");
+    char event[4096];
+    EXPECT_EQ(::read(events.number(), event, sizeof event), -1);
+}
+
 TEST(PipeSource, saysThatItFindsNoRoomForTheTemporaryFile) {
     Pipe pipe = makePipe();
     write(pipe, "x");
     PipeSource source(std::move(pipe.out), "pipe");
-    const char* const before = std::getenv("TMPDIR");
-    const std::string kept = before == nullptr ? "" : before;
-    ::setenv("TMPDIR", "/nowhere at all", 1);
+    const FolderOfTemporaryFiles set("/nowhere at all");
     EXPECT_THROW(source.available(0, 1), Exceptions::IOError);
-    before == nullptr ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", kept.c_str(), 1);
 }
 
 } // namespace

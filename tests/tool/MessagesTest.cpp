@@ -3,7 +3,6 @@
 #include "host/dataio/Memory.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/Output.h"
-#include "tools/corvid/Printable.h"
 #include "tools/corvid/ProgressBar.h"
 #include "tools/corvid/Table.h"
 
@@ -87,6 +86,13 @@ TEST_F(MessagesOfTheCommand, nameTheFileOnce) {
     EXPECT_EQ(said(), "corvid: in.mxf: can't open: No such file or directory\n");
 }
 
+TEST_F(MessagesOfTheCommand, nameAFileOnceWhoseNameIsNotUtf8) {
+    const std::string name = "a\xFF";
+    messages.setFile(name);
+    guard([&] { throw Exceptions::IOError("can't open " + name + ": x", CORVID_HERE); }, messages);
+    EXPECT_EQ(said(), "corvid: a\\xff: can't open: x\n");
+}
+
 TEST_F(MessagesOfTheCommand, keepWordsThatAreTheNameOfTheFileByChance) {
     messages.setFile("in");
     messages.error("no header metadata in partition 0");
@@ -138,13 +144,6 @@ TEST_F(MessagesOfTheCommand, sayNothingOfAClosedPipe) {
     EXPECT_EQ(said(), "");
 }
 
-TEST(Printable, escapesControlCharactersAndThoseThatChangeTheLayout) {
-    EXPECT_EQ(printable("a\tb\x7F\xC2\x85\xC3\xBC\xC2\xA0"), "a\\x09b\\x7f\\x85\xC3\xBC\xC2\xA0");
-    EXPECT_EQ(printable("\xC2"), "\xC2");
-    EXPECT_EQ(printable("a\u2028\u202Eb\u2066\u2069"), "a\\u2028\\u202eb\\u2066\\u2069");
-    EXPECT_EQ(printable("\u2027\u202F\u2065\u206A\xE2\x80"), "\u2027\u202F\u2065\u206A\xE2\x80");
-}
-
 TEST(ProgressBar, fillsAsTheWorkGoesOn) {
     EXPECT_EQ(progressBar(0, 4, "a", 80), "[....................] 0 of 4  a");
     EXPECT_EQ(progressBar(1, 4, "a", 80), "[#####...............] 1 of 4  a");
@@ -167,7 +166,14 @@ TEST(ProgressBar, fitsTheLineAndEscapesNames) {
               bar + "1234567");
     EXPECT_EQ(progressBar(0, 4, "clip.mxf", 12), "[..........");
     EXPECT_EQ(progressBar(0, 4, "clip.mxf", 0), "");
-    EXPECT_EQ(progressBar(0, 4, "\x1B[2J", 80), bar + "\\x1b[2J");
+    EXPECT_EQ(progressBar(0, 4, "\x1B[2J\u202E\xFF", 80), bar + "\\x1b[2J\\u202e\\xff");
+}
+
+TEST(Table, escapesWhatATerminalShouldNotShow) {
+    Table table(0);
+    table.add({"Name", "Number"});
+    table.add({"a\u202E", "1"});
+    EXPECT_EQ(table.toString("", ""), "Name     Number\na\\u202e  1\n");
 }
 
 TEST(Table, alignsColumnsAndLeavesOutEmptyOnes) {

@@ -197,6 +197,79 @@ TEST_F(Replacing, theInputIsNotReplacedByForce) {
     EXPECT_EQ(shop.read("clip.mxf"), asText(wholeClip()));
 }
 
+struct IntoAnInput {
+    const char* name;
+    const char* line;
+    const char* input;
+};
+void PrintTo(const IntoAnInput& c, std::ostream* out) { *out << c.name; }
+
+class OutputIntoAnInput : public Replacing, public ::testing::WithParamInterface<IntoAnInput> {};
+
+TEST_P(OutputIntoAnInput, isRefused) {
+    shop.write("my.dict", std::string("namespace my urn:example:My\n"));
+    shop.write("rp210.xsd", std::string("namespace my urn:example:My\n"));
+    const std::string before = shop.run("md5sum *").out;
+    const Outcome outcome = shop.run(GetParam().line);
+    EXPECT_EQ(outcome.status, 2);
+    EXPECT_EQ(outcome.err,
+              std::string("corvid: ") + GetParam().input + ": the output is the input itself\n");
+    EXPECT_EQ(shop.run("md5sum *").out, before);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , OutputIntoAnInput,
+    ::testing::Values(
+        IntoAnInput{"ToXmlAppends", "corvid to-xml clip.mxf >>clip.mxf", "clip.mxf"},
+        IntoAnInput{"ToXmlOverwrites", "corvid to-xml clip.mxf 1<>clip.mxf", "clip.mxf"},
+        IntoAnInput{"ByForce", "corvid to-xml clip.mxf --force >>clip.mxf", "clip.mxf"},
+        IntoAnInput{"DevStdout", "corvid to-xml clip.mxf -o /dev/stdout >>clip.mxf", "clip.mxf"},
+        IntoAnInput{"DevFd", "corvid to-xml clip.mxf -o /dev/fd/3 3>>clip.mxf", "clip.mxf"},
+        IntoAnInput{"StandardInput", "corvid to-xml - <clip.mxf >>clip.mxf", "standard input"},
+        IntoAnInput{"Dictionary", "corvid to-xml clip.mxf --dictionary my.dict -o my.dict",
+                    "my.dict"},
+        IntoAnInput{"DictionaryAppended", "corvid to-xml clip.mxf --dictionary my.dict >>my.dict",
+                    "my.dict"},
+        IntoAnInput{"FromXml", "corvid from-xml clip.xml -o - >>clip.xml", "clip.xml"},
+        IntoAnInput{"FromXmlDictionary",
+                    "corvid from-xml clip.xml --dictionary my.dict -o ./my.dict", "my.dict"},
+        IntoAnInput{"Info", "corvid info clip.mxf >>clip.mxf", "clip.mxf"},
+        IntoAnInput{"InfoInJson", "corvid info --json - <clip.mxf >>clip.mxf", "standard input"},
+        IntoAnInput{"InfoDictionary", "corvid info clip.mxf --dictionary my.dict >>my.dict",
+                    "my.dict"},
+        IntoAnInput{"Check", "corvid check clip.mxf there.mxf >>there.mxf", "there.mxf"},
+        IntoAnInput{"CheckInJson", "corvid check clip.mxf there.mxf --json 1<>there.mxf",
+                    "there.mxf"},
+        IntoAnInput{"CheckDictionary", "corvid check clip.mxf --dictionary my.dict >>my.dict",
+                    "my.dict"},
+        IntoAnInput{"DictionaryVerb", "corvid dictionary Preface --dictionary my.dict >>my.dict",
+                    "my.dict"},
+        IntoAnInput{"Schema", "corvid schema --dictionary rp210.xsd", "rp210.xsd"}),
+    [](const auto& each) { return each.param.name; });
+
+TEST_F(Replacing, aFileThatTheShellHasEmptiedIsNotCalledEmpty) {
+    for (const char* verb : {"info", "check", "to-xml"}) {
+        const Outcome outcome = shop.run(std::string("corvid ") + verb + " clip.mxf >clip.mxf");
+        EXPECT_EQ(outcome.status, 2);
+        EXPECT_EQ(outcome.err, "corvid: clip.mxf: the output is the input itself\n");
+    }
+}
+
+TEST_F(Replacing, noMessageGoesIntoTheInput) {
+    for (const char* line :
+         {"corvid info clip.mxf 2>>clip.mxf", "corvid to-xml clip.mxf 2>>clip.mxf",
+          "corvid check there.mxf clip.mxf 2>>clip.mxf",
+          "corvid check there.mxf clip.mxf >>there.mxf 2>>clip.mxf"}) {
+        EXPECT_EQ(shop.run(line).status, 2);
+        EXPECT_EQ(shop.read("clip.mxf"), asText(wholeClip())) << line;
+        EXPECT_EQ(shop.read("there.mxf"), asText(wholeClip())) << line;
+    }
+}
+
+TEST_F(Replacing, aDeviceMayBeReadAndWritten) {
+    EXPECT_EQ(shop.run("corvid to-xml - </dev/null >/dev/null").status, 1);
+}
+
 TEST_F(Replacing, schemaKeepsAClipWithTheNameOfASchema) {
     shop.run("mkdir schema; cp clip.mxf schema/types.xsd");
     const Outcome outcome = shop.run("corvid schema -o schema");

@@ -2,6 +2,7 @@
 
 #include "tests/tool/RunCommand.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
@@ -42,14 +43,23 @@ TEST(Output, refusesAFileThatMayNotBeWritten) {
     EXPECT_THROW(Output::open((shop.path() / "out").string()), OutputError);
 }
 
-TEST(Output, knowsTheFileThatItReplaces) {
+TEST(Output, knowsTheFileThatItGoesTo) {
     const Workshop shop;
     shop.write("out", std::string("old"));
     shop.write("other", std::string("other"));
-    const auto output = Output::open((shop.path() / "out").string());
-    EXPECT_TRUE(output->replaces((shop.path() / "." / "out").string()));
-    EXPECT_FALSE(output->replaces((shop.path() / "other").string()));
-    EXPECT_FALSE(output->replaces((shop.path() / "gone").string()));
+    shop.run("ln -s out link; ln out twin");
+    const Corvid::DataIO::FileDescriptor file = Corvid::DataIO::FileDescriptor::owning(
+        ::open((shop.path() / "out").c_str(), O_WRONLY | O_APPEND));
+    for (const std::string& path :
+         {(shop.path() / "out").string(), "/dev/fd/" + std::to_string(file.number())}) {
+        const auto output = Output::open(path);
+        EXPECT_TRUE(output->goesTo((shop.path() / "." / "out").string()));
+        EXPECT_TRUE(output->goesTo((shop.path() / "link").string()));
+        EXPECT_TRUE(output->goesTo((shop.path() / "twin").string()));
+        EXPECT_FALSE(output->goesTo((shop.path() / "other").string()));
+        EXPECT_FALSE(output->goesTo((shop.path() / "gone").string()));
+    }
+    EXPECT_FALSE(Output::open("/dev/null")->goesTo("/dev/null"));
 }
 
 TEST(Output, aLinkToNothingGetsItsFile) {

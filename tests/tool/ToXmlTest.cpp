@@ -135,11 +135,15 @@ TEST_F(ToXml, aClosedPipeEndsQuietly) {
 
 TEST_F(ToXml, aSignalLeavesNoFileBehind) {
     // The clip never comes, so that the command waits with its output begun.
-    const Outcome outcome =
-        shop.run("mkfifo never; (sleep 2 >never) & corvid to-xml never -o out.xml & "
-                 "command=$!; sleep 0.5; ls -A | grep -c '^.corvid-'; kill -TERM $command; "
-                 "wait $command; echo $?; ls -A | grep -c -e '^.corvid-' -e out.xml; true");
-    EXPECT_EQ(outcome.out, "1\n143\n0\n");
+    for (const auto& [signal, status] : {std::pair("TERM", "143"), std::pair("USR1", "138")}) {
+        const Outcome outcome = shop.run(
+            "rm -f never; mkfifo never; corvid to-xml never -o out.xml & command=$!; "
+            "for i in $(seq 500); do ls -l /proc/$command/fd | grep -q \"$PWD/\" && break; "
+            "sleep 0.02; done; kill -" +
+            std::string(signal) +
+            " $command; wait $command; echo $?; ls -A | grep -c -e '^.corvid-' -e out.xml; true");
+        EXPECT_EQ(outcome.out, std::string(status) + "\n0\n") << outcome.err;
+    }
 }
 
 TEST_F(ToXml, writesUtf16) {

@@ -4,7 +4,7 @@
 #include "tools/corvid/CheckJson.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/Messages.h"
-#include "tools/corvid/Output.h"
+#include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/ProgressBar.h"
 #include "tools/corvid/RoundTrip.h"
 #include "tools/corvid/XercesFailures.h"
@@ -52,6 +52,7 @@ std::size_t listedOfAKind(const CheckOptions& options) {
 } // namespace
 
 void check(const CheckOptions& options, Messages& messages) {
+    protectInputs(inputsOf(options.files, options.clip.dictionaries));
     const Dictionary dictionary = loadDictionary(options.clip.dictionaries);
     const std::size_t total = options.files.size();
     CheckTally tally;

@@ -7,6 +7,11 @@
 
 namespace Corvid::Tool {
 
+std::vector<std::string> inputsOf(std::vector<std::string> files, const DictionaryChoice& choice) {
+    files.insert(files.end(), choice.files.begin(), choice.files.end());
+    return files;
+}
+
 Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const DictionaryChoice& choice) {
     using MetaMetadata::Dictionary;
     auto base = choice.registeredOnly ? Dictionary::registered() : Dictionary::builtIn();

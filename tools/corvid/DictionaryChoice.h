@@ -18,6 +18,10 @@ struct DictionaryChoice {
     bool registeredOnly = false;    ///< leaves out what is in use but not registered
 };
 
+/// All files that a verb reads.
+/// @param files  beside the dictionaries.
+std::vector<std::string> inputsOf(std::vector<std::string> files, const DictionaryChoice& choice);
+
 /// The built-in dictionary, or one that extends it.
 /// @throws IOError            a file can't be read.
 /// @throws InvalidDictionary  a file breaks a rule of the format.

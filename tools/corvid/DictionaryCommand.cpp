@@ -4,10 +4,11 @@
 #include "host/base/Text.h"
 #include "tools/corvid/DefinitionUses.h"
 #include "tools/corvid/Explanation.h"
+#include "tools/corvid/JsonText.h"
 #include "tools/corvid/LabelText.h"
 #include "tools/corvid/Lines.h"
 #include "tools/corvid/NameMatch.h"
-#include "tools/corvid/Output.h"
+#include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/Printable.h"
 #include "tools/corvid/RegisteredName.h"
 #include "tools/corvid/Style.h"
@@ -124,13 +125,13 @@ std::string toJson(const DictionaryOptions& options, const Glossary::Found& foun
                                      {"name", entry->names.front()},
                                      {"is", detail(entry->subject)}});
     }
-    // A query need not be UTF-8, JSON must be.
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+    return jsonText(json) + "\n";
 }
 
 } // namespace
 
 void dictionary(const DictionaryOptions& options) {
+    protectInputs(inputsOf({}, options.dictionaries));
     const auto definitions = loadDictionary(options.dictionaries);
     const Glossary glossary(*definitions);
     const DefinitionUses uses(*definitions);

@@ -1,13 +1,7 @@
 #include "tools/corvid/FileOutput.h"
 
 #include <cerrno>
-#include <climits>
-#include <csignal>
-#include <cstdlib>
-#include <cstring>
-#include <fcntl.h>
 #include <filesystem>
-#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -15,38 +9,6 @@
 namespace Corvid::Tool {
 
 namespace {
-
-constexpr int endingSignals[] = {SIGHUP, SIGINT, SIGTERM};
-
-// What a signal handler may touch: the name of the one unfinished file, empty where there is none.
-char unfinished[PATH_MAX];
-volatile std::sig_atomic_t hasUnfinished = 0;
-
-extern "C" void removeUnfinished(int signalNumber) {
-    if (hasUnfinished != 0) {
-        ::unlink(unfinished);
-    }
-    // SA_RESETHAND has put the default back, which ends the process in the way of this signal.
-    ::raise(signalNumber);
-}
-
-void removeOnSignal(const std::string& path) {
-    if (path.size() >= sizeof unfinished) {
-        return;
-    }
-    std::memcpy(unfinished, path.c_str(), path.size() + 1);
-    hasUnfinished = 1;
-    struct sigaction action {};
-    action.sa_handler = removeUnfinished;
-    action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
-    for (const int number : endingSignals) {
-        struct sigaction old {};
-        // What the caller has told to ignore, as nohup does, stays ignored.
-        if (::sigaction(number, nullptr, &old) == 0 && old.sa_handler == SIG_DFL) {
-            ::sigaction(number, &action, nullptr);
-        }
-    }
-}
 
 /// What a symbolic link leads to in the end, whether it is there or not.
 std::filesystem::path behindLinks(const std::string& given) {
@@ -62,86 +24,68 @@ std::filesystem::path behindLinks(const std::string& given) {
     return path;
 }
 
-mode_t permissionsOfNewFiles() {
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    return static_cast<mode_t>(0666) & ~mask;
+/// As far as the system lets it: only root gives files away. Set-user and set-group bits were
+/// meant for what was in the file, and stay with it.
+void takeOver(int file, const struct stat& replaced) {
+    mode_t permissions = replaced.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO);
+    constexpr auto sameOwner = static_cast<uid_t>(-1);
+    if (::fchown(file, replaced.st_uid, replaced.st_gid) != 0 &&
+        ::fchown(file, sameOwner, replaced.st_gid) != 0) {
+        // What the group might do was meant for another group.
+        permissions = (permissions & ~static_cast<mode_t>(S_IRWXG)) | (permissions & S_IRWXO) << 3;
+    }
+    // A file system without permissions has its own.
+    static_cast<void>(::fchmod(file, permissions));
 }
 
 } // namespace
 
 struct FileOutput::Target {
-    std::string path;
-    mode_t permissions;
+    std::filesystem::path path;
+    std::optional<struct stat> replaced;
 
-    explicit Target(const std::string& given) : path(given), permissions(permissionsOfNewFiles()) {
+    explicit Target(const std::string& given) {
         std::error_code error;
-        const auto real = std::filesystem::canonical(given, error);
+        path = std::filesystem::canonical(given, error);
         if (error) {
-            path = behindLinks(given).string(); // not there yet
+            path = behindLinks(given); // not there yet
             return;
         }
-        path = real.string();
         struct stat status {};
         if (::stat(path.c_str(), &status) != 0 || ::access(path.c_str(), W_OK) != 0) {
             throw OutputError(given, "can't write", errno);
         }
-        permissions = status.st_mode & static_cast<mode_t>(07777);
+        replaced = status;
     }
 };
 
-struct FileOutput::Temporary {
-    std::string path;
-    DataIO::FileDescriptor file;
+FileOutput::FileOutput(const std::string& path, TemporaryFile::Naming naming)
+    : FileOutput(path, Target(path), naming) {}
 
-    Temporary(const std::string& given, const Target& target) {
-        const auto name = std::filesystem::path(target.path);
-        path =
-            (name.parent_path() / (".corvid-" + std::to_string(::getpid()) + "-XXXXXX")).string();
-        const int number = ::mkostemp(path.data(), O_CLOEXEC);
-        if (number < 0) {
-            throw OutputError(given, "can't write", errno);
-        }
-        file = DataIO::FileDescriptor::owning(number);
-        // A file system without permissions has its own.
-        static_cast<void>(::fchmod(number, target.permissions));
-    }
-};
+FileOutput::FileOutput(const std::string& path, const Target& target, TemporaryFile::Naming naming)
+    // Until it has the permissions of the file that it replaces, nobody else reads it.
+    : FileOutput(path, target,
+                 std::make_unique<TemporaryFile>(target.path.parent_path(),
+                                                 target.replaced ? 0600 : 0666, path, naming)) {}
 
-FileOutput::FileOutput(const std::string& path) : FileOutput(path, Target(path)) {}
-
-FileOutput::FileOutput(const std::string& path, const Target& target)
-    : FileOutput(path, target, Temporary(path, target)) {}
-
-FileOutput::FileOutput(const std::string& path, Target target, Temporary temporary)
-    : DescriptorOutput(std::move(temporary.file), path), target_(std::move(target.path)),
-      temporary_(std::move(temporary.path)) {
-    removeOnSignal(temporary_);
-}
-
-FileOutput::~FileOutput() {
-    if (!temporary_.empty()) {
-        hasUnfinished = 0;
-        ::unlink(temporary_.c_str());
+FileOutput::FileOutput(const std::string& path, const Target& target,
+                       std::unique_ptr<TemporaryFile> file)
+    : DescriptorOutput(file->number(), path), target_(target.path.string()),
+      temporary_(std::move(file)) {
+    if (target.replaced) {
+        takeOver(temporary_->number(), *target.replaced);
     }
 }
 
 void FileOutput::commit() {
-    close();
-    if (std::rename(temporary_.c_str(), target_.c_str()) != 0) {
-        throw OutputError(name(), "can't write", errno);
-    }
-    hasUnfinished = 0;
-    temporary_.clear();
+    DescriptorOutput::commit();
+    temporary_->moveTo(target_);
+    temporary_.reset();
 }
 
-bool FileOutput::replaces(const std::string& path) const {
-    struct stat mine {};
-    struct stat other {};
-    const bool otherIsThere =
-        path == "-" ? ::fstat(STDIN_FILENO, &other) == 0 : ::stat(path.c_str(), &other) == 0;
-    return otherIsThere && ::stat(target_.c_str(), &mine) == 0 && mine.st_dev == other.st_dev &&
-           mine.st_ino == other.st_ino;
+std::optional<struct stat> FileOutput::status() const {
+    struct stat status {};
+    return ::stat(target_.c_str(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
 } // namespace Corvid::Tool

@@ -52,7 +52,7 @@ mxf::PartitionPack packFor(const Metadata::MetadataSet& preface, std::uint32_t k
 void fromXml(const FromXmlOptions& options, Messages& messages) {
     messages.setFile(options.path);
     const auto output =
-        openOutput(options.output, options.path,
+        openOutput(options.output, inputsOf({options.path}, options.dictionaries),
                    options.force ? MayReplace::everything : MayReplace::headerPartition);
     if (output->isTerminal()) {
         throw UsageError{"an MXF file can't be shown on a terminal; -o FILE writes it to a file"};

@@ -3,6 +3,7 @@
 #include "host/base/Exceptions.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/Messages.h"
+#include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/Output.h"
 #include "tools/corvid/Summary.h"
 
@@ -22,6 +23,7 @@ Summary read(const ClipOptions& clip, const Dictionary& dictionary, Messages& me
 
 void info(const InfoOptions& options, Messages& messages) {
     messages.setFile(options.clip.path);
+    protectInputs(inputsOf({options.clip.path}, options.clip.dictionaries));
     const auto dictionary = loadDictionary(options.clip.dictionaries);
     Summary summary;
     try {

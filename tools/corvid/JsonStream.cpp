@@ -1,24 +1,16 @@
 #include "tools/corvid/JsonStream.h"
 
+#include "tools/corvid/JsonText.h"
+
 #include <nlohmann/json.hpp>
 
 namespace Corvid::Tool {
-
-namespace {
-
-constexpr int indent = 2;
-
-std::string dumped(const nlohmann::ordered_json& value) {
-    return value.dump(indent, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-}
-
-} // namespace
 
 void JsonStream::write(std::string_view text) {
     sink_.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
 }
 
-void JsonStream::newLine() { write("\n" + std::string(indent * open_.size(), ' ')); }
+void JsonStream::newLine() { write("\n" + std::string(jsonIndent * open_.size(), ' ')); }
 
 /// A value stands behind its key, in an array on a line of its own, else at the front.
 void JsonStream::beginValue() {
@@ -50,14 +42,14 @@ void JsonStream::end() {
 
 void JsonStream::key(std::string_view name) {
     beginValue();
-    write(dumped(name) + ": ");
+    write(jsonText(name) + ": ");
     followsKey_ = true;
 }
 
 void JsonStream::value(const nlohmann::ordered_json& whole) {
     beginValue();
     // Texts hold no line feed as it is, so that each one ends a line of the layout.
-    const std::string text = dumped(whole);
+    const std::string text = jsonText(whole);
     std::size_t begin = 0;
     for (std::size_t end = text.find('\n'); end != std::string::npos;
          begin = end + 1, end = text.find('\n', begin)) {

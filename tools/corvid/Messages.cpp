@@ -1,6 +1,7 @@
 #include "tools/corvid/Messages.h"
 
 #include "host/base/Exceptions.h"
+#include "host/base/Text.h"
 #include "tools/corvid/Printable.h"
 
 namespace Corvid::Tool {
@@ -16,10 +17,11 @@ constexpr std::string_view clearedLine = "\r\033[K";
 /// other word may be the name of a file by chance.
 std::string withoutName(std::string_view file, std::string_view text) {
     std::string message(text);
-    if (const auto at =
-            file.empty() ? std::string::npos : message.find(" " + std::string(file) + ":");
+    // An exception has its name as UTF-16, so that bytes which are not UTF-8 are lost there.
+    const std::string name = " " + Platform::toUtf8(Platform::fromUtf8(file));
+    if (const auto at = file.empty() ? std::string::npos : message.find(name + ":");
         at != std::string::npos) {
-        message.erase(at, file.size() + 1);
+        message.erase(at, name.size());
     }
     return message;
 }

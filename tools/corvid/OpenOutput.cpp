@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <unistd.h>
 
 namespace Corvid::Tool {
 
@@ -92,7 +93,27 @@ std::string whatIsLost(const std::string& path, MayReplace mayReplace) {
     }
 }
 
+void protectInputs(const std::vector<std::string>& inputs, const Output& output) {
+    const auto inputOf = [&inputs](const Output& each) {
+        return std::find_if(inputs.begin(), inputs.end(),
+                            [&each](const std::string& input) { return each.goesTo(input); });
+    };
+    if (inputOf(DescriptorOutput(STDERR_FILENO, "standard error")) != inputs.end()) {
+        // Any message would damage the input: even the one that says so.
+        ::close(STDERR_FILENO);
+        throw UsageError{"standard error is the input itself"};
+    }
+    if (const auto input = inputOf(output); input != inputs.end()) {
+        throw UsageError{(*input == "-" ? "standard input" : *input) +
+                         ": the output is the input itself"};
+    }
+}
+
 } // namespace
+
+void protectInputs(const std::vector<std::string>& inputs) {
+    protectInputs(inputs, DescriptorOutput(STDOUT_FILENO, "standard output"));
+}
 
 void refuseToDestroy(const std::string& path, MayReplace mayReplace) {
     std::error_code error;
@@ -106,12 +127,10 @@ void refuseToDestroy(const std::string& path, MayReplace mayReplace) {
     }
 }
 
-std::unique_ptr<Output> openOutput(const std::string& path, const std::string& input,
+std::unique_ptr<Output> openOutput(const std::string& path, const std::vector<std::string>& inputs,
                                    MayReplace mayReplace) {
     auto output = Output::open(path);
-    if (!input.empty() && output->replaces(input)) {
-        throw UsageError{"the output is the input itself"};
-    }
+    protectInputs(inputs, *output);
     refuseToDestroy(path, mayReplace);
     return output;
 }

@@ -45,6 +45,16 @@ OutputError::OutputError(std::string target, const std::string& what, int errorN
 
 OutputError::~OutputError() = default;
 
+bool Output::goesTo(const std::string& path) const {
+    const auto mine = status();
+    struct stat other {};
+    const bool isThere =
+        path == "-" ? ::fstat(STDIN_FILENO, &other) == 0 : ::stat(path.c_str(), &other) == 0;
+    // What is written to a terminal or a pipe is not what is read from it.
+    return mine && isThere && (S_ISREG(other.st_mode) || S_ISBLK(other.st_mode)) &&
+           mine->st_dev == other.st_dev && mine->st_ino == other.st_ino;
+}
+
 std::unique_ptr<Output> Output::open(const std::string& path) {
     if (path == "-") {
         return std::make_unique<DescriptorOutput>(STDOUT_FILENO, "standard output");
@@ -89,19 +99,23 @@ void DescriptorOutput::write(const unsigned char* bytes, std::size_t count) {
 
 bool DescriptorOutput::isTerminal() const noexcept { return ::isatty(file_.number()) != 0; }
 
-void DescriptorOutput::close() {
-    // Whatever close() says, the number is free afterwards; network file systems tell here that the
-    // bytes did not arrive.
+void DescriptorOutput::commit() {
+    // Network file systems say when a file is closed that bytes did not arrive.
     const int number = ::dup(file_.number());
     if (number < 0 || ::close(number) != 0) {
         throw OutputError(name_, "can't write", errno);
     }
-    file_ = DataIO::FileDescriptor();
+}
+
+std::optional<struct stat> DescriptorOutput::status() const {
+    struct stat status {};
+    return ::fstat(file_.number(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
 void printText(const std::string& text) {
-    DescriptorOutput(STDOUT_FILENO, "standard output")
-        .write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+    DescriptorOutput output(STDOUT_FILENO, "standard output");
+    output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+    output.commit();
 }
 
 } // namespace Corvid::Tool

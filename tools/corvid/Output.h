@@ -5,7 +5,9 @@
 #include "host/dataio/FileDescriptor.h"
 
 #include <memory>
+#include <optional>
 #include <string>
+#include <sys/stat.h>
 
 namespace Corvid::Tool {
 
@@ -44,12 +46,16 @@ public:
     /// True when nobody sees anything of it before commit().
     virtual bool isHeldBack() const noexcept = 0;
 
-    /// True for the file that already stands under that name.
+    /// True where what is written goes to the file of that name, or takes its place.
     /// @param path  of a file that is read; "-" is standard input.
-    virtual bool replaces(const std::string& path) const = 0;
+    bool goesTo(const std::string& path) const;
 
     /// True where people see the bytes at once, who can't read all bytes.
     virtual bool isTerminal() const noexcept = 0;
+
+private:
+    /// Of the file that it goes to, or whose place it takes; nothing where there is none.
+    virtual std::optional<struct stat> status() const = 0;
 };
 
 /// Writes to an open file of the operating system, at once.
@@ -63,17 +69,13 @@ public:
         : DescriptorOutput(DataIO::FileDescriptor::borrowing(borrowed), std::move(name)) {}
 
     void write(const unsigned char* bytes, std::size_t count) override;
-    void commit() override {}
+    void commit() override;
     bool isHeldBack() const noexcept override { return false; }
-    bool replaces(const std::string&) const override { return false; }
     bool isTerminal() const noexcept override;
 
-protected:
-    const DataIO::FileDescriptor& file() const noexcept { return file_; }
-    const std::string& name() const noexcept { return name_; }
-    void close();
-
 private:
+    std::optional<struct stat> status() const override;
+
     DataIO::FileDescriptor file_;
     std::string name_;
 };

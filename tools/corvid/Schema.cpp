@@ -23,13 +23,14 @@ void makeFolder(const std::filesystem::path& folder) {
 } // namespace
 
 void schema(const SchemaOptions& options, Messages& messages) {
+    const auto inputs = inputsOf({}, options.dictionaries);
     const auto schemas = documentSchemas(*loadDictionary(options.dictionaries));
     const std::filesystem::path folder = options.folder;
     makeFolder(folder);
     // All are written before the first gets its name.
     std::vector<std::unique_ptr<Output>> outputs;
     for (const auto& each : schemas) {
-        auto output = openOutput((folder / each.fileName).string(), "",
+        auto output = openOutput((folder / each.fileName).string(), inputs,
                                  options.force ? MayReplace::everything : MayReplace::noMxfFile);
         output->write(reinterpret_cast<const unsigned char*>(each.text.data()), each.text.size());
         outputs.push_back(std::move(output));

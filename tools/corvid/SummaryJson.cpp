@@ -1,3 +1,4 @@
+#include "tools/corvid/JsonText.h"
 #include "tools/corvid/RegisteredName.h"
 #include "tools/corvid/StructuralLabels.h"
 #include "tools/corvid/Summary.h"
@@ -10,11 +11,6 @@ namespace Corvid::Tool {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-/// A file's name need not be UTF-8, JSON must be.
-std::string dumped(const Json& json) {
-    return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
-}
 
 Json textOf(const Types::UniversalLabel& label) { return Platform::toUtf8(label.toString()); }
 
@@ -164,13 +160,15 @@ std::string toJson(const Summary& summary, const WarningLog& warnings) {
             json["unknownPropertyNames"][label] = name;
         }
     }
-    return dumped(json);
+    return jsonText(json) + "\n";
 }
 
 std::string failureJson(const std::string& file, const WarningLog& warnings,
                         const std::string& error) {
-    return dumped(
-        {{"file", file}, {"warnings", toJson(warnings)}, {"errors", errorsJson(error, {})}});
+    return jsonText({{"file", file},
+                     {"warnings", toJson(warnings)},
+                     {"errors", errorsJson(error, {})}}) +
+           "\n";
 }
 
 } // namespace Corvid::Tool

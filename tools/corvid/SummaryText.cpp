@@ -184,9 +184,9 @@ std::string package(const Summary::Package& package, const Style& style) {
         Table table(2);
         table.add({"Track", "Kind", "Edit rate", "Duration", "Start", "Name"});
         for (const auto& track : package.tracks) {
-            table.add({track.id ? fmt::format("{}", *track.id) : "?", printable(track.kind),
+            table.add({track.id ? fmt::format("{}", *track.id) : "?", track.kind,
                        rateText(track.editRate), durationText(track),
-                       track.timecode ? timecodeText(*track.timecode) : "", printable(track.name)});
+                       track.timecode ? timecodeText(*track.timecode) : "", track.name});
         }
         text += table.toString(style.quiet, style.end);
     }

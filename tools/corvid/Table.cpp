@@ -1,5 +1,7 @@
 #include "tools/corvid/Table.h"
 
+#include "tools/corvid/Printable.h"
+
 #include <algorithm>
 
 namespace Corvid::Tool {
@@ -17,6 +19,13 @@ std::size_t widthOf(const std::string& text) {
 }
 
 } // namespace
+
+void Table::add(std::vector<std::string> cells) {
+    for (std::string& cell : cells) {
+        cell = printable(cell);
+    }
+    rows_.push_back(std::move(cells));
+}
 
 std::string Table::toString(const std::string& before, const std::string& after) const {
     std::vector<std::size_t> widths;

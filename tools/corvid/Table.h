@@ -11,8 +11,8 @@ public:
     /// @param indent  blanks before the first column.
     explicit Table(std::size_t indent) : indent_(indent) {}
 
-    /// @param cells  UTF-8 without control characters.
-    void add(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
+    /// @param cells  any text; what is not fit for a terminal is escaped.
+    void add(std::vector<std::string> cells);
 
     /// Columns as wide as their widest cell, up to 120 characters, two blanks apart; a longer cell
     /// moves the rest of its row. Columns that are empty in all rows but the first, which has the

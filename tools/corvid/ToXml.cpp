@@ -151,8 +151,9 @@ struct Leftovers {
 
 void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
     const DocumentContent content = contentOf(options);
-    const auto output = openOutput(options.output, options.clip.path,
-                                   options.force ? MayReplace::everything : MayReplace::noMxfFile);
+    const auto output =
+        openOutput(options.output, inputsOf({options.clip.path}, options.clip.dictionaries),
+                   options.force ? MayReplace::everything : MayReplace::noMxfFile);
     const auto dictionary = loadDictionary(options.clip.dictionaries);
     mxf::File file(options.clip.path, dictionary, messages);
     work.header = readMetadata(file, options.clip);

@@ -35,8 +35,11 @@ void takeStandardDescriptors() {
 int main(int argc, char** argv) {
     using namespace Corvid::Tool;
     takeStandardDescriptors();
-    // A pipe that nobody reads any more is an error like others, not the end of the process.
-    std::signal(SIGPIPE, SIG_IGN);
+    // A pipe that nobody reads any more, and a file that reaches the limit of the shell, are errors
+    // like others, not the end of the process.
+    for (const int number : {SIGPIPE, SIGXFSZ}) {
+        std::signal(number, SIG_IGN);
+    }
     DescriptorOutput errors(STDERR_FILENO, "standard error");
     Messages messages(errors, wantsColours(STDERR_FILENO), isTerminal(STDERR_FILENO));
     const int status = guard(
