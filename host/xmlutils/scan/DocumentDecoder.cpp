@@ -7,6 +7,7 @@
 #include <xercesc/util/BinMemInputStream.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 namespace Corvid::XMLUtils {
 
@@ -40,7 +41,9 @@ std::u16string readDeclaration(XMLReader& reader) {
     while (unit != '>' && reader.getNextChar(unit)) {
         text += unit;
         const auto compared = std::min(text.size(), declarationBegin.size());
-        if (text.compare(0, compared, declarationBegin, 0, compared) != 0) {
+        const bool isOther = text.size() == compared + 1 && unit != ' ' && unit != '\t' &&
+                             unit != '\n'; // such as <?xml-stylesheet
+        if (isOther || text.compare(0, compared, declarationBegin, 0, compared) != 0) {
             return {};
         }
     }
@@ -57,6 +60,11 @@ std::u16string declared(const std::u16string& declaration, std::u16string_view w
     const std::size_t end = declaration.find(declaration[begin], begin + 1);
     return end == std::u16string::npos ? std::u16string()
                                        : declaration.substr(begin + 1, end - begin - 1);
+}
+
+bool startsWithMark(const XMLByte* bytes, std::size_t count) {
+    return count >= XMLRecognizer::fgUTF8BOMLen &&
+           std::memcmp(bytes, XMLRecognizer::fgUTF8BOM, XMLRecognizer::fgUTF8BOMLen) == 0;
 }
 
 /// In bytes, with what comes in front of one in an encoding that switches between character sets.
@@ -106,15 +114,29 @@ void DocumentDecoder::take(const XMLByte* bytes, std::size_t count) {
 
 void DocumentDecoder::begin() {
     const auto reader = makeReader(block_, blockSize_, forced_);
-    declaration_ = readDeclaration(*reader);
-    if (!declaration_.empty()) {
-        const std::u16string encoding = declared(declaration_, u"encoding");
+    // Of this mark the reader knows nothing when it is asked for its place.
+    const bool hasMark = forced_ == nullptr && startsWithMark(block_, blockSize_);
+    taken_ = hasMark ? XMLRecognizer::fgUTF8BOMLen : 0;
+    opening_ = readDeclaration(*reader);
+    if (!opening_.empty()) {
+        const std::size_t markSize = taken_;
+        taken_ = openingSize_ = markSize + static_cast<std::size_t>(reader->getSrcOffset());
+        const std::u16string encoding = declared(opening_, u"encoding");
+        hasMoreLineEnds_ = declared(opening_, u"version") == u"1.1";
+        reader->setXMLVersion(hasMoreLineEnds_ ? XMLReader::XMLV1_1 : XMLReader::XMLV1_0);
+        if (!encoding.empty() && !XMLString::isValidEncName(encoding.c_str())) {
+            isEnded_ = true; // The parser refuses the name, and the reader must not get it.
+            return;
+        }
         if (!encoding.empty()) {
             // One that can't be, such as UTF-16 in bytes, is left to the parser, which goes on.
             static_cast<void>(reader->setEncoding(encoding.c_str()));
         }
-        hasMoreLineEnds_ = declared(declaration_, u"version") == u"1.1";
-        taken_ = static_cast<std::size_t>(reader->getSrcOffset());
+        // With blanks of some kinds in the declaration a reader decodes more before it knows.
+        for (XMLCh unit = 0; reader->charsLeftInBuffer() != 0 && reader->getNextChar(unit);) {
+            opening_ += unit;
+        }
+        taken_ = markSize + static_cast<std::size_t>(reader->getSrcOffset());
     }
     const XMLCh* const name = reader->getEncodingStr();
     const auto known = XMLRecognizer::encodingForName(name);
@@ -126,9 +148,10 @@ void DocumentDecoder::begin() {
 }
 
 std::u16string_view DocumentDecoder::next() {
-    if (!declaration_.empty() && !isDeclarationGiven_) {
-        isDeclarationGiven_ = true;
-        return declaration_;
+    givesOpening_ = !opening_.empty() && !isOpeningGiven_;
+    if (givesOpening_) {
+        isOpeningGiven_ = true;
+        return opening_;
     }
     std::size_t count = 0;
     do {
@@ -139,6 +162,9 @@ std::u16string_view DocumentDecoder::next() {
 }
 
 std::size_t DocumentDecoder::bytesBefore(std::size_t unit) const {
+    if (givesOpening_) {
+        return openingSize_;
+    }
     const std::size_t fromBefore = filled_ - std::min(filled_, taken_); // of the block before
     const std::size_t inSlice = std::accumulate(
         sizes_.begin(), sizes_.begin() + static_cast<std::ptrdiff_t>(unit), std::size_t{0});

@@ -25,7 +25,8 @@ public:
     /// @return borrowed until the next call.
     std::u16string_view next();
 
-    /// How many bytes of the block come before a code unit of the piece that next() gave.
+    /// How many bytes of the block come before a code unit of the piece that next() gave; of the
+    /// first piece only those of the XML declaration count.
     std::size_t bytesBefore(std::size_t unit) const;
 
 private:
@@ -43,8 +44,10 @@ private:
     bool isEnded_ = false;
     bool keepsAscii_ = false;      ///< whether bytes below 128 are the characters of that number
     bool hasMoreLineEnds_ = false; ///< those of XML 1.1
-    std::u16string declaration_;
-    bool isDeclarationGiven_ = false;
+    std::u16string opening_;       ///< the XML declaration, and what was decoded with it
+    std::size_t openingSize_ = 0;  ///< of the declaration, in bytes
+    bool givesOpening_ = false;    ///< whether next() gave it
+    bool isOpeningGiven_ = false;
 
     const XMLByte* block_ = nullptr;
     std::size_t blockSize_ = 0;

@@ -15,6 +15,14 @@ std::string declaring(const std::string& encoding) {
     return "<?xml version='1.0' encoding='" + encoding + "'?>";
 }
 
+std::string repeated(const std::string& text, std::size_t count) {
+    std::string result;
+    for (std::size_t i = 0; i != count; ++i) {
+        result += text;
+    }
+    return result;
+}
+
 struct Case {
     const char* name;
     std::string document;
@@ -57,7 +65,25 @@ const Case cases[] = {
      "\x96\x84\x89\x95\x87\x7E\x7D\xC9\xC2\xD4\xF0\xF3\xF7\x7D\x6F\x6E\x4C\x81\x61\x6E",
      nullptr,
      {"a"}},
+    {"InstructionThatIsNoDeclaration", "<?xml-stylesheet encoding='UTF-16LE'?>" + plain, nullptr,
+     tagsOfPlain},
+    // Xerces-C decodes more than the declaration then before it uses the encoding.
+    {"DeclarationOfOtherBlanks",
+     "<?xml\tversion='1.0'\r\nencoding='UTF-16LE'?><a>" + std::string(3, 'x') + "<b/></a>",
+     nullptr,
+     {"a", "b"}},
+    {"DeclarationOfOtherBlanksThenMore",
+     "<?xml\tversion='1.0' encoding='ISO-8859-1'?><a>" + std::string(20000, 'x') + "<\xE9/></a>",
+     nullptr,
+     {"a", "\xC3\xA9"}},
     {"UnknownEncoding", declaring("none") + plain, nullptr, {}},
+    {"EncodingOfOtherLetters", declaring(repeated("\xE6\xB5\xB8", 1000)) + plain, nullptr, {}},
+    {"EncodingOfOtherLettersInUtf16",
+     inUnits("<?xml version='1.0' encoding='", 2, true) + repeated("\x6D\x78", 1000) +
+         inUnits("'?><a/>", 2, true),
+     u"UTF-16BE",
+     {}},
+    {"LongEncoding", declaring(std::string(10000, 'A')) + plain, nullptr, {}},
     {"DeclarationTooLong", "<?xml version='1.0'" + std::string(20000, ' ') + "?><a/>", nullptr, {}},
 };
 
@@ -91,6 +117,11 @@ std::u16string decoded(std::string_view document, std::size_t blockSize) {
     return text;
 }
 
+TEST(DocumentDecoder, leavesOutTheByteOrderMark) {
+    EXPECT_EQ(decoded("\xEF\xBB\xBF<a/>", 100), u"<a/>");
+    EXPECT_EQ(decoded("\xEF\xBB\xBF<?xml version='1.0'?><a/>", 100), u"<?xml version='1.0'?><a/>");
+}
+
 TEST(DocumentDecoder, splitsNoCharacter) {
     std::string document = "<a>";
     std::u16string text = u"<a>";
@@ -100,6 +131,39 @@ TEST(DocumentDecoder, splitsNoCharacter) {
     }
     for (const std::size_t size : {4u, 5u, 7u, 1023u, 1024u, 1025u, 100000u}) {
         EXPECT_EQ(decoded(document, size), text) << size;
+    }
+}
+
+/// Characters of several bytes, at any place in what is decoded together.
+TEST(DocumentDecoder, splitsNoCharacterOfOtherEncodings) {
+    const std::pair<const char*, std::string> characters[] = {
+        {"Shift_JIS", "\x82\xA0"},
+        {"EUC-JP", "\x8F\xB0\xA1"},
+        {"GB18030", "\x81\x30\x81\x30"},
+        {"Big5", "\xA4\x40"},
+        {"ISO-2022-JP", "\x1B$B$\"\x1B(B"},
+        {"UTF-7", "+AOk-"},
+        {"UTF-16BE", std::string("\0\xE9", 2)},
+    };
+    for (const auto& [encoding, character] : characters) {
+        const bool isWide = character[0] == '\0';
+        const auto inIt = [&](const std::string& text) {
+            return isWide ? inUnits(text, 2, true) : text;
+        };
+        for (std::size_t blanks = 0; blanks != character.size(); ++blanks) {
+            std::string document = declaring(encoding) + inIt("<a>" + std::string(blanks, ' '));
+            for (int i = 0; i != 2000; ++i) {
+                document += character;
+            }
+            document += inIt("<b/></a>");
+            const Tags parsed = parsedTags(document);
+            if (parsed.empty()) {
+                continue; // Xerces-C does not know every encoding everywhere.
+            }
+            EXPECT_EQ(parsed, (Tags{"a", "b"})) << encoding;
+            EXPECT_EQ(scannedTags(document, document.size()), parsed) << encoding;
+            EXPECT_EQ(scannedTags(document, 1001), parsed) << encoding;
+        }
     }
 }
 
