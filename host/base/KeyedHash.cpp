@@ -1,8 +1,20 @@
 #include "host/base/KeyedHash.h"
 
+#include "host/base/Exceptions.h"
+
+#include <sodium/core.h>
 #include <sodium/crypto_shorthash.h>
 
 namespace Corvid {
+
+KeyedHash::Key KeyedHash::randomKey() {
+    if (sodium_init() < 0) {
+        throw Exceptions::IOError("the system's random source gives no bytes", CORVID_HERE);
+    }
+    Key key{};
+    crypto_shorthash_keygen(key.data());
+    return key;
+}
 
 std::uint64_t KeyedHash::operator()(const unsigned char* bytes, std::size_t size) const noexcept {
     static_assert(std::tuple_size<Key>::value == crypto_shorthash_KEYBYTES);

@@ -15,6 +15,10 @@ class CORVID_EXPORT KeyedHash {
 public:
     using Key = std::array<unsigned char, 16>;
 
+    /// A key that nobody can guess.
+    /// @throws IOError  the system gives no random bytes.
+    static Key randomKey();
+
     /// @param key  random, for each table another.
     explicit KeyedHash(const Key& key) noexcept : key_(key) {}
 

@@ -6,14 +6,6 @@ namespace Corvid::XMLUtils {
 
 namespace {
 
-/// FNV-1a over the code units, which goes on from another hash.
-std::uint64_t hashOf(const char16_t* text, std::uint64_t hash) noexcept {
-    for (; text != nullptr && *text != 0; ++text) {
-        hash = (hash ^ *text) * 0x100000001B3U;
-    }
-    return hash;
-}
-
 std::string expected(unsigned int limit) { return ", expected at most " + std::to_string(limit); }
 
 } // namespace
@@ -30,8 +22,7 @@ std::string ElementLimits::startElement(std::size_t attributes, bool isOpen) {
     }
     const std::size_t attributesOpen = attributes + (open_.empty() ? 0 : open_.back());
     if (attributesOpen > maximumOpenAttributes) {
-        return " and those around it have " + std::to_string(attributesOpen) + " attributes" +
-               expected(maximumOpenAttributes);
+        return tooManyAttributes(attributesOpen);
     }
     if (isOpen) {
         open_.push_back(attributesOpen);
@@ -40,15 +31,22 @@ std::string ElementLimits::startElement(std::size_t attributes, bool isOpen) {
 }
 
 std::string ElementLimits::useName(unsigned int uri, std::initializer_list<const char16_t*> parts) {
-    std::uint64_t hash = 0xCBF29CE484222325U ^ uri;
+    constexpr unsigned int unitBits = 16;
+    name_ = {static_cast<char16_t>(uri >> unitBits), static_cast<char16_t>(uri)};
     for (const char16_t* part : parts) {
-        hash = hashOf(u":", hashOf(part, hash));
+        name_ += part == nullptr ? u"" : part;
+        name_ += u'\0'; // which no part has
     }
-    names_.insert(hash);
+    names_.insert(hash_(name_));
     return names_.size() <= maximumNames
                ? std::string()
                : ": " + std::to_string(names_.size()) +
                      " different names of elements and attributes so far" + expected(maximumNames);
+}
+
+std::string ElementLimits::tooManyAttributes(std::size_t count) {
+    return " and those around it have " + std::to_string(count) + " attributes" +
+           expected(maximumOpenAttributes);
 }
 
 } // namespace Corvid::XMLUtils

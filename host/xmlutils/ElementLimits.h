@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/base/KeyedHash.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
@@ -28,10 +30,15 @@ public:
     /// @return as startElement(), for the element that it is or belongs to.
     std::string useName(unsigned int uri, std::initializer_list<const char16_t*> parts);
 
+    /// What is wrong with an element that, with those around it, has so many attributes.
+    static std::string tooManyAttributes(std::size_t count);
+
 private:
     /// For each open element the number of attributes that it and those around it have.
     std::vector<std::size_t> open_;
+    KeyedHash hash_{KeyedHash::randomKey()};
     std::unordered_set<std::uint64_t> names_; ///< a hash for each name that came up
+    std::u16string name_;                     ///< that came up last
 };
 
 } // namespace Corvid::XMLUtils

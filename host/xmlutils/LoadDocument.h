@@ -17,16 +17,18 @@ inline constexpr unsigned int maximumElementDepth = 4096;
 inline constexpr unsigned int maximumOpenAttributes = 1024;
 
 /// How many different names of elements and attributes a document may have. Xerces-C keeps them in
-/// a table of fixed width.
+/// a table of fixed width. How many of them may share a bucket there, and in its other tables, is
+/// limited, too (TableLoad::mostInABucket).
 inline constexpr unsigned int maximumNames = 16384;
 
 /// Parses a document from memory.
 ///
 /// Namespaces are on. Nothing is validated and nothing but the bytes is read: a document type is
 /// refused outright, with it every entity of its own, and so are elements nested more than
-/// maximumElementDepth deep, and more than maximumOpenAttributes or maximumNames. UTF-16 is
-/// recognised by its first bytes, with or without byte order mark, and then holds whatever the XML
-/// declaration says.
+/// maximumElementDepth deep, more than maximumOpenAttributes or maximumNames, and names and
+/// namespaces too many of which share a bucket of Xerces-C's hash tables. UTF-16 is recognised by
+/// its first bytes, with or without byte order mark, and then holds whatever the XML declaration
+/// says.
 ///
 /// @param bytes   borrowed for the call. May be null when `length` is 0, which is an empty
 /// document.

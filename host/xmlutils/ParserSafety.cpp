@@ -2,6 +2,7 @@
 
 #include "host/base/Exceptions.h"
 #include "host/xmlutils/DocumentLimits.h"
+#include "host/xmlutils/ScannedInput.h"
 #include "host/xmlutils/WhiteSpaceFilter.h"
 #include "host/xmlutils/XmlText.h"
 
@@ -111,7 +112,7 @@ private:
 
 /// Puts the guards into a parser and takes them out again. The parser keeps its scanner: the one of
 /// Xerces-C that checks for nothing but well-formedness takes a tenth less time, but compares each
-/// attribute of an element with all before it, and the limit of attributes comes too late for that.
+/// attribute of an element with all before it.
 class Guarded {
 public:
     Guarded(DOMLSParser& parser, AbstractDOMParser& based, EmptyText emptyText)
@@ -143,7 +144,8 @@ public:
     }
 
     DOMDocument* parse(const InputSource& input) {
-        const Wrapper4InputSource wrapper(const_cast<InputSource*>(&input), false);
+        ScannedInput scanned(input);
+        const Wrapper4InputSource wrapper(&scanned, false);
         DOMDocument* const document = parser_.parse(&wrapper);
         error_.throwIfFound();
         if (document == nullptr || document->getDocumentElement() == nullptr) {

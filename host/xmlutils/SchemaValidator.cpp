@@ -5,6 +5,7 @@
 #include "host/xmlutils/ElementLimits.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/ParserSafety.h"
+#include "host/xmlutils/ScannedInput.h"
 #include "host/xmlutils/XmlInput.h"
 #include "host/xmlutils/XmlText.h"
 
@@ -212,7 +213,8 @@ std::vector<ValidityError> SchemaValidator::validate(const unsigned char* bytes,
     reader->setContentHandler(&found);
     reader->setLexicalHandler(&found);
     try {
-        reader->parse(*openBuffer(bytes, length));
+        const auto document = openBuffer(bytes, length);
+        reader->parse(ScannedInput(*document));
     } catch (const Enough&) {
         // What was found is all that is wanted.
     }

@@ -36,6 +36,14 @@ TEST(KeyedHash, differsForEachKey) {
     EXPECT_EQ(hashes.size(), 100U);
 }
 
+TEST(KeyedHash, hasRandomKeys) {
+    std::set<KeyedHash::Key> keys;
+    for (int i = 0; i != 100; ++i) {
+        keys.insert(KeyedHash::randomKey());
+    }
+    EXPECT_EQ(keys.size(), 100u);
+}
+
 TEST(KeyedHash, readsTheWholeText) {
     const KeyedHash hash(key(7));
     std::set<std::uint64_t> hashes;

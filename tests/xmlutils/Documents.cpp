@@ -3,7 +3,9 @@
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/XmlText.h"
 
+#include <fstream>
 #include <map>
+#include <unistd.h>
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
@@ -129,5 +131,25 @@ std::string meaningOf(const DOMNode& top) {
 }
 
 std::string utf8(const XMLCh* text) { return Platform::toUtf8(fromXml(text)); }
+
+std::string inUnits(std::string_view text, std::size_t size, bool highFirst) {
+    std::string bytes;
+    for (const char character : text) {
+        std::string unit(size, '\0');
+        unit[highFirst ? size - 1 : 0] = character;
+        bytes += unit;
+    }
+    return bytes;
+}
+
+TemporaryFile::TemporaryFile(std::string_view bytes)
+    : path_(std::filesystem::temp_directory_path() /
+            ("corvid-document-" + std::to_string(::getpid()) + ".xml")) {
+    std::ofstream(path_, std::ios::binary) << bytes;
+}
+
+TemporaryFile::~TemporaryFile() { std::filesystem::remove(path_); }
+
+Utf16Text TemporaryFile::path() const { return Platform::fromUtf8(path_.u8string()); }
 
 } // namespace Corvid::XMLUtils::Testing

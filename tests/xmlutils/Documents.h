@@ -5,6 +5,7 @@
 #include "host/xmlutils/LoadDocument.h"
 #include "host/xmlutils/Serialise.h"
 
+#include <filesystem>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -45,6 +46,23 @@ std::string loadingError(std::string_view bytes);
 std::string meaningOf(const xercesc::DOMNode& top);
 
 std::string utf8(const XMLCh* text);
+
+/// 7-bit text in code units of so many bytes.
+std::string inUnits(std::string_view text, std::size_t size, bool highFirst);
+
+/// A file that is there as long as the object.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(std::string_view bytes);
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile();
+
+    Utf16Text path() const;
+
+private:
+    std::filesystem::path path_;
+};
 
 } // namespace Corvid::XMLUtils::Testing
 
