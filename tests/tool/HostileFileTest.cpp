@@ -3,7 +3,6 @@
 #include "host/dataio/Memory.h"
 #include "host/mxf/HeaderMetadataWriter.h"
 #include "tests/mxf/ReadBack.h"
-#include "tests/support/LeaksByContract.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/PeakMemory.h"
 #include "tests/support/Sanitizers.h"
@@ -305,7 +304,6 @@ TEST_F(Chain, comesBackFromXmlOnASmallStack) {
 TEST_F(Chain, withReferencesAsValuesIsRefusedOnASmallStack) {
     onSmallStack([] {
         const auto read = readFile(file());
-        const LeaksByContract leaks;
         EXPECT_THAT(messageOf([&] { XMLBuilder::partition2XML(read.metadata.get(), true, false); }),
                     testing::HasSubstr("strong references nest deeper than 256 sets"));
     });
