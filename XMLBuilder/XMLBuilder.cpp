@@ -2,6 +2,7 @@
 
 #include "XMLBuilder/Namespaces.h"
 #include "XMLBuilder/writer/Document.h"
+#include "XMLBuilder/writer/NestingCheck.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/Serialise.h"
@@ -27,7 +28,7 @@ boost::mutex& writerLock() {
 }
 
 /// The frame that every document is built in.
-/// @param findStart  gives the set to start from, or null; called after the document was created.
+/// @param findStart  gives the set to start from, or null.
 template <class FindStart>
 DocumentHolder build(PartitionMetadata* partition, bool referencesAsValues, bool skipNonStructural,
                      FindStart findStart) {
@@ -36,9 +37,12 @@ DocumentHolder build(PartitionMetadata* partition, bool referencesAsValues, bool
     if (partition == nullptr) {
         return {};
     }
+    const Filling filling{partition, findStart(), referencesAsValues, skipNonStructural};
+    if (referencesAsValues) {
+        refuseDeepNesting(filling);
+    }
     // A document that is given up, here or because an exception passes, is left to the process.
     xercesc::DOMElement* root = createDocument(Names::s377m);
-    const Filling filling{partition, findStart(), referencesAsValues, skipNonStructural};
     return fillDocument(filling, root, Names::s377m.uri);
 }
 

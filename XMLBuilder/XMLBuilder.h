@@ -23,7 +23,11 @@ class PartitionMetadata;
 ///     targets of links they are not written, as values they are left out with their property.
 ///
 /// One document is built at a time in a process: a second caller waits. An exception of the model
-/// or of Xerces-C reaches the caller; what was built of the document until then is not released.
+/// or of Xerces-C reaches the caller; what was built of the document until then is not released,
+/// nor is a document without Preface or start set. docs/limits.md says when that may happen.
+///
+/// With referencesAsValues sets nest at most 256 deep: beyond that LimitExceeded is thrown, before
+/// there is a document.
 namespace Corvid::XMLBuilder {
 
 /// "urn:SMPTE:S377M", the namespace of the document. The same object on every call.

@@ -41,9 +41,8 @@ EmptyParts FromXMLMetadataSetVisitor::emptyPartsOf(const Element& element) const
 }
 
 void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
-    const OpenSet open(reading_, element_);
+    OpenSet open(reading_, element_);
     const ReadingPlace outer = std::exchange(reading_.place(), {&element_, nullptr});
-    declarer_ = &PrefixScope::declarerFor(element_);
     if (reading_.supplement() != nullptr) {
         supplemented_ =
             reading_.supplement()->enter(set, element_.getAttribute(Names::instanceUID));
@@ -55,12 +54,12 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     // The set has an element for each, but makes those that are asked for only.
     for (const ExpectedProperty& property : properties) {
         if (property.name.place == PropertyName::Place::child) {
-            readProperty(set, property, open.children());
+            readProperty(set, property, open);
         } else {
             readAttribute(set, property);
         }
     }
-    readExtensions(set, open.children());
+    readExtensions(set, open);
     if (read_.size() != open.children().count()) {
         leaveOutTheRest();
     }
@@ -78,15 +77,14 @@ void FromXMLMetadataSetVisitor::leaveOutTheRest() {
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
-                                             const ExpectedProperty& property,
-                                             const ChildSteps& children) {
+                                             const ExpectedProperty& property, OpenSet& open) {
     const ChildStep& step = property.name.step;
-    if (step.isPlain() && !children.mayHave(step)) {
+    if (step.isPlain() && !open.children().mayHave(step)) {
         return;
     }
-    const XMLCh* declared = reading_.prefixes().uriOf(step.prefix(), *declarer_);
+    const XMLCh* declared = open.prefixes().uriOf(step.prefix());
     const DOMNode* const node =
-        step.isPlain() ? children.first(step, declared == nullptr ? fallbackUri : declared)
+        step.isPlain() ? open.children().first(step, declared == nullptr ? fallbackUri : declared)
                        : ChildSteps::evaluate(element_, element_, step,
                                               declared == nullptr ? fallbackUri : nullptr);
     if (node != nullptr) {
@@ -114,14 +112,13 @@ void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
     }
 }
 
-void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set,
-                                               const ChildSteps& children) {
+void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set, OpenSet& open) {
     static const ChildStep step(Names::groups.prefix, Names::localPart(Names::extensionElements));
-    const XMLCh* uri = reading_.prefixes().uriOf(step.prefix(), *declarer_);
+    const XMLCh* uri = open.prefixes().uriOf(step.prefix());
     if (uri == nullptr) {
         return;
     }
-    const DOMElement* container = children.first(step, uri);
+    const DOMElement* container = open.children().first(step, uri);
     if (container == nullptr) {
         return;
     }

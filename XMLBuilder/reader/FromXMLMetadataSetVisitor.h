@@ -29,10 +29,9 @@ private:
     void fill(Metadata::Element& element, const xercesc::DOMNode& node,
               const MetaMetadata::MetaElement* definition);
     EmptyParts emptyPartsOf(const Metadata::Element& element) const;
-    void readProperty(Metadata::MetadataSet& set, const ExpectedProperty& property,
-                      const ChildSteps& children);
+    void readProperty(Metadata::MetadataSet& set, const ExpectedProperty& property, OpenSet& open);
     void readAttribute(Metadata::MetadataSet& set, const ExpectedProperty& property);
-    void readExtensions(Metadata::MetadataSet& set, const ChildSteps& children);
+    void readExtensions(Metadata::MetadataSet& set, OpenSet& open);
     void readExtension(Metadata::MetadataSet& set, const xercesc::DOMElement& extension);
     /// The dictionary's definition of an extension element, or null.
     const MetaMetadata::MetaElement* definitionOf(const xercesc::DOMElement& extension);
@@ -41,7 +40,6 @@ private:
 
     const xercesc::DOMElement& element_;
     std::vector<const xercesc::DOMNode*> read_; ///< the child elements that something is read from
-    const xercesc::DOMElement* declarer_ = nullptr; ///< where the prefixes come from
     /// Which properties are read as they are; null for none.
     const Supplement::Properties* supplemented_ = nullptr;
     Reading& reading_;

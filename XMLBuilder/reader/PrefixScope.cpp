@@ -1,8 +1,5 @@
 #include "XMLBuilder/reader/PrefixScope.h"
 
-#include <xercesc/util/XMLString.hpp>
-#include <xercesc/util/XMLUni.hpp>
-
 namespace Corvid::XMLBuilder {
 
 namespace {
@@ -10,11 +7,15 @@ namespace {
 using xercesc::DOMElement;
 using xercesc::DOMNode;
 
-bool declaresNamespaces(const DOMElement& element) {
-    const auto* attributes = element.getAttributes();
-    for (XMLSize_t i = 0; i != attributes->getLength(); ++i) {
-        if (xercesc::XMLString::startsWith(attributes->item(i)->getNodeName(),
-                                           xercesc::XMLUni::fgXMLNSString)) {
+constexpr std::u16string_view declaration = u"xmlns";
+
+/// Calls visit with each namespace declaration of an element, until it says true.
+template <class Visit> bool anyDeclaration(const DOMElement& element, Visit visit) {
+    const auto& attributes = *element.getAttributes();
+    for (XMLSize_t i = 0; i != attributes.getLength(); ++i) {
+        const DOMNode& attribute = *attributes.item(i);
+        const std::u16string_view name = attribute.getNodeName();
+        if (name.substr(0, declaration.size()) == declaration && visit(name, attribute)) {
             return true;
         }
     }
@@ -23,29 +24,51 @@ bool declaresNamespaces(const DOMElement& element) {
 
 } // namespace
 
-const DOMElement& PrefixScope::declarerFor(const DOMElement& element) {
-    const DOMElement* declarer = &element;
-    while (!declaresNamespaces(*declarer)) {
-        const DOMNode* parent = declarer->getParentNode();
-        if (parent == nullptr || parent->getNodeType() != DOMNode::ELEMENT_NODE) {
-            break;
+template <class Visit> bool PrefixScope::climb(Visit visit) const {
+    const DOMNode* const end = around_ == nullptr ? nullptr : &around_->element_;
+    for (const DOMNode* node = &element_;
+         node != end && node != nullptr && node->getNodeType() == DOMNode::ELEMENT_NODE;
+         node = node->getParentNode()) {
+        if (visit(static_cast<const DOMElement&>(*node))) {
+            return true;
         }
-        declarer = static_cast<const DOMElement*>(parent);
     }
-    return *declarer;
+    return false;
 }
 
-const XMLCh* PrefixScope::uriOf(const XMLCh* prefix, const DOMElement& declarer) {
-    if (&declarer != declarer_) {
-        declarer_ = &declarer;
-        known_.clear();
+PrefixScope::PrefixScope(const DOMElement& root)
+    : element_(root), around_(nullptr), declares_(this) {}
+
+PrefixScope::PrefixScope(const DOMElement& element, PrefixScope& around)
+    : element_(element), around_(&around), declares_(around.declares_) {
+    const auto any = [](std::u16string_view, const DOMNode&) { return true; };
+    if (climb([&](const DOMElement& each) { return anyDeclaration(each, any); })) {
+        declares_ = this;
+    }
+}
+
+const XMLCh* PrefixScope::uriOf(const XMLCh* prefix) {
+    if (declares_ != this) {
+        return declares_->uriOf(prefix);
     }
     for (const auto& [knownPrefix, uri] : known_) {
         if (knownPrefix == prefix) {
             return uri;
         }
     }
-    const XMLCh* uri = declarer.lookupNamespaceURI(prefix);
+    const XMLCh* uri = nullptr;
+    const auto declaresIt = [&](std::u16string_view name, const DOMNode& attribute) {
+        const bool found = name.size() > declaration.size() && name[declaration.size()] == u':' &&
+                           name.substr(declaration.size() + 1) == prefix;
+        if (found) {
+            uri = attribute.getNodeValue();
+        }
+        return found;
+    };
+    if (!climb([&](const DOMElement& each) { return anyDeclaration(each, declaresIt); }) &&
+        around_ != nullptr) {
+        uri = around_->uriOf(prefix);
+    }
     known_.emplace_back(prefix, uri);
     return uri;
 }

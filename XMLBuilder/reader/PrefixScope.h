@@ -8,20 +8,31 @@
 
 namespace Corvid::XMLBuilder {
 
-/// What prefixes stand for at the elements of one document. Sets seldom declare namespaces of their
-/// own, so nearly all of them share what was found out for the first.
+/// What prefixes stand for at one element of a document.
+///
+/// Whoever goes into a document hands the scope of the outer element to that of the inner one. What
+/// a prefix stands for is looked for on the way between the two only, whatever the depth. Sets
+/// seldom declare namespaces of their own, so nearly all of them share what was found out for the
+/// root.
 class PrefixScope {
 public:
-    /// The nearest element around the given one, itself included, that declares namespaces; the
-    /// root if none does. Prefixes stand for the same at either.
-    static const xercesc::DOMElement& declarerFor(const xercesc::DOMElement& element);
+    explicit PrefixScope(const xercesc::DOMElement& root);
+    /// @param element  an element inside the one that `around` is about. Both are borrowed.
+    PrefixScope(const xercesc::DOMElement& element, PrefixScope& around);
+    PrefixScope(const PrefixScope&) = delete;
+    PrefixScope& operator=(const PrefixScope&) = delete;
 
-    /// The namespace of a prefix at an element, or null.
-    /// @param prefix  borrowed until the object ends.
-    const XMLCh* uriOf(const XMLCh* prefix, const xercesc::DOMElement& declarer);
+    /// The namespace of a prefix, or null.
+    /// @param prefix  borrowed until the object ends, and those around it.
+    const XMLCh* uriOf(const XMLCh* prefix);
 
 private:
-    const xercesc::DOMElement* declarer_ = nullptr; ///< the element that known_ is about
+    /// Calls visit for the element and those around it up to the other scope's, until it says true.
+    template <class Visit> bool climb(Visit visit) const;
+
+    const xercesc::DOMElement& element_;
+    PrefixScope* around_;   ///< null at the root
+    PrefixScope* declares_; ///< the innermost that has declarations of its own, or the root's
     std::vector<std::pair<std::u16string_view, const XMLCh*>> known_;
 };
 

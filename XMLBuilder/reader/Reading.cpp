@@ -91,11 +91,18 @@ const MetaMetadata::MetaElement* Reading::findMetaElementByQualifiedName(
     return entry == byQualifiedName_.end() ? nullptr : entry->second;
 }
 
+PrefixScope& Reading::prefixesOfRoot(const xercesc::DOMNode& node) {
+    if (!prefixesOfRoot_) {
+        prefixesOfRoot_.emplace(*node.getOwnerDocument()->getDocumentElement());
+    }
+    return *prefixesOfRoot_;
+}
+
 const XMLCh* Reading::uriOfParts(const Names::Namespace& parts, const xercesc::DOMNode& value) {
-    const auto& root = *value.getOwnerDocument()->getDocumentElement();
-    if (const XMLCh* uri = prefixesOfRoot_.uriOf(parts.prefix, root)) {
+    if (const XMLCh* uri = prefixesOfRoot(value).uriOf(parts.prefix)) {
         return uri;
     }
+    const auto& root = *value.getOwnerDocument()->getDocumentElement();
     ChildSteps::evaluate(root, root, ChildStep(parts.prefix, u"Element"), nullptr);
     return u"";
 }
@@ -114,20 +121,23 @@ std::string ReadingPlace::inFrontOf(const std::string& message) const {
     return whole + (message.compare(0, name.size(), name) == 0 ? "" : name) + message;
 }
 
-OpenSet::OpenSet(Reading& reading, const xercesc::DOMElement& element) : reading_(reading) {
-    if (reading.depth_ == greatestInlineDepth) {
+OpenSet::OpenSet(Reading& reading, const xercesc::DOMElement& element)
+    : reading_(reading), outer_(reading.innermost_),
+      depth_(outer_ == nullptr ? 0 : outer_->depth_ + 1),
+      prefixes_(element, outer_ == nullptr ? reading.prefixesOfRoot(element) : outer_->prefixes_) {
+    if (depth_ == greatestInlineDepth) {
         throw Exceptions::LimitExceeded(
             "element " + Platform::toUtf8(XMLUtils::fromXml(element.getNodeName())) +
                 ": sets stand in each other deeper than " + std::to_string(greatestInlineDepth) +
                 ", write the references as links instead",
             CORVID_HERE);
     }
-    if (reading.children_.size() == reading.depth_) {
+    if (reading.children_.size() == depth_) {
         reading.children_.emplace_back();
     }
-    children_ = &reading.children_[reading.depth_];
+    children_ = &reading.children_[depth_];
     children_->reset(element);
-    ++reading.depth_;
+    reading.innermost_ = this;
 }
 
 } // namespace Corvid::XMLBuilder

@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <deque>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -61,6 +62,8 @@ struct ReadingPlace {
     std::string inFrontOf(const std::string& message) const;
 };
 
+class OpenSet;
+
 /// What one call of the reader knows: shared by all its visitors, gone when the call returns.
 class Reading {
 public:
@@ -86,7 +89,9 @@ public:
     const MetaMetadata::MetaElement* findMetaElementByQualifiedName(
         const std::u16string& qualified);
 
-    PrefixScope& prefixes() noexcept { return prefixes_; }
+    /// What prefixes stand for at the root of a document.
+    /// @param node  any node of it; the same document in each call.
+    PrefixScope& prefixesOfRoot(const xercesc::DOMNode& node);
 
     /// What the prefix of the parts of values stands for in a document. Without declaration at the
     /// root this fails as the query for a part does.
@@ -107,14 +112,13 @@ private:
     InstanceNameTable& names_;
     ExtensionTags tags_;
     Supplement* supplement_;
-    PrefixScope prefixes_;
-    PrefixScope prefixesOfRoot_;
+    std::optional<PrefixScope> prefixesOfRoot_; ///< made on first use
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>
         properties_;
     std::map<std::u16string, const MetaMetadata::MetaElement*> byQualifiedName_;
     ReadingPlace place_;
     std::deque<ChildSteps> children_; ///< one for each depth, kept for the next set there
-    std::size_t depth_ = 0;           ///< how many sets are open
+    OpenSet* innermost_ = nullptr;    ///< the set that is being read; null outside of sets
 };
 
 /// A set's element while it is being read.
@@ -124,13 +128,17 @@ public:
     OpenSet(Reading& reading, const xercesc::DOMElement& element);
     OpenSet(const OpenSet&) = delete;
     OpenSet& operator=(const OpenSet&) = delete;
-    ~OpenSet() { --reading_.depth_; }
+    ~OpenSet() { reading_.innermost_ = outer_; }
 
     const ChildSteps& children() const noexcept { return *children_; }
+    PrefixScope& prefixes() noexcept { return prefixes_; }
 
 private:
     Reading& reading_;
+    OpenSet* outer_;    ///< the set that it stands in, or null
+    std::size_t depth_; ///< how many sets are around it
     ChildSteps* children_;
+    PrefixScope prefixes_;
 };
 
 } // namespace Corvid::XMLBuilder

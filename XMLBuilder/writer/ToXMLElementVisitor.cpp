@@ -67,10 +67,14 @@ void ToXMLElementVisitor::visit(const Metadata::ReferenceElement& element) {
         return;
     }
     const auto attribute = attributeOf(element);
+    const Metadata::Targets targets = partition_->resolve(*element.value());
     DOMElement* node = createNamed(attribute);
-    if (writeReference(*element.value(), node, false) != Outcome::leftOut) {
-        place(node, attribute);
+    if (isLeftOut(targets)) {
+        return;
     }
+    // Still empty: for an element with children Xerces-C looks at all elements around it.
+    place(node, attribute);
+    writeReference(*element.value(), targets, node, false);
 }
 
 void ToXMLElementVisitor::writeReferences(const Metadata::ReferenceCollectionElement& element) {
@@ -87,7 +91,9 @@ void ToXMLElementVisitor::writeReferences(const Metadata::ReferenceCollectionEle
         place(collection_, attribute);
     }
     while (nextReference_ != element.size()) {
-        if (writeReference(element.at(nextReference_++), collection_, true) == Outcome::followed) {
+        const Types::Reference& reference = element.at(nextReference_++);
+        const Metadata::Targets targets = partition_->resolve(reference);
+        if (!isLeftOut(targets) && writeReference(reference, targets, collection_, true)) {
             return;
         }
     }
@@ -118,48 +124,50 @@ void ToXMLElementVisitor::writeValues(const Metadata::CollectionElement& element
     }
 }
 
-ToXMLElementVisitor::Outcome ToXMLElementVisitor::writeReference(const Types::Reference& reference,
-                                                                 DOMElement* element,
-                                                                 bool inCollection) {
-    const Metadata::Targets targets = partition_->resolve(reference);
+bool ToXMLElementVisitor::isLeftOut(const Metadata::Targets& targets) const {
+    return referencesAsValues_ && !targets.empty() && isSkipped(targets.front());
+}
+
+bool ToXMLElementVisitor::isSkipped(const MetadataSet& target) const {
+    return skipNonStructural_ && !KLV::isStructuralMetadataSet(target.key());
+}
+
+bool ToXMLElementVisitor::writeReference(const Types::Reference& reference,
+                                         const Metadata::Targets& targets, DOMElement* element,
+                                         bool inCollection) {
     if (targets.empty()) {
         writeDangling(reference, element);
-        return Outcome::written;
+        return false;
     }
     const MetadataSet& target = targets.front();
     if (referencesAsValues_) {
-        if (skipNonStructural_ && !KLV::isStructuralMetadataSet(target.key())) {
-            return Outcome::leftOut;
-        }
         ToXMLReferenceVisitor writer(&target, element, namespaces_, walk_);
         reference.accept(writer);
         if (inCollection && isDarkGroup(target)) {
             writeDangling(reference, element);
         }
-        return writer.hasEntered() ? Outcome::followed : Outcome::written;
+        return writer.hasEntered();
     }
     if (isDarkGroup(target)) {
         writeDangling(reference, element);
         walk_->enter(target, parent_);
-        return Outcome::written;
+        return false;
     }
     return writeLink(reference, target, targets.size() > 1, element);
 }
 
-ToXMLElementVisitor::Outcome ToXMLElementVisitor::writeLink(const Types::Reference& reference,
-                                                            const MetadataSet& target,
-                                                            bool ambiguous, DOMElement* element) {
+bool ToXMLElementVisitor::writeLink(const Types::Reference& reference, const MetadataSet& target,
+                                    bool ambiguous, DOMElement* element) {
     const NamespaceMap::NodeName& name = namespaces_->linkNameOf(*target.metaMetadataSet());
     const XMLCh* linkName = ambiguous ? Names::ambiguousLink : name.qualified.c_str();
     DOMElement* link = parent_->getOwnerDocument()->createElementNS(name.uri, linkName);
     element->appendChild(link);
     writeTarget(reference, link);
-    const bool skipped = skipNonStructural_ && !KLV::isStructuralMetadataSet(target.key());
-    if (!reference.isStrong() || skipped) {
-        return Outcome::written;
+    if (!reference.isStrong() || isSkipped(target)) {
+        return false;
     }
     auto* besideTheSet = static_cast<DOMElement*>(parent_->getParentNode());
-    return walk_->enter(target, besideTheSet) ? Outcome::followed : Outcome::written;
+    return walk_->enter(target, besideTheSet);
 }
 
 void ToXMLElementVisitor::writeDangling(const Types::Reference& reference, DOMElement* element) {

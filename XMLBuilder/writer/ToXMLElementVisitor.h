@@ -3,6 +3,7 @@
 #include "XMLBuilder/writer/NamespaceMap.h"
 #include "XMLBuilder/writer/ToXMLMetaAttributeVisitor.h"
 #include "host/metadata/Elements.h"
+#include "host/metadata/Targets.h"
 
 #include <xercesc/dom/DOM.hpp>
 
@@ -42,18 +43,17 @@ public:
     bool isDone() const noexcept { return collection_ == nullptr; }
 
 private:
-    enum class Outcome {
-        leftOut,  ///< nothing is to be written
-        written,  ///< all is written
-        followed, ///< all is written but for a set that the walk has entered
-    };
-
     void writeReferences(const Metadata::ReferenceCollectionElement& element);
     void writeValues(const Metadata::CollectionElement& element);
-    Outcome writeReference(const Types::Reference& reference, xercesc::DOMElement* element,
-                           bool inCollection);
-    Outcome writeLink(const Types::Reference& reference, const Metadata::MetadataSet& target,
-                      bool ambiguous, xercesc::DOMElement* element);
+    /// Whether a reference with these targets is not written at all.
+    bool isLeftOut(const Metadata::Targets& targets) const;
+    /// Whether a set is not written, wherever it is referred to.
+    bool isSkipped(const Metadata::MetadataSet& target) const;
+    /// @return true where the walk has entered a set, which has to be written before more is.
+    bool writeReference(const Types::Reference& reference, const Metadata::Targets& targets,
+                        xercesc::DOMElement* element, bool inCollection);
+    bool writeLink(const Types::Reference& reference, const Metadata::MetadataSet& target,
+                   bool ambiguous, xercesc::DOMElement* element);
     void writeDangling(const Types::Reference& reference, xercesc::DOMElement* element);
     void writeTarget(const Types::Reference& reference, xercesc::DOMElement* link);
 

@@ -1,16 +1,12 @@
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
 
-#include "XMLBuilder/NumberInput.h"
+#include "XMLBuilder/InlineDepth.h"
 #include "XMLBuilder/writer/DarkWriter.h"
 #include "XMLBuilder/writer/Document.h"
-#include "XMLBuilder/writer/ToXMLMetaAttributeVisitor.h"
-#include "host/base/Exceptions.h"
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/PartitionMetadata.h"
-#include "host/xmlutils/XmlText.h"
 
-#include <algorithm>
-#include <string>
+#include <cassert>
 
 namespace Corvid::XMLBuilder {
 
@@ -49,40 +45,17 @@ bool ToXMLMetadataSetVisitor::enter(const Metadata::MetadataSet& set, xercesc::D
         }
         return false;
     }
-    if (referencesAsValues_ && frames_.size() == greatestInlineDepth) {
-        throw Exceptions::LimitExceeded("set " + Platform::toUtf8(set.instanceUID().toString()) +
-                                            ": strong references nest deeper than " +
-                                            std::to_string(greatestInlineDepth) +
-                                            " sets, write the references as links instead",
-                                        CORVID_HERE);
-    }
+    assert(!referencesAsValues_ || frames_.size() < greatestInlineDepth);
     const NamespaceMap::NodeName& name = namespaces_->nameOf(*definition);
     auto* element = document->createElementNS(name.uri, name.qualified.c_str());
     parent->appendChild(element);
 
     const std::size_t first = entries_.size();
-    listElements(set);
+    appendInDocumentOrder(set, entries_);
     frames_.push_back(Frame{ToXMLElementVisitor(partition_, element, referencesAsValues_,
                                                 skipNonStructural_, namespaces_, this),
                             first, first});
     return true;
-}
-
-void ToXMLMetadataSetVisitor::listElements(const Metadata::MetadataSet& set) {
-    std::for_each(set.invalidBegin(), set.invalidEnd(), [this](const Metadata::Element* element) {
-        entries_.push_back({element, 0});
-    });
-
-    const std::size_t firstValid = entries_.size();
-    for (const auto& [label, element] : set.made()) {
-        ToXMLMetaAttributeVisitor attribute;
-        element->metaAttribute()->accept(attribute);
-        if (const unsigned short* order = attribute.schemaIndex()) {
-            entries_.push_back({element, readNumber<std::uint32_t>(XMLUtils::toXml(order))});
-        }
-    }
-    std::sort(entries_.begin() + static_cast<std::ptrdiff_t>(firstValid), entries_.end(),
-              [](const Entry& a, const Entry& b) { return a.order < b.order; });
 }
 
 } // namespace Corvid::XMLBuilder

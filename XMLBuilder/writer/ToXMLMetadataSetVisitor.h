@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/InlineDepth.h"
+#include "XMLBuilder/writer/ElementOrder.h"
 #include "XMLBuilder/writer/NamespaceMap.h"
 #include "XMLBuilder/writer/ToXMLElementVisitor.h"
 #include "XMLBuilder/writer/VisitedRecord.h"
@@ -9,14 +9,12 @@
 #include <xercesc/dom/DOM.hpp>
 
 #include <cstddef>
-#include <cstdint>
 #include <deque>
 #include <vector>
 
 namespace Corvid::Metadata {
-class Element;
 class PartitionMetadata;
-} // namespace Corvid::Metadata
+}
 
 namespace Corvid::XMLBuilder {
 
@@ -26,18 +24,14 @@ namespace Corvid::XMLBuilder {
 /// The walk keeps its own stack: however long a chain of references is, the calls do not nest.
 class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
 public:
-    /// How deep sets may stand in each other when references are written as values. A document
-    /// that nests deeper could not be read again.
-    static constexpr std::size_t greatestInlineDepth = XMLBuilder::greatestInlineDepth;
-
     /// Everything is borrowed.
     /// @param parent  receives the set's element.
     ToXMLMetadataSetVisitor(Metadata::PartitionMetadata* partition, xercesc::DOMElement* parent,
                             bool referencesAsValues, bool skipNonStructural,
                             NamespaceMap* namespaces, VisitedRecord* visited);
 
-    /// Writes the set, or nothing where the pass has written it already.
-    /// @throws LimitExceeded  sets as values nest deeper than greatestInlineDepth.
+    /// Writes the set, or nothing where the pass has written it already. Sets that are written as
+    /// values must not nest deeper than refuseDeepNesting() allows.
     void visit(const Metadata::MetadataSet& set) override;
 
     /// Begins to write a set that a reference in the set at hand leads to. Its properties follow
@@ -46,10 +40,6 @@ public:
     bool enter(const Metadata::MetadataSet& set, xercesc::DOMElement* parent);
 
 private:
-    struct Entry {
-        const Metadata::Element* element;
-        std::uint32_t order;
-    };
     /// A set that is being written.
     struct Frame {
         ToXMLElementVisitor writer;
@@ -58,8 +48,6 @@ private:
         std::size_t next;
     };
 
-    void listElements(const Metadata::MetadataSet& set);
-
     Metadata::PartitionMetadata* partition_;
     xercesc::DOMElement* parent_;
     bool referencesAsValues_;
@@ -67,7 +55,7 @@ private:
     NamespaceMap* namespaces_;
     VisitedRecord* visited_;
     std::deque<Frame> frames_; // a frame keeps its place while others come and go behind it
-    std::vector<Entry> entries_;
+    std::vector<PlacedElement> entries_;
 };
 
 } // namespace Corvid::XMLBuilder

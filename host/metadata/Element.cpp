@@ -1,5 +1,6 @@
 #include "host/metadata/Element.h"
 
+#include "host/base/Exceptions.h"
 #include "host/dictionary/AbstractMetaAttributeVisitor.h"
 #include "host/dictionary/MetaAttribute.h"
 #include "host/dictionary/MetaCollectionElement.h"
@@ -29,6 +30,13 @@ bool isReference(Identifiers::Identifier type) {
     return type == Identifiers::StrongReference || type == Identifiers::WeakReference;
 }
 
+void requireAttribute(const Element::Attribute& attribute) {
+    if (!attribute) {
+        throw Exceptions::InvalidArgument("no attribute to make an element for, expected one",
+                                          CORVID_HERE);
+    }
+}
+
 template <class Kind> Templates::auto_ptr<Element> make(Element::Attribute attribute) {
     return Templates::auto_ptr<Element>(new Kind(std::move(attribute)));
 }
@@ -42,11 +50,16 @@ const MetaMetadata::MetaElement* definitionOf(
     return finder.definition;
 }
 
+Element::Element(Attribute attribute) : attribute_(std::move(attribute)) {
+    requireAttribute(attribute_);
+}
+
 Element::~Element() = default;
 
 const Element::Attribute& Element::metaAttribute() const noexcept { return attribute_; }
 
 Templates::auto_ptr<Element> createElement(Element::Attribute attribute) {
+    requireAttribute(attribute);
     const MetaMetadata::MetaElement* definition = definitionOf(*attribute);
     if (definition == nullptr) {
         return make<SimpleElement>(std::move(attribute));

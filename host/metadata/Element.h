@@ -53,7 +53,8 @@ public:
     }
 
 protected:
-    explicit Element(Attribute attribute) noexcept : attribute_(std::move(attribute)) {}
+    /// @throws InvalidArgument  there is no attribute.
+    explicit Element(Attribute attribute);
 
     const MetaMetadata::MetaElement* definition() const noexcept {
         return definitionOf(*attribute_);
@@ -69,6 +70,7 @@ private:
 
 /// Makes an element without value of the kind that the attribute's definition asks for; an unknown
 /// attribute gets a simple element.
+/// @throws InvalidArgument  there is no attribute.
 CORVID_EXPORT Templates::auto_ptr<Element> createElement(Element::Attribute attribute);
 
 } // namespace Corvid::Metadata

@@ -99,7 +99,9 @@ void ReferenceCollectionElement::addUnverifiedReference(Templates::auto_ptr<Refe
 
 void ReferenceCollectionElement::replace(Types::u32 index,
                                          Templates::auto_ptr<Reference> reference) {
-    references_[index] = std::move(reference);
+    if (reference) {
+        references_[index] = std::move(reference);
+    }
 }
 
 void ReferenceCollectionElement::remove(Types::u32 index) {
@@ -143,6 +145,12 @@ void CollectionElement::set(Templates::auto_ptr<Types::Collection> value) {
 }
 
 void CollectionElement::add(Templates::auto_ptr<Types::SimpleDataType> item) {
+    if (!value_) {
+        throw Exceptions::InvalidArgument("property " +
+                                              Platform::toUtf8(definition()->label().toString()) +
+                                              ": no collection to add an item to, expected one",
+                                          CORVID_HERE);
+    }
     value_->add(std::move(item));
 }
 

@@ -9,7 +9,7 @@ namespace Corvid::Metadata {
 /// An element with one value that is neither a reference nor a collection.
 class CORVID_EXPORT SimpleElement : public Element {
 public:
-    explicit SimpleElement(Attribute attribute) noexcept : Element(std::move(attribute)) {}
+    explicit SimpleElement(Attribute attribute) : Element(std::move(attribute)) {}
 
     /// The value, or null. Lives until the element gets another.
     const Types::SimpleDataType* value() const noexcept { return value_.get(); }
@@ -35,7 +35,7 @@ private:
 /// An element with one reference.
 class CORVID_EXPORT ReferenceElement : public Element {
 public:
-    explicit ReferenceElement(Attribute attribute) noexcept : Element(std::move(attribute)) {}
+    explicit ReferenceElement(Attribute attribute) : Element(std::move(attribute)) {}
 
     /// The reference, or null. Lives until the element gets another.
     const Types::Reference* value() const noexcept { return value_.get(); }
@@ -69,6 +69,7 @@ public:
     void add(const MetadataSet* target);
     /// Appends a reference whose target need not be there. A null pointer appends nothing.
     void addUnverifiedReference(Templates::auto_ptr<Types::Reference> reference);
+    /// Puts another reference into the place of one. A null pointer changes nothing.
     /// @param index  below size().
     void replace(Types::u32 index, Templates::auto_ptr<Types::Reference> reference);
     void remove(Types::u32 index);
@@ -92,7 +93,7 @@ private:
 /// References whose order means nothing.
 class CORVID_EXPORT ReferenceBatchElement : public ReferenceCollectionElement {
 public:
-    explicit ReferenceBatchElement(Attribute attribute) noexcept
+    explicit ReferenceBatchElement(Attribute attribute)
         : ReferenceCollectionElement(std::move(attribute)) {}
     void accept(Visitors::ElementVisitor& visitor) const override;
     void accept(Visitors::NonConstElementVisitor& visitor) override;
@@ -101,7 +102,7 @@ public:
 /// References whose order means something.
 class CORVID_EXPORT ReferenceArrayElement : public ReferenceCollectionElement {
 public:
-    explicit ReferenceArrayElement(Attribute attribute) noexcept
+    explicit ReferenceArrayElement(Attribute attribute)
         : ReferenceCollectionElement(std::move(attribute)) {}
     void accept(Visitors::ElementVisitor& visitor) const override;
     void accept(Visitors::NonConstElementVisitor& visitor) override;
@@ -113,7 +114,8 @@ public:
     /// The collection, or null. Lives until the element gets another.
     const Types::Collection* value() const noexcept { return value_.get(); }
     void set(Templates::auto_ptr<Types::Collection> value);
-    /// Appends an item to the collection, which must be there. A null pointer appends nothing.
+    /// Appends an item to the collection. A null pointer appends nothing.
+    /// @throws InvalidArgument  there is no collection.
     void add(Templates::auto_ptr<Types::SimpleDataType> item);
 
     /// True when there is no collection; an empty one is there all the same.
@@ -134,7 +136,7 @@ private:
 /// Values whose order means nothing.
 class CORVID_EXPORT BatchElement : public CollectionElement {
 public:
-    explicit BatchElement(Attribute attribute) noexcept : CollectionElement(std::move(attribute)) {}
+    explicit BatchElement(Attribute attribute) : CollectionElement(std::move(attribute)) {}
     void accept(Visitors::ElementVisitor& visitor) const override;
     void accept(Visitors::NonConstElementVisitor& visitor) override;
 };
@@ -142,7 +144,7 @@ public:
 /// Values whose order means something.
 class CORVID_EXPORT ArrayElement : public CollectionElement {
 public:
-    explicit ArrayElement(Attribute attribute) noexcept : CollectionElement(std::move(attribute)) {}
+    explicit ArrayElement(Attribute attribute) : CollectionElement(std::move(attribute)) {}
     void accept(Visitors::ElementVisitor& visitor) const override;
     void accept(Visitors::NonConstElementVisitor& visitor) override;
 };

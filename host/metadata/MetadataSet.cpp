@@ -18,7 +18,7 @@ namespace {
 /// partition.
 class InstanceUIDElement : public SimpleElement {
 public:
-    InstanceUIDElement(Attribute attribute, PartitionMetadata& partition) noexcept
+    InstanceUIDElement(Attribute attribute, PartitionMetadata& partition)
         : SimpleElement(std::move(attribute)), partition_(partition) {}
 
 protected:

@@ -49,6 +49,14 @@ public:
 
 } // namespace
 
+PartitionDictionary::PartitionDictionary(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
+    : dictionary_(std::move(dictionary)) {
+    if (!dictionary_) {
+        throw Exceptions::InvalidArgument("no dictionary for a partition, expected one",
+                                          CORVID_HERE);
+    }
+}
+
 const Types::UniversalLabel* PartitionDictionary::find(const Types::LocalTag& tag,
                                                        bool alsoStatic) const {
     if (const auto entry = byTag_.find(tag.value());

@@ -14,8 +14,8 @@ public:
     using Entry = std::pair<Types::LocalTag, Types::UniversalLabel>;
     using const_iterator = Templates::vector<Entry>::const_iterator;
 
-    explicit PartitionDictionary(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary) noexcept
-        : dictionary_(std::move(dictionary)) {}
+    /// @throws InvalidArgument  there is no dictionary.
+    explicit PartitionDictionary(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary);
 
     const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary() const noexcept {
         return dictionary_;

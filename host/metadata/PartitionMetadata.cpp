@@ -124,6 +124,10 @@ DarkParsedGroup& PartitionMetadata::createDarkParsedGroup(const KLV::Key& key) {
 }
 
 void PartitionMetadata::addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> set) {
+    if (!set) {
+        throw Exceptions::InvalidArgument("no dark set to add to the partition, expected one",
+                                          CORVID_HERE);
+    }
     darkSets_.push_back(set.get());
     set.release();
 }

@@ -20,6 +20,7 @@ public:
     using Sets = Templates::vector<MetadataSet*>;
     using DarkSets = Templates::list<DarkMetadataSet*>;
 
+    /// @throws InvalidArgument  there is no dictionary.
     explicit PartitionMetadata(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary);
     PartitionMetadata(const PartitionMetadata&) = delete;
     PartitionMetadata& operator=(const PartitionMetadata&) = delete;
@@ -67,6 +68,7 @@ public:
 
     DarkSets::const_iterator darkBegin() const noexcept { return darkSets_.begin(); }
     DarkSets::const_iterator darkEnd() const noexcept { return darkSets_.end(); }
+    /// @throws InvalidArgument  there is no set.
     void addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> set);
     /// @return the dark set behind it.
     DarkSets::const_iterator removeDark(DarkSets::const_iterator set);

@@ -12,6 +12,15 @@ std::string describe(std::size_t number, const Partition& partition) {
            partition.pack.statusName() + ")";
 }
 
+/// What an owner holds, which must be something.
+template <class Owner> auto& held(const Owner& owner, const char* what) {
+    if (!owner) {
+        throw Exceptions::InvalidArgument(std::string("no ") + what + ", expected one",
+                                          CORVID_HERE);
+    }
+    return *owner;
+}
+
 } // namespace
 
 File::File(const std::string& path, Templates::SharedPtr<MetaMetadata::Dictionary> dictionary,
@@ -21,7 +30,10 @@ File::File(const std::string& path, Templates::SharedPtr<MetaMetadata::Dictionar
 File::File(Templates::auto_ptr<DataIO::RandomAccessSource> source,
            Templates::SharedPtr<MetaMetadata::Dictionary> dictionary, WarningSink& warnings)
     : source_(std::move(source)), dictionary_(std::move(dictionary)), warnings_(warnings),
-      window_(*source_), header_(findHeaderPartition(window_, warnings)) {}
+      window_(held(source_, "source to read an MXF file from")),
+      header_(findHeaderPartition(window_, warnings)) {
+    held(dictionary_, "dictionary to read an MXF file with");
+}
 
 File::~File() = default;
 

@@ -45,6 +45,7 @@ public:
     File(const std::string& path, Templates::SharedPtr<MetaMetadata::Dictionary> dictionary,
          WarningSink& warnings);
     /// The same for bytes from anywhere.
+    /// @throws InvalidArgument  there is no source, or no dictionary.
     File(Templates::auto_ptr<DataIO::RandomAccessSource> source,
          Templates::SharedPtr<MetaMetadata::Dictionary> dictionary, WarningSink& warnings);
     ~File();

@@ -18,6 +18,8 @@
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMNamedNodeMap.hpp>
+#include <xercesc/util/XMLChar.hpp>
+#include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 namespace Corvid::XMLUtils {
@@ -318,14 +320,28 @@ void Serialiser::writeComment(const XMLCh* comment) {
     out_.ascii("-->");
 }
 
+/// Whether a processing instruction may have a target: a name without colon, and not that of the
+/// XML declaration.
+bool isTarget(View name) {
+    return xercesc::XMLChar1_0::isValidNCName(name.data(), name.size()) &&
+           xercesc::XMLString::compareIStringASCII(name.data(), u"xml") != 0;
+}
+
 void Serialiser::writeProcessingInstruction(const DOMNode& node) {
+    const View target = viewOf(node.getNodeName());
+    if (!isTarget(target)) {
+        refuse("processing instruction with the target \"" +
+                   Platform::toUtf8(fromXml(target.data())) +
+                   "\" found, expected a name without colon other than xml",
+               __LINE__);
+    }
     const XMLCh* const data = node.getNodeValue();
     if (viewOf(data).find(u"?>") != View::npos) {
         refuse("processing instruction with its end mark inside found", __LINE__);
     }
     newLine();
     out_.ascii("<?");
-    text(node.getNodeName());
+    text(target);
     if (!viewOf(data).empty()) {
         out_.ascii(" ");
         escaped(data, inMarkup);

@@ -36,8 +36,9 @@ enum class Layout {
 /// @param sink     receives the encoded bytes. Borrowed.
 /// @throws InvalidArgument  `node` is null or of another type, or the encoding is unknown.
 /// @throws InvalidFormat    what XML cannot hold: an entity reference, a document type, a comment
-///                          with "--", a name with an undeclared prefix, a document without root,
-///                          or a character that `invalid` refuses.
+///                          with "--" or "-" at its end, a processing instruction with "?>" or
+///                          whose target is xml or no name, a name with an undeclared prefix, a
+///                          document without root, or a character that `invalid` refuses.
 ///                          Part of the document may have gone to the sink.
 CORVID_XMLUTILS_EXPORT void serialise(const xercesc::DOMNode* node, EncodingType encoding,
                                       Layout layout, InvalidCharacters& invalid,

@@ -47,24 +47,6 @@ TEST(ChildSteps, matchByExpandedNameWhateverThePrefix) {
     EXPECT_EQ(ChildSteps::next(*third, u"n", u"urn:1"), nullptr);
 }
 
-TEST(PrefixScope, knowsWhatIsDeclaredAroundAnElement) {
-    ParsedDocument document("<r xmlns:a='urn:1'><s><t xmlns:a='urn:2'><u/></t></s></r>");
-    auto& s = *document.root().getFirstElementChild();
-    auto& t = *s.getFirstElementChild();
-    auto& u = *t.getFirstElementChild();
-    PrefixScope scope;
-    const auto at = [&](const xercesc::DOMElement& e, const XMLCh* prefix) {
-        const XMLCh* uri = scope.uriOf(prefix, PrefixScope::declarerFor(e));
-        return std::u16string(uri == nullptr ? u"none" : uri);
-    };
-    EXPECT_EQ(at(s, u"a"), u"urn:1");
-    EXPECT_EQ(at(u, u"a"), u"urn:2");
-    EXPECT_EQ(at(s, u"a"), u"urn:1");
-    EXPECT_EQ(at(s, u"b"), u"none");
-    EXPECT_EQ(&PrefixScope::declarerFor(u), &t);
-    EXPECT_EQ(&PrefixScope::declarerFor(s), &document.root());
-}
-
 #ifdef CORVID_WITH_XQILLA
 
 const char16_t* pick(std::mt19937& random, std::initializer_list<const char16_t*> from) {
@@ -111,7 +93,7 @@ TEST(ChildSteps, findTheNodesThatXQillaFinds) {
     for (int round = 0; round != 60; ++round) {
         ParsedDocument document(randomDocument(random));
         ChildSteps children;
-        PrefixScope scope;
+        PrefixScope root(document.root());
         for (auto* set = document.root().getFirstElementChild(); set != nullptr;
              set = set->getNextElementSibling()) {
             std::vector<xercesc::DOMNode*> all;
@@ -124,7 +106,7 @@ TEST(ChildSteps, findTheNodesThatXQillaFinds) {
             const char16_t* prefix = pick(random, {u"a", u"b", u"c"});
             const char16_t* name = pick(random, {u"one", u"two", u"three", u"four"});
             const auto expected = withXQilla(*set, std::u16string(u"./") + prefix + u":" + name);
-            const XMLCh* uri = scope.uriOf(prefix, PrefixScope::declarerFor(*set));
+            const XMLCh* uri = PrefixScope(*set, root).uriOf(prefix);
             const ChildStep step(prefix, name);
             EXPECT_EQ(children.first(step, uri), expected.empty() ? nullptr : expected.front());
             EXPECT_EQ(ChildSteps::evaluate(*set, *set, step, nullptr),

@@ -112,6 +112,32 @@ TEST_P(HostileDocument, takesMemoryInProportionToItsSize) {
     RecordProperty("multiple", std::to_string(*peak / xml.size()));
 }
 
+struct Item {
+    const char* name;
+    const char* text;
+};
+
+class HostileItems : public Things, public testing::WithParamInterface<Item> {};
+
+TEST_P(HostileItems, takeMemoryInProportionToTheirSizeHoweverFewThereAre) {
+    readThing("<e:UInt8>1</e:UInt8>");
+    for (const std::size_t size : MemoryBounds::sizes) {
+        const std::string text = GetParam().text;
+        const std::string xml = documentOf(repeat(text, size / text.size() + 1));
+        const auto peak = peakMemoryOf([&] { readXml(model_, xml); });
+        if (!peak) {
+            GTEST_SKIP() << "sanitizers have their own ways with memory";
+        }
+        EXPECT_LE(*peak, MemoryBounds::documentToMetadata * xml.size() + MemoryBounds::constant)
+            << size;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, HostileItems,
+                         testing::Values(Item{"ElementsAndText", "<a/>x"},
+                                         Item{"Sets", "<t:Thing/>"}),
+                         [](const auto& each) { return std::string(each.param.name); });
+
 INSTANTIATE_TEST_SUITE_P(
     Depth, HostileDocument,
     testing::Values(Case{"Elements", [] { return "!" + inside("<a>", "", "</a>", many); },

@@ -159,6 +159,33 @@ TEST_F(Elements, withReferencesRefuseToReferToNoSetAndStayAsTheyAre) {
     EXPECT_EQ(one.value()->uuid(), set.instanceUID());
 }
 
+TEST_F(Elements, refuseToBeWithoutAttribute) {
+    auto& set = partition.createMetadataSet(prefaceKey());
+    EXPECT_THROW(createElement({}), Exceptions::InvalidArgument);
+    EXPECT_THROW(SimpleElement({}), Exceptions::InvalidArgument);
+    EXPECT_THROW(ReferenceBatchElement({}), Exceptions::InvalidArgument);
+    EXPECT_THROW(set.createElement(number, {}), Exceptions::InvalidArgument);
+    EXPECT_THROW(set.createElement(instanceUID(), {}), Exceptions::InvalidArgument);
+    EXPECT_THROW(set.createInvalidElement({}), Exceptions::InvalidArgument);
+    EXPECT_EQ(set.invalidBegin(), set.invalidEnd());
+}
+
+TEST_F(Elements, withValuesRefuseAnItemWhereThereIsNoCollection) {
+    auto& set = partition.createMetadataSet(prefaceKey());
+    auto& element = dynamic_cast<CollectionElement&>(*set.find(numbers));
+    EXPECT_THROW(element.add(Templates::auto_ptr<Types::SimpleDataType>(new Types::UInt16(1))),
+                 Exceptions::InvalidArgument);
+    EXPECT_TRUE(element.isSkipped());
+}
+
+TEST_F(Elements, withReferencesKeepAReferenceThatNothingIsToReplace) {
+    auto& set = partition.createMetadataSet(prefaceKey());
+    auto& element = dynamic_cast<ReferenceCollectionElement&>(*set.find(childArray));
+    element.add(&set);
+    element.replace(0, {});
+    EXPECT_EQ(element.at(0).uuid(), set.instanceUID());
+}
+
 TEST_F(Elements, withReferencesArePresentOnceOneWasAddedAndRemoved) {
     auto& set = partition.createMetadataSet(prefaceKey());
     auto& element = dynamic_cast<ReferenceCollectionElement&>(*set.find(childArray));

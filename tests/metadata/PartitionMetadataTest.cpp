@@ -25,6 +25,12 @@ TEST_F(PartitionMetadataTest, createsSetsWithEveryPropertyOfTheClassAndItsAncest
     EXPECT_EQ(set.invalidBegin(), set.invalidEnd());
 }
 
+TEST_F(PartitionMetadataTest, refusesToBeWithoutDictionaryAndToTakeNoDarkSet) {
+    EXPECT_THROW(PartitionMetadata({}), Exceptions::InvalidArgument);
+    EXPECT_THROW(partition.addDarkMetadataSet({}), Exceptions::InvalidArgument);
+    EXPECT_EQ(partition.darkBegin(), partition.darkEnd());
+}
+
 TEST_F(PartitionMetadataTest, makesTheElementsOfANewSetWhenTheyAreAskedFor) {
     auto& set = partition.createMetadataSet(prefaceKey());
     EXPECT_EQ(set.made().size(), 1U);

@@ -133,6 +133,18 @@ TEST(File, refusesWhatIsNoMxf) {
     EXPECT_EQ(Testing::messageOf([] { ReadBack back(Bytes{}); }), "the file is empty");
 }
 
+TEST(File, refusesToReadFromNothingAndWithoutDictionary) {
+    using Source = Templates::auto_ptr<DataIO::RandomAccessSource>;
+    Testing::Collected warnings;
+    const Bytes bytes = fileOf({{2, 4, whole}}).build();
+    const auto refused = [&](Source source, Templates::SharedPtr<MetaMetadata::Dictionary> with) {
+        EXPECT_THROW(File(std::move(source), std::move(with), warnings),
+                     Exceptions::InvalidArgument);
+    };
+    refused(Source(), MetaMetadata::Dictionary::builtIn());
+    refused(Source(new DataIO::MemorySource(bytes.data(), bytes.size())), {});
+}
+
 TEST(File, hasNoHeaderPartitionWhereTheFirstIsAnother) {
     const auto message = [](unsigned char kind) {
         ReadBack back(fileOf({{kind, 4, whole}}));

@@ -3,7 +3,6 @@
 #include "host/dataio/Memory.h"
 #include "host/mxf/HeaderMetadataWriter.h"
 #include "tests/mxf/ReadBack.h"
-#include "tests/support/LeaksByContract.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/PeakMemory.h"
 #include "tests/support/Sanitizers.h"
@@ -78,6 +77,14 @@ Bytes collection(unsigned tag, std::uint32_t count, std::uint32_t itemSize,
     return property(tag, join({number(count, 4), number(itemSize, 4), items}));
 }
 
+/// Sets with a collection of values that have parts.
+Bytes fileOfParts(std::uint32_t items) {
+    const auto sizing = hex("06.0e.2b.34.01.01.01.0a.04.01.06.03.0b.00.00.00");
+    const Bytes values = repeat(1, std::size_t{3} * items);
+    return fileOf(many(set(structuralKey(jpeg2000Set), 9, {collection(0x8001, items, 3, values)})),
+                  primer({{instanceUIDTag, instanceUIDLabel()}, {0x8001, sizing}}));
+}
+
 struct HostileFile {
     const char* name;
     Bytes (*bytes)();
@@ -88,8 +95,12 @@ class HostileFiles : public ::testing::TestWithParam<HostileFile> {
 protected:
     /// Expects that work on the file takes no more than so many times its size.
     static void expectPeak(std::size_t factor, const std::function<void(const Bytes&)>& work) {
+        expectPeak(GetParam().bytes(), factor, work);
+    }
+
+    static void expectPeak(const Bytes& bytes, std::size_t factor,
+                           const std::function<void(const Bytes&)>& work) {
         work(smallFile()); // what is made once per process is no part of it
-        const Bytes bytes = GetParam().bytes();
         const auto peak = peakMemoryOf([&] { work(bytes); });
         if (!peak) {
             GTEST_SKIP() << "sanitizers have their own ways with memory";
@@ -102,22 +113,38 @@ private:
     static Bytes smallFile() { return MxfBuilder().add(headerPartition()).build(); }
 };
 
+void toDocument(const Bytes& bytes) {
+    const auto read = readFile(bytes);
+    XMLBuilder::partition2XML(read.metadata.get(), false, false);
+}
+
+void thereAndBack(const Bytes& bytes) {
+    const auto read = readFile(bytes);
+    Tool::compareWithRoundTrip(*read.metadata);
+}
+
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsMetadata) {
     expectPeak(MemoryBounds::fileToMetadata, [](const Bytes& bytes) { readFile(bytes); });
 }
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsDocument) {
-    expectPeak(MemoryBounds::fileToDocument, [](const Bytes& bytes) {
-        const auto read = readFile(bytes);
-        XMLBuilder::partition2XML(read.metadata.get(), false, false);
-    });
+    expectPeak(MemoryBounds::fileToDocument, toDocument);
 }
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeThereAndBack) {
-    expectPeak(MemoryBounds::check, [](const Bytes& bytes) {
-        const auto read = readFile(bytes);
-        Tool::compareWithRoundTrip(*read.metadata);
-    });
+    expectPeak(MemoryBounds::check, thereAndBack);
+}
+
+/// The first bytes of a hostile file are one, too.
+TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeHoweverSmallTheyAre) {
+    const Bytes whole = GetParam().bytes();
+    for (const std::size_t size : MemoryBounds::sizes) {
+        const Bytes bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(
+                                                             std::min(size, whole.size())));
+        expectPeak(bytes, MemoryBounds::fileToMetadata, [](const Bytes& each) { readFile(each); });
+        expectPeak(bytes, MemoryBounds::fileToDocument, toDocument);
+        expectPeak(bytes, MemoryBounds::check, thereAndBack);
+    }
 }
 
 /// A dictionary in which a class has the name that documents give to dark sets, so that all of
@@ -238,14 +265,8 @@ INSTANTIATE_TEST_SUITE_P(
                             many(set(structuralKey(filmDescriptorSet), 9,
                                      {collection(channelStatusTag, 65000, 1, repeat(1, 65000))})));
                     }},
-        HostileFile{"ItemsOfParts",
-                    [] {
-                        const auto sizing = hex("06.0e.2b.34.01.01.01.0a.04.01.06.03.0b.00.00.00");
-                        return fileOf(
-                            many(set(structuralKey(jpeg2000Set), 9,
-                                     {collection(0x8001, 21000, 3, repeat(1, 63000))})),
-                            primer({{instanceUIDTag, instanceUIDLabel()}, {0x8001, sizing}}));
-                    }},
+        HostileFile{"ItemsOfParts", [] { return fileOfParts(21000); }},
+        HostileFile{"FewItemsOfParts", [] { return fileOfParts(300); }},
         HostileFile{"References",
                     [] {
                         return fileOf(
@@ -356,7 +377,6 @@ TEST_F(Chain, comesBackFromXmlOnASmallStack) {
 TEST_F(Chain, withReferencesAsValuesIsRefusedOnASmallStack) {
     onSmallStack([] {
         const auto read = readFile(file());
-        const LeaksByContract leaks;
         EXPECT_THAT(messageOf([&] { XMLBuilder::partition2XML(read.metadata.get(), true, false); }),
                     testing::HasSubstr("strong references nest deeper than 256 sets"));
     });

@@ -4,6 +4,7 @@
 #include "host/xmlutils/CleanDocument.h"
 #include "tests/xmlutils/Documents.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <random>
@@ -180,6 +181,47 @@ TEST(Serialise, refusesMarkupThatCannotBeWritten) {
     DOMImplementation* const core = DOMImplementationRegistry::getDOMImplementation(u"Core");
     document->insertBefore(core->createDocumentType(u"p:Root", nullptr, nullptr), root);
     EXPECT_THROW(written(*document), Exceptions::InvalidFormat);
+}
+
+TEST(Serialise, refusesTargetsOfInstructionsThatCannotBeReadBack) {
+    const Document document = makeRootedDocument();
+    for (const char16_t* target : {u"xml", u"XML", u"Xml", u"xmL", u"a:b", u":"}) {
+        DOMNode* const node = document->createProcessingInstruction(target, u"version='1.0'");
+        for (DOMNode* const parent : {static_cast<DOMNode*>(document.get()),
+                                      static_cast<DOMNode*>(document->getDocumentElement())}) {
+            parent->appendChild(node);
+            try {
+                written(*document);
+                ADD_FAILURE() << utf8(target);
+            } catch (const Exceptions::InvalidFormat& refused) {
+                EXPECT_THAT(Platform::toUtf8(refused.message()),
+                            ::testing::EndsWith("processing instruction with the target \"" +
+                                                utf8(target) +
+                                                "\" found, expected a name without colon other "
+                                                "than xml"));
+            }
+            parent->removeChild(node);
+        }
+    }
+}
+
+TEST(Serialise, writesTargetsOfInstructionsThatOnlyResembleXml) {
+    const Document document = makeRootedDocument();
+    for (const char16_t* target : {u"xml-stylesheet", u"xm", u"xmlx", u"_xml"}) {
+        document->getDocumentElement()->appendChild(
+            document->createProcessingInstruction(target, u""));
+    }
+    EXPECT_THAT(written(*document),
+                ::testing::HasSubstr("<?xml-stylesheet?><?xm?><?xmlx?><?_xml?>"));
+}
+
+TEST(Serialise, writesNodesWithoutText) {
+    const Document document = makeRootedDocument();
+    DOMElement* const root = document->getDocumentElement();
+    root->appendChild(document->createComment(nullptr));
+    root->appendChild(document->createTextNode(nullptr));
+    root->appendChild(document->createProcessingInstruction(u"a", nullptr));
+    EXPECT_THAT(written(*document), ::testing::HasSubstr("<!----><?a?>"));
 }
 
 TEST(Serialise, writesADocumentOfAnyDepth) {

@@ -224,8 +224,11 @@ void Collector::explainElement(const Element& element) {
     if (definition == nullptr && tag.isStaticLocalTag()) {
         explainTag(tag);
     } else if (const auto* const label = tags_.find(tag, true)) {
+        // A reader would give another version of a registered label its static tag, which may have
+        // its registered meaning elsewhere.
+        const auto* const registered = tags_.dictionary()->findElement(*label);
         namedByLabel_.push_back({{tag, *label},
-                                 definition != nullptr && *label != definition->label(),
+                                 registered != nullptr && *label != registered->label(),
                                  definition == nullptr});
     }
 }
