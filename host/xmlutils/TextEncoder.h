@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <string_view>
 #include <vector>
-#include <xercesc/util/XercesDefs.hpp>
 
 namespace Corvid::DataIO {
 class DataSink;
@@ -24,7 +23,7 @@ public:
     void ascii(std::string_view text);
 
     /// @param text  `count` code units; every surrogate in it is one of a pair.
-    void units(const XMLCh* text, std::size_t count);
+    void units(const char16_t* text, std::size_t count);
 
     /// Hands over what is left. To be called at the end; the destructor does not.
     void flush();
@@ -33,8 +32,8 @@ private:
     enum class Form { utf8, utf16LE, utf16BE };
 
     std::size_t room();
-    void toUtf8(const XMLCh* text, std::size_t count);
-    void toUtf16(const XMLCh* text, std::size_t count);
+    void toUtf8(const char16_t* text, std::size_t count);
+    void toUtf16(const char16_t* text, std::size_t count);
 
     Form form_;
     DataIO::DataSink& sink_;
