@@ -2,6 +2,7 @@
 
 #include "XMLBuilder/Namespaces.h"
 #include "XMLBuilder/writer/Document.h"
+#include "XMLBuilder/writer/DomSink.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/Serialise.h"
@@ -27,7 +28,7 @@ boost::mutex& writerLock() {
 }
 
 /// The frame that every document is built in.
-/// @param findStart  gives the set to start from, or null; called after the document was created.
+/// @param findStart  gives the set to start from, or null.
 template <class FindStart>
 DocumentHolder build(PartitionMetadata* partition, bool referencesAsValues, bool skipNonStructural,
                      FindStart findStart) {
@@ -36,10 +37,16 @@ DocumentHolder build(PartitionMetadata* partition, bool referencesAsValues, bool
     if (partition == nullptr) {
         return {};
     }
-    // A document that is given up, here or because an exception passes, is left to the process.
-    xercesc::DOMElement* root = createDocument(Names::s377m);
-    const Filling filling{partition, findStart(), referencesAsValues, skipNonStructural};
-    return fillDocument(filling, root, Names::s377m.uri);
+    const MetadataSet* const start = findStart();
+    if (start == nullptr) {
+        return {};
+    }
+    // What can be refused is refused before the document is made: one that an exception leaves
+    // unfinished is left to the process.
+    const DocumentPlan plan(*partition, *start, {referencesAsValues, skipNonStructural});
+    DomSink sink;
+    writeDocument(plan, sink);
+    return sink.document();
 }
 
 void toText(DocumentHolder document, XMLUtils::EncodingType encoding, Utf16Text& out) {

@@ -1,88 +1,84 @@
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
 
-#include "XMLBuilder/NumberInput.h"
-#include "XMLBuilder/writer/DarkWriter.h"
-#include "XMLBuilder/writer/Document.h"
-#include "XMLBuilder/writer/ToXMLMetaAttributeVisitor.h"
-#include "host/base/Exceptions.h"
+#include "XMLBuilder/format/DefinitionName.h"
+#include "XMLBuilder/writer/PropertyOrder.h"
+#include "XMLBuilder/writer/ToXMLBaseTypeVisitor.h"
+#include "XMLBuilder/writer/ToXMLElementVisitor.h"
+#include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
-#include "host/metadata/PartitionMetadata.h"
-#include "host/xmlutils/XmlText.h"
-
-#include <algorithm>
-#include <string>
+#include "host/metadata/MetadataSet.h"
 
 namespace Corvid::XMLBuilder {
 
-ToXMLMetadataSetVisitor::ToXMLMetadataSetVisitor(Metadata::PartitionMetadata* partition,
-                                                 xercesc::DOMElement* parent,
-                                                 bool referencesAsValues, bool skipNonStructural,
-                                                 NamespaceMap* namespaces, VisitedRecord* visited)
-    : partition_(partition), parent_(parent), referencesAsValues_(referencesAsValues),
-      skipNonStructural_(skipNonStructural), namespaces_(namespaces), visited_(visited) {}
+namespace {
+
+using Metadata::Element;
+using Kind = MetaMetadata::AttributeFacts::Kind;
+
+/// The definition of an element that becomes an attribute of its set, or null.
+const MetaMetadata::MetaElement* identifierDefinition(const Element& element) {
+    const auto* const definition = element.metaAttribute()->facts().definition;
+    return definition != nullptr && nameOf(*definition).identifies ? definition : nullptr;
+}
+
+} // namespace
 
 void ToXMLMetadataSetVisitor::visit(const Metadata::MetadataSet& set) {
-    enter(set, parent_);
-    while (!frames_.empty()) {
-        Frame& frame = frames_.back();
-        if (frame.next == entries_.size()) {
-            entries_.resize(frame.first);
-            frames_.pop_back();
+    if (set.metaMetadataSet() == nullptr) {
+        return;
+    }
+    Properties properties;
+    listProperties(set, properties);
+    start(set, properties);
+    const auto kept = pass_.extensions.find(&set);
+    const Properties* const extensions = kept == pass_.extensions.end() ? nullptr : &kept->second;
+    ToXMLElementVisitor writer(plan_, pass_, *this, sink_);
+    for (const Element* const element : properties) {
+        if (element->metaAttribute()->facts().kind == Kind::placed) {
+            element->accept(writer);
+        } else if (extensions != nullptr && element == extensions->back()) {
+            // They are together, where the last of them is.
+            sink_.startElement({Names::groups.uri, Names::extensionElements});
+            for (const Element* const extension : *extensions) {
+                extension->accept(writer);
+            }
+            sink_.endElement();
+        }
+    }
+    sink_.endElement();
+}
+
+void ToXMLMetadataSetVisitor::start(const Metadata::MetadataSet& set,
+                                    const Properties& properties) {
+    static constexpr const char16_t* names[] = {Names::generationUID, Names::instanceUID};
+    const char16_t* uris[] = {nullptr, nullptr};
+    for (const Element* const element : properties) {
+        const auto* const definition = identifierDefinition(*element);
+        const auto* const simple =
+            definition == nullptr ? nullptr : dynamic_cast<const Metadata::SimpleElement*>(element);
+        if (simple == nullptr || simple->isSkipped()) {
             continue;
         }
-        entries_[frame.next].element->accept(frame.writer);
-        if (frame.writer.isDone()) {
-            ++frame.next;
+        std::u16string text;
+        ToXMLBaseTypeVisitor writer(text);
+        simple->value()->accept(writer);
+        // A program can give the property a value that is no identifier: it has no place here.
+        if (!text.empty()) {
+            const DefinitionName& name = nameOf(*definition);
+            const std::size_t place = name.qualified == Names::instanceUID ? 1 : 0;
+            uris[place] = name.uri.c_str();
+            identifiers_[place] = std::move(text);
         }
     }
-}
-
-bool ToXMLMetadataSetVisitor::enter(const Metadata::MetadataSet& set, xercesc::DOMElement* parent) {
-    if (!visited_->insert(set)) {
-        return false;
-    }
-    auto* document = parent->getOwnerDocument();
-    const auto* definition = set.metaMetadataSet();
-    if (definition == nullptr) {
-        if (const auto* group = dynamic_cast<const Metadata::DarkParsedGroup*>(&set)) {
-            writeDarkParsedGroup(*group, *partition_, document, *namespaces_);
-        }
-        return false;
-    }
-    if (referencesAsValues_ && frames_.size() == greatestInlineDepth) {
-        throw Exceptions::LimitExceeded("set " + Platform::toUtf8(set.instanceUID().toString()) +
-                                            ": strong references nest deeper than " +
-                                            std::to_string(greatestInlineDepth) +
-                                            " sets, write the references as links instead",
-                                        CORVID_HERE);
-    }
-    const NamespaceMap::NodeName& name = namespaces_->nameOf(*definition);
-    auto* element = document->createElementNS(name.uri, name.qualified.c_str());
-    parent->appendChild(element);
-
-    const std::size_t first = entries_.size();
-    listElements(set);
-    frames_.push_back(Frame{ToXMLElementVisitor(partition_, element, referencesAsValues_,
-                                                skipNonStructural_, namespaces_, this),
-                            first, first});
-    return true;
-}
-
-void ToXMLMetadataSetVisitor::listElements(const Metadata::MetadataSet& set) {
-    std::for_each(set.invalidBegin(), set.invalidEnd(), [this](const Metadata::Element* element) {
-        entries_.push_back({element, 0});
-    });
-
-    const std::size_t firstValid = entries_.size();
-    for (const auto& [label, element] : set.made()) {
-        ToXMLMetaAttributeVisitor attribute;
-        element->metaAttribute()->accept(attribute);
-        if (const unsigned short* order = attribute.schemaIndex()) {
-            entries_.push_back({element, readNumber<std::uint32_t>(XMLUtils::toXml(order))});
+    DocumentSink::Attribute attributes[2];
+    std::size_t count = 0;
+    for (const std::size_t place : {0U, 1U}) {
+        if (uris[place] != nullptr) {
+            attributes[count++] = {{uris[place], names[place]}, identifiers_[place]};
         }
     }
-    std::sort(entries_.begin() + static_cast<std::ptrdiff_t>(firstValid), entries_.end(),
-              [](const Entry& a, const Entry& b) { return a.order < b.order; });
+    const DefinitionName& name = nameOf(*set.metaMetadataSet());
+    sink_.startElement({name.uri.c_str(), name.qualified.c_str()}, attributes, count);
 }
 
 } // namespace Corvid::XMLBuilder

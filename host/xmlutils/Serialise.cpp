@@ -165,10 +165,7 @@ void serialise(const DOMNode* node, EncodingType encoding, Layout layout,
     static_cast<void>(nameOf(encoding)); // throws where it has none
     const DOMNode& top = checkedTop(node);
     TextEncoder out(encoding, sink);
-    if (encoding == EncodingType::utf16) {
-        const XMLCh byteOrderMark = 0xFEFF;
-        out.units(&byteOrderMark, 1);
-    }
+    out.byteOrderMark();
     Serialiser(layout, invalid, out).write(top, encoding, inFront);
 }
 

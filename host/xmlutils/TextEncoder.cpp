@@ -28,7 +28,14 @@ TextEncoder::TextEncoder(EncodingType encoding, DataIO::DataSink& sink)
             : encoding == EncodingType::utf16BE ? Form::utf16BE
             : machineIsBigEndian()              ? Form::utf16BE
                                                 : Form::utf16LE),
-      sink_(sink), buffer_(bufferSize) {}
+      hasByteOrderMark_(encoding == EncodingType::utf16), sink_(sink), buffer_(bufferSize) {}
+
+void TextEncoder::byteOrderMark() {
+    if (hasByteOrderMark_) {
+        constexpr char16_t mark = 0xFEFF;
+        units(&mark, 1);
+    }
+}
 
 void TextEncoder::ascii(std::string_view text) {
     if (form_ == Form::utf8 && text.size() <= buffer_.size() - used_) {

@@ -15,9 +15,12 @@ namespace Corvid::XMLUtils {
 /// Encodes UTF-16 text and hands the bytes to a sink in large pieces.
 class TextEncoder {
 public:
-    /// Writes nothing yet, no byte order mark either.
+    /// Writes nothing yet.
     /// @param sink  borrowed; must outlive the encoder.
     TextEncoder(EncodingType encoding, DataIO::DataSink& sink);
+
+    /// Writes the byte order mark that a file in this encoding begins with, if it has one.
+    void byteOrderMark();
 
     /// Writes characters of 7 bits.
     void ascii(std::string_view text);
@@ -36,6 +39,7 @@ private:
     void toUtf16(const char16_t* text, std::size_t count);
 
     Form form_;
+    bool hasByteOrderMark_;
     DataIO::DataSink& sink_;
     std::vector<unsigned char> buffer_;
     std::size_t used_ = 0;
