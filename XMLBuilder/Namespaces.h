@@ -24,6 +24,7 @@ inline constexpr Namespace groups{u"urn:SMPTE:Groups:MXF", u"groups"};
 inline constexpr Namespace types{u"urn:SMPTE:Types:MXF", u"types"};
 inline constexpr Namespace s422mTypes{u"urn:SMPTE:S422MTypes:MXF", u"s422mTypes"};
 
+inline constexpr const XMLCh* root = u"s377m:MetadataSets";
 inline constexpr const XMLCh* floatingDarkMetadata = u"groups:FloatingDarkMetadata";
 inline constexpr const XMLCh* extensionElements = u"groups:ExtensionElements";
 inline constexpr const XMLCh* darkElement = u"groups:DarkElement";

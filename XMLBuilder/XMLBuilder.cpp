@@ -2,7 +2,7 @@
 
 #include "XMLBuilder/Namespaces.h"
 #include "XMLBuilder/writer/Document.h"
-#include "XMLBuilder/writer/NestingCheck.h"
+#include "XMLBuilder/writer/DomSink.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/Serialise.h"
@@ -37,13 +37,18 @@ DocumentHolder build(PartitionMetadata* partition, bool referencesAsValues, bool
     if (partition == nullptr) {
         return {};
     }
-    const Filling filling{partition, findStart(), referencesAsValues, skipNonStructural};
-    if (referencesAsValues) {
-        refuseDeepNesting(filling);
+    const MetadataSet* const start = findStart();
+    if (start == nullptr) {
+        // By contract there is a document that nobody gets, and that is left to the process.
+        DomSink().startElement({Names::s377m.uri, Names::root});
+        return {};
     }
-    // A document that is given up, here or because an exception passes, is left to the process.
-    xercesc::DOMElement* root = createDocument(Names::s377m);
-    return fillDocument(filling, root, Names::s377m.uri);
+    // What can be refused is refused before the document is made: one that an exception leaves
+    // unfinished is left to the process.
+    const DocumentPlan plan(*partition, *start, {referencesAsValues, skipNonStructural});
+    DomSink sink;
+    writeDocument(plan, sink);
+    return sink.document();
 }
 
 void toText(DocumentHolder document, XMLUtils::EncodingType encoding, Utf16Text& out) {

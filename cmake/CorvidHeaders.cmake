@@ -14,13 +14,13 @@ function(corvid_public_headers folder)
 endfunction()
 
 corvid_public_headers(host/base
-  Exceptions.h IdentifierText.h Platform.h Templates.h Text.h)
+  Attached.h Exceptions.h IdentifierText.h Platform.h Templates.h Text.h)
 corvid_public_headers(host/dataio
   BufferedSink.h DataSink.h DataSource.h Memory.h MemorySource.h OpenSource.h RandomAccessSource.h
   ReadWindow.h Slice.h)
 corvid_public_headers(host/dictionary
-  AbstractMetaAttribute.h AbstractMetaAttributeVisitor.h AttributeRequiredStatus.h Dictionary.h
-  DictionaryText.h MetaAttribute.h MetaCollectionElement.h MetaDefinition.h MetaElement.h
+  AbstractMetaAttribute.h AbstractMetaAttributeVisitor.h AttributeFacts.h AttributeRequiredStatus.h
+  Dictionary.h DictionaryText.h MetaAttribute.h MetaCollectionElement.h MetaDefinition.h MetaElement.h
   MetaMetadataSet.h MisplacedAttribute.h Register.h RegisterEntries.h RegisterTables.h Registers.h
   Tables.h UnknownAttribute.h)
 corvid_public_headers(host/klv
@@ -36,5 +36,5 @@ corvid_public_headers(host/types
   Identifiers.h Integers.h Jpeg2000.h RGBALayout.h Rational.h References.h Strings.h Timestamp.h
   Types.h UID.h ValueTypes.def Versions.h Visitors.h)
 corvid_public_headers(host/xmlutils
-  CleanDocument.h EncodingType.h Initializer.h InvalidCharacters.h LoadDocument.h Serialise.h
+  CleanDocument.h EncodingType.h Initializer.h InvalidCharacters.h Layout.h LoadDocument.h Serialise.h
   UnicodeString.h XercesForward.h)

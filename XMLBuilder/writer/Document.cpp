@@ -1,113 +1,78 @@
 #include "XMLBuilder/writer/Document.h"
 
 #include "XMLBuilder/writer/DarkWriter.h"
-#include "XMLBuilder/writer/NamespaceMap.h"
+#include "XMLBuilder/writer/TextSink.h"
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
-#include "XMLBuilder/writer/VisitedRecord.h"
-#include "host/metadata/PartitionMetadata.h"
-#include "host/xmlutils/XmlText.h"
+#include "host/metadata/MetadataSet.h"
+#include "host/xmlutils/TextEncoder.h"
 
-#include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLString.hpp>
-#include <xercesc/util/XMLUni.hpp>
-
-#include <string>
+#include <map>
 
 namespace Corvid::XMLBuilder {
 
 namespace {
 
-void declareNamespace(xercesc::DOMElement* root, const std::u16string& prefix, const XMLCh* uri) {
-    root->setAttributeNS(xercesc::XMLUni::fgXMLNSURIName, (u"xmlns:" + prefix).c_str(), uri);
-}
+constexpr const char16_t* declarationUri = u"http://www.w3.org/2000/xmlns/";
 
-void declareNamespaces(xercesc::DOMElement* root, const NamespaceMap& namespaces,
-                       const XMLCh* rootUri) {
+/// Starts the root with the declarations of the namespaces. Of two for one prefix the last in the
+/// order of the URIs stays.
+void startRoot(const NamespaceMap& namespaces,
+               std::map<std::u16string, const char16_t*>& declarations, DocumentSink& sink) {
+    const auto declare = [&](std::u16string_view prefix, const char16_t* uri) {
+        declarations[u"xmlns:" + std::u16string(prefix)] = uri;
+    };
+    declare(Names::s377m.prefix, Names::s377m.uri);
     for (const auto& [uri, prefix] : namespaces) {
-        if (uri != rootUri) {
-            declareNamespace(root, prefix, uri.c_str());
+        if (uri != Names::s377m.uri) {
+            declare(prefix, uri.c_str());
         }
     }
+    std::vector<DocumentSink::Attribute> attributes;
+    for (const auto& [qualified, uri] : declarations) {
+        attributes.push_back({{declarationUri, qualified.c_str()}, uri});
+    }
+    sink.startElement({Names::s377m.uri, Names::root}, attributes.data(), attributes.size());
 }
 
-/// The floating container if there is one. It is looked for from the end, where it stands or stood
-/// when it was last asked for, so that asking again and again costs no more than what was added.
-xercesc::DOMElement* findFloatingContainer(xercesc::DOMElement* root) {
-    for (auto* child = root->getLastChild(); child != nullptr;
-         child = child->getPreviousSibling()) {
-        if (child->getNodeType() != xercesc::DOMNode::TEXT_NODE &&
-            xercesc::XMLString::equals(child->getNodeName(), Names::floatingDarkMetadata)) {
-            return static_cast<xercesc::DOMElement*>(child);
+void writeContainer(const DocumentPlan& plan, DocumentSink& sink) {
+    sink.startElement({Names::groups.uri, Names::floatingDarkMetadata});
+    ToXMLMetadataSetVisitor writer(plan, plan.floatingPass(), sink);
+    for (const auto& each : plan.floating()) {
+        if (each.set != nullptr) {
+            each.set->accept(writer);
+        } else {
+            writeDarkMetadata(each, sink);
         }
     }
-    return nullptr;
-}
-
-void writeDarkSets(const Filling& filling, xercesc::DOMElement* root, NamespaceMap& namespaces) {
-    auto* document = root->getOwnerDocument();
-    const auto end = filling.partition->darkEnd();
-    for (auto set = filling.partition->darkBegin(); set != end; ++set) {
-        writeDarkMetadataSet(**set, document, floatingContainer(document, root), namespaces);
-    }
-}
-
-void writeFloatingSets(const Filling& filling, xercesc::DOMElement* root,
-                       NamespaceMap& namespaces) {
-    Templates::vector<const Metadata::MetadataSet*> order;
-    const std::size_t outside = filling.partition->calculateSerializationOrder(order, true, false);
-    VisitedRecord visited;
-    for (auto set = order.end() - static_cast<std::ptrdiff_t>(outside); set != order.end(); ++set) {
-        if (visited.holds(**set)) {
-            continue;
-        }
-        ToXMLMetadataSetVisitor writer(
-            filling.partition, floatingContainer(root->getOwnerDocument(), root),
-            filling.referencesAsValues, filling.skipNonStructural, &namespaces, &visited);
-        (*set)->accept(writer);
-    }
+    sink.endElement();
 }
 
 } // namespace
 
-xercesc::DOMElement* createDocument(const Names::Namespace& names) {
-    auto* implementation = xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
-    const std::u16string prefix = names.prefix;
-    auto* document =
-        implementation->createDocument(names.uri, (prefix + u":MetadataSets").c_str(), nullptr,
-                                       xercesc::XMLPlatformUtils::fgMemoryManager);
-    auto* root = document->getDocumentElement();
-    root->setPrefix(names.prefix);
-    declareNamespace(root, prefix, names.uri);
-    return root;
+void writeDocument(const DocumentPlan& plan, DocumentSink& sink) {
+    // Sinks use names until the document is complete.
+    std::map<std::u16string, const char16_t*> declarations;
+    startRoot(plan.namespaces(), declarations, sink);
+    ToXMLMetadataSetVisitor writer(plan, plan.mainPass(), sink);
+    for (const auto* const set : plan.sets()) {
+        set->accept(writer);
+    }
+    if (plan.hasContainer()) {
+        writeContainer(plan, sink);
+    }
+    sink.endElement();
 }
 
-Templates::auto_ptr<xercesc::DOMNode> fillDocument(const Filling& filling,
-                                                   xercesc::DOMElement* root,
-                                                   const XMLCh* rootUri) {
-    if (filling.start == nullptr) {
-        return {};
-    }
-    NamespaceMap namespaces;
-    VisitedRecord visited;
-    ToXMLMetadataSetVisitor writer(filling.partition, root, filling.referencesAsValues,
-                                   filling.skipNonStructural, &namespaces, &visited);
-    filling.start->accept(writer);
-    writeDarkSets(filling, root, namespaces);
-    writeFloatingSets(filling, root, namespaces);
-    if (auto* container = findFloatingContainer(root)) {
-        root->appendChild(container);
-    }
-    declareNamespaces(root, namespaces, rootUri);
-    return Templates::auto_ptr<xercesc::DOMNode>(root->getOwnerDocument());
-}
-
-xercesc::DOMElement* floatingContainer(xercesc::DOMDocument* document, xercesc::DOMElement* root) {
-    if (auto* container = findFloatingContainer(root)) {
-        return container;
-    }
-    auto* container = document->createElementNS(Names::groups.uri, Names::floatingDarkMetadata);
-    root->appendChild(container);
-    return container;
+void writeDocumentText(const DocumentPlan& plan, XMLUtils::EncodingType encoding,
+                       XMLUtils::Layout layout, XMLUtils::InvalidCharacters& invalid,
+                       DataIO::DataSink& sink, std::string_view inFront) {
+    XMLUtils::TextEncoder out(encoding, sink);
+    out.byteOrderMark();
+    XMLUtils::MarkupWriter markup(layout, invalid, out);
+    markup.startDocument(encoding, inFront);
+    TextSink text(markup);
+    writeDocument(plan, text);
+    markup.endDocument();
 }
 
 } // namespace Corvid::XMLBuilder

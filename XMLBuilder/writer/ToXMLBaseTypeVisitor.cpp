@@ -13,33 +13,32 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-using xercesc::DOMElement;
+void writeText(DocumentSink& sink, const Utf16Unit* text) { sink.text(XMLUtils::toXml(text)); }
 
-void appendText(DOMElement* parent, const XMLCh* text) {
-    parent->appendChild(parent->getOwnerDocument()->createTextNode(text));
+void writeHex(DocumentSink& sink, const Types::DataType& value) {
+    sink.text(toHexText(value.rawBuffer(), value.byteCount()));
 }
 
-DOMElement* appendChild(DOMElement* parent, const Names::Namespace& names, const XMLCh* name) {
-    DOMElement* child = parent->getOwnerDocument()->createElementNS(names.uri, name);
-    parent->appendChild(child);
-    return child;
-}
-
-void appendHex(DOMElement* parent, const Types::DataType& value) {
-    appendText(parent, toHexText(value.rawBuffer(), value.byteCount()).c_str());
-}
-
-template <class Number> void appendNumber(DOMElement* parent, Number number) {
-    appendText(parent, DecimalText(number).c_str());
+template <class Number> void writeNumber(DocumentSink& sink, Number number) {
+    const DecimalText text(number);
+    sink.text({text.c_str(), text.size()});
 }
 
 /// The content of a field of a compound value, by what its accessor gives.
-template <class Content> void appendContent(DOMElement* parent, const Content& content) {
+template <class Content> void writeContent(DocumentSink& sink, const Content& content) {
     if constexpr (std::is_base_of_v<Types::DataType, Content>) {
-        appendHex(parent, content);
+        writeHex(sink, content);
     } else {
-        appendNumber(parent, +content); // a byte is a number, never a character
+        writeNumber(sink, +content); // a byte is a number, never a character
     }
+}
+
+template <class Content>
+void writeElement(DocumentSink& sink, const Names::Namespace& names, const char16_t* name,
+                  const Content& content) {
+    sink.startElement({names.uri, name});
+    writeContent(sink, content);
+    sink.endElement();
 }
 
 } // namespace
@@ -52,32 +51,32 @@ struct ToXMLBaseTypeVisitor::Forms : ValueForms {
         std::is_same_v<Form, AttributeIdentifier> || std::is_same_v<Form, ReferenceText>;
 
     template <class T> static void write(ToXMLBaseTypeVisitor& to, const T& value, Integer) {
-        appendNumber(to.parent_, +value.value());
+        writeNumber(*to.sink_, +value.value());
     }
 
     static void write(ToXMLBaseTypeVisitor& to, const Types::VersionType& value, PackedVersion) {
-        appendNumber(to.parent_, value.major() * 256 + value.minor());
+        writeNumber(*to.sink_, value.major() * 256 + value.minor());
     }
 
     template <class T> static void write(ToXMLBaseTypeVisitor& to, const T& value, Bytes) {
-        appendHex(to.parent_, value);
+        writeHex(*to.sink_, value);
     }
 
     static void write(ToXMLBaseTypeVisitor& to, const Types::UTF16String& value, Text) {
-        appendText(to.parent_, XMLUtils::toXml(value.value()));
+        writeText(*to.sink_, value.value());
     }
 
     static void write(ToXMLBaseTypeVisitor& to, const Types::ISO7String& value, Text) {
-        appendText(to.parent_, XMLUtils::toXml(XMLUtils::UnicodeString(value.value()).utf16()));
+        writeText(*to.sink_, XMLUtils::UnicodeString(value.value()).utf16());
     }
 
     static void write(ToXMLBaseTypeVisitor& to, const Types::UTF16& value, CodeUnit) {
-        const XMLCh text[] = {value.value(), 0};
-        appendText(to.parent_, text);
+        const char16_t text[] = {static_cast<char16_t>(value.value()), 0};
+        to.sink_->text(text);
     }
 
     template <class T> static void write(ToXMLBaseTypeVisitor& to, const T& value, IdentifierText) {
-        appendText(to.parent_, XMLUtils::toXml(value.toString(Types::dottedHexadecimal).c_str()));
+        writeText(*to.sink_, value.toString(Types::dottedHexadecimal).c_str());
     }
 
     static void write(ToXMLBaseTypeVisitor& to, const Types::UUID& value, AttributeIdentifier) {
@@ -90,14 +89,17 @@ struct ToXMLBaseTypeVisitor::Forms : ValueForms {
 
     template <class T> static void write(ToXMLBaseTypeVisitor& to, const T& value, Compound) {
         using F = Fields<T>;
-        DOMElement* parent = to.parent_;
+        DocumentSink& sink = *to.sink_;
         if (F::wrapper.name != nullptr) {
-            parent = appendChild(parent, F::names, F::wrapper.name);
+            sink.startElement({F::names.uri, F::wrapper.name});
         }
         const auto writeField = [&](const auto& field) {
-            appendContent(appendChild(parent, F::names, field.name), field.get(value));
+            writeElement(sink, F::names, field.name, field.get(value));
         };
         std::apply([&](const auto&... field) { (writeField(field), ...); }, F::list);
+        if (F::wrapper.name != nullptr) {
+            sink.endElement();
+        }
     }
 
     /// Always five components: one of zeros ends the layout in a file, but not here, and those
@@ -105,9 +107,10 @@ struct ToXMLBaseTypeVisitor::Forms : ValueForms {
     static void write(ToXMLBaseTypeVisitor& to, const Types::RGBALayout& value, Compound) {
         for (Types::u32 i = 0; i != Types::RGBALayout::placesInXml; ++i) {
             const auto component = value.get(i);
-            DOMElement* element = appendChild(to.parent_, Names::types, u"types:RGBAComponent");
-            appendNumber(appendChild(element, Names::types, u"types:Code"), int{component.code});
-            appendNumber(appendChild(element, Names::types, u"types:Depth"), int{component.depth});
+            to.sink_->startElement({Names::types.uri, u"types:RGBAComponent"});
+            writeElement(*to.sink_, Names::types, u"types:Code", int{component.code});
+            writeElement(*to.sink_, Names::types, u"types:Depth", int{component.depth});
+            to.sink_->endElement();
         }
     }
 
@@ -120,24 +123,17 @@ struct ToXMLBaseTypeVisitor::Forms : ValueForms {
 
 private:
     static void writeToEither(ToXMLBaseTypeVisitor& to, const Utf16Text& text) {
-        if (to.parent_ != nullptr) {
-            appendText(to.parent_, XMLUtils::toXml(text.c_str()));
-        } else if (to.attribute_ != nullptr) {
-            to.attribute_->setValue(XMLUtils::toXml(text.c_str()));
+        if (to.sink_ != nullptr) {
+            writeText(*to.sink_, text.c_str());
+        } else {
+            *to.attribute_ = XMLUtils::toXml(text);
         }
     }
 };
 
-ToXMLBaseTypeVisitor::ToXMLBaseTypeVisitor(DOMElement* parent, NamespaceMap* namespaces)
-    : parent_(parent) {
-    namespaces->insertValueNamespaces();
-}
-
-ToXMLBaseTypeVisitor::ToXMLBaseTypeVisitor(xercesc::DOMAttr* attribute) : attribute_(attribute) {}
-
 #define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
     void ToXMLBaseTypeVisitor::visit(const Types::Class& value) {                                  \
-        if (parent_ != nullptr || Forms::fitsAttributes<Forms::Form>) {                            \
+        if (sink_ != nullptr || Forms::fitsAttributes<Forms::Form>) {                              \
             Forms::write(*this, value, Forms::Form{});                                             \
         }                                                                                          \
     }

@@ -1,61 +1,84 @@
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
 
-#include "XMLBuilder/InlineDepth.h"
-#include "XMLBuilder/writer/DarkWriter.h"
-#include "XMLBuilder/writer/Document.h"
+#include "XMLBuilder/format/DefinitionName.h"
+#include "XMLBuilder/writer/PropertyOrder.h"
+#include "XMLBuilder/writer/ToXMLBaseTypeVisitor.h"
+#include "XMLBuilder/writer/ToXMLElementVisitor.h"
+#include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
-#include "host/metadata/PartitionMetadata.h"
-
-#include <cassert>
+#include "host/metadata/MetadataSet.h"
 
 namespace Corvid::XMLBuilder {
 
-ToXMLMetadataSetVisitor::ToXMLMetadataSetVisitor(Metadata::PartitionMetadata* partition,
-                                                 xercesc::DOMElement* parent,
-                                                 bool referencesAsValues, bool skipNonStructural,
-                                                 NamespaceMap* namespaces, VisitedRecord* visited)
-    : partition_(partition), parent_(parent), referencesAsValues_(referencesAsValues),
-      skipNonStructural_(skipNonStructural), namespaces_(namespaces), visited_(visited) {}
+namespace {
 
-void ToXMLMetadataSetVisitor::visit(const Metadata::MetadataSet& set) {
-    enter(set, parent_);
-    while (!frames_.empty()) {
-        Frame& frame = frames_.back();
-        if (frame.next == entries_.size()) {
-            entries_.resize(frame.first);
-            frames_.pop_back();
-            continue;
-        }
-        entries_[frame.next].element->accept(frame.writer);
-        if (frame.writer.isDone()) {
-            ++frame.next;
-        }
-    }
+using Metadata::Element;
+using Kind = MetaMetadata::AttributeFacts::Kind;
+
+/// The definition of an element that becomes an attribute of its set, or null.
+const MetaMetadata::MetaElement* identifierDefinition(const Element& element) {
+    const auto* const definition = element.metaAttribute()->facts().definition;
+    return definition != nullptr && nameOf(*definition).identifies ? definition : nullptr;
 }
 
-bool ToXMLMetadataSetVisitor::enter(const Metadata::MetadataSet& set, xercesc::DOMElement* parent) {
-    if (!visited_->insert(set)) {
-        return false;
-    }
-    auto* document = parent->getOwnerDocument();
-    const auto* definition = set.metaMetadataSet();
-    if (definition == nullptr) {
-        if (const auto* group = dynamic_cast<const Metadata::DarkParsedGroup*>(&set)) {
-            writeDarkParsedGroup(*group, *partition_, document, *namespaces_);
-        }
-        return false;
-    }
-    assert(!referencesAsValues_ || frames_.size() < greatestInlineDepth);
-    const NamespaceMap::NodeName& name = namespaces_->nameOf(*definition);
-    auto* element = document->createElementNS(name.uri, name.qualified.c_str());
-    parent->appendChild(element);
+} // namespace
 
-    const std::size_t first = entries_.size();
-    appendInDocumentOrder(set, entries_);
-    frames_.push_back(Frame{ToXMLElementVisitor(partition_, element, referencesAsValues_,
-                                                skipNonStructural_, namespaces_, this),
-                            first, first});
-    return true;
+void ToXMLMetadataSetVisitor::visit(const Metadata::MetadataSet& set) {
+    if (set.metaMetadataSet() == nullptr) {
+        return;
+    }
+    Properties properties;
+    listProperties(set, properties);
+    start(set, properties);
+    const auto kept = pass_.extensions.find(&set);
+    const Properties* const extensions = kept == pass_.extensions.end() ? nullptr : &kept->second;
+    ToXMLElementVisitor writer(plan_, pass_, *this, sink_);
+    for (const Element* const element : properties) {
+        if (element->metaAttribute()->facts().kind == Kind::placed) {
+            element->accept(writer);
+        } else if (extensions != nullptr && element == extensions->back()) {
+            // They are together, where the last of them is.
+            sink_.startElement({Names::groups.uri, Names::extensionElements});
+            for (const Element* const extension : *extensions) {
+                extension->accept(writer);
+            }
+            sink_.endElement();
+        }
+    }
+    sink_.endElement();
+}
+
+void ToXMLMetadataSetVisitor::start(const Metadata::MetadataSet& set,
+                                    const Properties& properties) {
+    static constexpr const char16_t* names[] = {Names::generationUID, Names::instanceUID};
+    const char16_t* uris[] = {nullptr, nullptr};
+    for (const Element* const element : properties) {
+        const auto* const definition = identifierDefinition(*element);
+        const auto* const simple =
+            definition == nullptr ? nullptr : dynamic_cast<const Metadata::SimpleElement*>(element);
+        if (simple == nullptr || simple->isSkipped()) {
+            continue;
+        }
+        std::u16string text;
+        ToXMLBaseTypeVisitor writer(text);
+        simple->value()->accept(writer);
+        // A program can give the property a value that is no identifier: it has no place here.
+        if (!text.empty()) {
+            const DefinitionName& name = nameOf(*definition);
+            const std::size_t place = name.qualified == Names::instanceUID ? 1 : 0;
+            uris[place] = name.uri.c_str();
+            identifiers_[place] = std::move(text);
+        }
+    }
+    DocumentSink::Attribute attributes[2];
+    std::size_t count = 0;
+    for (const std::size_t place : {0U, 1U}) {
+        if (uris[place] != nullptr) {
+            attributes[count++] = {{uris[place], names[place]}, identifiers_[place]};
+        }
+    }
+    const DefinitionName& name = nameOf(*set.metaMetadataSet());
+    sink_.startElement({name.uri.c_str(), name.qualified.c_str()}, attributes, count);
 }
 
 } // namespace Corvid::XMLBuilder

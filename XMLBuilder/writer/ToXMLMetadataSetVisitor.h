@@ -1,61 +1,34 @@
 #pragma once
 
-#include "XMLBuilder/writer/ElementOrder.h"
-#include "XMLBuilder/writer/NamespaceMap.h"
-#include "XMLBuilder/writer/ToXMLElementVisitor.h"
-#include "XMLBuilder/writer/VisitedRecord.h"
+#include "XMLBuilder/writer/DocumentPlan.h"
+#include "XMLBuilder/writer/DocumentSink.h"
 #include "host/metadata/Visitors.h"
 
-#include <xercesc/dom/DOM.hpp>
-
-#include <cstddef>
-#include <deque>
+#include <string>
 #include <vector>
-
-namespace Corvid::Metadata {
-class PartitionMetadata;
-}
 
 namespace Corvid::XMLBuilder {
 
-/// Writes a set as an element of its parent, and the sets that its strong references lead to, each
-/// once in a pass, depth first.
-///
-/// The walk keeps its own stack: however long a chain of references is, the calls do not nest.
+/// Writes a set as an element; where references are values, with the sets inside it for which this
+/// is the place. Calls nest with these, which the plan has bounded.
 class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
 public:
     /// Everything is borrowed.
-    /// @param parent  receives the set's element.
-    ToXMLMetadataSetVisitor(Metadata::PartitionMetadata* partition, xercesc::DOMElement* parent,
-                            bool referencesAsValues, bool skipNonStructural,
-                            NamespaceMap* namespaces, VisitedRecord* visited);
+    ToXMLMetadataSetVisitor(const DocumentPlan& plan, const WriterPass& pass, DocumentSink& sink)
+        : plan_(plan), pass_(pass), sink_(sink) {}
 
-    /// Writes the set, or nothing where the pass has written it already. Sets that are written as
-    /// values must not nest deeper than refuseDeepNesting() allows.
+    /// Writes the set; nothing for one of unknown class.
     void visit(const Metadata::MetadataSet& set) override;
 
-    /// Begins to write a set that a reference in the set at hand leads to. Its properties follow
-    /// when the caller has returned to the walk; the set at hand goes on behind them.
-    /// @return false where there is nothing left to come.
-    bool enter(const Metadata::MetadataSet& set, xercesc::DOMElement* parent);
-
 private:
-    /// A set that is being written.
-    struct Frame {
-        ToXMLElementVisitor writer;
-        std::size_t
-            first; ///< its entries begin here in entries_ and end where those of the next begin
-        std::size_t next;
-    };
+    using Properties = std::vector<const Metadata::Element*>;
 
-    Metadata::PartitionMetadata* partition_;
-    xercesc::DOMElement* parent_;
-    bool referencesAsValues_;
-    bool skipNonStructural_;
-    NamespaceMap* namespaces_;
-    VisitedRecord* visited_;
-    std::deque<Frame> frames_; // a frame keeps its place while others come and go behind it
-    std::vector<PlacedElement> entries_;
+    void start(const Metadata::MetadataSet& set, const Properties& properties);
+
+    const DocumentPlan& plan_;
+    const WriterPass& pass_;
+    DocumentSink& sink_;
+    std::u16string identifiers_[2]; ///< of one set: GenerationUID, InstanceUID
 };
 
 } // namespace Corvid::XMLBuilder

@@ -1,26 +1,24 @@
 #include "XMLBuilder/writer/ToXMLReferenceVisitor.h"
 
+#include "XMLBuilder/format/DefinitionName.h"
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
-#include "XMLBuilder/writer/writeTargetInstance.h"
+#include "XMLBuilder/writer/writeLink.h"
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/MetadataSet.h"
 
 namespace Corvid::XMLBuilder {
 
 void ToXMLReferenceVisitor::visit(const Types::StrongReference&) {
-    entered_ = walk_->enter(*target_, parent_);
+    if (isPlace_) {
+        sets_.visit(target_);
+    }
 }
 
 void ToXMLReferenceVisitor::visit(const Types::WeakReference& reference) {
-    const auto* definition = target_->metaMetadataSet();
-    if (definition == nullptr) {
-        return;
+    if (const auto* const definition = target_.metaMetadataSet()) {
+        const DefinitionName& name = nameOf(*definition);
+        writeLink(sink_, {name.uri.c_str(), name.link.c_str()}, reference);
     }
-    const NamespaceMap::NodeName& name = namespaces_->linkNameOf(*definition);
-    auto* link = parent_->getOwnerDocument()->createElementNS(name.uri, name.qualified.c_str());
-    parent_->appendChild(link);
-    namespaces_->insertUnlessPrefixInUse(Names::types);
-    writeTargetInstance(reference, link);
 }
 
 } // namespace Corvid::XMLBuilder

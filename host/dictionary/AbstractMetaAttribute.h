@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Corvid/Export.h"
+#include "host/dictionary/AttributeFacts.h"
 
 namespace Corvid::MetaMetadata {
 
@@ -10,13 +11,21 @@ class AbstractMetaAttributeVisitor;
 /// other sets only, or unknown.
 class CORVID_EXPORT AbstractMetaAttribute {
 public:
-    AbstractMetaAttribute() = default;
     AbstractMetaAttribute(const AbstractMetaAttribute&) = delete;
     AbstractMetaAttribute& operator=(const AbstractMetaAttribute&) = delete;
     virtual ~AbstractMetaAttribute();
 
     /// Calls the visit() of the concrete class.
     virtual void accept(AbstractMetaAttributeVisitor& visitor) const = 0;
+
+    /// The same without a visitor.
+    const AttributeFacts& facts() const noexcept { return facts_; }
+
+protected:
+    explicit AbstractMetaAttribute(const AttributeFacts& facts) noexcept : facts_(facts) {}
+
+private:
+    AttributeFacts facts_;
 };
 
 } // namespace Corvid::MetaMetadata

@@ -12,18 +12,19 @@ class CORVID_EXPORT MetaAttribute : public AbstractMetaAttribute {
 public:
     /// @param metaElement  must outlive the object, as everything in the same dictionary does.
     MetaAttribute(const MetaElement& metaElement, AttributeRequiredStatus::Status status) noexcept
-        : metaElement_(&metaElement), status_(status) {}
+        : AbstractMetaAttribute({AttributeFacts::Kind::placed,
+                                 status <= AttributeRequiredStatus::encoderRequired, &metaElement}),
+          status_(status) {}
     ~MetaAttribute() override;
 
     void accept(AbstractMetaAttributeVisitor& visitor) const override;
 
-    const MetaElement& metaElement() const noexcept { return *metaElement_; }
+    const MetaElement& metaElement() const noexcept { return *facts().definition; }
 
     /// Who must write or understand the property in this set.
     AttributeRequiredStatus::Status requiredStatus() const noexcept { return status_; }
 
 private:
-    const MetaElement* metaElement_;
     AttributeRequiredStatus::Status status_;
 };
 

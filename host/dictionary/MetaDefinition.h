@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Corvid/Export.h"
+#include "host/base/Attached.h"
 
 namespace Corvid::MetaMetadata {
 
@@ -26,7 +27,11 @@ public:
     /// and for properties "SchemaIndex", an unsigned decimal number. Null for any other name.
     virtual const unsigned short* attribute(const char* name) const noexcept;
 
+    /// For the library of the document format: how documents name the definition.
+    const Platform::Attached& documentName() const noexcept { return documentName_; }
+
 private:
+    Platform::Attached documentName_;
     Names names_;
 };
 

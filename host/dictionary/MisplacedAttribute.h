@@ -11,15 +11,12 @@ class CORVID_EXPORT MisplacedAttribute : public AbstractMetaAttribute {
 public:
     /// @param metaElement  must outlive the object.
     explicit MisplacedAttribute(const MetaElement& metaElement) noexcept
-        : metaElement_(&metaElement) {}
+        : AbstractMetaAttribute({AttributeFacts::Kind::misplaced, false, &metaElement}) {}
     ~MisplacedAttribute() override;
 
     void accept(AbstractMetaAttributeVisitor& visitor) const override;
 
-    const MetaElement& metaElement() const noexcept { return *metaElement_; }
-
-private:
-    const MetaElement* metaElement_;
+    const MetaElement& metaElement() const noexcept { return *facts().definition; }
 };
 
 } // namespace Corvid::MetaMetadata

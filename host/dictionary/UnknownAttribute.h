@@ -16,7 +16,8 @@ public:
     };
 
     UnknownAttribute(const Types::LocalTag& localTag, Reason reason)
-        : localTag_(localTag), reason_(reason) {}
+        : AbstractMetaAttribute({AttributeFacts::Kind::unknown, false, nullptr, localTag.value()}),
+          localTag_(localTag), reason_(reason) {}
     ~UnknownAttribute() override;
 
     void accept(AbstractMetaAttributeVisitor& visitor) const override;

@@ -1,20 +1,29 @@
 #pragma once
 
 #include "host/base/Text.h"
-#include "host/xmlutils/XercesForward.h"
 
+#include <string>
+#include <string_view>
 #include <vector>
-#include <xercesc/util/XercesDefs.hpp>
 
 namespace Corvid::XMLUtils {
 
-/// Tells people where in a document something stands: the element names from the child of the root
+/// One of the elements around a place in a document.
+struct PathStep {
+    std::u16string_view name;      ///< qualified
+    std::u16string_view attribute; ///< qualified name of the one that identifies it, or empty
+    std::u16string identifier;     ///< that attribute's value
+};
+
+/// Whether an attribute of that local name tells one element from others of its name.
+bool identifiesElement(std::u16string_view localName);
+
+/// Where in a document something is, for people: the element names from the child of the root
 /// downwards, joined by "/", with the identifiers of those that carry one. A long path keeps its
 /// first and its last three names.
 ///
 /// @param open           the elements around the place, outermost first; may be empty.
-/// @param attributeName  the attribute that the place is in, or null.
-Utf16Text elementPath(const std::vector<const xercesc::DOMElement*>& open,
-                      const XMLCh* attributeName);
+/// @param attributeName  the attribute that the place is in, or empty.
+Utf16Text elementPath(const std::vector<PathStep>& open, std::u16string_view attributeName);
 
 } // namespace Corvid::XMLUtils

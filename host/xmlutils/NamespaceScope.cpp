@@ -28,12 +28,12 @@ void NamespaceScope::declare(View prefix, View uri) {
     entry->second = place;
 }
 
-std::basic_string<XMLCh> NamespaceScope::unusedPrefix() {
-    std::basic_string<XMLCh> prefix;
+std::u16string NamespaceScope::unusedPrefix() {
+    std::u16string prefix;
     do {
         prefix = u"ns";
         for (const char digit : std::to_string(++prefixesMade_)) {
-            prefix += static_cast<XMLCh>(digit);
+            prefix += static_cast<char16_t>(digit);
         }
     } while (!uriOf(prefix).empty());
     return prefix;

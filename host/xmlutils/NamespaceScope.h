@@ -5,7 +5,6 @@
 #include <string_view>
 #include <unordered_map>
 #include <vector>
-#include <xercesc/util/XercesDefs.hpp>
 
 namespace Corvid::XMLUtils {
 
@@ -13,7 +12,7 @@ namespace Corvid::XMLUtils {
 /// default namespace, the empty URI no namespace. Texts given by view are borrowed.
 class NamespaceScope {
 public:
-    using View = std::basic_string_view<XMLCh>;
+    using View = std::u16string_view;
 
     /// Starts an element; what it declares ends with the matching leave().
     void enter() { marks_.push_back(declared_.size()); }
@@ -26,7 +25,7 @@ public:
     void declare(View prefix, View uri);
 
     /// A prefix that stands for nothing here, and was never returned before.
-    std::basic_string<XMLCh> unusedPrefix();
+    std::u16string unusedPrefix();
 
 private:
     // A declaration remembers what it hides, by its place in declared_, counted from 1.

@@ -3,6 +3,7 @@
 #include "Corvid_XMLUtils/Export.h"
 #include "host/base/Text.h"
 #include "host/xmlutils/EncodingType.h"
+#include "host/xmlutils/Layout.h"
 #include "host/xmlutils/XercesForward.h"
 
 #include <string_view>
@@ -14,12 +15,6 @@ class DataSink;
 namespace Corvid::XMLUtils {
 
 class InvalidCharacters;
-
-/// How the elements of a document are laid out in lines.
-enum class Layout {
-    indented, ///< one element per line, two spaces per level (40 levels at the most), LF
-    compact,  ///< no character that the document does not hold
-};
 
 /// Writes a document as XML 1.0, with an XML declaration that names the encoding, to a sink, piece
 /// by piece: the text is never in memory as a whole.

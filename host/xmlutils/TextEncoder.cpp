@@ -28,7 +28,14 @@ TextEncoder::TextEncoder(EncodingType encoding, DataIO::DataSink& sink)
             : encoding == EncodingType::utf16BE ? Form::utf16BE
             : machineIsBigEndian()              ? Form::utf16BE
                                                 : Form::utf16LE),
-      sink_(sink), buffer_(bufferSize) {}
+      hasByteOrderMark_(encoding == EncodingType::utf16), sink_(sink), buffer_(bufferSize) {}
+
+void TextEncoder::byteOrderMark() {
+    if (hasByteOrderMark_) {
+        constexpr char16_t mark = 0xFEFF;
+        units(&mark, 1);
+    }
+}
 
 void TextEncoder::ascii(std::string_view text) {
     if (form_ == Form::utf8 && text.size() <= buffer_.size() - used_) {
@@ -36,7 +43,7 @@ void TextEncoder::ascii(std::string_view text) {
         used_ += text.size();
         return;
     }
-    XMLCh wide[64];
+    char16_t wide[64];
     while (!text.empty()) {
         const std::size_t count = std::min(text.size(), std::size(wide));
         std::copy_n(text.begin(), count, wide);
@@ -45,7 +52,7 @@ void TextEncoder::ascii(std::string_view text) {
     }
 }
 
-void TextEncoder::units(const XMLCh* text, std::size_t count) {
+void TextEncoder::units(const char16_t* text, std::size_t count) {
     if (form_ == Form::utf8) {
         toUtf8(text, count);
     } else {
@@ -68,10 +75,10 @@ std::size_t TextEncoder::room() {
     return (buffer_.size() - used_) / longestUnit;
 }
 
-void TextEncoder::toUtf8(const XMLCh* text, std::size_t count) {
-    const XMLCh* const end = text + count;
+void TextEncoder::toUtf8(const char16_t* text, std::size_t count) {
+    const char16_t* const end = text + count;
     while (text != end) {
-        const XMLCh* const stop = text + std::min(room(), static_cast<std::size_t>(end - text));
+        const char16_t* const stop = text + std::min(room(), static_cast<std::size_t>(end - text));
         unsigned char* to = buffer_.data() + used_;
         // The second unit of a pair may lie behind `stop`: the first one's four bytes pay for both.
         while (text < stop) {
@@ -97,11 +104,11 @@ void TextEncoder::toUtf8(const XMLCh* text, std::size_t count) {
     }
 }
 
-void TextEncoder::toUtf16(const XMLCh* text, std::size_t count) {
+void TextEncoder::toUtf16(const char16_t* text, std::size_t count) {
     const std::size_t high = form_ == Form::utf16BE ? 0 : 1;
-    const XMLCh* const end = text + count;
+    const char16_t* const end = text + count;
     while (text != end) {
-        const XMLCh* const stop = text + std::min(room(), static_cast<std::size_t>(end - text));
+        const char16_t* const stop = text + std::min(room(), static_cast<std::size_t>(end - text));
         unsigned char* to = buffer_.data() + used_;
         for (; text != stop; ++text, to += 2) {
             to[high] = static_cast<unsigned char>(*text >> 8);

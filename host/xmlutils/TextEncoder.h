@@ -5,7 +5,6 @@
 #include <cstddef>
 #include <string_view>
 #include <vector>
-#include <xercesc/util/XercesDefs.hpp>
 
 namespace Corvid::DataIO {
 class DataSink;
@@ -16,15 +15,18 @@ namespace Corvid::XMLUtils {
 /// Encodes UTF-16 text and hands the bytes to a sink in large pieces.
 class TextEncoder {
 public:
-    /// Writes nothing yet, no byte order mark either.
+    /// Writes nothing yet.
     /// @param sink  borrowed; must outlive the encoder.
     TextEncoder(EncodingType encoding, DataIO::DataSink& sink);
+
+    /// Writes the byte order mark that a file in this encoding begins with, if it has one.
+    void byteOrderMark();
 
     /// Writes characters of 7 bits.
     void ascii(std::string_view text);
 
     /// @param text  `count` code units; every surrogate in it is one of a pair.
-    void units(const XMLCh* text, std::size_t count);
+    void units(const char16_t* text, std::size_t count);
 
     /// Hands over what is left. To be called at the end; the destructor does not.
     void flush();
@@ -33,10 +35,11 @@ private:
     enum class Form { utf8, utf16LE, utf16BE };
 
     std::size_t room();
-    void toUtf8(const XMLCh* text, std::size_t count);
-    void toUtf16(const XMLCh* text, std::size_t count);
+    void toUtf8(const char16_t* text, std::size_t count);
+    void toUtf16(const char16_t* text, std::size_t count);
 
     Form form_;
+    bool hasByteOrderMark_;
     DataIO::DataSink& sink_;
     std::vector<unsigned char> buffer_;
     std::size_t used_ = 0;

@@ -1,12 +1,9 @@
-#include "XMLBuilder/writer/Document.h"
-#include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
-#include "host/xmlutils/Initializer.h"
+#include "XMLBuilder/writer/DocumentPlan.h"
+#include "tests/XMLBuilder/RandomModel.h"
 #include "tests/XMLBuilder/RoundTrip.h"
-#include "tests/support/ThingsDictionary.h"
 
 #include <algorithm>
 #include <map>
-#include <random>
 #include <regex>
 #include <set>
 #include <vector>
@@ -18,112 +15,6 @@ using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
 using Order = std::vector<const MetadataSet*>;
 
-Model modelOfThings() {
-    static const std::string text = thingsDictionary();
-    return Model::extendedBy(text);
-}
-
-/// A partition of a few sets that refer to each other in every way that the model allows.
-class RandomModel {
-public:
-    /// @param odd  whether references may stand where documents do not follow them, and lead weakly
-    ///     to dark groups.
-    RandomModel(unsigned seed, bool odd)
-        : model(modelOfThings()), random_(seed), odd_(odd), count_(2 + below(12)) {
-        for (unsigned i = 0; i != count_; ++i) {
-            addSet(i);
-        }
-    }
-
-    Model model;
-
-private:
-    unsigned below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
-    Types::u8 anyIdentifier() { return static_cast<Types::u8>(below(count_ + 2)); }
-
-    void addSet(unsigned number) {
-        // Few identifiers, so that sets share one.
-        const auto identifier = static_cast<Types::u8>(below(8) == 0 ? below(count_) : number);
-        switch (below(6)) {
-        case 0:
-            fillGroup(model.darkGroup(identifier));
-            break;
-        case 1:
-            model.reference(model.set("Preface", identifier), "ContentStorageObject",
-                            anyIdentifier());
-            break;
-        case 2: { // a set without identifier
-            auto& set = model.set("Thing", identifier);
-            static_cast<Metadata::SimpleElement*>(
-                set.find(Metadata::Structural::StructuralMetadataULs::instanceUID()))
-                ->set({});
-            fillThing(set);
-            break;
-        }
-        default:
-            fillThing(model.set("Thing", identifier));
-        }
-    }
-
-    void fillThing(MetadataSet& set) {
-        for (const char* tag : {"StrongReference", "StrongReferenceArray", "StrongReferenceBatch",
-                                "WeakReference", "WeakReferenceArray"}) {
-            const bool weak = *tag == 'W';
-            switch (below(weak && !odd_ ? 2 : 5)) {
-            case 0:
-                model.element(set, tag); // without a value
-                break;
-            case 1:
-                break;
-            case 2:
-                refer(model.misplaced(set, tag));
-                break;
-            default:
-                refer(model.element(set, tag));
-            }
-        }
-        if (odd_ && below(3) == 0) {
-            refer(set.createElement(anyLabel(), attributeOf("ContentStorageObject")));
-        }
-    }
-
-    void fillGroup(MetadataSet& group) {
-        if (odd_ && below(2) == 0) {
-            refer(group.createElement(anyLabel(), attributeOf("Packages")));
-        }
-        if (odd_ && below(2) == 0) {
-            refer(model.misplaced(group, "StrongReference"));
-        }
-    }
-
-    /// The attribute of a property of another class.
-    Metadata::Element::Attribute attributeOf(const char* tag) {
-        return model.misplaced(elsewhere_.set("Thing", 0), tag).metaAttribute();
-    }
-
-    static Types::UniversalLabel anyLabel() {
-        return Types::UniversalLabel(std::array<Types::u8, 16>{0x7F});
-    }
-
-    void refer(Metadata::Element& element) {
-        if (auto* many = dynamic_cast<Metadata::ReferenceCollectionElement*>(&element)) {
-            std::string bytes{0, 0, 0, static_cast<char>(below(4)), 0, 0, 0, 16};
-            for (int i = bytes[3]; i != 0; --i) {
-                bytes.append(15, '\0');
-                bytes.push_back(static_cast<char>(anyIdentifier()));
-            }
-            ASSERT_TRUE(many->parse(Model::view(bytes)));
-        } else {
-            ASSERT_TRUE(element.parse(Types::ByteView{uuid(anyIdentifier()).rawBuffer(), 16}));
-        }
-    }
-
-    std::mt19937 random_;
-    bool odd_;
-    unsigned count_;
-    Model elsewhere_ = modelOfThings();
-};
-
 const MetadataSet* firstPreface(const PartitionMetadata& partition) {
     const auto prefaces = partition.find(Metadata::Structural::StructuralMetadataKeys::preface());
     return prefaces.empty() ? nullptr : prefaces.front();
@@ -131,19 +22,14 @@ const MetadataSet* firstPreface(const PartitionMetadata& partition) {
 
 /// The sets that the main pass of a document leaves for later, in the partition's order.
 Order leftByTheMainPass(PartitionMetadata& partition) {
-    XMLUtils::Initializer::instance();
-    auto* root = XMLBuilder::createDocument(XMLBuilder::Names::s377m);
-    const Templates::auto_ptr<xercesc::DOMNode> document(root->getOwnerDocument());
-    XMLBuilder::NamespaceMap namespaces;
-    XMLBuilder::VisitedRecord visited;
-    if (const MetadataSet* preface = firstPreface(partition)) {
-        XMLBuilder::ToXMLMetadataSetVisitor writer(&partition, root, false, false, &namespaces,
-                                                   &visited);
-        preface->accept(writer);
+    const MetadataSet* const preface = firstPreface(partition);
+    if (preface == nullptr) {
+        return {partition.begin(), partition.end()};
     }
+    const XMLBuilder::DocumentPlan plan(partition, *preface, {});
     Order left;
     std::copy_if(partition.begin(), partition.end(), std::back_inserter(left),
-                 [&](const MetadataSet* set) { return !visited.holds(*set); });
+                 [&](const MetadataSet* set) { return plan.mainPass().places.count(set) == 0; });
     return left;
 }
 
@@ -262,7 +148,7 @@ TEST(FloatingSets, areInTheDocument) {
 }
 
 TEST(FloatingSets, doNotIncludeADarkGroupThatTheMainPassMetAtAWeakReference) {
-    Model model = modelOfThings();
+    Model model = Model::extendedBy(RandomModel::things());
     model.reference(model.set("Preface", 1), "ContentStorageObject", 2);
     model.reference(model.set("Thing", 2), "WeakReference", 3);
     model.darkGroup(3);
@@ -290,7 +176,7 @@ TEST(FloatingSets, ofRealFilesAreThoseThatTheMainPassDidNotWrite) {
 }
 
 TEST(FloatingSets, includeWhatOnlyADarkGroupRefersTo) {
-    Model model = modelOfThings();
+    Model model = Model::extendedBy(RandomModel::things());
     model.references(model.set("Preface", 1), "IdentificationList", {2});
     model.misplaced(model.darkGroup(2), "StrongReference")
         .parse(Types::ByteView{uuid(3).rawBuffer(), 16});

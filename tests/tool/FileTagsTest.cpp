@@ -64,7 +64,8 @@ std::vector<Tool::Difference> differencesOf(const Contents& contents) {
                                     new DataIO::MemorySource(file.data(), file.size())),
                                 MetaMetadata::Dictionary::builtIn(), warnings)
                           .readMetadata();
-    return Tool::compareWithRoundTrip(*read.metadata).differences;
+    const auto differences = Tool::compareWithRoundTrip(*read.metadata).differences;
+    return {differences.begin(), differences.end()};
 }
 
 struct Case {

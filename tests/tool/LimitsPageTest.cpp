@@ -78,6 +78,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Types::ByteRun::, greatestSize),
         CORVID_LIMIT(Tool::, greatestKagSize),
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
+        CORVID_LIMIT(Tool::, longestKind),
         CORVID_LIMIT(Tool::WarningLog::, longestText),
         CORVID_LIMIT(Tool::Differences::, mostListed),
         CORVID_LIMIT(Tool::Differences::, mostListedAtAll),

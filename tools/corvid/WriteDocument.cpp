@@ -1,68 +1,48 @@
 #include "tools/corvid/WriteDocument.h"
 
-#include "XMLBuilder/Namespaces.h"
-#include "XMLBuilder/XMLBuilder.h"
+#include "XMLBuilder/writer/Document.h"
 #include "host/base/Exceptions.h"
-#include "host/xmlutils/XmlText.h"
 #include "tools/corvid/supplement/CollectSupplement.h"
 #include "tools/corvid/supplement/SupplementText.h"
 
 #include <set>
-#include <xercesc/dom/DOMAttr.hpp>
-#include <xercesc/dom/DOMDocument.hpp>
-#include <xercesc/dom/DOMElement.hpp>
 
 namespace Corvid::Tool {
 
 namespace {
 
-using Document = Templates::auto_ptr<xercesc::DOMNode>;
 using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
+using XMLBuilder::DocumentPlan;
 
-Document build(PartitionMetadata& metadata, const DocumentContent& content) {
-    if (content.start) {
-        return XMLBuilder::partition2XML(&metadata, &metadata.resolve(*content.start).front(),
-                                         content.referencesAsValues, content.structuralOnly);
-    }
-    prefaceOf(metadata); // A writer that finds none leaves its document behind.
-    return XMLBuilder::partition2XML(&metadata, content.referencesAsValues, content.structuralOnly);
+const MetadataSet& startOf(const PartitionMetadata& metadata, const DocumentContent& content) {
+    return content.start ? metadata.resolve(*content.start).front() : prefaceOf(metadata);
 }
 
 /// The identifiers of the sets that a document holds.
-std::set<std::u16string> identifiersIn(const xercesc::DOMDocument& document) {
-    std::set<std::u16string> identifiers;
-    const xercesc::DOMElement* const root = document.getDocumentElement();
-    const xercesc::DOMElement* element = root;
-    while (element != nullptr) {
-        if (const auto* identifier = element->getAttributeNode(XMLBuilder::Names::instanceUID)) {
-            identifiers.insert(identifier->getValue());
-        }
-        const xercesc::DOMElement* next = element->getFirstElementChild();
-        while (next == nullptr && element != root) {
-            next = element->getNextElementSibling();
-            if (next == nullptr) {
-                element = static_cast<const xercesc::DOMElement*>(element->getParentNode());
+std::set<Types::UUID> identifiersIn(const DocumentPlan& plan) {
+    std::set<Types::UUID> identifiers;
+    for (const auto* pass : {&plan.mainPass(), &plan.floatingPass()}) {
+        for (const auto& [set, place] : pass->places) {
+            if (set->metaMetadataSet() != nullptr && set->hasInstanceUID()) {
+                identifiers.insert(set->instanceUID());
             }
         }
-        element = next;
     }
     return identifiers;
 }
 
-DocumentSupplement supplementOf(const PartitionMetadata& metadata, const DocumentContent& content,
-                                const xercesc::DOMNode& document) {
+DocumentSupplement supplementOf(const DocumentContent& content, const DocumentPlan& plan) {
+    const PartitionMetadata& metadata = plan.partition();
     if (!content.structuralOnly && !content.start) {
         return collectSupplement(metadata);
     }
-    const auto written = identifiersIn(static_cast<const xercesc::DOMDocument&>(document));
-    const MetadataSet& start =
-        content.start ? metadata.resolve(*content.start).front() : prefaceOf(metadata);
+    const auto written = identifiersIn(plan);
     auto supplement = collectSupplement(
-        metadata, DocumentPart{&start, content.structuralOnly, [&](const MetadataSet& set) {
+        metadata, DocumentPart{&startOf(metadata, content), content.structuralOnly,
+                               [&](const MetadataSet& set) {
                                    return !set.hasInstanceUID() ||
-                                          written.count(XMLUtils::toXml(
-                                              set.instanceUID().toString().c_str())) != 0;
+                                          written.count(set.instanceUID()) != 0;
                                }});
     supplement.partial = {content.structuralOnly, content.start};
     return supplement;
@@ -81,9 +61,9 @@ const MetadataSet& prefaceOf(const PartitionMetadata& metadata) {
 }
 
 WrittenDocument::WrittenDocument(PartitionMetadata& metadata, const DocumentContent& content)
-    : document_(build(metadata, content)) {
-    for (const std::string& instruction :
-         toInstructions(supplementOf(metadata, content, *document_))) {
+    : plan_(metadata, startOf(metadata, content),
+            {content.referencesAsValues, content.structuralOnly}) {
+    for (const std::string& instruction : toInstructions(supplementOf(content, plan_))) {
         instructions_ += "\n<?" + instruction + "?>";
     }
 }
@@ -91,7 +71,7 @@ WrittenDocument::WrittenDocument(PartitionMetadata& metadata, const DocumentCont
 void WrittenDocument::serialise(XMLUtils::EncodingType encoding, XMLUtils::Layout layout,
                                 XMLUtils::InvalidCharacters& invalid,
                                 DataIO::DataSink& sink) const {
-    XMLUtils::serialise(document_.get(), encoding, layout, invalid, sink, instructions_);
+    XMLBuilder::writeDocumentText(plan_, encoding, layout, invalid, sink, instructions_);
 }
 
 } // namespace Corvid::Tool

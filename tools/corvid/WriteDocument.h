@@ -1,11 +1,19 @@
 #pragma once
 
+#include "XMLBuilder/writer/DocumentPlan.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/EncodingType.h"
-#include "host/xmlutils/Serialise.h"
+#include "host/xmlutils/Layout.h"
 
 #include <optional>
-#include <xercesc/dom/DOMNode.hpp>
+
+namespace Corvid::DataIO {
+class DataSink;
+}
+
+namespace Corvid::XMLUtils {
+class InvalidCharacters;
+}
 
 namespace Corvid::Tool {
 
@@ -24,17 +32,17 @@ const Metadata::MetadataSet& prefaceOf(const Metadata::PartitionMetadata& metada
 /// instructions that say what the format has no place for.
 class WrittenDocument {
 public:
-    /// @param metadata  borrowed; afterwards as it was, but for entries that its primer pack
-    /// lacked.
+    /// @param metadata  borrowed, not to change; afterwards as it was, but for entries that its
+    ///                  primer pack lacked.
     /// @throws InvalidFormat  there is no Preface; BaseException  as XMLBuilder/XMLBuilder.h says.
     WrittenDocument(Metadata::PartitionMetadata& metadata, const DocumentContent& content);
 
-    /// @throws BaseException  as XMLUtils::serialise() does.
+    /// @throws BaseException  as XMLBuilder::writeDocumentText() does.
     void serialise(XMLUtils::EncodingType encoding, XMLUtils::Layout layout,
                    XMLUtils::InvalidCharacters& invalid, DataIO::DataSink& sink) const;
 
 private:
-    Templates::auto_ptr<xercesc::DOMNode> document_;
+    XMLBuilder::DocumentPlan plan_;
     std::string instructions_; ///< each on a line of its own
 };
 

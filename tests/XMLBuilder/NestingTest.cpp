@@ -1,5 +1,3 @@
-#include "XMLBuilder/writer/NestingCheck.h"
-
 #include "XMLBuilder/XMLBuilder.h"
 #include "host/base/Exceptions.h"
 #include "tests/support/MemoryInUse.h"
@@ -95,7 +93,7 @@ struct Case {
 void PrintTo(const Case& c, std::ostream* to) { *to << c.name; }
 std::string nameOfCase(const testing::TestParamInfo<Case>& info) { return info.param.name; }
 
-class NestingCheck : public testing::TestWithParam<Case> {};
+class Nesting : public testing::TestWithParam<Case> {};
 
 /// What the writer says; empty where it writes a document.
 std::string outcomeOf(Sets& sets, const Case& c) {
@@ -108,7 +106,7 @@ std::string outcomeOf(Sets& sets, const Case& c) {
     }
 }
 
-TEST_P(NestingCheck, refusesWhatNestsTooDeepAndNothingElse) {
+TEST_P(Nesting, refusesWhatNestsTooDeepAndNothingElse) {
     Sets sets;
     GetParam().fill(sets);
     EXPECT_EQ(outcomeOf(sets, GetParam()),
@@ -120,7 +118,7 @@ TEST_P(NestingCheck, refusesWhatNestsTooDeepAndNothingElse) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    , NestingCheck,
+    , Nesting,
     testing::Values(
         Case{"ChainAtTheLimit", [](Sets& sets) { sets.chain(2, lastAllowed); }, 0},
         Case{"ChainBeyondTheLimit", [](Sets& sets) { sets.chain(2, lastAllowed + 1); },
@@ -222,7 +220,7 @@ INSTANTIATE_TEST_SUITE_P(
              0}),
     nameOfCase);
 
-TEST(NestingCheckAlone, leavesNothingBehindHoweverOftenItRefuses) {
+TEST(NestingAlone, leavesNothingBehindHoweverOftenItRefuses) {
     Sets sets;
     sets.chain(2, lastAllowed + 1);
     Utf16Text text;

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "XMLBuilder/writer/DocumentSink.h"
+#include "host/base/Templates.h"
+
+#include <xercesc/dom/DOM.hpp>
+
+namespace Corvid::XMLBuilder {
+
+/// Makes the nodes of a document.
+class DomSink final : public DocumentSink {
+public:
+    using DocumentSink::startElement;
+
+    /// @param element  what comes becomes its content; null for a new document. Borrowed.
+    explicit DomSink(xercesc::DOMElement* element = nullptr);
+
+    /// The document, which nobody owns until it is asked for: what an exception leaves unfinished
+    /// is left to the process.
+    Templates::auto_ptr<xercesc::DOMNode> document() const {
+        return Templates::auto_ptr<xercesc::DOMNode>(document_);
+    }
+
+    void startElement(const Name& name, const Attribute* attributes, std::size_t count) override;
+    void endElement() override;
+    void text(Text text) override;
+
+private:
+    void createDocument(const Name& root);
+
+    xercesc::DOMDocument* document_ = nullptr;
+    xercesc::DOMElement* open_ = nullptr;
+};
+
+} // namespace Corvid::XMLBuilder
