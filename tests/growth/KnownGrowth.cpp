@@ -21,6 +21,8 @@ bool isKnown(const Growth& growth) {
 const std::vector<KnownGrowth>& knownGrowths() {
     static const std::string fixedTable =
         "Xerces-C looks names up in hash tables of its own, by a hash that anybody can foresee";
+    static const std::string declared =
+        "each prefix is looked for among those declared around it, which are at most 1024";
     static const std::string nesting =
         "each set is looked for among those around it, which are at most 256";
     static const std::string inheritance =
@@ -35,6 +37,8 @@ const std::vector<KnownGrowth>& knownGrowths() {
         {"prefixes at the root that collide",
          {"from-xml", "--validate", "getPartitionMetadataFromBuffer"},
          fixedTable},
+        {"namespaces at the root", reading, declared},
+        {"prefixes of one namespace", reading, declared},
         {"sets in each other", reading, nesting},
         {"chain of sets", {"from-xml, of values"}, nesting},
         {"chain that nothing owns", {"from-xml, of values"}, nesting},
