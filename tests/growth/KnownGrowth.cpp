@@ -48,6 +48,7 @@ const std::vector<KnownGrowth>& knownGrowths() {
         {"prefixes of one namespace", reading, declared},
         {"sets in each other", reading, nesting},
         {"chain of sets", {"from-xml, of values"}, nesting},
+        {"circle of sets", {"from-xml, of values"}, nesting},
         {"chain that nothing owns", {"from-xml, of values"}, nesting},
         {"chain of twofold references", {"from-xml, of values"}, nesting},
         {"sets times inherited properties",
