@@ -120,10 +120,10 @@ std::vector<Dimension> dictionaryDimensions() {
         {"extensions of a known set", dictionary, 64, extensions},
         {"namespaces that nothing uses", dictionary, 64, namespaceRows},
         {"namespaces of properties", dictionary, 32, namespacesInUse},
-        {"SchemaIndexes that collide", dictionary, 256, collidingIndexes},
+        {"SchemaIndexes that collide", dictionary, 64, collidingIndexes},
         {"properties that refer to sets", dictionary, 64, typesOfProperties},
         {"comments of a dictionary", dictionary, 512, comments},
-        {"characters of a property's name", dictionary, 2048, nameLength},
+        {"characters of a property's name", dictionary, 64, nameLength},
     };
 }
 

@@ -6,6 +6,9 @@ namespace Corvid::Testing {
 
 namespace {
 
+/// What is just below the limit may be above it with another compiler.
+constexpr double clearlySound = 2.1;
+
 bool isKnown(const Growth& growth) {
     const auto& all = knownGrowths();
     return std::any_of(all.begin(), all.end(), [&](const KnownGrowth& known) {
@@ -19,38 +22,23 @@ bool isKnown(const Growth& growth) {
 } // namespace
 
 const std::vector<KnownGrowth>& knownGrowths() {
-    static const std::string fixedTable =
-        "Xerces-C looks names up in hash tables of its own, by a hash that anybody can foresee";
     static const std::string declared =
         "each prefix is looked for among those declared around it, which are at most 1024";
     static const std::string inOneTag =
         "each attribute is compared with those of its tag, which are at most 1024";
     static const std::string around =
         "Xerces-C looks prefixes up among the elements around, which are at most 4096";
-    static const std::string nesting =
-        "each set is looked for among those around it, which are at most 256";
     static const std::string inheritance =
         "each set has all properties of its ancestors, so there are as many as pairs";
     static const std::vector<std::string> reading = {"from-xml", "getPartitionMetadataFromBuffer"};
     static const std::vector<std::string> readingAndValidating = {"from-xml", "--validate",
                                                                   "getPartitionMetadataFromBuffer"};
     static const std::vector<KnownGrowth> known = {
-        {"names of elements that collide", reading, fixedTable},
-        {"names of attributes that collide", reading, fixedTable},
-        {"namespaces that collide", reading, fixedTable},
-        {"prefixes at the elements that collide", reading, fixedTable},
-        {"attributes of a tag whose names collide", reading, fixedTable},
-        {"prefixes at the root that collide", readingAndValidating, fixedTable},
         {"attributes of a tag", reading, inOneTag},
         {"attributes of elements in each other", readingAndValidating, around},
         {"unknown elements in each other", readingAndValidating, around},
         {"namespaces at the root", reading, declared},
         {"prefixes of one namespace", reading, declared},
-        {"sets in each other", reading, nesting},
-        {"chain of sets", {"from-xml, of values"}, nesting},
-        {"circle of sets", {"from-xml, of values"}, nesting},
-        {"chain that nothing owns", {"from-xml, of values"}, nesting},
-        {"chain of twofold references", {"from-xml, of values"}, nesting},
         {"sets times inherited properties",
          {"schema", "schema, compiled", "dictionary", "dictionary --json"},
          inheritance},
@@ -64,7 +52,8 @@ std::vector<std::string> mistakesIn(const std::vector<Growth>& growths, bool isC
     for (const Growth& growth : growths) {
         if (!growth.isSound() && !isKnown(growth)) {
             mistakes.push_back(growth.describe());
-        } else if (isComplete && growth.isSound() && isKnown(growth)) {
+        } else if (isComplete && growth.isSound() && growth.factor() <= clearlySound &&
+                   isKnown(growth)) {
             mistakes.push_back(growth.describe() + "; it need not be among the known ones");
         }
     }

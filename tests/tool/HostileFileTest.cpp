@@ -2,6 +2,7 @@
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/mxf/HeaderMetadataWriter.h"
+#include "host/xmlutils/InvalidCharacters.h"
 #include "tests/mxf/ReadBack.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/PeakMemory.h"
@@ -10,6 +11,7 @@
 #include "tools/corvid/CheckJson.h"
 #include "tools/corvid/DocumentMetadata.h"
 #include "tools/corvid/RoundTrip.h"
+#include "tools/corvid/WriteDocument.h"
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -118,6 +120,20 @@ void toDocument(const Bytes& bytes) {
     XMLBuilder::partition2XML(read.metadata.get(), false, false);
 }
 
+void toText(const Bytes& bytes) {
+    class Nowhere : public DataIO::DataSink {
+    public:
+        void write(const unsigned char*, std::size_t) override {}
+    } sink;
+    const auto read = readFile(bytes);
+    if (read.metadata->find(Metadata::Structural::StructuralMetadataKeys::preface()).empty()) {
+        return; // the front of a file may end before it
+    }
+    XMLUtils::ReplaceInvalidCharacters invalid(0);
+    Tool::WrittenDocument(*read.metadata, {})
+        .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::indented, invalid, sink);
+}
+
 void thereAndBack(const Bytes& bytes) {
     const auto read = readFile(bytes);
     Tool::compareWithRoundTrip(*read.metadata);
@@ -125,6 +141,10 @@ void thereAndBack(const Bytes& bytes) {
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsMetadata) {
     expectPeak(MemoryBounds::fileToMetadata, [](const Bytes& bytes) { readFile(bytes); });
+}
+
+TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsText) {
+    expectPeak(MemoryBounds::fileToText, toText);
 }
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsDocument) {
@@ -142,6 +162,7 @@ TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeHoweverSmallTheyAre) {
         const Bytes bytes(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(
                                                              std::min(size, whole.size())));
         expectPeak(bytes, MemoryBounds::fileToMetadata, [](const Bytes& each) { readFile(each); });
+        expectPeak(bytes, MemoryBounds::fileToText, toText);
         expectPeak(bytes, MemoryBounds::fileToDocument, toDocument);
         expectPeak(bytes, MemoryBounds::check, thereAndBack);
     }

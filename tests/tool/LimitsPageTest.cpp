@@ -101,7 +101,8 @@ TEST(LimitsPage, tellsTheBoundsThatAreTested) {
                std::string::npos;
     };
     EXPECT_TRUE(tells("file to metadata", MemoryBounds::fileToMetadata));
-    EXPECT_TRUE(tells("file to document, as `to-xml`", MemoryBounds::fileToDocument));
+    EXPECT_TRUE(tells("file to document, as `to-xml`", MemoryBounds::fileToText));
+    EXPECT_TRUE(tells("file to nodes, as `partition2XML`", MemoryBounds::fileToDocument));
     EXPECT_TRUE(tells("file to document and back, as `check`", MemoryBounds::check));
     EXPECT_TRUE(tells("document to metadata, as `from-xml`", MemoryBounds::documentToMetadata));
     static_assert(MemoryBounds::constant == std::size_t{8} << 20);
