@@ -190,6 +190,21 @@ std::string tracksOfOnePackage(std::size_t n) {
     });
 }
 
+/// One descriptor with labels of which `info` shows each.
+std::string labelsOfADescriptor(std::size_t n) {
+    constexpr unsigned char cdciSet = 0x28;
+    constexpr unsigned centerCuts = 0x8001;
+    std::vector<Bytes> labels;
+    for (std::size_t i = 0; i != n; ++i) {
+        labels.push_back(join({hex("06.0e.2b.34.04.01.01.0d"), number(i, 8)}));
+    }
+    return owning(1)
+        .primerEntry(centerCuts, hex("06.0e.2b.34.01.01.01.0e.04.01.03.02.0b.00.00.00"))
+        .add(sourcePackageSet, first, {{descriptor, uuid(first + 1)}})
+        .add(cdciSet, first + 1, {{centerCuts, batch(labels, 16)}})
+        .file();
+}
+
 std::string packagesWithTrack(std::size_t n) {
     MetadataText text = owning(n);
     for (std::size_t i = 0; i != n; ++i) {
@@ -253,6 +268,7 @@ std::vector<Dimension> setDimensions() {
         {"Prefaces", mxf, 32, prefaces},
         {"Identifications", mxf, 32, identificationSets},
         {"tracks of a package", mxf, 32, tracksOfOnePackage},
+        {"labels of a descriptor", mxf, 128, labelsOfADescriptor},
         {"packages with a track", mxf, 16, packagesWithTrack},
         {"sets with BER lengths", mxf, 32, setsWithBerLengths},
         {"sets with versions of their own", mxf, 32, setsWithKeyVersions},
