@@ -72,10 +72,11 @@ void MarkupWriter::endDocument() {
 
 void MarkupWriter::startElement(const Name& name, const Attribute* attributes, std::size_t count) {
     newLine();
-    open_.push_back({{name.qualified, {}, {}}, isOnOneLine()});
+    onOneLine_.push_back(isOnOneLine());
+    open_.push_back({name.qualified, {}, {}});
     for (std::size_t i = 0; i != count; ++i) {
         if (identifiesElement(attributes[i].local)) {
-            PathStep& step = open_.back().step;
+            PathStep& step = open_.back();
             step.attribute = attributes[i].name.qualified;
             step.identifier = attributes[i].value;
             break;
@@ -99,23 +100,25 @@ void MarkupWriter::startElement(const Name& name, const Attribute* attributes, s
 void MarkupWriter::startContent(bool onOneLine) {
     out_.ascii(">");
     hasContent_ = true;
-    open_.back().onOneLine = open_.back().onOneLine || onOneLine;
+    onOneLine_.back() = onOneLine_.back() || onOneLine;
 }
 
 void MarkupWriter::endElement() {
-    const Open ended = std::move(open_.back());
+    const View name = open_.back().name;
+    const bool wasOnOneLine = onOneLine_.back();
     open_.pop_back();
+    onOneLine_.pop_back();
     scope_.leave();
     if (!hasContent_) {
         out_.ascii("/>");
         hasContent_ = true;
         return;
     }
-    if (!ended.onOneLine) {
+    if (!wasOnOneLine) {
         newLine();
     }
     out_.ascii("</");
-    units(ended.step.name);
+    units(name);
     out_.ascii(">");
 }
 
@@ -266,22 +269,14 @@ void MarkupWriter::reference(char16_t unit, std::size_t position, View attribute
     case u'\r':
         return out_.ascii("&#xD;");
     default:
-        invalid_.found({elementPath(path(), attributeName), unit, position});
+        invalid_.found({elementPath(open_, attributeName), unit, position});
         const char16_t replacement = 0xFFFD;
         out_.units(&replacement, 1);
     }
 }
 
-std::vector<PathStep> MarkupWriter::path() const {
-    std::vector<PathStep> steps;
-    for (const Open& each : open_) {
-        steps.push_back(each.step);
-    }
-    return steps;
-}
-
 void MarkupWriter::refuse(const std::string& what, int line) const {
-    const std::string place = Platform::toUtf8(elementPath(path(), {}));
+    const std::string place = Platform::toUtf8(elementPath(open_, {}));
     throw Exceptions::InvalidFormat((place.empty() ? "document" : place) + ": " + what, __FILE__,
                                     line);
 }

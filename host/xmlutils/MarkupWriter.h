@@ -63,11 +63,6 @@ public:
     [[noreturn]] void refuse(const std::string& what, int line) const;
 
 private:
-    struct Open {
-        PathStep step;
-        bool onOneLine;
-    };
-
     void checkPrefix(const Name& name) const;
     void readDeclarations(const Attribute* attributes, std::size_t count);
     void writeDeclarations(const Attribute* attributes, std::size_t count);
@@ -78,14 +73,14 @@ private:
     void units(View text);
     void escaped(View value, unsigned char place, View attributeName = {});
     void reference(char16_t unit, std::size_t position, View attributeName);
-    bool isOnOneLine() const { return open_.empty() ? documentOnOneLine_ : open_.back().onOneLine; }
-    std::vector<PathStep> path() const;
+    bool isOnOneLine() const { return open_.empty() ? documentOnOneLine_ : onOneLine_.back(); }
 
     InvalidCharacters& invalid_;
     TextEncoder& out_;
     bool documentOnOneLine_;
-    bool hasContent_ = true; ///< the start tag written last is complete
-    std::vector<Open> open_;
+    bool hasContent_ = true;      ///< the start tag written last is complete
+    std::vector<PathStep> open_;  ///< apart, for messages name them all
+    std::vector<bool> onOneLine_; ///< of each open element
     NamespaceScope scope_;
     std::list<std::u16string> madePrefixes_;
 };
