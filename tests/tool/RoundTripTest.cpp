@@ -2,6 +2,7 @@
 
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
+#include "host/xmlutils/LoadDocument.h"
 #include "tests/tool/CopyPartition.h"
 #include "tests/tool/Differences.h"
 #include "tools/corvid/DocumentMetadata.h"
@@ -9,6 +10,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdio>
 #include <gmock/gmock.h>
 #include <regex>
 
@@ -425,6 +427,45 @@ TEST(RoundTrip, ofAPartitionWithoutPrefaceIsRefused) {
     Model model;
     model.set("ContentStorage", 1);
     EXPECT_THROW(Tool::compareWithRoundTrip(model.partition), Exceptions::InvalidFormat);
+}
+
+TEST(RoundTrip, saysThatADocumentOfTooManyNamesCannotBeReadBack) {
+    constexpr unsigned int setCount = 33;
+    constexpr unsigned int properties = 500;
+    static_assert(setCount * properties > XMLUtils::maximumNames);
+    std::string dictionary = "namespace s377m urn:SMPTE:S377M\nnamespace t urn:test\n";
+    char row[128];
+    for (unsigned int set = 0; set != setCount; ++set) {
+        std::snprintf(row, sizeof row,
+                      "set t:Set%u 06.0e.2b.34.02.53.01.01.0e.7f.%02x.00.00.00.00.00 "
+                      "s377m:InterchangeObject concrete\n",
+                      set, set);
+        dictionary += row;
+        for (unsigned int i = 0; i != properties; ++i) {
+            std::snprintf(row, sizeof row,
+                          "property t:P%u_%u 06.0e.2b.34.01.01.01.01.0e.7f.%02x.%02x.%02x.00.00.00 "
+                          "- UInt8 optional -\n",
+                          set, i, set, i >> 8U, i & 0xFFU);
+            dictionary += row;
+        }
+    }
+    Model model = Model::extendedBy(dictionary);
+    model.set("Preface", 1);
+    for (unsigned int set = 0; set != setCount; ++set) {
+        auto& made = model.set("Set" + std::to_string(set), static_cast<Types::u8>(2 + set));
+        for (unsigned int i = 0; i != properties; ++i) {
+            model.value(made, "P" + std::to_string(set) + "_" + std::to_string(i), Types::UInt8(1));
+        }
+    }
+    try {
+        Tool::compareWithRoundTrip(model.partition);
+        FAIL() << "expected ParseError";
+    } catch (const Exceptions::ParseError& error) {
+        const std::string message = Platform::toUtf8(error.message());
+        EXPECT_THAT(message, ::testing::StartsWith("its document can't be read: line "));
+        EXPECT_THAT(message, HasSubstr("16385 different names of elements and attributes"));
+        EXPECT_THAT(message, ::testing::Not(HasSubstr("xercesc")));
+    }
 }
 
 TEST(RoundTrip, refusesWhatCannotBeWrittenToAFile) {

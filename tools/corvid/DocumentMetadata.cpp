@@ -37,6 +37,17 @@ std::string messageOf(const Exceptions::ParseError& error) {
                : message;
 }
 
+/// As XMLBuilder::readBuffer(), but that messages do not name the parser.
+void readSets(const unsigned char* bytes, std::size_t length, Metadata::PartitionMetadata& metadata,
+              SupplementReader& reader) {
+    XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
+    try {
+        XMLBuilder::readBuffer(bytes, length, &metadata, names, XMLBuilder::Places::told, &reader);
+    } catch (const Exceptions::ParseError& error) {
+        throw Exceptions::ParseError(messageOf(error), error.file(), error.line());
+    }
+}
+
 } // namespace
 
 DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
@@ -45,13 +56,11 @@ DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
     DocumentMetadata document;
     document.metadata = Templates::auto_ptr<Metadata::PartitionMetadata>(
         new Metadata::PartitionMetadata(dictionary));
-    XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
     const DocumentSupplement supplement =
         parseSupplement(instructionsInFront({reinterpret_cast<const char*>(bytes), length}));
     SupplementReader reader(supplement);
     reader.explainTags(document.metadata->partitionDictionary());
-    XMLBuilder::readBuffer(bytes, length, document.metadata.get(), names, XMLBuilder::Places::told,
-                           &reader);
+    readSets(bytes, length, *document.metadata, reader);
     document.supplement = reader.apply(*document.metadata);
     document.isPartial = supplement.partial.has_value();
     CopyCounts copies;
@@ -81,12 +90,8 @@ std::string loadDocumentText(const std::string& path) {
 DocumentMetadata readDocumentText(const std::string& text,
                                   const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                                   DocumentIdentifiers identifiers) {
-    try {
-        return readDocument(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
-                            dictionary, identifiers);
-    } catch (const Exceptions::ParseError& error) {
-        throw Exceptions::ParseError(messageOf(error), error.file(), error.line());
-    }
+    return readDocument(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
+                        dictionary, identifiers);
 }
 
 namespace {

@@ -33,7 +33,8 @@ struct DocumentMetadata {
 /// written; one that is no text of a UUID gets a new one, wherever it stands the same.
 ///
 /// Needs Xerces-C; see XmlModule.h.
-/// @throws BaseException  as XMLBuilder/reader/ReadDocument.h says; LimitExceeded as mergeCopies().
+/// @throws BaseException  as XMLBuilder/reader/ReadDocument.h says, but messages do not name the
+///     parser; LimitExceeded as mergeCopies().
 DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
                               const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                               DocumentIdentifiers identifiers);
@@ -45,8 +46,7 @@ DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
 std::string loadDocumentText(const std::string& path);
 
 /// Reads what loadDocumentText() gave.
-/// @throws BaseException  as readDocument(), but that what the parser refuses is told without
-///     naming the parser.
+/// @throws BaseException  as readDocument().
 DocumentMetadata readDocumentText(const std::string& text,
                                   const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                                   DocumentIdentifiers identifiers);

@@ -1,5 +1,6 @@
 #include "tools/corvid/RoundTrip.h"
 
+#include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/dataio/MemorySource.h"
 #include "host/mxf/File.h"
@@ -22,9 +23,16 @@ PartitionHolder throughXml(PartitionMetadata& metadata) {
     XMLUtils::ReplaceInvalidCharacters invalid(0);
     WrittenDocument(metadata, {})
         .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::compact, invalid, text);
-    return readDocument(text.rawBuffer(), text.serializedSize(),
-                        metadata.partitionDictionary().dictionary(), DocumentIdentifiers::written)
-        .metadata;
+    try {
+        return readDocument(text.rawBuffer(), text.serializedSize(),
+                            metadata.partitionDictionary().dictionary(),
+                            DocumentIdentifiers::written)
+            .metadata;
+    } catch (const Exceptions::ParseError& error) {
+        throw Exceptions::ParseError("its document can't be read: " +
+                                         Platform::toUtf8(error.message()),
+                                     error.file(), error.line());
+    }
 }
 
 PartitionHolder throughFile(PartitionMetadata& metadata) {
