@@ -23,8 +23,8 @@ public:
 
     virtual ~DocumentSink() = default;
 
-    /// @param attributes  in the order of their qualified names; declarations of namespaces are
-    ///                    among them.
+    /// @param attributes  in any order; the document has them in that of their qualified names.
+    ///                    Declarations of namespaces are among them.
     virtual void startElement(const Name& name, const Attribute* attributes, std::size_t count) = 0;
     void startElement(const Name& name) { startElement(name, nullptr, 0); }
     virtual void endElement() = 0;

@@ -1,5 +1,7 @@
 #include "XMLBuilder/writer/TextSink.h"
 
+#include <algorithm>
+
 namespace Corvid::XMLBuilder {
 
 namespace {
@@ -24,7 +26,11 @@ void TextSink::startElement(const Name& name, const Attribute* attributes, std::
     Text local;
     for (std::size_t i = 0; i != count; ++i) {
         const auto attribute = split(attributes[i].name, local);
-        attributes_.push_back({attribute, local, attributes[i].value});
+        // Of two with one name the later one comes first, as in a DOM.
+        const auto place = std::lower_bound(
+            attributes_.begin(), attributes_.end(), attribute.qualified,
+            [](const auto& each, Text qualified) { return each.name.qualified < qualified; });
+        attributes_.insert(place, {attribute, local, attributes[i].value});
     }
     markup_.startElement(split(name, local), attributes_.data(), count);
     isStarted_ = false;

@@ -8,6 +8,8 @@
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/MetadataSet.h"
 
+#include <algorithm>
+
 namespace Corvid::XMLBuilder {
 
 namespace {
@@ -50,8 +52,7 @@ void ToXMLMetadataSetVisitor::visit(const Metadata::MetadataSet& set) {
 
 void ToXMLMetadataSetVisitor::start(const Metadata::MetadataSet& set,
                                     const Properties& properties) {
-    static constexpr const char16_t* names[] = {Names::generationUID, Names::instanceUID};
-    const char16_t* uris[] = {nullptr, nullptr};
+    identifiers_.clear();
     for (const Element* const element : properties) {
         const auto* const definition = identifierDefinition(*element);
         const auto* const simple =
@@ -65,20 +66,24 @@ void ToXMLMetadataSetVisitor::start(const Metadata::MetadataSet& set,
         // A program can give the property a value that is no identifier: it has no place here.
         if (!text.empty()) {
             const DefinitionName& name = nameOf(*definition);
-            const std::size_t place = name.qualified == Names::instanceUID ? 1 : 0;
-            uris[place] = name.uri.c_str();
-            identifiers_[place] = std::move(text);
+            const auto same =
+                std::find_if(identifiers_.begin(), identifiers_.end(), [&](const auto& each) {
+                    return each.name->uri == name.uri && each.name->qualified == name.qualified;
+                });
+            if (same == identifiers_.end()) {
+                identifiers_.push_back({&name, std::move(text)});
+            } else {
+                same->text = std::move(text);
+            }
         }
     }
-    DocumentSink::Attribute attributes[2];
-    std::size_t count = 0;
-    for (const std::size_t place : {0U, 1U}) {
-        if (uris[place] != nullptr) {
-            attributes[count++] = {{uris[place], names[place]}, identifiers_[place]};
-        }
+    attributes_.clear();
+    for (const auto& [name, text] : identifiers_) {
+        attributes_.push_back({{name->uri.c_str(), name->qualified.c_str()}, text});
     }
     const DefinitionName& name = nameOf(*set.metaMetadataSet());
-    sink_.startElement({name.uri.c_str(), name.qualified.c_str()}, attributes, count);
+    sink_.startElement({name.uri.c_str(), name.qualified.c_str()}, attributes_.data(),
+                       attributes_.size());
 }
 
 } // namespace Corvid::XMLBuilder

@@ -9,6 +9,8 @@
 
 namespace Corvid::XMLBuilder {
 
+struct DefinitionName;
+
 /// Writes a set as an element; where references are values, with the sets inside it for which this
 /// is the place. Calls nest with these, which the plan has bounded.
 class ToXMLMetadataSetVisitor : public Metadata::Visitors::MetadataSetVisitor {
@@ -28,7 +30,13 @@ private:
     const DocumentPlan& plan_;
     const WriterPass& pass_;
     DocumentSink& sink_;
-    std::u16string identifiers_[2]; ///< of one set: GenerationUID, InstanceUID
+    struct Identifier {
+        const DefinitionName* name;
+        std::u16string text;
+    };
+
+    std::vector<Identifier> identifiers_; ///< of one set
+    std::vector<DocumentSink::Attribute> attributes_;
 };
 
 } // namespace Corvid::XMLBuilder

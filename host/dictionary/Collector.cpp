@@ -94,7 +94,8 @@ void Collector::addNamespace(NamespaceEntry entry) {
     }
     if (known.size() == mostNamespaces) {
         refuse(entry.origin, "namespace " + entry.prefix + ": expected at most " +
-                                 std::to_string(mostNamespaces) + " namespaces in a dictionary");
+                                 std::to_string(mostNamespaces) +
+                                 " namespaces, the built-in ones included");
     }
     prefixes_.emplace(entry.prefix, known.size());
     uris_.emplace(entry.uri, known.size());

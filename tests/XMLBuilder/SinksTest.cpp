@@ -81,5 +81,30 @@ TEST(Sinks, refuseACharacterThatXmlCantHoldAtTheSamePlace) {
                 testing::HasSubstr(uuidText(2)));
 }
 
+TEST(Sinks, keepIdentifiersOfOneNameInTwoNamespaces) {
+    MetaMetadata::Dictionary::Texts texts;
+    texts.push_back({"other.dict",
+                     "namespace rp210 urn:other\n"
+                     "set rp210:Odd 06.0e.2b.34.02.53.01.01.0e.7f.0a.00.00.00.00.00 - abstract\n"
+                     "property rp210:InstanceUID "
+                     "06.0e.2b.34.01.01.01.01.0e.7f.0a.00.00.00.00.00 - UUID "
+                     "optional -\n"});
+    const auto other = MetaMetadata::Dictionary::fromTexts(texts);
+    Model model;
+    auto& preface = model.set("Preface", 1);
+    static_cast<Metadata::SimpleElement&>(
+        preface.createInvalidElement(Metadata::Element::Attribute(
+            new MetaMetadata::MisplacedAttribute(**other->metaElementBegin()))))
+        .set(uuid(2).clone());
+    expectTheSameText(model.partition, preface, "two namespaces");
+    const std::string text = outcomeOf([&](DataIO::DataSink& sink) {
+        XMLUtils::RefuseInvalidCharacters invalid;
+        writeDocumentText(DocumentPlan(model.partition, preface, {}), EncodingType::utf8,
+                          Layout::compact, invalid, sink, "");
+    });
+    EXPECT_THAT(text, testing::HasSubstr(":InstanceUID=\"" + uuidText(1) + "\""));
+    EXPECT_THAT(text, testing::HasSubstr(":InstanceUID=\"" + uuidText(2) + "\""));
+}
+
 } // namespace
 } // namespace Corvid::Testing

@@ -1,6 +1,7 @@
 #include "tools/corvid/Schema.h"
 
 #include "tools/corvid/DocumentSchema.h"
+#include "tools/corvid/HiddenName.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/OpenOutput.h"
 
@@ -35,8 +36,12 @@ void schema(const SchemaOptions& options, Messages& messages) {
         output->write(reinterpret_cast<const unsigned char*>(each.text.data()), each.text.size());
         outputs.push_back(std::move(output));
     }
-    for (const auto& output : outputs) {
-        output->commit();
+    {
+        // A signal in between would leave some old and some new.
+        const SignalsHeldBack held;
+        for (const auto& output : outputs) {
+            output->commit();
+        }
     }
     messages.note(std::to_string(schemas.size()) + " schemas written to " + options.folder + "; " +
                   schemas.front().fileName + " describes whole documents");
