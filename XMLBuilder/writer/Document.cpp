@@ -28,6 +28,7 @@ void startRoot(const NamespaceMap& namespaces,
         }
     }
     std::vector<DocumentSink::Attribute> attributes;
+    attributes.reserve(declarations.size());
     for (const auto& [qualified, uri] : declarations) {
         attributes.push_back({{declarationUri, qualified.c_str()}, uri});
     }
