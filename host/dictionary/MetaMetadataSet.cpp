@@ -41,24 +41,31 @@ const MetaMetadataSet::Inherited& MetaMetadataSet::inherited() const {
 }
 
 std::unique_ptr<MetaMetadataSet::Inherited> MetaMetadataSet::makeInherited() const {
-    std::vector<const MetaMetadataSet*> line;
-    for (const MetaMetadataSet* set = this; set != nullptr; set = set->parent_) {
-        line.push_back(set);
+    // From the top, so that each finds its parent's; a call for each parent could go too deep.
+    std::vector<const MetaMetadataSet*> unmade;
+    for (const MetaMetadataSet* set = parent_; set != nullptr && set->inherited_.load() == nullptr;
+         set = set->parent_) {
+        unmade.push_back(set);
     }
-    auto made = std::make_unique<Inherited>();
+    std::for_each(unmade.rbegin(), unmade.rend(),
+                  [](const MetaMetadataSet* set) { static_cast<void>(set->inherited()); });
+
+    auto made = parent_ == nullptr ? std::make_unique<Inherited>()
+                                   : std::make_unique<Inherited>(parent_->inherited());
     auto& [all, byLabel] = *made;
-    for (auto set = line.rbegin(); set != line.rend(); ++set) {
-        all.insert(all.end(), (*set)->own_.begin(), (*set)->own_.end());
-    }
-    byLabel.reserve(all.size());
-    for (const Attribute& attribute : all) {
+    const auto before = static_cast<std::ptrdiff_t>(byLabel.size());
+    for (const Attribute& attribute : own_) {
         // A set's own list holds nothing but MetaAttributes: add() makes them.
         const auto& known = static_cast<const MetaAttribute&>(*attribute);
         byLabel.emplace_back(known.metaElement().label().withoutVersion(),
-                             static_cast<std::uint32_t>(byLabel.size()));
+                             static_cast<std::uint32_t>(all.size()));
+        all.push_back(attribute);
     }
-    std::sort(byLabel.begin(), byLabel.end(),
-              [](const auto& a, const auto& b) { return LabelMatchLess()(a.first, b.first); });
+    const auto less = [](const auto& a, const auto& b) {
+        return LabelMatchLess()(a.first, b.first);
+    };
+    std::sort(byLabel.begin() + before, byLabel.end(), less);
+    std::inplace_merge(byLabel.begin(), byLabel.begin() + before, byLabel.end(), less);
     return made;
 }
 

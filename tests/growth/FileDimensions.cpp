@@ -137,9 +137,9 @@ std::vector<Dimension> fileDimensions() {
     return {
         {"fill among the sets", mxf, 256, fillAmongSets},
         {"fill before the primer pack", mxf, 256, fillBeforePrimer},
-        {"primer entries that nothing uses", mxf, 256, primerEntries},
-        {"primer entries with one tag", mxf, 256, primerEntriesOfOneTag},
-        {"primer entries with one label", mxf, 256, primerEntriesOfOneLabel},
+        {"primer entries that nothing uses", mxf, 1024, primerEntries},
+        {"primer entries with one tag", mxf, 1024, primerEntriesOfOneTag},
+        {"primer entries with one label", mxf, 1024, primerEntriesOfOneLabel},
         {"primer packs", mxf, 64, primerPacks},
         {"essence containers of a partition pack", mxf, 256, essenceContainers, 4096},
         {"partitions in a chain", mxf, 32, partitionsInAChain},

@@ -7,7 +7,7 @@ namespace Corvid::Testing {
 namespace {
 
 /// What is just below the limit may be above it with another compiler.
-constexpr double clearlySound = 2.1;
+constexpr double clearlySound = 2.05;
 
 bool isKnown(const Growth& growth) {
     const auto& all = knownGrowths();
@@ -30,6 +30,8 @@ const std::vector<KnownGrowth>& knownGrowths() {
         "Xerces-C looks prefixes up among the elements around, which are at most 4096";
     static const std::string inheritance =
         "each set has all properties of its ancestors, so there are as many as pairs";
+    static const std::string sorting =
+        "namespaces are sorted; of 512, the most, the logarithm shows";
     static const std::vector<std::string> reading = {"from-xml", "getPartitionMetadataFromBuffer"};
     static const std::vector<std::string> readingAndValidating = {"from-xml", "--validate",
                                                                   "getPartitionMetadataFromBuffer"};
@@ -42,7 +44,10 @@ const std::vector<KnownGrowth>& knownGrowths() {
         {"sets times inherited properties",
          {"schema", "schema, compiled", "dictionary", "dictionary --json"},
          inheritance},
-        {"ancestors of a set", {"schema, compiled"}, inheritance},
+        {"ancestors of a set", {"to-xml", "from-xml", "schema", "schema, compiled"}, inheritance},
+        {"namespaces that nothing uses",
+         {"to-xml", "from-xml", "schema", "schema, compiled", "dictionary", "dictionary --json"},
+         sorting},
     };
     return known;
 }
