@@ -1,6 +1,6 @@
 #include "XMLBuilder/XMLBuilder.h"
 
-#include "XMLBuilder/Namespaces.h"
+#include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/writer/Document.h"
 #include "XMLBuilder/writer/DomSink.h"
 #include "host/metadata/PartitionMetadata.h"

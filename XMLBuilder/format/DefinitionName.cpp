@@ -1,7 +1,7 @@
 #include "XMLBuilder/format/DefinitionName.h"
 
-#include "XMLBuilder/Namespaces.h"
-#include "XMLBuilder/NumberInput.h"
+#include "XMLBuilder/format/Namespaces.h"
+#include "XMLBuilder/format/NumberInput.h"
 #include "host/dictionary/MetaDefinition.h"
 
 namespace Corvid::XMLBuilder {

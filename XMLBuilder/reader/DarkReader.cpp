@@ -1,7 +1,7 @@
 #include "XMLBuilder/reader/DarkReader.h"
 
-#include "XMLBuilder/NumberInput.h"
-#include "XMLBuilder/reader/HexBytes.h"
+#include "XMLBuilder/format/NumberInput.h"
+#include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/reader/ReadSet.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"

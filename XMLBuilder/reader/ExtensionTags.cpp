@@ -1,8 +1,8 @@
 #include "XMLBuilder/reader/ExtensionTags.h"
 
-#include "XMLBuilder/Namespaces.h"
+#include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/reader/ChildSteps.h"
-#include "XMLBuilder/reader/HexBytes.h"
+#include "XMLBuilder/format/HexBytes.h"
 #include "host/base/Exceptions.h"
 #include "host/mxf/LocalSet.h"
 #include "host/xmlutils/XmlText.h"

@@ -1,6 +1,6 @@
 #include "XMLBuilder/reader/Reading.h"
 
-#include "XMLBuilder/InlineDepth.h"
+#include "XMLBuilder/format/InlineDepth.h"
 #include "XMLBuilder/reader/FromXMLMetaAttributeVisitor.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/Namespaces.h"
+#include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/reader/ChildSteps.h"
 #include "XMLBuilder/reader/ExtensionTags.h"
 #include "XMLBuilder/reader/InstanceNameTable.h"

@@ -1,6 +1,6 @@
 #include "XMLBuilder/reader/TranslateExceptions.h"
 
-#include "XMLBuilder/NumberText.h"
+#include "XMLBuilder/format/NumberText.h"
 #include "host/base/Exceptions.h"
 #include "host/xmlutils/XmlText.h"
 

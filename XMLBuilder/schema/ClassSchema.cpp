@@ -1,6 +1,6 @@
 #include "XMLBuilder/schema/ClassSchema.h"
 
-#include "XMLBuilder/NumberInput.h"
+#include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/schema/DefinitionNames.h"
 #include "XMLBuilder/schema/FrameSchema.h"
 #include "XMLBuilder/schema/ValueSchema.h"

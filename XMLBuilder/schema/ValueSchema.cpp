@@ -1,7 +1,7 @@
 #include "XMLBuilder/schema/ValueSchema.h"
 
-#include "XMLBuilder/CompoundFields.h"
-#include "XMLBuilder/ValueForms.h"
+#include "XMLBuilder/format/CompoundFields.h"
+#include "XMLBuilder/format/ValueForms.h"
 #include "host/base/Text.h"
 #include "host/xmlutils/XmlText.h"
 

@@ -1,7 +1,7 @@
 #include "XMLBuilder/writer/DarkWriter.h"
 
-#include "XMLBuilder/HexText.h"
-#include "XMLBuilder/NumberText.h"
+#include "XMLBuilder/format/HexText.h"
+#include "XMLBuilder/format/NumberText.h"
 #include "host/xmlutils/XmlText.h"
 
 namespace Corvid::XMLBuilder {

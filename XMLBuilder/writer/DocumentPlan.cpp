@@ -1,6 +1,6 @@
 #include "XMLBuilder/writer/DocumentPlan.h"
 
-#include "XMLBuilder/InlineDepth.h"
+#include "XMLBuilder/format/InlineDepth.h"
 #include "XMLBuilder/format/DefinitionName.h"
 #include "XMLBuilder/writer/PropertyOrder.h"
 #include "host/base/Exceptions.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/Namespaces.h"
+#include "XMLBuilder/format/Namespaces.h"
 
 #include <map>
 #include <string>

@@ -1,9 +1,9 @@
 #include "XMLBuilder/writer/ToXMLBaseTypeVisitor.h"
 
-#include "XMLBuilder/CompoundFields.h"
-#include "XMLBuilder/HexText.h"
-#include "XMLBuilder/NumberText.h"
-#include "XMLBuilder/ValueForms.h"
+#include "XMLBuilder/format/CompoundFields.h"
+#include "XMLBuilder/format/HexText.h"
+#include "XMLBuilder/format/NumberText.h"
+#include "XMLBuilder/format/ValueForms.h"
 #include "host/xmlutils/UnicodeString.h"
 #include "host/xmlutils/XmlText.h"
 

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <type_traits>
 #include <xercesc/util/XercesDefs.hpp>
+
+static_assert(std::is_same_v<XMLCh, char16_t>, "Xerces-C is built with char16_t as XMLCh");
 
 /// The names of Xerces-C that stand in signatures, without its headers.
 XERCES_CPP_NAMESPACE_BEGIN

@@ -3,9 +3,9 @@
 #include "host/base/Text.h"
 
 #include <type_traits>
-#include <xercesc/util/XercesDefs.hpp>
 
-/// Where the interface's UTF-16 (unsigned short) and Xerces-C's (XMLCh) meet, and nowhere else.
+/// Where the interface's UTF-16 (unsigned short) and Xerces-C's (XMLCh, which is char16_t) meet, and
+/// nowhere else. What handles XML without Xerces-C uses char16_t too.
 ///
 /// Both types are 16-bit unsigned code units in the machine's byte order, but to the compiler they
 /// are different types, so reading an object of one through a pointer to the other is not
@@ -19,21 +19,21 @@
 
 namespace Corvid::XMLUtils {
 
-static_assert(sizeof(XMLCh) == sizeof(Utf16Unit), "a code unit has 16 bits on either side");
-static_assert(alignof(XMLCh) == alignof(Utf16Unit), "an array of one is aligned as the other");
-static_assert(std::is_unsigned_v<XMLCh> && std::is_unsigned_v<Utf16Unit>,
+static_assert(sizeof(char16_t) == sizeof(Utf16Unit), "a code unit has 16 bits on either side");
+static_assert(alignof(char16_t) == alignof(Utf16Unit), "an array of one is aligned as the other");
+static_assert(std::is_unsigned_v<char16_t> && std::is_unsigned_v<Utf16Unit>,
               "code units compare alike on either side");
 
 /// The same text for Xerces-C. A null pointer stays one.
-inline const XMLCh* toXml(const Utf16Unit* text) noexcept {
-    return reinterpret_cast<const XMLCh*>(text);
+inline const char16_t* toXml(const Utf16Unit* text) noexcept {
+    return reinterpret_cast<const char16_t*>(text);
 }
 
 /// The text as Xerces-C takes it; borrowed from `text`.
-inline const XMLCh* toXml(const Utf16Text& text) noexcept { return toXml(text.c_str()); }
+inline const char16_t* toXml(const Utf16Text& text) noexcept { return toXml(text.c_str()); }
 
 /// The same text for the interface. A null pointer stays one.
-inline const Utf16Unit* fromXml(const XMLCh* text) noexcept {
+inline const Utf16Unit* fromXml(const char16_t* text) noexcept {
     return reinterpret_cast<const Utf16Unit*>(text);
 }
 

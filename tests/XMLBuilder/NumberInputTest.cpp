@@ -1,4 +1,4 @@
-#include "XMLBuilder/NumberInput.h"
+#include "XMLBuilder/format/NumberInput.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "XMLBuilder/NumberText.h"
+#include "XMLBuilder/format/NumberText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "XMLBuilder/InlineDepth.h"
+#include "XMLBuilder/format/InlineDepth.h"
 #include "XMLBuilder/reader/ReadDocument.h"
 #include "host/types/UID.h"
 #include "tests/XMLBuilder/Things.h"

@@ -1,4 +1,4 @@
-#include "XMLBuilder/InlineDepth.h"
+#include "XMLBuilder/format/InlineDepth.h"
 #include "host/dictionary/DictionaryLimits.h"
 #include "host/dictionary/Inheritance.h"
 #include "host/klv/BerInput.h"

@@ -49,8 +49,8 @@ TEST(Utf16ToWstring, replacesWhatStoodThere) {
 
 TEST(XmlText, givesTheSameTextToEitherSide) {
     const UnicodeString text("Core");
-    const XMLCh* const xml = toXml(text.utf16());
-    EXPECT_EQ(std::basic_string_view<XMLCh>(xml), u"Core");
+    const char16_t* const xml = toXml(text.utf16());
+    EXPECT_EQ(std::basic_string_view<char16_t>(xml), u"Core");
     EXPECT_EQ(fromXml(xml), text.utf16());
     EXPECT_EQ(toXml(static_cast<const Utf16Unit*>(nullptr)), nullptr);
     EXPECT_EQ(fromXml(nullptr), nullptr);

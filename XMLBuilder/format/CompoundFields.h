@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/Namespaces.h"
+#include "XMLBuilder/format/Namespaces.h"
 #include "host/types/Types.h"
 
 #include <tuple>
@@ -10,21 +10,21 @@ namespace Corvid::XMLBuilder {
 /// One sub-element of a compound value: its qualified name and how its content comes from the
 /// value. The content is a number, written in decimal, or a DataStream, written in hexadecimal.
 template <class Get> struct Field {
-    const XMLCh* name;
+    const char16_t* name;
     Get get;
     /// The condition that a failed check for the sub-element tells; null where it may be missing.
     const char* condition;
     /// When a reader looks for the sub-element: the lowest rank first.
     int rank;
 
-    constexpr Field(const XMLCh* fieldName, Get fieldGet, const char* fieldCondition = nullptr,
+    constexpr Field(const char16_t* fieldName, Get fieldGet, const char* fieldCondition = nullptr,
                     int fieldRank = 0)
         : name(fieldName), get(fieldGet), condition(fieldCondition), rank(fieldRank) {}
 };
 
 /// The element around the sub-elements, and the property that a reader names when it is missing.
 struct Wrapper {
-    const XMLCh* name = nullptr; ///< null where the sub-elements stand in the value's element
+    const char16_t* name = nullptr; ///< null where the sub-elements stand in the value's element
     const char* property = nullptr;
 };
 

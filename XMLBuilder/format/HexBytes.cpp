@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/HexBytes.h"
+#include "XMLBuilder/format/HexBytes.h"
 
 #include "XMLBuilder/Errors.h"
 #include "host/base/Exceptions.h"
@@ -10,13 +10,13 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-constexpr unsigned digitValue(XMLCh unit) noexcept {
+constexpr unsigned digitValue(char16_t unit) noexcept {
     return unit <= u'9' ? unit - u'0' : (unit & 0x0FU) + 9;
 }
 
 } // namespace
 
-FieldBytes decodeHex(const XMLCh* text) {
+FieldBytes decodeHex(const char16_t* text) {
     const std::u16string_view digits = text;
     FieldBytes bytes(digits.size() / 2);
     for (std::size_t i = 0; i != bytes.size(); ++i) {
@@ -25,7 +25,7 @@ FieldBytes decodeHex(const XMLCh* text) {
     return bytes;
 }
 
-FieldBytes parseHexBytes(const XMLCh* text) {
+FieldBytes parseHexBytes(const char16_t* text) {
     const std::u16string_view digits = text;
     if (digits.size() % 2 != 0) {
         throw Exceptions::InvalidFormat("Value has invalid Length", CORVID_ELEMENT_VISITOR_HERE);

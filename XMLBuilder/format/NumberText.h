@@ -1,7 +1,5 @@
 #pragma once
 
-#include <xercesc/util/XercesDefs.hpp>
-
 #include <charconv>
 #include <cstddef>
 
@@ -16,18 +14,18 @@ public:
         const char* end = std::to_chars(digits, digits + capacity, number).ptr;
         size_ = static_cast<std::size_t>(end - digits);
         for (std::size_t i = 0; i != size_; ++i) {
-            text_[i] = static_cast<XMLCh>(digits[i]);
+            text_[i] = static_cast<char16_t>(digits[i]);
         }
         text_[size_] = 0;
     }
 
-    const XMLCh* c_str() const noexcept { return text_; }
+    const char16_t* c_str() const noexcept { return text_; }
     std::size_t size() const noexcept { return size_; }
 
 private:
     static constexpr std::size_t capacity = 20; ///< the longest: -9223372036854775808
 
-    XMLCh text_[capacity + 1];
+    char16_t text_[capacity + 1];
     std::size_t size_;
 };
 

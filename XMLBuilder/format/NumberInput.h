@@ -1,7 +1,5 @@
 #pragma once
 
-#include <xercesc/util/XercesDefs.hpp>
-
 #include <cstdint>
 #include <limits>
 #include <type_traits>
@@ -9,12 +7,12 @@
 namespace Corvid::XMLBuilder {
 
 /// White space as a stream in the classic locale skips it.
-constexpr bool isStreamSpace(XMLCh unit) noexcept {
+constexpr bool isStreamSpace(char16_t unit) noexcept {
     return unit == u' ' || (unit >= u'\t' && unit <= u'\r');
 }
 
 /// Where a stream begins to read a text.
-inline const XMLCh* skipStreamSpace(const XMLCh* text) noexcept {
+inline const char16_t* skipStreamSpace(const char16_t* text) noexcept {
     while (isStreamSpace(*text)) {
         ++text;
     }
@@ -29,11 +27,11 @@ inline const XMLCh* skipStreamSpace(const XMLCh* text) noexcept {
 /// sign and wraps; a text without number gives 0.
 ///
 /// @param text  zero-terminated.
-template <class Number> Number readNumber(const XMLCh* text) noexcept {
+template <class Number> Number readNumber(const char16_t* text) noexcept {
     using Unsigned = std::make_unsigned_t<Number>;
     using Limits = std::numeric_limits<Number>;
 
-    const XMLCh* next = skipStreamSpace(text);
+    const char16_t* next = skipStreamSpace(text);
     const bool negative = *next == u'-';
     if (negative || *next == u'+') {
         ++next;

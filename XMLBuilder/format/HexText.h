@@ -1,7 +1,5 @@
 #pragma once
 
-#include <xercesc/util/XercesDefs.hpp>
-
 #include <cstddef>
 #include <string>
 
@@ -9,7 +7,7 @@ namespace Corvid::XMLBuilder {
 
 /// Bytes as text: two upper-case hexadecimal digits for each, nothing between them.
 inline std::u16string toHexText(const unsigned char* bytes, std::size_t size) {
-    static constexpr XMLCh digits[] = u"0123456789ABCDEF";
+    static constexpr char16_t digits[] = u"0123456789ABCDEF";
     std::u16string text(2 * size, u'0');
     for (std::size_t i = 0; i != size; ++i) {
         text[2 * i] = digits[bytes[i] >> 4];

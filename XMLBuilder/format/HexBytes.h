@@ -1,21 +1,21 @@
 #pragma once
 
-#include "XMLBuilder/CompoundFields.h"
+#include "XMLBuilder/format/CompoundFields.h"
 
 namespace Corvid::XMLBuilder {
 
 /// True for a digit of either case.
-constexpr bool isHexDigit(XMLCh unit) noexcept {
+constexpr bool isHexDigit(char16_t unit) noexcept {
     return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') ||
            (unit >= u'A' && unit <= u'F');
 }
 
 /// The bytes that pairs of hexadecimal digits stand for.
 /// @param text  of even length, digits only; zero-terminated.
-FieldBytes decodeHex(const XMLCh* text);
+FieldBytes decodeHex(const char16_t* text);
 
 /// The same for the text of a value, which is checked as a whole before.
 /// @throws InvalidFormat  it has an odd length or holds anything but hexadecimal digits.
-FieldBytes parseHexBytes(const XMLCh* text);
+FieldBytes parseHexBytes(const char16_t* text);
 
 } // namespace Corvid::XMLBuilder
