@@ -52,7 +52,7 @@ void addWithVersion(ThingPartition& things, bool isMisplaced) {
     const auto& element = isMisplaced
                               ? static_cast<Element&>(model.misplaced(*things.thing, "OtherNumber"))
                               : model.element(*things.thing, "UInt8");
-    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const definition = element.definition();
     Types::UniversalLabel label = definition->label();
     label[7] = 0x7F;
     tags.add(Types::LocalTag(0x8001), label);
@@ -410,7 +410,7 @@ TEST(RoundTrip, keepsTheLabelOfAPropertyThatATagOfADarkSetHasInAnotherVersion) {
     ThingPartition things;
     auto& tags = things.partition().partitionDictionary();
     const auto& element = things.model.element(*things.thing, "UInt8");
-    const auto label = Metadata::definitionOf(*element.metaAttribute())->label();
+    const auto label = element.definition()->label();
     auto other = label;
     other[7] = 0x7F;
     tags.add(Types::LocalTag(0x8001), other);

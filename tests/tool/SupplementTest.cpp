@@ -190,7 +190,7 @@ protected:
         for (const auto* set : *document_.metadata) {
             if (set->instanceUID() == uuid(2)) {
                 for (const auto& [name, element] : set->made()) {
-                    const auto* definition = Metadata::definitionOf(*element->metaAttribute());
+                    const auto* definition = element->definition();
                     if (!element->isSkipped() &&
                         Platform::toUtf8(definition->attribute("XMLTagName")) == tag) {
                         return Tool::bytesOf(*element);

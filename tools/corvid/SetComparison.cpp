@@ -163,7 +163,7 @@ void SetComparison::compareInstanceUIDs(const MetadataSet& before, const Metadat
     }
     const auto* inFile = after_.find(Types::LocalTag(fresh->localTag()), true);
     if (inFile == nullptr) {
-        inFile = &Metadata::definitionOf(*fresh->metaAttribute())->label();
+        inFile = &fresh->definition()->label();
     }
     if (*inFile != *label) {
         Difference difference =
