@@ -3,6 +3,7 @@
 #include "XMLBuilder/Errors.h"
 #include "host/base/Exceptions.h"
 
+#include <string>
 #include <string_view>
 
 namespace Corvid::XMLBuilder {
@@ -17,12 +18,12 @@ FieldBytes decodeHex(const char16_t* text) {
 FieldBytes parseHexBytes(const char16_t* text) {
     const std::u16string_view digits = text;
     if (digits.size() % 2 != 0) {
-        throw Exceptions::InvalidFormat("Value has invalid Length",
+        throw Exceptions::InvalidFormat(std::string("Value ") + CallerContract::Text::oddLength,
                                         CORVID_ELEMENT_VISITOR_HERE);
     }
     FieldBytes bytes(digits.size() / 2);
     if (!Hex::decode(digits.data(), bytes.data(), bytes.size())) {
-        throw Exceptions::InvalidFormat("Value contains non Hexadecimal characters",
+        throw Exceptions::InvalidFormat(std::string("Value ") + CallerContract::Text::noDigits,
                                         CORVID_ELEMENT_VISITOR_HERE);
     }
     return bytes;

@@ -1,5 +1,6 @@
 #include "XMLBuilder/reader/DarkReader.h"
 
+#include "XMLBuilder/CallerContract.h"
 #include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/reader/ReadSet.h"
@@ -18,10 +19,7 @@ namespace {
 
 using xercesc::DOMElement;
 
-// Where callers have always been told that these failures come from.
-constexpr const char* file = "Corvid/XMLBuilder/XML2Partition";
-constexpr int oddLengthLine = 89;
-constexpr int noDigitLine = 99;
+using namespace CallerContract;
 
 const XMLCh* requiredAttribute(const DOMElement& element, const XMLCh* name) {
     const auto* attribute = element.getAttributeNode(name);
@@ -29,7 +27,7 @@ const XMLCh* requiredAttribute(const DOMElement& element, const XMLCh* name) {
         throw Exceptions::InvalidFormat(
             "dark set '" + Platform::toUtf8(XMLUtils::fromXml(element.getNodeName())) +
                 "': no attribute '" + Platform::toUtf8(XMLUtils::fromXml(name)) + "', expected one",
-            file, __LINE__);
+            File::reader, __LINE__);
     }
     return attribute->getValue();
 }
@@ -37,11 +35,12 @@ const XMLCh* requiredAttribute(const DOMElement& element, const XMLCh* name) {
 void checkDarkValueText(std::u16string_view text, const std::string& keyText) {
     const std::string set = "DarkMetadataSet with key='" + keyText + "' value ";
     if (text.size() % 2 != 0) {
-        throw Exceptions::InvalidFormat((set + "has invalid Length").c_str(), file, oddLengthLine);
+        throw Exceptions::InvalidFormat((set + Text::oddLength).c_str(), File::reader,
+                                        Line::darkValueOfOddLength);
     }
     if (!std::all_of(text.begin(), text.end(), isHexDigit)) {
-        throw Exceptions::InvalidFormat((set + "contains non Hexadecimal characters").c_str(), file,
-                                        noDigitLine);
+        throw Exceptions::InvalidFormat((set + Text::noDigits).c_str(), File::reader,
+                                        Line::darkValueWithoutDigits);
     }
 }
 

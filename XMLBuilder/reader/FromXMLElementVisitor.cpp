@@ -38,19 +38,6 @@ ReferenceHolder makeReference(Identifiers::Identifier type, const Types::UUID& t
     }
 }
 
-bool hasVariableSize(Identifiers::Identifier type) {
-    switch (type) {
-    case Identifiers::DataStream:
-    case Identifiers::DataValue:
-    case Identifiers::ISO7String:
-    case Identifiers::UTF16String:
-    case Identifiers::Unknown:
-        return true;
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& valueNode,
@@ -122,7 +109,8 @@ void FromXMLElementVisitor::readFilledUp(Metadata::CollectionElement& element) {
 }
 
 int FromXMLElementVisitor::itemSize() {
-    return hasVariableSize(itemType_) ? measureItems() : Identifiers::typeSize(itemType_);
+    return CallerContract::hasVariableSize(itemType_) ? measureItems()
+                                                      : Identifiers::typeSize(itemType_);
 }
 
 int FromXMLElementVisitor::measureItems() {
@@ -132,10 +120,8 @@ int FromXMLElementVisitor::measureItems() {
         const auto value = parseValue(reading_, itemType_, *item);
         const int found = value ? value->serializedSize() : 0;
         if (size != 0 && found != size) {
-            throwInvalidLength("subElementSize == dataType -> serializedSize ()",
-                               "There is a collection in the XML that contains an ARRAY or "
-                               "COLLECTION that contain elements with different sizes.",
-                               CORVID_ELEMENT_VISITOR_HERE);
+            throwInvalidLength(CallerContract::Text::itemsHaveOneSize,
+                               CallerContract::Text::itemsDiffer, CORVID_ELEMENT_VISITOR_HERE);
         }
         size = found;
     }

@@ -1,10 +1,10 @@
 #include "XMLBuilder/reader/ValueParser.h"
 
-#include "XMLBuilder/format/CompoundFields.h"
 #include "XMLBuilder/Errors.h"
+#include "XMLBuilder/format/CompoundFields.h"
+#include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/format/ValueForms.h"
-#include "XMLBuilder/format/HexBytes.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/klv/Value.h"
@@ -99,17 +99,16 @@ template <class T> void enterWrapper(Parts& parts) {
     const Wrapper wrapper = Fields<T>::wrapper;
     const std::string name = narrow(Names::localPart(wrapper.name));
     const auto fail = [&](const std::string& condition) {
-        throwInvalidFormat(
-            condition.c_str(),
-            ("No '" + name + "' element from '" + wrapper.property + "' in XML metadata").c_str(),
-            CORVID_ELEMENT_VISITOR_HERE);
+        throwInvalidFormat(condition.c_str(),
+                           CallerContract::Text::noWrapper(name, wrapper.property).c_str(),
+                           CORVID_ELEMENT_VISITOR_HERE);
     };
     const DOMElement* found = parts.first(wrapper.name);
     if (found == nullptr) {
-        fail("domComponentElement != 0");
+        fail(CallerContract::Text::wrapperIsThere);
     }
     if (narrow(found->getLocalName()) != name) {
-        fail("retrieveNodeName (domComponentElement) == L\"" + name + "\"");
+        fail(CallerContract::Text::wrapperIsCalled(name));
     }
     parts.enter(*found);
 }
@@ -132,8 +131,7 @@ template <class T> auto textsOf(const Parts& parts, EmptyParts empty) {
             !(empty == EmptyParts::values && holdsBytes<T>(field))) {
             throwInvalidFormat(
                 field.condition,
-                ("No '" + narrow(Names::localPart(field.name)) + "' element in XML metadata")
-                    .c_str(),
+                CallerContract::Text::noPart(narrow(Names::localPart(field.name))).c_str(),
                 CORVID_ELEMENT_VISITOR_HERE);
         }
     };
