@@ -7,7 +7,6 @@
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "tests/support/HeaderPartition.h"
-#include "tests/support/LeaksByContract.h"
 #include "tools/corvid/CheckJson.h"
 #include "tools/corvid/Clip.h"
 #include "tools/corvid/DocumentMetadata.h"
@@ -57,8 +56,6 @@ void expectTrueVerdict(const std::uint8_t* bytes, const mxf::HeaderMetadata& hea
 Tool::CheckedFile check(const std::uint8_t* bytes, std::size_t size, Tool::Messages& messages) {
     Tool::CheckedFile checked;
     checked.file = messages.file();
-    // Without Preface, the document is given up.
-    const Testing::LeaksByContract leaks;
     try {
         mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(sourceOf(bytes, size)),
                        MetaMetadata::Dictionary::builtIn(), messages);
