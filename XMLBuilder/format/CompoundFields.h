@@ -12,7 +12,7 @@ namespace Corvid::XMLBuilder {
 template <class Get> struct Field {
     const char16_t* name;
     Get get;
-    /// The condition that a failed check for the sub-element tells; null where it may be missing.
+    /// The condition that a failed check for the sub-element quotes; null where it may be missing.
     const char* condition;
     /// When a reader looks for the sub-element: the lowest rank first.
     int rank;
@@ -24,7 +24,7 @@ template <class Get> struct Field {
 
 /// The element around the sub-elements, and the property that a reader names when it is missing.
 struct Wrapper {
-    const char16_t* name = nullptr; ///< null where the sub-elements stand in the value's element
+    const char16_t* name = nullptr; ///< null where the sub-elements are in the value's element
     const char* property = nullptr;
 };
 

@@ -10,7 +10,7 @@ struct Namespace {
     const char16_t* prefix;
 };
 
-/// The part of a qualified name behind its prefix, which must be there.
+/// The part of a qualified name after its prefix, which must be there.
 constexpr const char16_t* localPart(const char16_t* qualified) {
     while (*qualified++ != u':') {
     }
@@ -32,7 +32,7 @@ inline constexpr const char16_t* universalLabel = u"groups:UniversalLabel";
 inline constexpr const char16_t* key = u"groups:Key";
 inline constexpr const char16_t* berOctetCount = u"groups:BEROctetCount";
 inline constexpr const char16_t* targetInstance = u"types:TargetInstance";
-/// A link is named after the class of the set it leads to, with this behind.
+/// A link is named after the class of the set it leads to, with this at the end.
 inline constexpr const char16_t* linkSuffix = u"_REF";
 /// A link to an identifier that several sets have; in the namespace of the first one's class.
 inline constexpr const char16_t* ambiguousLink = u"MULTIPLE_METADATASETS_REF";

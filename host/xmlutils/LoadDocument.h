@@ -8,7 +8,7 @@
 
 namespace Corvid::XMLUtils {
 
-/// How many elements may stand inside each other in a document that is loaded.
+/// How many elements may be inside each other in a document that is loaded.
 inline constexpr unsigned int maximumElementDepth = 4096;
 
 /// How many attributes, namespace declarations included, an element and those around it may have

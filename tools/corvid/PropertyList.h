@@ -7,7 +7,7 @@
 
 namespace Corvid::Tool {
 
-/// A property that has a value, by what tells it from others in its set.
+/// A property that has a value, with what distinguishes it from others in its set.
 struct ListedProperty {
     /// What kind of property it is, and its label without version byte, or its tag.
     using Identity = std::array<Types::u8, 17>;

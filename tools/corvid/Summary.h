@@ -12,7 +12,7 @@
 
 namespace Corvid::Tool {
 
-/// What `corvid info` tells of a file. Texts are UTF-8 as in the file; empty means that it says
+/// What `corvid info` says of a file. Texts are UTF-8 as in the file; empty means that it says
 /// nothing.
 struct Summary {
     struct Timecode {

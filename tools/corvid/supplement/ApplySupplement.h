@@ -11,7 +11,7 @@ namespace Corvid::Tool {
 /// What became of a supplement.
 struct SupplementOutcome {
     std::size_t missingSets = 0; ///< that it speaks of and the document does not hold
-    std::size_t overruled = 0;   ///< values that the document tells otherwise
+    std::size_t overruled = 0;   ///< values that the document has otherwise
     /// The first of them, "set Preface 06.0e. ...: property ...".
     std::vector<std::string> firstOverruled;
 
