@@ -1,9 +1,8 @@
 #pragma once
 
-#include <xercesc/dom/DOM.hpp>
+#include "XMLBuilder/reader/DocumentNode.h"
 
 #include <cstdint>
-#include <string_view>
 #include <vector>
 
 namespace Corvid::XMLBuilder {
@@ -16,17 +15,17 @@ class ChildStep {
 public:
     /// @param prefix  zero-terminated; borrowed.
     /// @param name    zero-terminated; borrowed.
-    ChildStep(const XMLCh* prefix, const XMLCh* name);
+    ChildStep(const char16_t* prefix, const char16_t* name, bool isPlain) noexcept;
 
-    const XMLCh* prefix() const noexcept { return prefix_; }
-    const XMLCh* name() const noexcept { return name_; }
+    const char16_t* prefix() const noexcept { return prefix_; }
+    const char16_t* name() const noexcept { return name_; }
     bool isPlain() const noexcept { return plain_; }
 
 private:
     friend class ChildSteps;
 
-    const XMLCh* prefix_;
-    const XMLCh* name_;
+    const char16_t* prefix_;
+    const char16_t* name_;
     std::uint32_t hash_;
     bool plain_;
 };
@@ -41,7 +40,7 @@ class ChildSteps {
 public:
     /// Looks at the children once.
     /// @param context  borrowed; its children must not change while this object is used.
-    void reset(const xercesc::DOMNode& context);
+    void reset(const DocumentNode& context);
 
     /// How many child elements there are.
     std::size_t count() const noexcept { return entries_.size(); }
@@ -53,33 +52,21 @@ public:
 
     /// The first child element that the step leads to, or null.
     /// @param step  plain.
-    /// @param uri   what its prefix stands for.
-    xercesc::DOMElement* first(const ChildStep& step, const XMLCh* uri) const;
+    /// @param uri   what its prefix means.
+    const DocumentNode* first(const ChildStep& step, const char16_t* uri) const;
 
     /// The first child element of an expanded name, or null, without looking at all children first.
-    static xercesc::DOMElement* first(const xercesc::DOMNode& context, const XMLCh* name,
-                                      const XMLCh* uri);
+    static const DocumentNode* first(const DocumentNode& context, const char16_t* name,
+                                     const char16_t* uri);
     /// The next sibling element of an expanded name, or null.
-    static xercesc::DOMElement* next(const xercesc::DOMElement& found, const XMLCh* name,
-                                     const XMLCh* uri);
-
-    /// The child elements, "./*", one after the other; null behind the last.
-    static xercesc::DOMElement* firstElement(const xercesc::DOMNode& context);
-    static xercesc::DOMElement* nextElement(const xercesc::DOMElement& found);
-
-    /// The first node that any step leads to, or null, as XQilla finds it.
-    /// @param resolver  the node whose namespaces hold.
-    /// @param uri       what the step's prefix stands for although it is not declared, or null.
-    /// @throws          what XQilla throws for an expression that can't be compiled.
-    static xercesc::DOMNode* evaluate(const xercesc::DOMNode& context,
-                                      const xercesc::DOMNode& resolver, const ChildStep& step,
-                                      const XMLCh* uri);
+    static const DocumentNode* next(const DocumentNode& found, const char16_t* name,
+                                    const char16_t* uri);
 
 private:
     struct Entry {
         std::uint32_t hash;
         std::uint32_t order;
-        xercesc::DOMElement* element;
+        const DocumentNode* element;
     };
     static std::uint64_t bitOf(std::uint32_t hash) noexcept {
         return std::uint64_t{1} << (hash % 64);
@@ -87,6 +74,28 @@ private:
 
     std::uint64_t hashes_ = 0;   ///< one bit out of 64 for each entry
     std::vector<Entry> entries_; ///< by hash, then in document order
+};
+
+class ExtensionTags;
+
+/// What a reader asks about a document that only its DOM can answer.
+class DomQueries {
+public:
+    virtual ~DomQueries() = default;
+
+    /// Whether a step of a prefix and a name is plain.
+    virtual bool isPlain(const char16_t* prefix, const char16_t* name) const = 0;
+
+    /// The first node that any step leads to, or null, as XQilla finds it; the element or
+    /// attribute, or a node without content in place of another kind.
+    /// @param context  also the node whose namespaces hold.
+    /// @param uri      what the step's prefix means although it is not declared, or null.
+    /// @throws         what XQilla throws for an expression that can't be compiled.
+    virtual const DocumentNode* evaluate(const DocumentNode& context, const ChildStep& step,
+                                         const char16_t* uri) = 0;
+
+    /// Has all local tags kept that the document names.
+    virtual void nameTags(ExtensionTags& tags) = 0;
 };
 
 } // namespace Corvid::XMLBuilder

@@ -1,8 +1,8 @@
 #include "XMLBuilder/reader/DarkReader.h"
 
 #include "XMLBuilder/CallerContract.h"
-#include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/format/HexBytes.h"
+#include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/reader/ReadSet.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
@@ -17,19 +17,17 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-using xercesc::DOMElement;
-
 using namespace CallerContract;
 
-const XMLCh* requiredAttribute(const DOMElement& element, const XMLCh* name) {
-    const auto* attribute = element.getAttributeNode(name);
+const char16_t* requiredAttribute(const DocumentNode& element, const char16_t* name) {
+    const DocumentNode* const attribute = findAttribute(element, name);
     if (attribute == nullptr) {
         throw Exceptions::InvalidFormat(
-            "dark set '" + Platform::toUtf8(XMLUtils::fromXml(element.getNodeName())) +
-                "': no attribute '" + Platform::toUtf8(XMLUtils::fromXml(name)) + "', expected one",
+            "dark set '" + Platform::toUtf8(XMLUtils::fromXml(element.name)) + "': no attribute '" +
+                Platform::toUtf8(XMLUtils::fromXml(name)) + "', expected one",
             File::reader, __LINE__);
     }
-    return attribute->getValue();
+    return attribute->value;
 }
 
 void checkDarkValueText(std::u16string_view text, const std::string& keyText) {
@@ -44,16 +42,12 @@ void checkDarkValueText(std::u16string_view text, const std::string& keyText) {
     }
 }
 
-void readDarkMetadataSet(Metadata::PartitionMetadata& partition, const DOMElement& element) {
+void readDarkMetadataSet(Metadata::PartitionMetadata& partition, const DocumentNode& element) {
     const Utf16Text keyText(XMLUtils::fromXml(requiredAttribute(element, Names::key)));
     const KLV::Key key(keyText.c_str(), Types::dottedHexadecimal);
     const int berLength = readNumber<int>(requiredAttribute(element, Names::berOctetCount));
 
-    const auto* content = element.getFirstChild();
-    const XMLCh* text = content == nullptr ? nullptr : content->getNodeValue();
-    if (text == nullptr) {
-        text = u"";
-    }
+    const char16_t* const text = firstValue(element);
     checkDarkValueText(text, Platform::wstringToString(keyText));
     const FieldBytes bytes = decodeHex(text);
     DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
@@ -64,9 +58,9 @@ void readDarkMetadataSet(Metadata::PartitionMetadata& partition, const DOMElemen
 
 } // namespace
 
-void readFloatingContainer(Reading& reading, const DOMElement& container, SetList& sets) {
-    for (const auto* child = ChildSteps::firstElement(container); child != nullptr;
-         child = ChildSteps::nextElement(*child)) {
+void readFloatingContainer(Reading& reading, const DocumentNode& container, SetList& sets) {
+    for (const auto* child = firstElement(container); child != nullptr;
+         child = nextElement(*child)) {
         if (!readSet(reading, *child, sets)) {
             readDarkMetadataSet(reading.partition(), *child);
         }

@@ -10,6 +10,6 @@ namespace Corvid::XMLBuilder {
 /// @param sets  gets the sets of known classes.
 /// @throws InvalidFormat  a dark set lacks its key or the size of its length field, or its value is
 ///                        not in hexadecimal. What came before it stays in the partition.
-void readFloatingContainer(Reading& reading, const xercesc::DOMElement& container, SetList& sets);
+void readFloatingContainer(Reading& reading, const DocumentNode& container, SetList& sets);
 
 } // namespace Corvid::XMLBuilder

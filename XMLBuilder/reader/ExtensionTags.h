@@ -1,31 +1,43 @@
 #pragma once
 
+#include "XMLBuilder/format/Namespaces.h"
+#include "XMLBuilder/reader/ChildSteps.h"
 #include "host/metadata/PartitionDictionary.h"
-
-#include <xercesc/dom/DOMElement.hpp>
 
 namespace Corvid::XMLBuilder {
 
 /// The local tags of the unknown properties of one document.
 class ExtensionTags {
 public:
-    /// @param tags  borrowed.
-    explicit ExtensionTags(Metadata::PartitionDictionary& tags) noexcept : tags_(tags) {}
+    /// @param tags     borrowed.
+    /// @param queries  knows all tags that the document names; null where all are kept before of()
+    ///                 is called for a label. Borrowed.
+    ExtensionTags(Metadata::PartitionDictionary& tags, DomQueries* queries) noexcept
+        : tags_(tags), queries_(queries) {}
 
-    /// The tag that stands for an unknown property: the one that its element names, or else that of
-    /// its label, for which the partition has one or makes one. No tag that the document names
-    /// anywhere, or that the bytes of a dark set use, is made for a label, and none that was made
-    /// before is taken for a name: else two properties would be one in a file.
+    /// Whether an element names the tag of its property.
+    static bool isNamed(const DocumentNode& extension) {
+        return *attributeValue(extension, Names::staticLocalTag) != 0;
+    }
+
+    /// The tag of an unknown property: the one that its element names, or else that of its label,
+    /// for which the partition has one or makes one. No tag that the document names anywhere, or
+    /// that the bytes of a dark set use, is made for a label, and none that was made before is
+    /// taken for a name: else two properties would be one in a file.
     /// @throws InvalidFormat  the tag, or without tag the label, is malformed or missing.
     /// @throws LimitExceeded  all dynamic tags are in use.
-    Types::LocalTag of(const xercesc::DOMElement& extension);
+    Types::LocalTag of(const DocumentNode& extension);
+
+    /// Sees to it that no label gets the tag that an element names.
+    void keepTagOf(const DocumentNode& extension);
+    /// The same for the tags that the bytes of a dark set use.
+    void keepTagsIn(const DocumentNode& darkSet);
 
 private:
-    void keepNamed(const xercesc::DOMElement& root);
-    void keep(const XMLCh* tag);
-    void keepTagsOfDarkSets(const xercesc::DOMElement& root);
+    void keep(const char16_t* tag);
 
     Metadata::PartitionDictionary& tags_;
+    DomQueries* queries_;
     bool namedAreKept_ = false;
 };
 

@@ -19,12 +19,10 @@ namespace {
 
 namespace Identifiers = Types::Identifiers;
 using ReferenceHolder = Templates::auto_ptr<Types::Reference>;
-using xercesc::DOMElement;
 
 /// What is not a link is a set itself.
-bool isLink(const DOMElement& element) {
-    return std::u16string_view(element.getLocalName()).find(Names::linkSuffix) !=
-           std::u16string_view::npos;
+bool isLink(const DocumentNode& element) {
+    return std::u16string_view(element.local).find(Names::linkSuffix) != std::u16string_view::npos;
 }
 
 ReferenceHolder makeReference(Identifiers::Identifier type, const Types::UUID& target) {
@@ -40,7 +38,7 @@ ReferenceHolder makeReference(Identifiers::Identifier type, const Types::UUID& t
 
 } // namespace
 
-FromXMLElementVisitor::FromXMLElementVisitor(const xercesc::DOMNode& valueNode,
+FromXMLElementVisitor::FromXMLElementVisitor(const DocumentNode& valueNode,
                                              const MetaMetadata::MetaElement* definition,
                                              Reading& reading, EmptyParts empty)
     : node_(valueNode),
@@ -73,8 +71,7 @@ void FromXMLElementVisitor::readItems(Metadata::CollectionElement& element) {
         return;
     }
     element.set(Templates::auto_ptr<Types::Collection>(new Collection(itemSize())));
-    for (const auto* item = ChildSteps::firstElement(node_); item != nullptr;
-         item = ChildSteps::nextElement(*item)) {
+    for (const auto* item = firstElement(node_); item != nullptr; item = nextElement(*item)) {
         element.add(parseValue(reading_, itemType_, *item, empty_));
     }
 }
@@ -83,8 +80,7 @@ template <class Collection>
 void FromXMLElementVisitor::readFilledUp(Metadata::CollectionElement& element) {
     std::vector<Templates::auto_ptr<Types::SimpleDataType>> items;
     std::size_t longest = 0;
-    for (const auto* item = ChildSteps::firstElement(node_); item != nullptr;
-         item = ChildSteps::nextElement(*item)) {
+    for (const auto* item = firstElement(node_); item != nullptr; item = nextElement(*item)) {
         items.push_back(parseValue(reading_, itemType_, *item, empty_));
         longest = std::max(longest, items.back()->byteCount());
     }
@@ -115,8 +111,7 @@ int FromXMLElementVisitor::itemSize() {
 
 int FromXMLElementVisitor::measureItems() {
     int size = 0;
-    for (const auto* item = ChildSteps::firstElement(node_); item != nullptr;
-         item = ChildSteps::nextElement(*item)) {
+    for (const auto* item = firstElement(node_); item != nullptr; item = nextElement(*item)) {
         const auto value = parseValue(reading_, itemType_, *item);
         const int found = value ? value->serializedSize() : 0;
         if (size != 0 && found != size) {
@@ -129,7 +124,7 @@ int FromXMLElementVisitor::measureItems() {
 }
 
 void FromXMLElementVisitor::visit(Metadata::ReferenceElement& element) {
-    const auto* child = ChildSteps::firstElement(node_);
+    const auto* child = firstElement(node_);
     if (child == nullptr) {
         return;
     }
@@ -145,7 +140,7 @@ void FromXMLElementVisitor::visit(Metadata::ReferenceElement& element) {
 }
 
 void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement& element) {
-    const auto* item = ChildSteps::firstElement(node_);
+    const auto* item = firstElement(node_);
     if (item == nullptr) {
         // A collection is there from its first item on, and stays when that is gone.
         if (auto reference = makeReference(itemType_, Types::UUID())) {
@@ -154,7 +149,7 @@ void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement&
         }
         return;
     }
-    for (; item != nullptr; item = ChildSteps::nextElement(*item)) {
+    for (; item != nullptr; item = nextElement(*item)) {
         if (!isLink(*item)) {
             if (const auto* target = readInlineSet(*item)) {
                 element.add(target);
@@ -167,19 +162,19 @@ void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement&
     }
 }
 
-ReferenceHolder FromXMLElementVisitor::readLink(const DOMElement& link,
+ReferenceHolder FromXMLElementVisitor::readLink(const DocumentNode& link,
                                                 Identifiers::Identifier type) {
-    const auto* name = link.getAttributes()->item(0);
+    const DocumentNode* const name = link.firstAttribute;
     if (name == nullptr) {
         return {};
     }
-    return makeReference(type, reading_.names().findOrAdd(name->getNodeValue(), [] {
+    return makeReference(type, reading_.names().findOrAdd(name->value, [] {
         return Types::Factories::UID::generateUUID(Types::Factories::UID::uniqueVersion);
     }));
 }
 
-Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const DOMElement& element) {
-    const auto* definition = reading_.sets().find(element.getLocalName());
+Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const DocumentNode& element) {
+    const auto* definition = reading_.sets().find(element.local);
     if (definition == nullptr) {
         reading_.leaveOut(element);
         return nullptr;

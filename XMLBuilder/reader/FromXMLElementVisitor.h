@@ -16,7 +16,7 @@ public:
     /// @param definition  null for an unknown property, whose value is bytes.
     /// @param empty       EmptyParts::values also fills up the items of a collection of texts or
     ///                    bytes with zeros to the longest.
-    FromXMLElementVisitor(const xercesc::DOMNode& valueNode,
+    FromXMLElementVisitor(const DocumentNode& valueNode,
                           const MetaMetadata::MetaElement* definition, Reading& reading,
                           EmptyParts empty);
 
@@ -35,12 +35,12 @@ private:
     template <class Collection> void readFilledUp(Metadata::CollectionElement& element);
 
     /// The reference that a link stands for; null where the link or the type is none.
-    Templates::auto_ptr<Types::Reference> readLink(const xercesc::DOMElement& link,
+    Templates::auto_ptr<Types::Reference> readLink(const DocumentNode& link,
                                                    Types::Identifiers::Identifier type);
     /// The set that stands inside a reference, made and filled; null where its class is unknown.
-    Metadata::MetadataSet* readInlineSet(const xercesc::DOMElement& element);
+    Metadata::MetadataSet* readInlineSet(const DocumentNode& element);
 
-    const xercesc::DOMNode& node_;
+    const DocumentNode& node_;
     Types::Identifiers::Identifier type_;
     Types::Identifiers::Identifier itemType_; ///< of a collection
     Reading& reading_;

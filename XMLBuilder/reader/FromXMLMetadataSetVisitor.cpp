@@ -15,15 +15,13 @@ namespace Corvid::XMLBuilder {
 namespace {
 
 using Metadata::Element;
-using xercesc::DOMElement;
-using xercesc::DOMNode;
 
 /// What a property's prefix stands for where the document does not declare it.
-constexpr const XMLCh* fallbackUri = u"http://www.smpte-ra.org";
+constexpr const char16_t* fallbackUri = u"http://www.smpte-ra.org";
 
 } // namespace
 
-void FromXMLMetadataSetVisitor::fill(Element& element, const DOMNode& node,
+void FromXMLMetadataSetVisitor::fill(Element& element, const DocumentNode& node,
                                      const MetaMetadata::MetaElement* definition) {
     const ReadingPlace outer = reading_.place();
     reading_.place().property = &node;
@@ -45,10 +43,10 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     const ReadingPlace outer = std::exchange(reading_.place(), {&element_, nullptr});
     if (reading_.supplement() != nullptr) {
         supplemented_ =
-            reading_.supplement()->enter(set, element_.getAttribute(Names::instanceUID));
+            reading_.supplement()->enter(set, attributeValue(element_, Names::instanceUID));
     }
     const auto& properties = reading_.propertiesOf(*set.metaMetadataSet());
-    const auto written = open.children().count() + element_.getAttributes()->getLength();
+    const auto written = open.children().count() + attributeCount(element_);
     set.reserve(std::min(written, properties.size()));
     read_.reserve(open.children().count());
     // The set has an element for each, but makes those that are asked for only.
@@ -68,8 +66,8 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
 
 void FromXMLMetadataSetVisitor::leaveOutTheRest() {
     std::sort(read_.begin(), read_.end());
-    for (const auto* child = ChildSteps::firstElement(element_); child != nullptr;
-         child = ChildSteps::nextElement(*child)) {
+    for (const auto* child = firstElement(element_); child != nullptr;
+         child = nextElement(*child)) {
         if (!std::binary_search(read_.begin(), read_.end(), child)) {
             reading_.leaveOut(*child);
         }
@@ -82,11 +80,11 @@ void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
     if (step.isPlain() && !open.children().mayHave(step)) {
         return;
     }
-    const XMLCh* declared = open.prefixes().uriOf(step.prefix());
-    const DOMNode* const node =
+    const char16_t* declared = open.prefixes().uriOf(step.prefix());
+    const DocumentNode* const node =
         step.isPlain() ? open.children().first(step, declared == nullptr ? fallbackUri : declared)
-                       : ChildSteps::evaluate(element_, element_, step,
-                                              declared == nullptr ? fallbackUri : nullptr);
+                       : reading_.queries()->evaluate(element_, step,
+                                                      declared == nullptr ? fallbackUri : nullptr);
     if (node != nullptr) {
         read_.push_back(node);
         fill(*set.find(property.definition.label()), *node, &property.definition);
@@ -95,7 +93,7 @@ void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
 
 void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
                                               const ExpectedProperty& property) {
-    const auto* attribute = element_.getAttributeNode(property.name.attribute.c_str());
+    const auto* attribute = findAttribute(element_, property.name.attribute);
     if (attribute == nullptr) {
         return;
     }
@@ -106,31 +104,32 @@ void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
     }
     // The set keeps the identifier that it was made with, unless the document has named it before.
     const Types::UUID& identifier =
-        reading_.names().findOrAdd(attribute->getValue(), [&set] { return set.instanceUID(); });
+        reading_.names().findOrAdd(attribute->value, [&set] { return set.instanceUID(); });
     if (auto* simple = dynamic_cast<Metadata::SimpleElement*>(&element)) {
         simple->set(identifier.clone(), false);
     }
 }
 
 void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set, OpenSet& open) {
-    static const ChildStep step(Names::groups.prefix, Names::localPart(Names::extensionElements));
-    const XMLCh* uri = open.prefixes().uriOf(step.prefix());
+    static const ChildStep step(Names::groups.prefix, Names::localPart(Names::extensionElements),
+                                true);
+    const char16_t* uri = open.prefixes().uriOf(step.prefix());
     if (uri == nullptr) {
         return;
     }
-    const DOMElement* container = open.children().first(step, uri);
+    const DocumentNode* container = open.children().first(step, uri);
     if (container == nullptr) {
         return;
     }
     read_.push_back(container);
-    for (const auto* child = ChildSteps::firstElement(*container); child != nullptr;
-         child = ChildSteps::nextElement(*child)) {
+    for (const auto* child = firstElement(*container); child != nullptr;
+         child = nextElement(*child)) {
         readExtension(set, *child);
     }
 }
 
 void FromXMLMetadataSetVisitor::readExtension(Metadata::MetadataSet& set,
-                                              const DOMElement& extension) {
+                                              const DocumentNode& extension) {
     const auto* definition = definitionOf(extension);
     const Element::Attribute attribute =
         definition != nullptr
@@ -141,16 +140,15 @@ void FromXMLMetadataSetVisitor::readExtension(Metadata::MetadataSet& set,
 }
 
 const MetaMetadata::MetaElement* FromXMLMetadataSetVisitor::definitionOf(
-    const DOMElement& extension) {
+    const DocumentNode& extension) {
     // Only what the root declares counts here.
-    const std::u16string_view name = extension.getNodeName();
+    const std::u16string_view name = extension.name;
     const std::size_t colon = name.find(u':');
     const bool prefixed = colon != std::u16string_view::npos;
     std::u16string qualified;
     if (prefixed) {
         const std::u16string declaration = u"xmlns:" + std::u16string(name.substr(0, colon));
-        qualified =
-            extension.getOwnerDocument()->getDocumentElement()->getAttribute(declaration.c_str());
+        qualified = attributeValue(reading_.root(), declaration);
     }
     qualified += u':';
     qualified += prefixed ? name.substr(colon + 1) : name;

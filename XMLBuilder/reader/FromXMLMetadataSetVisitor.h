@@ -18,7 +18,7 @@ namespace Corvid::XMLBuilder {
 class FromXMLMetadataSetVisitor : public Metadata::Visitors::NonConstMetadataSetVisitor {
 public:
     /// Both are borrowed.
-    FromXMLMetadataSetVisitor(const xercesc::DOMElement& element, Reading& reading)
+    FromXMLMetadataSetVisitor(const DocumentNode& element, Reading& reading)
         : element_(element), reading_(reading) {}
 
     /// @throws LimitExceeded  sets stand in each other deeper than greatestInlineDepth; else as
@@ -26,20 +26,20 @@ public:
     void visit(Metadata::MetadataSet& set) override;
 
 private:
-    void fill(Metadata::Element& element, const xercesc::DOMNode& node,
+    void fill(Metadata::Element& element, const DocumentNode& node,
               const MetaMetadata::MetaElement* definition);
     EmptyParts emptyPartsOf(const Metadata::Element& element) const;
     void readProperty(Metadata::MetadataSet& set, const ExpectedProperty& property, OpenSet& open);
     void readAttribute(Metadata::MetadataSet& set, const ExpectedProperty& property);
     void readExtensions(Metadata::MetadataSet& set, OpenSet& open);
-    void readExtension(Metadata::MetadataSet& set, const xercesc::DOMElement& extension);
+    void readExtension(Metadata::MetadataSet& set, const DocumentNode& extension);
     /// The dictionary's definition of an extension element, or null.
-    const MetaMetadata::MetaElement* definitionOf(const xercesc::DOMElement& extension);
+    const MetaMetadata::MetaElement* definitionOf(const DocumentNode& extension);
 
     void leaveOutTheRest();
 
-    const xercesc::DOMElement& element_;
-    std::vector<const xercesc::DOMNode*> read_; ///< the child elements that something is read from
+    const DocumentNode& element_;
+    std::vector<const DocumentNode*> read_; ///< the child elements that something is read from
     /// Which properties are read as they are; null for none.
     const Supplement::Properties* supplemented_ = nullptr;
     Reading& reading_;

@@ -60,7 +60,7 @@ void InstanceNameTable::widen() {
     slots_.swap(wider);
 }
 
-bool InstanceNameTable::parse(const XMLCh* text, Types::UUID& identifier) {
+bool InstanceNameTable::parse(const char16_t* text, Types::UUID& identifier) {
     try {
         identifier = Types::UUID(XMLUtils::fromXml(text), Types::dottedHexadecimal);
         return true;

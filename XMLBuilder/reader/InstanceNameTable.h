@@ -3,8 +3,6 @@
 #include "host/base/KeyedHash.h"
 #include "host/types/IdentifierTypes.h"
 
-#include <xercesc/util/XercesDefs.hpp>
-
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -37,7 +35,7 @@ public:
 
     /// The InstanceUID of a written identifier. If it has none yet, it gets itself where those that
     /// are written are kept, else the one that make() returns.
-    template <class Make> const Types::UUID& findOrAdd(const XMLCh* written, Make make) {
+    template <class Make> const Types::UUID& findOrAdd(const char16_t* written, Make make) {
         const std::u16string_view name = written;
         const auto hash = static_cast<std::uint32_t>(hash_(name));
         if (const Types::UUID* const known = find(name, hash)) {
@@ -65,7 +63,7 @@ private:
     };
 
     /// @return false where the text is not that of an identifier, which stays as it was.
-    static bool parse(const XMLCh* text, Types::UUID& identifier);
+    static bool parse(const char16_t* text, Types::UUID& identifier);
 
     const Types::UUID* find(std::u16string_view name, std::uint32_t hash) const;
     const Types::UUID& add(std::u16string_view name, std::uint32_t hash,

@@ -4,18 +4,14 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-using xercesc::DOMElement;
-using xercesc::DOMNode;
-
 constexpr std::u16string_view declaration = u"xmlns";
 
 /// Calls visit with each namespace declaration of an element, until it says true.
-template <class Visit> bool anyDeclaration(const DOMElement& element, Visit visit) {
-    const auto& attributes = *element.getAttributes();
-    for (XMLSize_t i = 0; i != attributes.getLength(); ++i) {
-        const DOMNode& attribute = *attributes.item(i);
-        const std::u16string_view name = attribute.getNodeName();
-        if (name.substr(0, declaration.size()) == declaration && visit(name, attribute)) {
+template <class Visit> bool anyDeclaration(const DocumentNode& element, Visit visit) {
+    for (const auto* attribute = element.firstAttribute; attribute != nullptr;
+         attribute = attribute->next) {
+        const std::u16string_view name = attribute->name;
+        if (name.substr(0, declaration.size()) == declaration && visit(name, *attribute)) {
             return true;
         }
     }
@@ -25,29 +21,28 @@ template <class Visit> bool anyDeclaration(const DOMElement& element, Visit visi
 } // namespace
 
 template <class Visit> bool PrefixScope::climb(Visit visit) const {
-    const DOMNode* const end = around_ == nullptr ? nullptr : &around_->element_;
-    for (const DOMNode* node = &element_;
-         node != end && node != nullptr && node->getNodeType() == DOMNode::ELEMENT_NODE;
-         node = node->getParentNode()) {
-        if (visit(static_cast<const DOMElement&>(*node))) {
+    const DocumentNode* const end = around_ == nullptr ? nullptr : &around_->element_;
+    for (const auto* element = &element_; element != end && element != nullptr;
+         element = element->parent) {
+        if (visit(*element)) {
             return true;
         }
     }
     return false;
 }
 
-PrefixScope::PrefixScope(const DOMElement& root)
+PrefixScope::PrefixScope(const DocumentNode& root)
     : element_(root), around_(nullptr), declares_(this) {}
 
-PrefixScope::PrefixScope(const DOMElement& element, PrefixScope& around)
+PrefixScope::PrefixScope(const DocumentNode& element, PrefixScope& around)
     : element_(element), around_(&around), declares_(around.declares_) {
-    const auto any = [](std::u16string_view, const DOMNode&) { return true; };
-    if (climb([&](const DOMElement& each) { return anyDeclaration(each, any); })) {
+    const auto any = [](std::u16string_view, const DocumentNode&) { return true; };
+    if (climb([&](const DocumentNode& each) { return anyDeclaration(each, any); })) {
         declares_ = this;
     }
 }
 
-const XMLCh* PrefixScope::uriOf(const XMLCh* prefix) {
+const char16_t* PrefixScope::uriOf(const char16_t* prefix) {
     if (declares_ != this) {
         return declares_->uriOf(prefix);
     }
@@ -56,16 +51,16 @@ const XMLCh* PrefixScope::uriOf(const XMLCh* prefix) {
             return uri;
         }
     }
-    const XMLCh* uri = nullptr;
-    const auto declaresIt = [&](std::u16string_view name, const DOMNode& attribute) {
+    const char16_t* uri = nullptr;
+    const auto declaresIt = [&](std::u16string_view name, const DocumentNode& attribute) {
         const bool found = name.size() > declaration.size() && name[declaration.size()] == u':' &&
                            name.substr(declaration.size() + 1) == prefix;
         if (found) {
-            uri = attribute.getNodeValue();
+            uri = attribute.value;
         }
         return found;
     };
-    if (!climb([&](const DOMElement& each) { return anyDeclaration(each, declaresIt); }) &&
+    if (!climb([&](const DocumentNode& each) { return anyDeclaration(each, declaresIt); }) &&
         around_ != nullptr) {
         uri = around_->uriOf(prefix);
     }

@@ -1,8 +1,7 @@
 #include "XMLBuilder/reader/ReadDocument.h"
 
-#include "XMLBuilder/reader/DarkReader.h"
+#include "XMLBuilder/reader/DomNodes.h"
 #include "XMLBuilder/reader/ReadSet.h"
-#include "XMLBuilder/reader/Reading.h"
 #include "XMLBuilder/reader/TranslateExceptions.h"
 #include "host/base/Exceptions.h"
 #include "host/xmlutils/Initializer.h"
@@ -14,7 +13,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <string_view>
 
 namespace Corvid::XMLBuilder {
 
@@ -40,21 +38,14 @@ void fetchAhead(const xercesc::DOMElement& element) noexcept {
     }
 }
 
-void readRoot(Reading& reading, const xercesc::DOMElement& root, SetList& sets) {
+void readRoot(Reading& reading, const xercesc::DOMElement& root, DomNodes& nodes, SetList& sets) {
     const xercesc::DOMElement* next = nullptr;
-    for (const auto* child = ChildSteps::firstElement(root); child != nullptr; child = next) {
-        next = ChildSteps::nextElement(*child);
+    for (const auto* child = root.getFirstElementChild(); child != nullptr; child = next) {
+        next = child->getNextElementSibling();
         if (next != nullptr) {
             fetchAhead(*next);
         }
-        if (readSet(reading, *child, sets)) {
-            continue;
-        }
-        if (child->getNodeName() == std::u16string_view(Names::floatingDarkMetadata)) {
-            readFloatingContainer(reading, *child, sets);
-        } else {
-            reading.leaveOut(*child);
-        }
+        readChildOfRoot(reading, nodes.copyOf(*child), sets);
     }
 }
 
@@ -90,11 +81,12 @@ SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNa
         xercesc::XMLUni::fgXercesParserUseDocumentFromImplementation,
         static_cast<const void*>(nullptr));
     SetList sets;
-    Reading reading(*partition, names, supplement);
     const DOMDocument& document = load(*parser);
     const auto& root = *document.getDocumentElement();
+    DomNodes nodes(root);
+    Reading reading(nodes.root(), &nodes, *partition, names, supplement);
     try {
-        readRoot(reading, root, sets);
+        readRoot(reading, root, nodes, sets);
     } catch (const Exceptions::BaseException&) {
         if (places == Places::untold) {
             throw;

@@ -1,13 +1,14 @@
 #include "XMLBuilder/reader/ReadSet.h"
 
+#include "XMLBuilder/reader/DarkReader.h"
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/PartitionMetadata.h"
 
 namespace Corvid::XMLBuilder {
 
-bool readSet(Reading& reading, const xercesc::DOMElement& element, SetList& sets) {
-    const auto* definition = reading.sets().find(element.getLocalName());
+bool readSet(Reading& reading, const DocumentNode& element, SetList& sets) {
+    const auto* definition = reading.sets().find(element.local);
     if (definition == nullptr) {
         return false;
     }
@@ -16,6 +17,17 @@ bool readSet(Reading& reading, const xercesc::DOMElement& element, SetList& sets
     FromXMLMetadataSetVisitor reader(element, reading);
     set.accept(reader);
     return true;
+}
+
+void readChildOfRoot(Reading& reading, const DocumentNode& child, SetList& sets) {
+    if (readSet(reading, child, sets)) {
+        return;
+    }
+    if (child.name == std::u16string_view(Names::floatingDarkMetadata)) {
+        readFloatingContainer(reading, child, sets);
+    } else {
+        reading.leaveOut(child);
+    }
 }
 
 } // namespace Corvid::XMLBuilder

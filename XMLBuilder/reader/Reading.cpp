@@ -15,13 +15,13 @@ namespace Corvid::XMLBuilder {
 namespace {
 
 /// A text that the dictionary lacks counts as empty.
-const XMLCh* textOf(const MetaMetadata::MetaDefinition& definition, const char* name) {
+const char16_t* textOf(const MetaMetadata::MetaDefinition& definition, const char* name) {
     const unsigned short* text = definition.attribute(name);
     return text == nullptr ? u"" : XMLUtils::toXml(text);
 }
 
 /// The front of a name: nobody needs more to find it, and it is read for each message.
-std::string narrow(const XMLCh* name) {
+std::string narrow(const char16_t* name) {
     constexpr std::size_t shown = 100;
     std::size_t length = 0;
     while (length != shown && name[length] != 0) {
@@ -32,8 +32,10 @@ std::string narrow(const XMLCh* name) {
 
 } // namespace
 
-PropertyName::PropertyName(const MetaMetadata::MetaElement& definition)
-    : step(textOf(definition, "XMLDefaultPrefix"), textOf(definition, "XMLTagName")),
+PropertyName::PropertyName(const MetaMetadata::MetaElement& definition, const DomQueries* queries)
+    : step(textOf(definition, "XMLDefaultPrefix"), textOf(definition, "XMLTagName"),
+           queries == nullptr || queries->isPlain(textOf(definition, "XMLDefaultPrefix"),
+                                                  textOf(definition, "XMLTagName"))),
       place(Place::child) {
     const std::u16string_view tag = step.name();
     if (tag == Names::localPart(Names::instanceUID)) {
@@ -45,11 +47,13 @@ PropertyName::PropertyName(const MetaMetadata::MetaElement& definition)
     }
 }
 
-Reading::Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names,
+Reading::Reading(const DocumentNode& root, DomQueries* queries,
+                 Metadata::PartitionMetadata& partition, InstanceNameTable& names,
                  Supplement* supplement)
-    : partition_(partition), dictionary_(partition.partitionDictionary().dictionary()),
-      sets_(*dictionary_), names_(names), tags_(partition.partitionDictionary()),
-      supplement_(supplement) {}
+    : root_(root), queries_(queries), partition_(partition),
+      dictionary_(partition.partitionDictionary().dictionary()), sets_(*dictionary_), names_(names),
+      tags_(partition.partitionDictionary(), queries), supplement_(supplement),
+      prefixesOfRoot_(root) {}
 
 const std::vector<ExpectedProperty>& Reading::propertiesOf(
     const MetaMetadata::MetaMetadataSet& set) {
@@ -64,15 +68,15 @@ const std::vector<ExpectedProperty>& Reading::propertiesOf(
         std::sort(definitions.begin(), definitions.end(),
                   [](const auto* a, const auto* b) { return a->label() < b->label(); });
         for (const auto* definition : definitions) {
-            entry->second.emplace_back(*definition);
+            entry->second.emplace_back(*definition, queries_);
         }
     }
     return entry->second;
 }
 
-void Reading::leaveOut(const xercesc::DOMElement& element) const {
+void Reading::leaveOut(const DocumentNode& element) const {
     if (supplement_ != nullptr) {
-        supplement_->leaveOut(narrow(element.getNodeName()), place_.inFrontOf(""));
+        supplement_->leaveOut(narrow(element.name), place_.inFrontOf(""));
     }
 }
 
@@ -91,19 +95,14 @@ const MetaMetadata::MetaElement* Reading::findMetaElementByQualifiedName(
     return entry == byQualifiedName_.end() ? nullptr : entry->second;
 }
 
-PrefixScope& Reading::prefixesOfRoot(const xercesc::DOMNode& node) {
-    if (!prefixesOfRoot_) {
-        prefixesOfRoot_.emplace(*node.getOwnerDocument()->getDocumentElement());
+const char16_t* Reading::uriOfParts(const Names::Namespace& parts) {
+    if (queries_ == nullptr) {
+        return parts.uri;
     }
-    return *prefixesOfRoot_;
-}
-
-const XMLCh* Reading::uriOfParts(const Names::Namespace& parts, const xercesc::DOMNode& value) {
-    if (const XMLCh* uri = prefixesOfRoot(value).uriOf(parts.prefix)) {
+    if (const char16_t* const uri = prefixesOfRoot_.uriOf(parts.prefix)) {
         return uri;
     }
-    const auto& root = *value.getOwnerDocument()->getDocumentElement();
-    ChildSteps::evaluate(root, root, ChildStep(parts.prefix, u"Element"), nullptr);
+    queries_->evaluate(root_, ChildStep(parts.prefix, u"Element", true), nullptr);
     return u"";
 }
 
@@ -111,23 +110,24 @@ std::string ReadingPlace::inFrontOf(const std::string& message) const {
     if (set == nullptr) {
         return message;
     }
-    std::string whole = "set " + narrow(set->getLocalName());
-    if (const XMLCh* identifier = set->getAttribute(Names::instanceUID); *identifier != 0) {
+    std::string whole = "set " + narrow(set->local);
+    if (const char16_t* const identifier = attributeValue(*set, Names::instanceUID);
+        *identifier != 0) {
         whole += " " + narrow(identifier);
     }
     whole += ": ";
-    const std::string name = property == nullptr ? "" : narrow(property->getNodeName()) + ": ";
+    const std::string name = property == nullptr ? "" : narrow(property->name) + ": ";
     // Some messages name the property themselves.
     return whole + (message.compare(0, name.size(), name) == 0 ? "" : name) + message;
 }
 
-OpenSet::OpenSet(Reading& reading, const xercesc::DOMElement& element)
+OpenSet::OpenSet(Reading& reading, const DocumentNode& element)
     : reading_(reading), outer_(reading.innermost_),
       depth_(outer_ == nullptr ? 0 : outer_->depth_ + 1),
-      prefixes_(element, outer_ == nullptr ? reading.prefixesOfRoot(element) : outer_->prefixes_) {
+      prefixes_(element, outer_ == nullptr ? reading.prefixesOfRoot_ : outer_->prefixes_) {
     if (depth_ == greatestInlineDepth) {
         throw Exceptions::LimitExceeded(
-            "element " + Platform::toUtf8(XMLUtils::fromXml(element.getNodeName())) +
+            "element " + Platform::toUtf8(XMLUtils::fromXml(element.name)) +
                 ": sets stand in each other deeper than " + std::to_string(greatestInlineDepth) +
                 ", write the references as links instead",
             CORVID_HERE);

@@ -12,7 +12,6 @@
 #include <cstddef>
 #include <deque>
 #include <map>
-#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -36,7 +35,8 @@ struct PropertyName {
         otherAttribute,    ///< another attribute
     };
 
-    explicit PropertyName(const MetaMetadata::MetaElement& definition);
+    /// @param queries  null where all names are plain. Borrowed.
+    PropertyName(const MetaMetadata::MetaElement& definition, const DomQueries* queries);
 
     ChildStep step;
     Place place;
@@ -45,8 +45,8 @@ struct PropertyName {
 
 /// A property that a set may have, prepared to be looked for in many sets.
 struct ExpectedProperty {
-    explicit ExpectedProperty(const MetaMetadata::MetaElement& element)
-        : definition(element), name(element) {}
+    ExpectedProperty(const MetaMetadata::MetaElement& element, const DomQueries* queries)
+        : definition(element), name(element, queries) {}
 
     const MetaMetadata::MetaElement& definition;
     PropertyName name;
@@ -54,8 +54,8 @@ struct ExpectedProperty {
 
 /// What is being read, for messages.
 struct ReadingPlace {
-    const xercesc::DOMElement* set = nullptr;   ///< null outside of sets
-    const xercesc::DOMNode* property = nullptr; ///< null between the properties of the set
+    const DocumentNode* set = nullptr;      ///< null outside of sets
+    const DocumentNode* property = nullptr; ///< null between the properties of the set
 
     /// "set Preface 06.0e. ...: rp210:OperationalPattern: message"; the message alone outside of
     /// sets.
@@ -68,12 +68,16 @@ class OpenSet;
 class Reading {
 public:
     /// All are borrowed.
+    /// @param root        of the document, without its children.
+    /// @param queries     null where the document is no DOM.
     /// @param supplement  null for a document that has nothing but its elements.
-    Reading(Metadata::PartitionMetadata& partition, InstanceNameTable& names,
-            Supplement* supplement = nullptr);
+    Reading(const DocumentNode& root, DomQueries* queries, Metadata::PartitionMetadata& partition,
+            InstanceNameTable& names, Supplement* supplement = nullptr);
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
+    const DocumentNode& root() const noexcept { return root_; }
+    DomQueries* queries() noexcept { return queries_; }
     Metadata::PartitionMetadata& partition() noexcept { return partition_; }
     const SetDefinitionIndex& sets() const noexcept { return sets_; }
     InstanceNameTable& names() noexcept { return names_; }
@@ -89,30 +93,31 @@ public:
     const MetaMetadata::MetaElement* findMetaElementByQualifiedName(
         const std::u16string& qualified);
 
-    /// What prefixes stand for at the root of a document.
-    /// @param node  any node of it; the same document in each call.
-    PrefixScope& prefixesOfRoot(const xercesc::DOMNode& node);
+    /// The namespaces of prefixes at the root.
+    PrefixScope& prefixesOfRoot() noexcept { return prefixesOfRoot_; }
 
-    /// What the prefix of the parts of values stands for in a document. Without declaration at the
-    /// root this fails as the query for a part does.
-    const XMLCh* uriOfParts(const Names::Namespace& parts, const xercesc::DOMNode& value);
+    /// The namespace of the parts of values. Without a declaration of their prefix at the root this
+    /// fails as the query for a part does.
+    const char16_t* uriOfParts(const Names::Namespace& parts);
 
     /// Passes on that nothing is read from an element at the present place.
-    void leaveOut(const xercesc::DOMElement& element) const;
+    void leaveOut(const DocumentNode& element) const;
 
-    /// Whoever changes the place puts it back, but not when what it does fails.
+    /// A caller that changes the place restores it, except after an exception.
     ReadingPlace& place() noexcept { return place_; }
 
 private:
     friend class OpenSet;
 
+    const DocumentNode& root_;
+    DomQueries* queries_;
     Metadata::PartitionMetadata& partition_;
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
     SetDefinitionIndex sets_;
     InstanceNameTable& names_;
     ExtensionTags tags_;
     Supplement* supplement_;
-    std::optional<PrefixScope> prefixesOfRoot_; ///< made on first use
+    PrefixScope prefixesOfRoot_;
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>
         properties_;
     std::map<std::u16string, const MetaMetadata::MetaElement*> byQualifiedName_;
@@ -125,7 +130,7 @@ private:
 class OpenSet {
 public:
     /// @throws LimitExceeded  sets stand in each other deeper than greatestInlineDepth.
-    OpenSet(Reading& reading, const xercesc::DOMElement& element);
+    OpenSet(Reading& reading, const DocumentNode& element);
     OpenSet(const OpenSet&) = delete;
     OpenSet& operator=(const OpenSet&) = delete;
     ~OpenSet() { reading_.innermost_ = outer_; }
@@ -135,7 +140,7 @@ public:
 
 private:
     Reading& reading_;
-    OpenSet* outer_;    ///< the set that it stands in, or null
+    OpenSet* outer_;    ///< the set around it, or null
     std::size_t depth_; ///< how many sets are around it
     ChildSteps* children_;
     PrefixScope prefixes_;

@@ -12,7 +12,7 @@ SetDefinitionIndex::SetDefinitionIndex(const MetaMetadata::Dictionary& dictionar
     }
 }
 
-const MetaMetadata::MetaMetadataSet* SetDefinitionIndex::find(const XMLCh* localName) const {
+const MetaMetadata::MetaMetadataSet* SetDefinitionIndex::find(const char16_t* localName) const {
     const auto entry = definitions_.find(localName);
     return entry == definitions_.end() ? nullptr : entry->second;
 }

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <xercesc/util/XercesDefs.hpp>
-
 #include <map>
 #include <string_view>
 
@@ -20,7 +18,7 @@ public:
     explicit SetDefinitionIndex(const MetaMetadata::Dictionary& dictionary);
 
     /// The class of an element by its local name, exactly as written, or null.
-    const MetaMetadata::MetaMetadataSet* find(const XMLCh* localName) const;
+    const MetaMetadata::MetaMetadataSet* find(const char16_t* localName) const;
 
 private:
     // No hash: a dictionary could choose names that share one.

@@ -23,8 +23,6 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-using xercesc::DOMElement;
-using xercesc::DOMNode;
 using Result = Templates::auto_ptr<Types::SimpleDataType>;
 
 /// Chooses an overload by a value type without a value of it.
@@ -34,65 +32,56 @@ template <class T> Result give(T&& value) {
     return Result(new std::decay_t<T>(std::forward<T>(value)));
 }
 
-std::string narrow(const XMLCh* text) { return Platform::toUtf8(XMLUtils::fromXml(text)); }
-
-const XMLCh* orEmpty(const XMLCh* text) { return text == nullptr ? u"" : text; }
+std::string narrow(const char16_t* text) { return Platform::toUtf8(XMLUtils::fromXml(text)); }
 
 /// The text of all nodes below an element but comments and instructions. Elements may stand in each
 /// other as deep as a document allows, so nothing here works by calls that nest with them.
-std::u16string textBelow(const DOMNode& element) {
+std::u16string textBelow(const DocumentNode& element) {
     std::u16string text;
-    std::vector<const DOMNode*> next{element.getFirstChild()}; // on each level
+    std::vector<const DocumentNode*> next{element.firstChild}; // on each level
     while (!next.empty()) {
-        const DOMNode* const node = next.back();
+        const DocumentNode* const node = next.back();
         if (node == nullptr) {
             next.pop_back();
             continue;
         }
-        next.back() = node->getNextSibling();
-        switch (node->getNodeType()) {
-        case DOMNode::TEXT_NODE:
-        case DOMNode::CDATA_SECTION_NODE:
-            text += node->getNodeValue();
-            break;
-        case DOMNode::ELEMENT_NODE:
-            next.push_back(node->getFirstChild());
-            break;
-        default:
-            break;
+        next.back() = node->next;
+        if (node->kind == DocumentNode::Kind::text) {
+            text += node->value;
+        } else if (node->kind == DocumentNode::Kind::element) {
+            next.push_back(node->firstChild);
         }
     }
     return text;
 }
 
-bool isAttribute(const DOMNode& node) { return node.getNodeType() == DOMNode::ATTRIBUTE_NODE; }
+bool isAttribute(const DocumentNode& node) { return node.kind == DocumentNode::Kind::attribute; }
 
 /// The parts of one compound value.
 class Parts {
 public:
-    Parts(Reading& reading, const Names::Namespace& names, const DOMNode& parent)
-        : uri_(reading.uriOfParts(names, parent)), parent_(&parent) {}
+    Parts(Reading& reading, const Names::Namespace& names, const DocumentNode& parent)
+        : uri_(reading.uriOfParts(names)), parent_(&parent) {}
 
     /// Goes on with the parts of a child.
-    void enter(const DOMNode& child) { parent_ = &child; }
+    void enter(const DocumentNode& child) { parent_ = &child; }
 
-    DOMElement* first(const XMLCh* qualified) const {
+    const DocumentNode* first(const char16_t* qualified) const {
         return ChildSteps::first(*parent_, Names::localPart(qualified), uri_);
     }
-    DOMElement* next(const DOMElement& found, const XMLCh* qualified) const {
+    const DocumentNode* next(const DocumentNode& found, const char16_t* qualified) const {
         return ChildSteps::next(found, Names::localPart(qualified), uri_);
     }
 
     /// The text of a part; empty where it is missing.
-    const XMLCh* text(const XMLCh* qualified) const {
-        const DOMElement* part = first(qualified);
-        const DOMNode* content = part == nullptr ? nullptr : part->getFirstChild();
-        return content == nullptr ? u"" : orEmpty(content->getNodeValue());
+    const char16_t* text(const char16_t* qualified) const {
+        const DocumentNode* const part = first(qualified);
+        return part == nullptr ? u"" : firstValue(*part);
     }
 
 private:
-    const XMLCh* uri_;
-    const DOMNode* parent_;
+    const char16_t* uri_;
+    const DocumentNode* parent_;
 };
 
 template <class T> void enterWrapper(Parts& parts) {
@@ -103,11 +92,11 @@ template <class T> void enterWrapper(Parts& parts) {
                            CallerContract::Text::noWrapper(name, wrapper.property).c_str(),
                            CORVID_ELEMENT_VISITOR_HERE);
     };
-    const DOMElement* found = parts.first(wrapper.name);
+    const DocumentNode* found = parts.first(wrapper.name);
     if (found == nullptr) {
         fail(CallerContract::Text::wrapperIsThere);
     }
-    if (narrow(found->getLocalName()) != name) {
+    if (narrow(found->local) != name) {
         fail(CallerContract::Text::wrapperIsCalled(name));
     }
     parts.enter(*found);
@@ -124,7 +113,7 @@ template <class T, class Get> constexpr bool holdsBytes(const Field<Get>&) {
 /// their ranks, so that of several missing ones the right one is told.
 template <class T> auto textsOf(const Parts& parts, EmptyParts empty) {
     constexpr std::size_t count = std::tuple_size_v<decltype(Fields<T>::list)>;
-    std::array<const XMLCh*, count> texts{};
+    std::array<const char16_t*, count> texts{};
     const auto read = [&](const auto& field, std::size_t place) {
         texts[place] = parts.text(field.name);
         if (field.condition != nullptr && *texts[place] == 0 &&
@@ -147,7 +136,7 @@ template <class T> auto textsOf(const Parts& parts, EmptyParts empty) {
 }
 
 /// The content of a part, by what its accessor gives: a number or bytes.
-template <class T, class Get> auto contentOf(const Field<Get>&, const XMLCh* text) {
+template <class T, class Get> auto contentOf(const Field<Get>&, const char16_t* text) {
     if constexpr (std::is_base_of_v<Types::DataType, ContentOf<T, Get>>) {
         return parseHexBytes(text);
     } else {
@@ -166,7 +155,7 @@ auto contentsOf(const Texts& texts, std::index_sequence<Place...>) {
 /// The operations mirror those of ToXMLBaseTypeVisitor: one per form of value.
 class Forms : public ValueForms {
 public:
-    Forms(Reading& reading, const DOMNode& node, EmptyParts empty)
+    Forms(Reading& reading, const DocumentNode& node, EmptyParts empty)
         : reading_(reading), node_(node), empty_(empty) {}
 
     /// Up to 32 bits are read as a number of 32 bits, of which the low ones are kept.
@@ -220,8 +209,7 @@ public:
     Result parse(As<Types::UMID64>, IdentifierText) {
         constexpr std::size_t basic = 3 * Types::UMID32::fixedSize - 1;
         std::u16string umid = text();
-        if (umid.size() == basic &&
-            orEmpty(node_.getLocalName()) == std::u16string_view(u"ExtendedClipID")) {
+        if (umid.size() == basic && node_.local == std::u16string_view(u"ExtendedClipID")) {
             for (std::size_t i = 0; i != Types::UMID64::fixedSize - Types::UMID32::fixedSize; ++i) {
                 umid += u".00";
             }
@@ -244,12 +232,12 @@ public:
 
     /// However many components stand there: the layout minds what has a place in it.
     Result parse(As<Types::RGBALayout>, Compound) {
-        static constexpr const XMLCh* component = u"types:RGBAComponent";
+        static constexpr const char16_t* component = u"types:RGBAComponent";
         Types::RGBALayout layout;
         const Parts components(reading_, Names::types, node_);
         Parts parts = components;
         u32 index = 0;
-        for (const DOMElement* found = components.first(component); found != nullptr;
+        for (const DocumentNode* found = components.first(component); found != nullptr;
              found = components.next(*found, component)) {
             parts.enter(*found);
             const auto code = static_cast<u8>(readNumber<u32>(parts.text(u"types:Code")));
@@ -276,22 +264,22 @@ public:
     template <class T> Result parse(As<T>, Collection) { return {}; }
 
 private:
-    template <class T> static Result identifier(const XMLCh* text) {
+    template <class T> static Result identifier(const char16_t* text) {
         return give(T(XMLUtils::fromXml(text), Types::dottedHexadecimal));
     }
 
     /// The attribute's value or the element's first child as text.
-    const XMLCh* text() {
-        const DOMNode& node = isAttribute(node_) ? node_ : *node_.getFirstChild();
-        if (node.getNodeType() == DOMNode::ELEMENT_NODE) {
+    const char16_t* text() {
+        const DocumentNode& node = isAttribute(node_) ? node_ : *node_.firstChild;
+        if (node.kind == DocumentNode::Kind::element) {
             text_ = textBelow(node);
             return text_.c_str();
         }
-        return orEmpty(node.getNodeValue());
+        return node.value;
     }
 
     Reading& reading_;
-    const DOMNode& node_;
+    const DocumentNode& node_;
     EmptyParts empty_;
     std::u16string text_; ///< where it does not stand in one node
 };
@@ -308,15 +296,15 @@ Result parse(Forms forms, Types::Identifiers::Identifier type) {
 
 } // namespace
 
-Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const DOMNode& node,
+Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const DocumentNode& node,
                   EmptyParts empty) {
-    if (!isAttribute(node) && node.getFirstChild() == nullptr) {
+    if (!isAttribute(node) && node.firstChild == nullptr) {
         return empty == EmptyParts::values ? Types::Factories::fromBytes(type, {}) : Result();
     }
     auto value = parse(Forms(reading, node, empty), type);
     constexpr std::size_t greatest = Types::ByteRun::greatestSize;
     if (value && value->byteCount() > greatest) {
-        throw Exceptions::LimitExceeded(narrow(node.getNodeName()) + ": value of " +
+        throw Exceptions::LimitExceeded(narrow(node.name) + ": value of " +
                                             std::to_string(value->byteCount()) +
                                             " bytes, expected at most " + std::to_string(greatest) +
                                             ", which is what a property can hold",

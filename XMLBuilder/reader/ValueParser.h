@@ -20,7 +20,7 @@ namespace Corvid::XMLBuilder {
 ///                        (SMPTE ST 377-1).
 Templates::auto_ptr<Types::SimpleDataType> parseValue(Reading& reading,
                                                       Types::Identifiers::Identifier type,
-                                                      const xercesc::DOMNode& node,
+                                                      const DocumentNode& node,
                                                       EmptyParts empty = EmptyParts::missing);
 
 } // namespace Corvid::XMLBuilder

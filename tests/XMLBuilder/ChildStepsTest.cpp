@@ -14,40 +14,45 @@ namespace {
 
 using XMLBuilder::ChildStep;
 using XMLBuilder::ChildSteps;
+using XMLBuilder::DocumentNode;
 using XMLBuilder::PrefixScope;
 
 TEST(ChildSteps, areNotPlainWhereANameIsNoNCName) {
-    EXPECT_TRUE(ChildStep(u"a", u"one").isPlain());
-    EXPECT_TRUE(ChildStep(u"a", u"_\u00E9-1.b").isPlain());
+    ParsedDocument document("<r/>");
+    const auto& nodes = document.nodes();
+    EXPECT_TRUE(nodes.isPlain(u"a", u"one"));
+    EXPECT_TRUE(nodes.isPlain(u"a", u"_\u00E9-1.b"));
     for (const char16_t* name : {u"", u"1", u"a b", u"*", u"a[1]", u"a:b", u"-a", u"a/b"}) {
-        EXPECT_FALSE(ChildStep(u"a", name).isPlain());
-        EXPECT_FALSE(ChildStep(name, u"a").isPlain());
+        EXPECT_FALSE(nodes.isPlain(u"a", name));
+        EXPECT_FALSE(nodes.isPlain(name, u"a"));
     }
 }
 
 TEST(ChildSteps, listChildElementsOnlyAndInOrder) {
     ParsedDocument document("<r>t<a/><!--c--><b><x/></b><?p i?><![CDATA[d]]><a/></r>");
     std::string names;
-    for (auto* e = ChildSteps::firstElement(document.root()); e; e = ChildSteps::nextElement(*e)) {
-        names += Platform::toUtf8(XMLUtils::fromXml(e->getNodeName()));
+    for (const auto* e = firstElement(document.tree()); e; e = nextElement(*e)) {
+        names += Platform::toUtf8(XMLUtils::fromXml(e->name));
     }
     EXPECT_EQ(names, "aba");
-    EXPECT_EQ(ChildSteps::firstElement(*document.root().getFirstChild()), nullptr);
+    EXPECT_EQ(firstElement(*document.tree().firstChild), nullptr);
 }
 
 TEST(ChildSteps, matchByExpandedNameWhateverThePrefix) {
     ParsedDocument document(
         "<r xmlns:a='urn:1' xmlns:z='urn:1'><n/><a:n xmlns:a='urn:2'/><z:n/></r>");
     ChildSteps children;
-    children.reset(document.root());
-    auto* third = static_cast<xercesc::DOMElement*>(document.root().getLastChild());
-    EXPECT_EQ(children.first(ChildStep(u"a", u"n"), u"urn:1"), third);
-    EXPECT_EQ(ChildSteps::first(document.root(), u"n", u"urn:1"), third);
-    EXPECT_EQ(children.first(ChildStep(u"a", u"n"), u"urn:9"), nullptr);
+    children.reset(document.tree());
+    const auto* third = nextElement(*nextElement(*firstElement(document.tree())));
+    EXPECT_EQ(children.first(ChildStep(u"a", u"n", true), u"urn:1"), third);
+    EXPECT_EQ(ChildSteps::first(document.tree(), u"n", u"urn:1"), third);
+    EXPECT_EQ(children.first(ChildStep(u"a", u"n", true), u"urn:9"), nullptr);
     EXPECT_EQ(ChildSteps::next(*third, u"n", u"urn:1"), nullptr);
 }
 
 #ifdef CORVID_WITH_XQILLA
+
+const void* originOf(const DocumentNode* node) { return node == nullptr ? nullptr : node->origin; }
 
 const char16_t* pick(std::mt19937& random, std::initializer_list<const char16_t*> from) {
     return from.begin()[random() % from.size()];
@@ -71,9 +76,11 @@ std::string randomDocument(std::mt19937& random) {
     return xml + "</r>";
 }
 
+using Nodes = std::vector<const void*>; // of the DOM
+
 /// What XQilla finds, in order.
-std::vector<xercesc::DOMNode*> withXQilla(const xercesc::DOMElement& context,
-                                          const std::u16string& expression) {
+Nodes withXQilla(const DocumentNode& from, const std::u16string& expression) {
+    const auto& context = *static_cast<const xercesc::DOMNode*>(from.origin);
     auto& document = *context.getOwnerDocument();
     const std::unique_ptr<xercesc::DOMXPathNSResolver, Release> names(
         document.createNSResolver(&context));
@@ -81,7 +88,7 @@ std::vector<xercesc::DOMNode*> withXQilla(const xercesc::DOMElement& context,
         document.createExpression(expression.c_str(), names.get()));
     const std::unique_ptr<xercesc::DOMXPathResult, Release> result(
         compiled->evaluate(&context, xercesc::DOMXPathResult::ITERATOR_RESULT_TYPE, nullptr));
-    std::vector<xercesc::DOMNode*> nodes;
+    Nodes nodes;
     while (result->iterateNext()) {
         nodes.push_back(result->getNodeValue());
     }
@@ -93,12 +100,12 @@ TEST(ChildSteps, findTheNodesThatXQillaFinds) {
     for (int round = 0; round != 60; ++round) {
         ParsedDocument document(randomDocument(random));
         ChildSteps children;
-        PrefixScope root(document.root());
-        for (auto* set = document.root().getFirstElementChild(); set != nullptr;
-             set = set->getNextElementSibling()) {
-            std::vector<xercesc::DOMNode*> all;
-            for (auto* e = ChildSteps::firstElement(*set); e; e = ChildSteps::nextElement(*e)) {
-                all.push_back(e);
+        PrefixScope root(document.tree());
+        for (const auto* set = firstElement(document.tree()); set != nullptr;
+             set = nextElement(*set)) {
+            Nodes all;
+            for (const auto* e = firstElement(*set); e; e = nextElement(*e)) {
+                all.push_back(e->origin);
             }
             ASSERT_EQ(all, withXQilla(*set, u"./*"));
 
@@ -106,15 +113,15 @@ TEST(ChildSteps, findTheNodesThatXQillaFinds) {
             const char16_t* prefix = pick(random, {u"a", u"b", u"c"});
             const char16_t* name = pick(random, {u"one", u"two", u"three", u"four"});
             const auto expected = withXQilla(*set, std::u16string(u"./") + prefix + u":" + name);
-            const XMLCh* uri = PrefixScope(*set, root).uriOf(prefix);
-            const ChildStep step(prefix, name);
-            EXPECT_EQ(children.first(step, uri), expected.empty() ? nullptr : expected.front());
-            EXPECT_EQ(ChildSteps::evaluate(*set, *set, step, nullptr),
-                      expected.empty() ? nullptr : expected.front());
-            std::vector<xercesc::DOMNode*> found;
-            for (auto* e = ChildSteps::first(*set, name, uri); e;
+            const auto* const first = expected.empty() ? nullptr : expected.front();
+            const char16_t* uri = PrefixScope(*set, root).uriOf(prefix);
+            const ChildStep step(prefix, name, true);
+            EXPECT_EQ(originOf(children.first(step, uri)), first);
+            EXPECT_EQ(originOf(document.nodes().evaluate(*set, step, nullptr)), first);
+            Nodes found;
+            for (const auto* e = ChildSteps::first(*set, name, uri); e;
                  e = ChildSteps::next(*e, name, uri)) {
-                found.push_back(e);
+                found.push_back(e->origin);
             }
             EXPECT_EQ(found, expected);
         }
@@ -123,27 +130,39 @@ TEST(ChildSteps, findTheNodesThatXQillaFinds) {
 
 TEST(ChildSteps, evaluateTextsThatAreExpressionsOfTheirOwn) {
     ParsedDocument document("<r xmlns:a='urn:1'><a:n/><a:n id='2'/></r>");
-    const auto* second = document.root().getLastChild();
-    EXPECT_EQ(
-        ChildSteps::evaluate(document.root(), document.root(), ChildStep(u"a", u"n[2]"), nullptr),
-        second);
+    const auto* second = nextElement(*firstElement(document.tree()));
+    EXPECT_EQ(document.nodes().evaluate(document.tree(), ChildStep(u"a", u"n[2]", false), nullptr),
+              second);
+}
+
+TEST(ChildSteps, evaluateAStepThatLeadsOutOfTheContext) {
+    ParsedDocument document("<r xmlns:a='urn:1'><a:n id='2'><x/></a:n></r>");
+    const auto* const attribute =
+        document.nodes().evaluate(document.tree(), ChildStep(u"a", u"n/@id", false), nullptr);
+    ASSERT_NE(attribute, nullptr);
+    EXPECT_EQ(attribute->kind, DocumentNode::Kind::attribute);
+    EXPECT_EQ(std::u16string(attribute->value), u"2");
+    const auto* const inner =
+        document.nodes().evaluate(document.tree(), ChildStep(u"a", u"n/x", false), nullptr);
+    ASSERT_NE(inner, nullptr);
+    EXPECT_EQ(std::u16string(inner->name), u"x");
 }
 
 #endif
 
 TEST(ChildSteps, bindAPrefixThatTheDocumentDoesNotDeclare) {
     ParsedDocument document("<r><n xmlns='urn:1'/></r>");
-    EXPECT_EQ(
-        ChildSteps::evaluate(document.root(), document.root(), ChildStep(u"a", u"n"), u"urn:1"),
-        document.root().getFirstChild());
+    EXPECT_EQ(document.nodes().evaluate(document.tree(), ChildStep(u"a", u"n", true), u"urn:1"),
+              document.tree().firstChild);
 }
 
 TEST(ChildSteps, failForAnUnboundPrefixAndAnImpossibleName) {
     ParsedDocument document("<r/>");
-    EXPECT_ANY_THROW(ChildSteps::evaluate(document.root(), document.root(),
-                                          ChildStep(u"nowhere", u"n"), nullptr));
-    EXPECT_ANY_THROW(
-        ChildSteps::evaluate(document.root(), document.root(), ChildStep(u"a", u"1["), u"urn:1"));
+    const auto evaluate = [&](const ChildStep& step, const char16_t* uri) {
+        document.nodes().evaluate(document.tree(), step, uri);
+    };
+    EXPECT_ANY_THROW(evaluate(ChildStep(u"nowhere", u"n", true), nullptr));
+    EXPECT_ANY_THROW(evaluate(ChildStep(u"a", u"1[", false), u"urn:1"));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XMLBuilder/reader/DomNodes.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/LoadDocument.h"
 #include "tests/XMLBuilder/XmlOf.h"
@@ -19,13 +20,19 @@ public:
         : parser_(XMLUtils::Initializer::instance().domImplementation()->createLSParser(
               xercesc::DOMImplementationLS::MODE_SYNCHRONOUS, nullptr)),
           document_(XMLUtils::loadDocumentFromBuffer(
-              reinterpret_cast<const unsigned char*>(xml.data()), xml.size(), *parser_)) {}
+              reinterpret_cast<const unsigned char*>(xml.data()), xml.size(), *parser_)),
+          nodes_(root()), tree_(nodes_.copyOf(root())) {}
 
     xercesc::DOMElement& root() { return *document_->getDocumentElement(); }
+    /// The root as the reader sees it, with all that it holds.
+    const XMLBuilder::DocumentNode& tree() const { return tree_; }
+    XMLBuilder::DomNodes& nodes() { return nodes_; }
 
 private:
     std::unique_ptr<xercesc::DOMLSParser, Release> parser_;
     xercesc::DOMDocument* document_;
+    XMLBuilder::DomNodes nodes_;
+    const XMLBuilder::DocumentNode& tree_;
 };
 
 } // namespace Corvid::Testing

@@ -9,16 +9,16 @@
 namespace Corvid::Testing {
 namespace {
 
-using xercesc::DOMElement;
+using XMLBuilder::DocumentNode;
 using XMLBuilder::PrefixScope;
 
-std::u16string textOf(const XMLCh* text) { return text == nullptr ? u"none" : text; }
+std::u16string textOf(const char16_t* text) { return text == nullptr ? u"none" : text; }
 
 TEST(PrefixScope, knowsWhatIsDeclaredAroundAnElement) {
     ParsedDocument document("<r xmlns:a='urn:1'><s><t xmlns:a='urn:2'><u/></t></s></r>");
-    auto& s = *document.root().getFirstElementChild();
-    auto& u = *s.getFirstElementChild()->getFirstElementChild();
-    PrefixScope root(document.root());
+    const auto& s = *firstElement(document.tree());
+    const auto& u = *firstElement(*firstElement(s));
+    PrefixScope root(document.tree());
     PrefixScope ofS(s, root);
     PrefixScope ofU(u, ofS);
     EXPECT_EQ(textOf(ofU.uriOf(u"a")), u"urn:2");
@@ -30,12 +30,16 @@ TEST(PrefixScope, knowsWhatIsDeclaredAroundAnElement) {
 
 TEST(PrefixScope, takesNoOtherAttributeForADeclaration) {
     ParsedDocument document("<r xmlns:a='urn:1'><s xmlns='urn:2' xmlnsa='urn:3' b='urn:4'/></r>");
-    PrefixScope root(document.root());
-    PrefixScope ofS(*document.root().getFirstElementChild(), root);
+    PrefixScope root(document.tree());
+    PrefixScope ofS(*firstElement(document.tree()), root);
     EXPECT_EQ(textOf(ofS.uriOf(u"a")), u"urn:1");
     for (const char16_t* prefix : {u"", u"b", u"xmlns", u"xml", u":a"}) {
         EXPECT_EQ(textOf(ofS.uriOf(prefix)), u"none");
     }
+}
+
+const xercesc::DOMNode& domOf(const DocumentNode& node) {
+    return *static_cast<const xercesc::DOMNode*>(node.origin);
 }
 
 class RandomDocument {
@@ -67,18 +71,17 @@ private:
 };
 
 /// Compares with Xerces-C, which goes up to the root for each answer.
-void compare(RandomDocument& random, const DOMElement& element, PrefixScope& scope) {
+void compare(RandomDocument& random, const DocumentNode& element, PrefixScope& scope) {
     for (const char16_t* prefix : {u"a", u"b", u"c", u"d", u"a"}) {
-        EXPECT_EQ(textOf(scope.uriOf(prefix)), textOf(element.lookupNamespaceURI(prefix)));
+        EXPECT_EQ(textOf(scope.uriOf(prefix)), textOf(domOf(element).lookupNamespaceURI(prefix)));
     }
-    for (const auto* child = element.getFirstElementChild(); child != nullptr;
-         child = child->getNextElementSibling()) {
+    for (const auto* child = firstElement(element); child != nullptr; child = nextElement(*child)) {
         if (random.hasScope()) {
             PrefixScope inner(*child, scope);
             compare(random, *child, inner);
         } else {
-            for (const auto* further = child->getFirstElementChild(); further != nullptr;
-                 further = further->getNextElementSibling()) {
+            for (const auto* further = firstElement(*child); further != nullptr;
+                 further = nextElement(*further)) {
                 PrefixScope inner(*further, scope);
                 compare(random, *further, inner);
             }
@@ -90,19 +93,19 @@ TEST(PrefixScope, findsTheNamespacesThatXercesFinds) {
     for (unsigned seed = 0; seed != 300; ++seed) {
         RandomDocument random(seed);
         ParsedDocument document(random.make());
-        PrefixScope root(document.root());
-        compare(random, document.root(), root);
+        PrefixScope root(document.tree());
+        compare(random, document.tree(), root);
     }
 }
 
 TEST(PrefixScope, findsThatADeclarationIsTakenBack) {
     ParsedDocument document("<?xml version='1.1'?><r xmlns:a='urn:1'><s xmlns:a=''><t/></s></r>");
-    const auto& s = *document.root().getFirstElementChild();
-    PrefixScope root(document.root());
+    const auto& s = *firstElement(document.tree());
+    PrefixScope root(document.tree());
     PrefixScope ofS(s, root);
-    PrefixScope ofT(*s.getFirstElementChild(), ofS);
+    PrefixScope ofT(*firstElement(s), ofS);
     for (auto* scope : {&ofS, &ofT}) {
-        EXPECT_EQ(textOf(scope->uriOf(u"a")), textOf(s.lookupNamespaceURI(u"a")));
+        EXPECT_EQ(textOf(scope->uriOf(u"a")), textOf(domOf(s).lookupNamespaceURI(u"a")));
     }
 }
 

@@ -1,0 +1,189 @@
+#include "XMLBuilder/reader/DomNodes.h"
+
+#include "XMLBuilder/format/Namespaces.h"
+#include "XMLBuilder/reader/ExtensionTags.h"
+
+#include <memory>
+#include <string>
+#include <xercesc/util/XMLChar.hpp>
+#include <xercesc/util/XMLString.hpp>
+
+#ifdef CORVID_WITH_XQILLA
+#include <xqilla/xqilla-dom3.hpp>
+#endif
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+
+const char16_t* orEmpty(const XMLCh* text) { return text == nullptr ? u"" : text; }
+
+const DOMNode* domOf(const DocumentNode& node) { return static_cast<const DOMNode*>(node.origin); }
+
+DocumentNode::Kind kindOf(const DOMNode& node) {
+    switch (node.getNodeType()) {
+    case DOMNode::ELEMENT_NODE:
+        return DocumentNode::Kind::element;
+    case DOMNode::ATTRIBUTE_NODE:
+        return DocumentNode::Kind::attribute;
+    case DOMNode::TEXT_NODE:
+    case DOMNode::CDATA_SECTION_NODE:
+        return DocumentNode::Kind::text;
+    default:
+        return DocumentNode::Kind::other;
+    }
+}
+
+/// A node without what it holds.
+DocumentNode& addNode(NodePool& pool, const DOMNode& node, const DocumentNode* parent) {
+    DocumentNode& copy = pool.add();
+    copy.kind = kindOf(node);
+    copy.parent = parent;
+    copy.origin = &node;
+    if (copy.kind == DocumentNode::Kind::element || copy.kind == DocumentNode::Kind::attribute) {
+        copy.name = orEmpty(node.getNodeName());
+        copy.local = orEmpty(node.getLocalName());
+        copy.uri = node.getNamespaceURI();
+    }
+    if (copy.kind != DocumentNode::Kind::element) {
+        copy.value = orEmpty(node.getNodeValue());
+        return copy;
+    }
+    const auto& attributes = *static_cast<const DOMElement&>(node).getAttributes();
+    const XMLSize_t count = attributes.getLength();
+    DocumentNode* last = nullptr;
+    for (XMLSize_t i = 0; i != count; ++i) {
+        DocumentNode& attribute = addNode(pool, *attributes.item(i), &copy);
+        (last == nullptr ? copy.firstAttribute : last->next) = &attribute;
+        last = &attribute;
+    }
+    return copy;
+}
+
+/// A node with all that it holds. Elements may be in each other as deep as a document allows, so
+/// nothing here works by calls that nest with them.
+const DocumentNode& addTree(NodePool& pool, const DOMNode& top, const DocumentNode* parent) {
+    DocumentNode& made = addNode(pool, top, parent);
+    struct Level {
+        DocumentNode* element;
+        const DOMNode* nextChild;
+        DocumentNode* lastChild;
+    };
+    const auto levelOf = [](DocumentNode& element, const DOMNode& node) {
+        const bool isElement = element.kind == DocumentNode::Kind::element;
+        return Level{&element, isElement ? node.getFirstChild() : nullptr, nullptr};
+    };
+    std::vector<Level> open{levelOf(made, top)};
+    while (!open.empty()) {
+        Level& level = open.back();
+        const DOMNode* const node = level.nextChild;
+        if (node == nullptr) {
+            open.pop_back();
+            continue;
+        }
+        level.nextChild = node->getNextSibling();
+        DocumentNode& child = addNode(pool, *node, level.element);
+        if (level.lastChild == nullptr) {
+            level.element->firstChild = &child;
+        } else {
+            level.lastChild->next = &child;
+        }
+        level.lastChild = &child;
+        if (child.kind == DocumentNode::Kind::element) {
+            open.push_back(levelOf(child, *node));
+        }
+    }
+    return made;
+}
+
+} // namespace
+
+DomNodes::DomNodes(const DOMElement& root) : root_(addNode(ofRoot_, root, nullptr)) {}
+
+const DocumentNode& DomNodes::copyOf(const DOMElement& child) {
+    ofChild_.clear();
+    return addTree(ofChild_, child, &root_);
+}
+
+void DomNodes::nameTags(ExtensionTags& tags) {
+    const auto& root = *static_cast<const DOMElement*>(domOf(root_));
+    NodePool pool;
+    const auto each = [&](const char16_t* name, auto visit) {
+        const auto& found = *root.getElementsByTagNameNS(Names::groups.uri, Names::localPart(name));
+        // Up to the first null: to ask for the length would make the list begin anew each time.
+        for (XMLSize_t i = 0; const auto* element = found.item(i); ++i) {
+            pool.clear();
+            visit(addTree(pool, *element, nullptr));
+        }
+    };
+    each(Names::extensionElements, [&tags](const DocumentNode& container) {
+        for (const auto* child = firstElement(container); child != nullptr;
+             child = nextElement(*child)) {
+            tags.keepTagOf(*child);
+        }
+    });
+    each(Names::darkMetadata, [&tags](const DocumentNode& set) { tags.keepTagsIn(set); });
+}
+
+bool DomNodes::isPlain(const char16_t* prefix, const char16_t* name) const {
+    const auto isNCName = [](const char16_t* text) {
+        return xercesc::XMLChar1_0::isValidNCName(text, xercesc::XMLString::stringLen(text));
+    };
+    return isNCName(prefix) && isNCName(name);
+}
+
+#ifdef CORVID_WITH_XQILLA
+
+namespace {
+
+struct Release {
+    template <class T> void operator()(T* object) const { object->release(); }
+};
+template <class T> using Released = std::unique_ptr<T, Release>;
+
+} // namespace
+
+const DocumentNode* DomNodes::evaluate(const DocumentNode& context, const ChildStep& step,
+                                       const char16_t* uri) {
+    const DOMNode* const from = domOf(context);
+    xercesc::DOMDocument& document = *from->getOwnerDocument();
+    const Released<xercesc::DOMXPathNSResolver> names(document.createNSResolver(from));
+    if (uri != nullptr) {
+        static_cast<XQillaNSResolver&>(*names).addNamespaceBinding(step.prefix(), uri);
+    }
+    const std::u16string text = std::u16string(u"./") + step.prefix() + u':' + step.name();
+    const Released<xercesc::DOMXPathExpression> expression(
+        document.createExpression(text.c_str(), names.get()));
+    const Released<xercesc::DOMXPathResult> result(
+        expression->evaluate(from, xercesc::DOMXPathResult::FIRST_RESULT_TYPE, nullptr));
+    const DOMNode* const node = result->isNode() ? result->getNodeValue() : nullptr;
+    if (node == nullptr) {
+        return nullptr;
+    }
+    for (const auto* child = context.firstChild; child != nullptr; child = child->next) {
+        if (child->origin == node) {
+            return child;
+        }
+    }
+    return &addTree(ofChild_, *node, &root_);
+}
+
+#else
+
+const DocumentNode* DomNodes::evaluate(const DocumentNode& context, const ChildStep& step,
+                                       const char16_t* uri) {
+    if (step.isPlain() && uri != nullptr) {
+        return ChildSteps::first(context, step.name(), uri);
+    }
+    const short code = step.isPlain()
+                           ? static_cast<short>(xercesc::DOMException::NAMESPACE_ERR)
+                           : static_cast<short>(xercesc::DOMXPathException::INVALID_EXPRESSION_ERR);
+    throw xercesc::DOMXPathException(code, 0);
+}
+
+#endif
+
+} // namespace Corvid::XMLBuilder

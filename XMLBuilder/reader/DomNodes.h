@@ -1,0 +1,33 @@
+#pragma once
+
+#include "XMLBuilder/reader/ChildSteps.h"
+#include "XMLBuilder/reader/NodePool.h"
+
+#include <xercesc/dom/DOM.hpp>
+
+namespace Corvid::XMLBuilder {
+
+/// Gives the nodes of a DOM to the reader, and answers what only the DOM can.
+class DomNodes final : public DomQueries {
+public:
+    /// @param root  of the document; borrowed.
+    explicit DomNodes(const xercesc::DOMElement& root);
+
+    /// The root without its children.
+    const DocumentNode& root() const noexcept { return root_; }
+
+    /// A child of the root with all that it holds, until the next call.
+    const DocumentNode& copyOf(const xercesc::DOMElement& child);
+
+    bool isPlain(const char16_t* prefix, const char16_t* name) const override;
+    const DocumentNode* evaluate(const DocumentNode& context, const ChildStep& step,
+                                 const char16_t* uri) override;
+    void nameTags(ExtensionTags& tags) override;
+
+private:
+    NodePool ofRoot_;
+    NodePool ofChild_;
+    const DocumentNode& root_;
+};
+
+} // namespace Corvid::XMLBuilder
