@@ -18,6 +18,7 @@ constexpr const char16_t* localPart(const char16_t* qualified) {
 }
 
 inline constexpr Namespace s377m{u"urn:SMPTE:S377M", u"s377m"};
+inline constexpr Namespace rp210{u"urn:SMPTE:RP210", u"rp210"};
 inline constexpr Namespace groups{u"urn:SMPTE:Groups:MXF", u"groups"};
 inline constexpr Namespace types{u"urn:SMPTE:Types:MXF", u"types"};
 inline constexpr Namespace s422mTypes{u"urn:SMPTE:S422MTypes:MXF", u"s422mTypes"};

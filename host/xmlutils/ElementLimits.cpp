@@ -1,7 +1,5 @@
 #include "host/xmlutils/ElementLimits.h"
 
-#include "host/xmlutils/LoadDocument.h"
-
 namespace Corvid::XMLUtils {
 
 namespace {

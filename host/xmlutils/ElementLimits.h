@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/base/KeyedHash.h"
+#include "host/xmlutils/Limits.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,7 +13,7 @@
 namespace Corvid::XMLUtils {
 
 /// Counts the elements of a document, their attributes and names while it is parsed, and tells
-/// which is beyond a limit. LoadDocument.h has the limits.
+/// which is beyond a limit. Limits.h has the limits.
 class ElementLimits {
 public:
     void startDocument();

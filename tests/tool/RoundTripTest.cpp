@@ -5,7 +5,7 @@
 #include "host/xmlutils/LoadDocument.h"
 #include "tests/tool/CopyPartition.h"
 #include "tests/tool/Differences.h"
-#include "tools/corvid/DocumentMetadata.h"
+#include "tools/corvid/LenientDocument.h"
 #include "tools/corvid/WriteDocument.h"
 
 #include <algorithm>
@@ -314,16 +314,31 @@ std::string documentOf(PartitionMetadata& partition) {
 
 /// Whether somebody who reads a document with from-xml and compares would see that something is
 /// wrong: it is refused, there is a note, or there are differences.
-bool isNoticed(PartitionMetadata& before, const std::string& document) {
+template <class Read> bool isNoticedBy(PartitionMetadata& before, Read read) {
     try {
-        const auto after = Tool::readDocument(
-            reinterpret_cast<const unsigned char*>(document.data()), document.size(),
-            before.partitionDictionary().dictionary(), Tool::DocumentIdentifiers::written);
+        const auto after = read();
         return after.supplement.overruled != 0 || after.supplement.missingSets != 0 ||
                !differencesOf(before, *after.metadata).empty();
     } catch (const Exceptions::BaseException&) {
         return true;
     }
+}
+
+/// The same in one of the two ways of reading. Strictly, an empty element is text of no length
+/// without an instruction that says so.
+bool isNoticed(PartitionMetadata& before, const std::string& document) {
+    const auto dictionary = before.partitionDictionary().dictionary();
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(document.data());
+    constexpr auto identifiers = Tool::DocumentIdentifiers::written;
+    return isNoticedBy(before,
+                       [&] {
+                           return Tool::readLeniently(bytes, document.size(), dictionary,
+                                                      identifiers);
+                       }) ||
+           isNoticedBy(before, [&] {
+               DataIO::Memory::MemoryDataSource source(bytes, document.size());
+               return Tool::readDocument(source, dictionary, identifiers);
+           });
 }
 
 class WhatElementsDoNotSay : public ::testing::TestWithParam<Carried> {
@@ -429,7 +444,7 @@ TEST(RoundTrip, ofAPartitionWithoutPrefaceIsRefused) {
     EXPECT_THROW(Tool::compareWithRoundTrip(model.partition), Exceptions::InvalidFormat);
 }
 
-TEST(RoundTrip, saysThatADocumentOfTooManyNamesCannotBeReadBack) {
+TEST(RoundTrip, ofMoreNamesThanTheParserOfTheLibraryTakesIsLossless) {
     constexpr unsigned int setCount = 33;
     constexpr unsigned int properties = 500;
     static_assert(setCount * properties > XMLUtils::maximumNames);
@@ -457,15 +472,8 @@ TEST(RoundTrip, saysThatADocumentOfTooManyNamesCannotBeReadBack) {
             model.value(made, "P" + std::to_string(set) + "_" + std::to_string(i), Types::UInt8(1));
         }
     }
-    try {
-        Tool::compareWithRoundTrip(model.partition);
-        FAIL() << "expected ParseError";
-    } catch (const Exceptions::ParseError& error) {
-        const std::string message = Platform::toUtf8(error.message());
-        EXPECT_THAT(message, ::testing::StartsWith("its document can't be read: line "));
-        EXPECT_THAT(message, HasSubstr("16385 different names of elements and attributes"));
-        EXPECT_THAT(message, ::testing::Not(HasSubstr("xercesc")));
-    }
+    const auto comparison = Tool::compareWithRoundTrip(model.partition);
+    EXPECT_THAT(comparison.differences, IsEmpty()) << linesOf(comparison.differences);
 }
 
 TEST(RoundTrip, refusesWhatCannotBeWrittenToAFile) {

@@ -1,7 +1,7 @@
 #include "tests/support/Model.h"
 #include "tests/support/ThingsDictionary.h"
 #include "tests/tool/Differences.h"
-#include "tools/corvid/DocumentMetadata.h"
+#include "tools/corvid/LenientDocument.h"
 #include "tools/corvid/StoredBytes.h"
 #include "tools/corvid/supplement/SupplementText.h"
 
@@ -182,8 +182,8 @@ protected:
             uuidText(1) + "\"/><t:Thing rp210:InstanceUID=\"" + uuidText(2) + "\">" + elements +
             "</t:Thing></s377m:MetadataSets>";
         document_ =
-            Tool::readDocument(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
-                               dictionary_, Tool::DocumentIdentifiers::written);
+            Tool::readLeniently(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
+                                dictionary_, Tool::DocumentIdentifiers::written);
     }
 
     std::string bytesOfThing(const char* tag) {

@@ -86,8 +86,8 @@ struct Summary {
         unfitProperties; ///< by "Set/Property"; values of a wrong form
 };
 
-/// The bytes of a data definition's name in UTF-8 that the kind of a track shows: each track repeats
-/// it.
+/// The bytes of a data definition's name in UTF-8 that the kind of a track shows: each track
+/// repeats it.
 constexpr std::size_t longestKind = 100;
 
 /// Collects it.

@@ -33,6 +33,8 @@ public:
     void explainTags(Metadata::PartitionDictionary& primer) const;
 
     const Properties* enter(Metadata::MetadataSet& set, std::u16string_view written) override;
+    bool mayBeNameless(const MetaMetadata::MetaMetadataSet& setClass) const override;
+    bool isPartial() const override { return supplement_.partial.has_value(); }
     void leaveOut(const std::string& name, const std::string& place) override;
 
     /// To be called when the document is read, before sets are merged or renamed.

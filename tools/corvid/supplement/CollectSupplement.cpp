@@ -167,14 +167,14 @@ void Collector::findWhatIsUsual() {
     }
 }
 
-/// Equal sets that share an InstanceUID would become one.
+/// Equal sets that share an InstanceUID would become one, and unequal ones would be a mistake.
 void Collector::countCopies(const Metadata::Targets& namesakes) {
     std::map<std::string, Types::u32> contents;
     Types::u32 most = 0;
     for (const MetadataSet* each : namesakes) {
         most = std::max(most, ++contents[contentOf(*each)]);
     }
-    if (most > 1) {
+    if (most > 1 || contents.size() > 1) {
         result_.copies.push_back({namesakes.front().instanceUID(), most});
     }
 }
