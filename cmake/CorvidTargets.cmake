@@ -32,6 +32,12 @@ function(corvid_add_library target export_name)
     EXPORT_NAME ${export_name})
 endfunction()
 
+# Lets no source of <target> include Xerces-C or XQilla, wherever they are installed: every header of
+# theirs includes one that the folder has an error in place of.
+function(corvid_without_xerces target)
+  target_include_directories(${target} BEFORE PRIVATE ${PROJECT_SOURCE_DIR}/cmake/without-xerces)
+endfunction()
+
 if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
   # Names of source files in messages are relative to the project.
   add_compile_options(

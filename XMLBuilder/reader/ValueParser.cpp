@@ -10,7 +10,6 @@
 #include "host/dataio/Memory.h"
 #include "host/klv/Value.h"
 #include "host/types/Factories.h"
-#include "host/xmlutils/UnicodeString.h"
 #include "host/xmlutils/XmlText.h"
 
 #include <array>

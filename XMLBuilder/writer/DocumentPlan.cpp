@@ -1,7 +1,7 @@
 #include "XMLBuilder/writer/DocumentPlan.h"
 
-#include "XMLBuilder/format/InlineDepth.h"
 #include "XMLBuilder/format/DefinitionName.h"
+#include "XMLBuilder/format/InlineDepth.h"
 #include "XMLBuilder/writer/PropertyOrder.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
@@ -270,8 +270,8 @@ void DocumentPlan::planDarkSets() {
 }
 
 void DocumentPlan::planFloatingSets() {
-    Templates::vector<const MetadataSet*> order;
-    const std::size_t outside = partition_.calculateSerializationOrder(order, true, false);
+    auto& [order, outside] = fileOrder_;
+    outside = partition_.calculateSerializationOrder(order, true, false);
     Walk walk(*this, floatingPass_, true);
     for (auto set = order.end() - static_cast<std::ptrdiff_t>(outside); set != order.end(); ++set) {
         if (floatingPass_.places.count(*set) == 0) {

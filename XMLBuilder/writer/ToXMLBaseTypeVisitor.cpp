@@ -4,7 +4,6 @@
 #include "XMLBuilder/format/NumberText.h"
 #include "XMLBuilder/format/ValueForms.h"
 #include "host/base/Hex.h"
-#include "host/xmlutils/UnicodeString.h"
 #include "host/xmlutils/XmlText.h"
 
 #include <type_traits>
@@ -67,7 +66,7 @@ struct ToXMLBaseTypeVisitor::Forms : ValueForms {
     }
 
     static void write(ToXMLBaseTypeVisitor& to, const Types::ISO7String& value, Text) {
-        writeText(*to.sink_, XMLUtils::UnicodeString(value.value()).utf16());
+        writeText(*to.sink_, Platform::widen(value.value()).c_str());
     }
 
     static void write(ToXMLBaseTypeVisitor& to, const Types::UTF16& value, CodeUnit) {

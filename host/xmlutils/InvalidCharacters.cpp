@@ -13,20 +13,9 @@ std::string InvalidCharacter::describe() const {
            std::to_string(position) + " of its text";
 }
 
-InvalidCharacters::~InvalidCharacters() = default;
-RefuseInvalidCharacters::~RefuseInvalidCharacters() = default;
-ReplaceInvalidCharacters::~ReplaceInvalidCharacters() = default;
-
-void RefuseInvalidCharacters::found(const InvalidCharacter& character) {
+void InvalidCharacter::refuse() const {
     throw Exceptions::InvalidFormat(
-        character.describe() + " found, expected characters that XML 1.0 can hold", CORVID_HERE);
-}
-
-void ReplaceInvalidCharacters::found(const InvalidCharacter& character) {
-    ++count_;
-    if (replaced_.size() < remembered_) {
-        replaced_.push_back(character);
-    }
+        describe() + " found, expected characters that XML 1.0 can hold", CORVID_HERE);
 }
 
 } // namespace Corvid::XMLUtils

@@ -20,12 +20,18 @@ struct InvalidCharacter {
 
     /// Path, code unit and position on one line, UTF-8.
     CORVID_XMLUTILS_EXPORT std::string describe() const;
+
+    /// @throws InvalidFormat  always, with that and what is expected.
+    [[noreturn]] CORVID_XMLUTILS_EXPORT void refuse() const;
 };
 
 /// Decides what becomes of characters that XML cannot hold.
+///
+/// These classes are inline throughout: a program can write text without this library, and one that
+/// does both must not have two of each class.
 class CORVID_XMLUTILS_EXPORT InvalidCharacters {
 public:
-    virtual ~InvalidCharacters();
+    virtual ~InvalidCharacters() = default;
 
     /// Is called for each of them in document order. Returns to have U+FFFD written in its place;
     /// throws to end serialising.
@@ -35,10 +41,8 @@ public:
 /// Ends serialising at the first one.
 class CORVID_XMLUTILS_EXPORT RefuseInvalidCharacters final : public InvalidCharacters {
 public:
-    ~RefuseInvalidCharacters() override;
-
     /// @throws InvalidFormat  always; names the place, the code unit and its position.
-    void found(const InvalidCharacter& character) override;
+    void found(const InvalidCharacter& character) override { character.refuse(); }
 };
 
 /// Has each replaced, counts them and remembers the first ones.
@@ -47,9 +51,13 @@ public:
     /// @param remembered  how many to keep for replaced(); damaged text may hold millions.
     explicit ReplaceInvalidCharacters(std::size_t remembered = 1000) noexcept
         : remembered_(remembered) {}
-    ~ReplaceInvalidCharacters() override;
 
-    void found(const InvalidCharacter& character) override;
+    void found(const InvalidCharacter& character) override {
+        ++count_;
+        if (replaced_.size() < remembered_) {
+            replaced_.push_back(character);
+        }
+    }
 
     /// How many were replaced.
     std::size_t count() const noexcept { return count_; }

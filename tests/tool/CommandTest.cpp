@@ -210,14 +210,4 @@ TEST(Command, tellsWhichPartitionsHaveMetadata) {
     }
 }
 
-TEST(Command, infoLoadsNoXmlLibrary) {
-    const Workshop shop;
-    shop.write("clip.mxf", smallClip());
-    const Outcome outcome =
-        shop.run("LD_DEBUG=files LD_DEBUG_OUTPUT=ld corvid info clip.mxf && "
-                 "LD_DEBUG=files LD_DEBUG_OUTPUT=xml corvid to-xml clip.mxf >/dev/null && "
-                 "grep -q libxerces xml.* && ! grep -E 'lib(xerces|xqilla|icu)' ld.*");
-    EXPECT_EQ(outcome.status, 0) << outcome.err;
-}
-
 } // namespace

@@ -7,7 +7,6 @@
 #include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/ProgressBar.h"
 #include "tools/corvid/RoundTrip.h"
-#include "tools/corvid/XercesFailures.h"
 
 #include <optional>
 #include <unistd.h>
@@ -28,8 +27,7 @@ CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, std
             mxf::File file(clip.path, dictionary, messages);
             const mxf::HeaderMetadata header = readMetadata(file, clip);
             checked.cutOffAt = header.cutOffAt;
-            translateXerces(
-                [&] { checked.comparison = compareWithRoundTrip(*header.metadata, listed); });
+            checked.comparison = compareWithRoundTrip(*header.metadata, listed);
         },
         messages);
     if (status == exitDone) {

@@ -95,6 +95,19 @@ void declareStrictness(CLI::App& verb, bool& wanted, const char* what) {
     verb.add_flag("--warnings-as-errors", wanted, what)->group(processing);
 }
 
+/// Loads the module when there is something to validate, and not before.
+void validateInModule(const unsigned char* bytes, std::size_t length,
+                      const MetaMetadata::Dictionary& dictionary, Messages& messages) {
+    xmlModule().validate(bytes, length, dictionary, messages);
+}
+
+/// The same where a document is read leniently.
+DocumentMetadata readLenientlyInModule(
+    DataIO::DataSource& source, const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+    DocumentIdentifiers identifiers) {
+    return xmlModule().readLeniently(source, dictionary, identifiers);
+}
+
 Work declareToXml(CLI::App& verb) {
     using XMLUtils::EncodingType;
     const auto options = std::make_shared<ToXmlOptions>();
@@ -118,8 +131,9 @@ Work declareToXml(CLI::App& verb) {
                   "Write U+FFFD for characters that XML can't hold, and say where, instead of "
                   "refusing them")
         ->group(processing);
-    verb.add_flag("--validate", options->validate,
-                  "Check the document against its schema before it is written")
+    verb.add_flag_function(
+            "--validate", [options](std::int64_t) { options->validate = validateInModule; },
+            "Check the document against its schema before it is written")
         ->group(processing);
     declareStrictness(verb, options->warningsAsErrors,
                       "Write nothing and exit with status 1 if there are warnings");
@@ -140,7 +154,7 @@ Work declareToXml(CLI::App& verb) {
         ->group(output);
     verb.add_flag("--compact", options->compact, "No line breaks and no indentation")
         ->group(output);
-    return [options](Messages& messages) { xmlVerbs().toXml(*options, messages); };
+    return [options](Messages& messages) { toXml(*options, messages); };
 }
 
 Work declareFromXml(CLI::App& verb) {
@@ -155,9 +169,10 @@ Work declareFromXml(CLI::App& verb) {
             [options](std::int64_t) { options->identifiers = DocumentIdentifiers::fresh; },
             "Give every set a new InstanceUID instead of the one in the document")
         ->group(processing);
-    verb.add_flag("--lenient", options->lenient,
-                  "Read what can be read, as the library does, instead of refusing a document "
-                  "with mistakes")
+    verb.add_flag_function(
+            "--lenient", [options](std::int64_t) { options->lenient = readLenientlyInModule; },
+            "Read what can be read, as the library does, instead of refusing a document "
+            "with mistakes")
         ->group(processing);
     declareStrictness(verb, options->warningsAsErrors,
                       "Write nothing and exit with status 1 if there are warnings");
@@ -174,7 +189,7 @@ Work declareFromXml(CLI::App& verb) {
         ->check(numberFromOne(greatestKagSize))
         ->capture_default_str()
         ->group(output);
-    return [options](Messages& messages) { xmlVerbs().fromXml(*options, messages); };
+    return [options](Messages& messages) { fromXml(*options, messages); };
 }
 
 Work declareInfo(CLI::App& verb, bool colours) {
@@ -195,7 +210,7 @@ Work declareSchema(CLI::App& verb) {
         ->capture_default_str()
         ->group(output);
     declareForce(verb, options->force, "Write also where an MXF file is, which is lost");
-    return [options](Messages& messages) { xmlVerbs().schema(*options, messages); };
+    return [options](Messages& messages) { xmlModule().schema(*options, messages); };
 }
 
 Work declareCheck(CLI::App& verb, bool colours) {
@@ -210,7 +225,7 @@ Work declareCheck(CLI::App& verb, bool colours) {
     verb.add_flag("--all", options->all, "List up to 10000 differences of a kind in a file")
         ->group(output);
     verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
-    return [options](Messages& messages) { xmlVerbs().check(*options, messages); };
+    return [options](Messages& messages) { check(*options, messages); };
 }
 
 Work declareDictionary(CLI::App& verb, bool colours) {

@@ -5,7 +5,6 @@
 #include "tools/corvid/Clip.h"
 #include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/ExitStatus.h"
-#include "tools/corvid/LenientDocument.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/SetValues.h"
@@ -50,8 +49,8 @@ mxf::PartitionPack packFor(const Metadata::MetadataSet& preface, std::uint32_t k
 DocumentMetadata read(DocumentFile& file, const FromXmlOptions& options,
                       const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                       Messages& messages) {
-    if (options.lenient) {
-        return readLeniently(file, dictionary, options.identifiers);
+    if (options.lenient != nullptr) {
+        return options.lenient(file, dictionary, options.identifiers);
     }
     try {
         return readDocument(file, dictionary, options.identifiers);

@@ -5,12 +5,19 @@
 
 namespace Corvid::Tool {
 
+/// Reads a document as the library does. A verb that can do so is given the function: that needs
+/// Xerces-C, and the verb may not.
+using LenientReader = DocumentMetadata (*)(
+    DataIO::DataSource& source, const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+    DocumentIdentifiers identifiers);
+
 /// What `corvid from-xml` can be told.
 struct FromXmlOptions {
     std::string path; ///< "-" is standard input
     DictionaryChoice dictionaries;
     DocumentIdentifiers identifiers = DocumentIdentifiers::written;
-    bool lenient = false;        ///< read as the library does, which takes what it finds
+    /// Reads as the library does, which takes what it finds; null to read strictly.
+    LenientReader lenient = nullptr;
     std::uint32_t kagSize = 512; ///< bytes; 1 for no alignment
     std::string output;          ///< "-" is standard output
     bool force = false;          ///< replace an MXF file with more than a header partition, too
@@ -22,7 +29,6 @@ constexpr std::uint32_t greatestKagSize = 1U << 20;
 
 /// Writes the header metadata of a document as an MXF header partition that is closed and complete.
 ///
-/// Needs Xerces-C, so it stands in the module and not in the command itself; see XmlModule.h.
 /// @throws UsageError, IOError, BaseException  as guard() takes them. A file that was there is as
 ///     it was, and nothing has gone to standard output where the data is refused.
 void fromXml(const FromXmlOptions& options, Messages& messages);

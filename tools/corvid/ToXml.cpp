@@ -3,14 +3,12 @@
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "tools/corvid/CommandWarnings.h"
-#include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/InstanceText.h"
 #include "tools/corvid/LeftOutReferences.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/WriteDocument.h"
-#include "tools/corvid/XercesFailures.h"
 
 #include <memory>
 #include <optional>
@@ -57,11 +55,11 @@ public:
 
     void write(Output& output, const MetaMetadata::Dictionary& dictionary,
                Messages& messages) const {
-        if (options_.validate) {
+        if (options_.validate != nullptr) {
             DataIO::Memory::MemoryDataSink text;
             writeTo(text, messages);
             refuseWarnings(options_.warningsAsErrors, messages);
-            validateDocument(text.rawBuffer(), text.serializedSize(), dictionary, messages);
+            options_.validate(text.rawBuffer(), text.serializedSize(), dictionary, messages);
             output.write(text.rawBuffer(), text.serializedSize());
         } else if (output.isHeldBack() || (options_.replaceInvalid && !options_.warningsAsErrors)) {
             writeTo(output, messages);
@@ -178,7 +176,7 @@ void toXml(const ToXmlOptions& options, Messages& messages) {
     // Reachable to the end, so that leak checkers see that nothing is lost.
     static std::vector<std::unique_ptr<Leftovers>> kept;
     kept.push_back(std::make_unique<Leftovers>());
-    translateXerces([&] { convert(options, messages, *kept.back()); });
+    convert(options, messages, *kept.back());
 }
 
 } // namespace Corvid::Tool

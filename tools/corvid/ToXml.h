@@ -2,6 +2,7 @@
 
 #include "host/xmlutils/EncodingType.h"
 #include "tools/corvid/Clip.h"
+#include "tools/corvid/DocumentValidator.h"
 
 namespace Corvid::Tool {
 
@@ -17,14 +18,14 @@ struct ToXmlOptions {
     bool structuralOnly = false; ///< without sets that are no structural metadata
     std::string start;           ///< InstanceUID of the set to begin with; empty for the Preface
     bool compact = false;
-    bool validate = false;       ///< against the schema, before anything is written
-    bool replaceInvalid = false; ///< U+FFFD in the place of what XML can't hold
+    DocumentValidator validate = nullptr; ///< called before anything is written; null for none
+    bool replaceInvalid = false;          ///< U+FFFD in the place of what XML can't hold
     bool warningsAsErrors = false;
 };
 
 /// Writes the header metadata of an MXF file as XML.
 ///
-/// Needs Xerces-C, so it stands in the module and not in the command itself; see XmlModule.h.
+/// Does without Xerces-C; see XmlModule.h.
 /// @throws UsageError, IOError, BaseException  as guard() takes them. A file that was there is as
 /// it
 ///     was, and nothing has gone to standard output where the data is refused.

@@ -33,17 +33,16 @@ std::set<Types::UUID> identifiersIn(const DocumentPlan& plan) {
 }
 
 DocumentSupplement supplementOf(const DocumentContent& content, const DocumentPlan& plan) {
-    const PartitionMetadata& metadata = plan.partition();
     if (!content.structuralOnly && !content.start) {
-        return collectSupplement(metadata);
+        return collectSupplement(plan);
     }
     const auto written = identifiersIn(plan);
-    auto supplement = collectSupplement(
-        metadata, DocumentPart{&startOf(metadata, content), content.structuralOnly,
-                               [&](const MetadataSet& set) {
-                                   return !set.hasInstanceUID() ||
-                                          written.count(set.instanceUID()) != 0;
-                               }});
+    auto supplement =
+        collectSupplement(plan, DocumentPart{&startOf(plan.partition(), content),
+                                             content.structuralOnly, [&](const MetadataSet& set) {
+                                                 return !set.hasInstanceUID() ||
+                                                        written.count(set.instanceUID()) != 0;
+                                             }});
     supplement.partial = {content.structuralOnly, content.start};
     return supplement;
 }

@@ -1,30 +1,30 @@
 #pragma once
 
+#include "tools/corvid/DocumentValidator.h"
+#include "tools/corvid/FromXml.h"
+
 namespace Corvid::Tool {
 
 class Messages;
-struct CheckOptions;
-struct FromXmlOptions;
 struct SchemaOptions;
-struct ToXmlOptions;
 
-/// The verbs that need XML, as the module offers them.
+/// What of the command needs Xerces-C and XQilla, as the module offers it.
 ///
-/// Xerces-C and XQilla pull in some forty shared libraries, whose loading costs more than all that
-/// `corvid info` does. So these verbs stand in a module of their own that is loaded when one of
-/// them is called. Module and command are built together: there is no other version to be met.
-struct XmlVerbs {
-    void (*check)(const CheckOptions& options, Messages& messages);
-    void (*toXml)(const ToXmlOptions& options, Messages& messages);
-    void (*fromXml)(const FromXmlOptions& options, Messages& messages);
+/// These pull in some forty shared libraries, whose loading costs more than all that `corvid info`
+/// or `corvid to-xml` does with a small file. So what needs them stands in a module of its own that
+/// is loaded when it is called. Module and command are built together: there is no other version to
+/// be met.
+struct XmlModule {
     void (*schema)(const SchemaOptions& options, Messages& messages);
+    DocumentValidator validate;
+    LenientReader readLeniently;
 };
 
 /// Loads the module on first use; it stays.
 /// @throws IOError  it is not where it was installed.
-const XmlVerbs& xmlVerbs();
+const XmlModule& xmlModule();
 
 } // namespace Corvid::Tool
 
-/// What the module exports: pointer to its XmlVerbs.
-extern "C" const Corvid::Tool::XmlVerbs* corvidXmlVerbs();
+/// What the module exports: pointer to its XmlModule.
+extern "C" const Corvid::Tool::XmlModule* corvidXmlModule();

@@ -1,11 +1,24 @@
-#include "tools/corvid/Check.h"
-#include "tools/corvid/FromXml.h"
+#include "tools/corvid/DocumentSchema.h"
+#include "tools/corvid/LenientDocument.h"
 #include "tools/corvid/Schema.h"
-#include "tools/corvid/ToXml.h"
+#include "tools/corvid/XercesFailures.h"
 #include "tools/corvid/XmlModule.h"
 
-extern "C" __attribute__((visibility("default"))) const Corvid::Tool::XmlVerbs* corvidXmlVerbs() {
-    static constexpr Corvid::Tool::XmlVerbs verbs{&Corvid::Tool::check, &Corvid::Tool::toXml,
-                                                  &Corvid::Tool::fromXml, &Corvid::Tool::schema};
-    return &verbs;
+namespace Corvid::Tool {
+
+namespace {
+
+void validate(const unsigned char* bytes, std::size_t length,
+              const MetaMetadata::Dictionary& dictionary, Messages& messages) {
+    translateXerces([&] { validateDocument(bytes, length, dictionary, messages); });
+}
+
+} // namespace
+
+} // namespace Corvid::Tool
+
+extern "C" __attribute__((visibility("default"))) const Corvid::Tool::XmlModule* corvidXmlModule() {
+    using namespace Corvid::Tool;
+    static constexpr XmlModule module{&schema, &validate, &readLeniently};
+    return &module;
 }

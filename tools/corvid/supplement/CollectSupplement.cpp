@@ -3,6 +3,7 @@
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/Elements.h"
+#include "host/metadata/PartitionMetadata.h"
 #include "host/mxf/LocalSet.h"
 #include "host/types/Types.h"
 #include "tools/corvid/SetValues.h"
@@ -66,16 +67,15 @@ KeyForm formOf(const MetadataSet& set) { return {set.key(), set.propertyBerLengt
 
 class Collector {
 public:
-    Collector(const Metadata::PartitionMetadata& metadata, const std::optional<DocumentPart>& part)
-        : metadata_(metadata), tags_(metadata.partitionDictionary()), part_(part) {}
+    Collector(const XMLBuilder::DocumentPlan& plan, const std::optional<DocumentPart>& part)
+        : metadata_(plan.partition()), order_(plan.fileOrder()),
+          tags_(metadata_.partitionDictionary()), part_(part) {}
 
     DocumentSupplement collect() {
         findWhatIsUsual();
         // As a document has them, so that the same document always has the same instructions.
-        Templates::vector<const MetadataSet*> order;
-        const std::size_t outside = metadata_.calculateSerializationOrder(order, true, false);
-        copyNumbers_ = numberCopies(metadata_, order, outside, part_);
-        for (const MetadataSet* set : order) {
+        copyNumbers_ = numberCopies(metadata_, order_.sets, order_.outside, part_);
+        for (const MetadataSet* set : order_.sets) {
             if (part_ && !part_->isWritten(*set)) {
                 continue;
             }
@@ -124,6 +124,7 @@ private:
     };
 
     const Metadata::PartitionMetadata& metadata_;
+    const XMLBuilder::DocumentPlan::FileOrder& order_;
     const Metadata::PartitionDictionary& tags_;
     const std::optional<DocumentPart>& part_;
     DocumentSupplement result_;
@@ -343,9 +344,9 @@ void Collector::tellClasses() {
 
 } // namespace
 
-DocumentSupplement collectSupplement(const Metadata::PartitionMetadata& metadata,
+DocumentSupplement collectSupplement(const XMLBuilder::DocumentPlan& plan,
                                      const std::optional<DocumentPart>& part) {
-    return Collector(metadata, part).collect();
+    return Collector(plan, part).collect();
 }
 
 } // namespace Corvid::Tool

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/metadata/PartitionMetadata.h"
+#include "XMLBuilder/writer/DocumentPlan.h"
 #include "tools/corvid/supplement/DocumentSupplement.h"
 
 #include <functional>
@@ -16,8 +16,9 @@ struct DocumentPart {
 };
 
 /// Finds what of a partition its document has no place for.
-/// @param part  what of it is in the document; nothing for all.
-DocumentSupplement collectSupplement(const Metadata::PartitionMetadata& metadata,
+/// @param plan  of the document. Borrowed.
+/// @param part  what of the partition is in the document; nothing for all.
+DocumentSupplement collectSupplement(const XMLBuilder::DocumentPlan& plan,
                                      const std::optional<DocumentPart>& part = {});
 
 } // namespace Corvid::Tool

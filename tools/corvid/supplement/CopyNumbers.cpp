@@ -1,6 +1,7 @@
 #include "tools/corvid/supplement/CopyNumbers.h"
 
 #include "host/metadata/Elements.h"
+#include "host/metadata/PartitionMetadata.h"
 #include "tools/corvid/supplement/ListedElements.h"
 
 #include <algorithm>

@@ -1,0 +1,1 @@
+#error "this source is part of a program that does not load Xerces-C"

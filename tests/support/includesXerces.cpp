@@ -1,0 +1,2 @@
+// What must not compile in a program that does without Xerces-C.
+#include <xercesc/dom/DOM.hpp>
