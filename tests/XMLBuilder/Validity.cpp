@@ -37,7 +37,7 @@ std::string validityErrors(const MetaMetadata::Dictionary& dictionary,
     std::string lines;
     for (const auto& error : validatorFor(dictionary)
                                  .validate(reinterpret_cast<const unsigned char*>(document.data()),
-                                           document.size(), 10)) {
+                                           document.size(), 10000)) {
         lines += error.describe() + "\n";
     }
     return lines;
