@@ -1,0 +1,24 @@
+#include "XMLBuilder/schema/DocumentValidator.h"
+
+#include "XMLBuilder/schema/PreparedSchemas.h"
+#include "XMLBuilder/schema/SchemaTexts.h"
+#include "host/dictionary/BuiltInTables.h"
+#include "host/dictionary/Dictionary.h"
+
+namespace Corvid::XMLBuilder {
+
+using XMLUtils::SchemaValidator;
+
+std::unique_ptr<SchemaValidator> documentValidator(const MetaMetadata::Dictionary& dictionary) {
+    if (&dictionary == MetaMetadata::Dictionary::builtIn().get()) {
+        const PreparedSchemas schemas = preparedSchemas();
+        auto validator = SchemaValidator::fromPrepared(schemas.bytes, schemas.length,
+                                                       MetaMetadata::builtInFingerprint());
+        if (validator) {
+            return validator;
+        }
+    }
+    return std::make_unique<SchemaValidator>(schemaTexts(dictionary));
+}
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "host/xmlutils/SchemaValidator.h"
+
+namespace Corvid::MetaMetadata {
+class Dictionary;
+}
+
+namespace Corvid::XMLBuilder {
+
+/// Makes the validator of the documents that a dictionary leads to. Of the built-in dictionary it
+/// was prepared when the system was built; of others, the schemas are made and compiled.
+/// @throws InvalidDictionary  two things that the documents hold have one name.
+std::unique_ptr<XMLUtils::SchemaValidator> documentValidator(
+    const MetaMetadata::Dictionary& dictionary);
+
+} // namespace Corvid::XMLBuilder
