@@ -1,6 +1,5 @@
 #include "XMLBuilder/schema/DocumentValidator.h"
 
-#include "XMLBuilder/schema/PreparedSchemas.h"
 #include "XMLBuilder/schema/SchemaTexts.h"
 #include "host/dictionary/BuiltInTables.h"
 #include "host/dictionary/Dictionary.h"
@@ -9,10 +8,10 @@ namespace Corvid::XMLBuilder {
 
 using XMLUtils::SchemaValidator;
 
-std::unique_ptr<SchemaValidator> documentValidator(const MetaMetadata::Dictionary& dictionary) {
+std::unique_ptr<SchemaValidator> documentValidator(const MetaMetadata::Dictionary& dictionary,
+                                                   PreparedSchemas prepared) {
     if (&dictionary == MetaMetadata::Dictionary::builtIn().get()) {
-        const PreparedSchemas schemas = preparedSchemas();
-        auto validator = SchemaValidator::fromPrepared(schemas.bytes, schemas.length,
+        auto validator = SchemaValidator::fromPrepared(prepared.bytes, prepared.length,
                                                        MetaMetadata::builtInFingerprint());
         if (validator) {
             return validator;

@@ -82,7 +82,10 @@ private:
     template <class> void describe(const XMLCh* name, Bytes) { restrict(name, u"xs:hexBinary"); }
     template <class> void describe(const XMLCh* name, Text) { restrict(name, u"xs:string"); }
     template <class> void describe(const XMLCh* name, CodeUnit) {
-        types_.add(restrict(name, u"xs:string"), u"xs:maxLength", {{u"value", u"1"}});
+        auto& type = restrict(name, u"xs:string");
+        types_.add(type, u"xs:maxLength", {{u"value", u"1"}});
+        // Of characters beyond the 16 bits of a code unit, validators take one for a length of 1.
+        types_.add(type, u"xs:pattern", {{u"value", u"[^\U00010000-\U0010FFFF]?"}});
     }
 
     /// @param sizes  how many bytes it may have.

@@ -100,20 +100,41 @@ TEST(PreparedSchemas, areThoseOfTheBuiltInDictionary) {
         << "prepare them again";
 }
 
+/// Compares two validators of documents of the built-in dictionary.
+void expectSameVerdicts(const XMLUtils::SchemaValidator& one,
+                        const XMLUtils::SchemaValidator& other) {
+    const std::string valid = validDocument();
+    EXPECT_THAT(errorsOf(one, valid), testing::IsEmpty());
+    EXPECT_THAT(errorsOf(other, valid), testing::IsEmpty());
+    for (const Damage& damage : damages) {
+        const auto errors = errorsOf(one, damaged(valid, damage));
+        EXPECT_THAT(errors, testing::Not(testing::IsEmpty())) << damage.name;
+        EXPECT_EQ(errors, errorsOf(other, damaged(valid, damage))) << damage.name;
+    }
+}
+
 TEST(PreparedSchemas, sayTheSameAsThoseThatAreCompiled) {
     const auto prepared = XMLBuilder::preparedSchemas();
     const auto validator = XMLUtils::SchemaValidator::fromPrepared(
         prepared.bytes, prepared.length, MetaMetadata::builtInFingerprint());
     ASSERT_NE(validator, nullptr);
-    const XMLUtils::SchemaValidator compiled(
-        XMLBuilder::schemaTexts(*MetaMetadata::Dictionary::builtIn()));
-    const std::string valid = validDocument();
-    EXPECT_THAT(errorsOf(*validator, valid), testing::IsEmpty());
-    for (const Damage& damage : damages) {
-        const auto errors = errorsOf(*validator, damaged(valid, damage));
-        EXPECT_THAT(errors, testing::Not(testing::IsEmpty())) << damage.name;
-        EXPECT_EQ(errors, errorsOf(compiled, damaged(valid, damage))) << damage.name;
+    expectSameVerdicts(*validator, XMLUtils::SchemaValidator(XMLBuilder::schemaTexts(
+                                       *MetaMetadata::Dictionary::builtIn())));
+}
+
+TEST(PreparedSchemas, areNotUsedWhereTheyAreStaleOrDamaged) {
+    const auto& dictionary = *MetaMetadata::Dictionary::builtIn();
+    const auto good = XMLBuilder::documentValidator(dictionary);
+    const auto prepared = XMLBuilder::preparedSchemas();
+    const std::vector<unsigned char> bytes(prepared.bytes, prepared.bytes + prepared.length);
+    const std::size_t origin = 8; // behind the kind of file
+    for (const std::size_t place : {std::size_t{0}, origin, bytes.size() / 2, bytes.size() - 1}) {
+        auto changed = bytes;
+        changed[place] ^= 1;
+        expectSameVerdicts(
+            *good, *XMLBuilder::documentValidator(dictionary, {changed.data(), changed.size()}));
     }
+    expectSameVerdicts(*good, *XMLBuilder::documentValidator(dictionary, {bytes.data(), 100}));
 }
 
 TEST(PreparedSchemas, areNotThoseOfOtherDictionaries) {
