@@ -59,8 +59,8 @@ private:
         return types_.add(type, u"xs:restriction", {{u"base", base}});
     }
 
-    /// The bounds are told of xs:integer, because validators do not agree about signs and white
-    /// space in those of its types that have no negative numbers.
+    /// Restricts xs:integer and not xs:unsignedByte and the like, in which some validators refuse
+    /// a sign and white space.
     template <class T> void describe(const XMLCh* name, Integer) {
         using Number = std::decay_t<decltype(std::declval<const T&>().value())>;
         if constexpr (std::is_same_v<Number, bool>) {
@@ -84,7 +84,7 @@ private:
     template <class> void describe(const XMLCh* name, CodeUnit) {
         auto& type = restrict(name, u"xs:string");
         types_.add(type, u"xs:maxLength", {{u"value", u"1"}});
-        // Of characters beyond the 16 bits of a code unit, validators take one for a length of 1.
+        // A character beyond U+FFFF has two code units, but in some validators a length of 1.
         types_.add(type, u"xs:pattern", {{u"value", u"[^\U00010000-\U0010FFFF]?"}});
     }
 

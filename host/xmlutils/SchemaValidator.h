@@ -35,9 +35,9 @@ public:
     /// @throws InvalidFormat  they are no schemas; tells file, line and reason.
     explicit SchemaValidator(const std::vector<SchemaText>& schemas);
 
-    /// The validator that prepared() was called of, in a fraction of the time.
-    /// @param bytes   what prepared() gave. Borrowed for the call.
-    /// @param origin  what it was given.
+    /// Reads a validator from compiled schemas, in a fraction of the time that compiling takes.
+    /// @param bytes   the result of prepared(). Borrowed for the call.
+    /// @param origin  the same number as was given to prepared().
     /// @return null if the bytes are damaged, of another origin or of another version of Xerces-C.
     static std::unique_ptr<SchemaValidator> fromPrepared(const unsigned char* bytes,
                                                          std::size_t length, std::uint64_t origin);
