@@ -3,7 +3,6 @@
 #include "XMLBuilder/format/Namespaces.h"
 #include "host/types/Types.h"
 
-#include <cstdint>
 #include <tuple>
 #include <type_traits>
 
@@ -18,13 +17,26 @@ template <class Get> struct Field {
     const char* condition;
     /// When a reader looks for the sub-element: the lowest rank first.
     int rank;
-    /// The greatest number that a file can hold; 0 for that of the type that the accessor gives.
-    std::uint32_t greatest;
 
     constexpr Field(const char16_t* fieldName, Get fieldGet, const char* fieldCondition = nullptr,
-                    int fieldRank = 0, std::uint32_t greatestNumber = 0)
-        : name(fieldName), get(fieldGet), condition(fieldCondition), rank(fieldRank),
-          greatest(greatestNumber) {}
+                    int fieldRank = 0)
+        : name(fieldName), get(fieldGet), condition(fieldCondition), rank(fieldRank) {}
+};
+
+/// An accessor of a number of which a file holds a narrower one.
+template <class Number, class Get> struct StoredAs : Get { using Stored = Number; };
+
+template <class Number, class Get> constexpr StoredAs<Number, Get> storedAs(Get get) {
+    return {get};
+}
+
+/// What a file holds for a sub-element: a number of as many bits, or a DataStream.
+template <class Value, class Get, class = void> struct StoredContent {
+    using Type = std::decay_t<std::invoke_result_t<Get, const Value&>>;
+};
+template <class Value, class Get>
+struct StoredContent<Value, Get, std::void_t<typename Get::Stored>> {
+    using Type = typename Get::Stored;
 };
 
 /// The element around the sub-elements, and the property that a reader names when it is missing.
@@ -71,13 +83,12 @@ template <> struct Fields<Types::ProductVersion> {
     using T = Types::ProductVersion;
     static constexpr Names::Namespace names = Names::types;
     static constexpr Wrapper wrapper{};
-    static constexpr auto list =
-        std::tuple(Field{u"types:Major", [](const T& v) { return v.major(); }},
-                   Field{u"types:Minor", [](const T& v) { return v.minor(); }},
-                   Field{u"types:Patch", [](const T& v) { return v.patch(); }},
-                   Field{u"types:Build", [](const T& v) { return v.build(); }},
-                   Field{u"types:Release", [](const T& v) { return int{v.releaseVersion()}; },
-                         nullptr, 0, 0xFFFF});
+    static constexpr auto list = std::tuple(
+        Field{u"types:Major", [](const T& v) { return v.major(); }},
+        Field{u"types:Minor", [](const T& v) { return v.minor(); }},
+        Field{u"types:Patch", [](const T& v) { return v.patch(); }},
+        Field{u"types:Build", [](const T& v) { return v.build(); }},
+        Field{u"types:Release", storedAs<u16>([](const T& v) { return int{v.releaseVersion()}; })});
     static T make(u32 major, u32 minor, u32 patch, u32 build, u32 release) {
         return {static_cast<u16>(major), static_cast<u16>(minor), static_cast<u16>(patch),
                 static_cast<u16>(build), static_cast<T::ReleaseVersion>(static_cast<u16>(release))};
@@ -96,8 +107,9 @@ template <> struct Fields<Types::Timestamp> {
         Field{u"types:Minute", [](const T& v) { return v.minute(); }, "!minutesValue.empty ()", 6},
         Field{u"types:Second", [](const T& v) { return v.second(); }, "!secondsValue.empty ()", 0},
         // In steps of 4 ms, the unit of the byte that a file holds.
-        Field{u"types:mSec4", [](const T& v) { return unsigned{v.milliSecond()} >> 2; },
-              "!milliValue.empty ()", 1, 0xFF});
+        Field{u"types:mSec4",
+              storedAs<u8>([](const T& v) { return unsigned{v.milliSecond()} >> 2; }),
+              "!milliValue.empty ()", 1});
     static T make(u32 year, u32 month, u32 day, u32 hour, u32 minute, u32 second, u32 mSec4) {
         return {static_cast<u16>(year),     static_cast<u8>(month),  static_cast<u8>(day),
                 static_cast<u8>(hour),      static_cast<u8>(minute), static_cast<u8>(second),

@@ -41,5 +41,8 @@ inline constexpr const char16_t* ambiguousLink = u"MULTIPLE_METADATASETS_REF";
 inline constexpr const char16_t* danglingLink = u"s377m:Dangling_REF";
 inline constexpr const char16_t* instanceUID = u"rp210:InstanceUID";
 inline constexpr const char16_t* generationUID = u"rp210:GenerationUID";
+/// The local name of a property whose UMID may be written as the basic one that it extends (SMPTE
+/// ST 330).
+inline constexpr const char16_t* extendedClipID = u"ExtendedClipID";
 
 } // namespace Corvid::XMLBuilder::Names

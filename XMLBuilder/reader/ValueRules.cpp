@@ -214,8 +214,7 @@ private:
                 },
                 "pairs of hexadecimal digits");
         } else {
-            return checkNumber(part, field.greatest == 0 ? Range::of<ContentOf<T, Get>>()
-                                                         : Range{0, field.greatest});
+            return checkNumber(part, Range::of<typename StoredContent<T, Get>::Type>());
         }
     }
 

@@ -57,7 +57,7 @@ void addProperty(SchemaDocument& document, const MetaElement& property,
             Names::groups, property.isCollection() ? Frame::references : Frame::reference);
         element.setAttribute(u"type", reference.c_str());
     } else if (!property.isCollection()) {
-        element.setAttribute(u"type", schemaTypeOf(type, document).c_str());
+        element.setAttribute(u"type", schemaTypeOf(type, name.localPart(), document).c_str());
     } else {
         auto& items = document.add(document.add(element, u"xs:complexType"), u"xs:sequence");
         document.add(items, u"xs:element",

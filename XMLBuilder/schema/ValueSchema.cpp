@@ -5,7 +5,10 @@
 #include "host/base/Text.h"
 #include "host/xmlutils/XmlText.h"
 
+#include <cstddef>
+#include <initializer_list>
 #include <limits>
+#include <string>
 #include <type_traits>
 
 namespace Corvid::XMLBuilder {
@@ -18,25 +21,21 @@ std::u16string fromAscii(const char* text) {
     return {text, text + std::char_traits<char>::length(text)};
 }
 
-/// The integers of XML Schema have the ranges of the machine's.
-template <class Number> constexpr const XMLCh* integerType() {
-    constexpr bool isSigned = std::is_signed_v<Number>;
-    switch (sizeof(Number)) {
-    case 1:
-        return isSigned ? u"xs:byte" : u"xs:unsignedByte";
-    case 2:
-        return isSigned ? u"xs:short" : u"xs:unsignedShort";
-    case 4:
-        return isSigned ? u"xs:int" : u"xs:unsignedInt";
-    default:
-        return isSigned ? u"xs:long" : u"xs:unsignedLong";
-    }
+template <class Number> std::u16string toText(Number number) {
+    return fromAscii(std::to_string(number).c_str());
+}
+
+constexpr const XMLCh* basicOrExtendedUmid = u"UMID32or64";
+
+/// The value type that is named like a number, in whose range the others have theirs.
+template <class Number> std::u16string integerType() {
+    return (std::is_signed_v<Number> ? u"Int" : u"UInt") + toText(8 * sizeof(Number));
 }
 
 /// The type of what a part of a compound value holds.
-template <class Content> constexpr const XMLCh* contentType() {
+template <class Content> std::u16string contentType() {
     if constexpr (std::is_base_of_v<Types::DataType, Content>) {
-        return u"xs:hexBinary";
+        return u"DataStream";
     } else {
         return integerType<Content>();
     }
@@ -50,6 +49,8 @@ public:
     void describeAll() {
 #define CORVID_VALUE_TYPE(Class, Id, Form) describe<Types::Class>(u"" #Class, Form{});
 #include "host/types/ValueTypes.def"
+        describeIdentifier(basicOrExtendedUmid,
+                           {Types::UMID32::fixedSize, Types::UMID64::fixedSize});
     }
 
 private:
@@ -58,29 +59,46 @@ private:
         return types_.add(type, u"xs:restriction", {{u"base", base}});
     }
 
+    /// Restricts xs:integer and not xs:unsignedByte and the like, in which some validators refuse
+    /// a sign and white space.
     template <class T> void describe(const XMLCh* name, Integer) {
         using Number = std::decay_t<decltype(std::declval<const T&>().value())>;
         if constexpr (std::is_same_v<Number, bool>) {
             types_.add(restrict(name, u"xs:string"), u"xs:pattern", {{u"value", u"[01]"}});
+        } else if (integerType<Number>() != name) {
+            restrict(name, types_.refer(Names::types, integerType<Number>()));
         } else {
-            restrict(name, integerType<Number>());
+            using Limits = std::numeric_limits<Number>;
+            auto& range = restrict(name, u"xs:integer");
+            types_.add(range, u"xs:minInclusive", {{u"value", toText(Limits::min())}});
+            types_.add(range, u"xs:maxInclusive", {{u"value", toText(Limits::max())}});
         }
     }
 
     template <class> void describe(const XMLCh* name, PackedVersion) {
-        restrict(name, u"xs:unsignedShort");
+        restrict(name, types_.refer(Names::types, integerType<Types::u16>()));
     }
 
     template <class> void describe(const XMLCh* name, Bytes) { restrict(name, u"xs:hexBinary"); }
     template <class> void describe(const XMLCh* name, Text) { restrict(name, u"xs:string"); }
     template <class> void describe(const XMLCh* name, CodeUnit) {
-        types_.add(restrict(name, u"xs:string"), u"xs:maxLength", {{u"value", u"1"}});
+        auto& type = restrict(name, u"xs:string");
+        types_.add(type, u"xs:maxLength", {{u"value", u"1"}});
+        // A character beyond U+FFFF has two code units, but in some validators a length of 1.
+        types_.add(type, u"xs:pattern", {{u"value", u"[^\U00010000-\U0010FFFF]?"}});
     }
 
+    /// @param sizes  how many bytes it may have.
+    void describeIdentifier(const XMLCh* name, std::initializer_list<std::size_t> sizes) {
+        auto& type = restrict(name, u"xs:token");
+        for (const std::size_t size : sizes) {
+            types_.add(
+                type, u"xs:pattern",
+                {{u"value", u"[0-9a-fA-F]{2}(\\.[0-9a-fA-F]{2}){" + toText(size - 1) + u"}"}});
+        }
+    }
     template <class T> void describe(const XMLCh* name, IdentifierText) {
-        const std::u16string count = fromAscii(std::to_string(T::fixedSize - 1).c_str());
-        types_.add(restrict(name, u"xs:token"), u"xs:pattern",
-                   {{u"value", u"[0-9a-fA-F]{2}(\\.[0-9a-fA-F]{2}){" + count + u"}"}});
+        describeIdentifier(name, {T::fixedSize});
     }
     template <class T> void describe(const XMLCh* name, AttributeIdentifier) {
         describe<T>(name, IdentifierText{});
@@ -94,13 +112,14 @@ private:
         auto& type = types_.define(u"xs:complexType", name);
         auto& parts = types_.add(type, u"xs:sequence");
         if constexpr (std::is_same_v<T, Types::RGBALayout>) {
-            const std::u16string places = fromAscii(std::to_string(T::placesInXml).c_str());
+            const std::u16string places = toText(T::placesInXml);
             auto& component = types_.add(
                 parts, u"xs:element",
                 {{u"name", u"RGBAComponent"}, {u"minOccurs", places}, {u"maxOccurs", places}});
             auto& inner = types_.add(types_.add(component, u"xs:complexType"), u"xs:sequence");
+            const std::u16string byte = types_.refer(Names::types, integerType<Types::u8>());
             for (const XMLCh* part : {u"Code", u"Depth"}) {
-                types_.add(inner, u"xs:element", {{u"name", part}, {u"type", u"xs:unsignedByte"}});
+                types_.add(inner, u"xs:element", {{u"name", part}, {u"type", byte}});
             }
         } else {
             using F = Fields<T>;
@@ -114,10 +133,10 @@ private:
                 sequence = &document.add(inner, u"xs:sequence");
             }
             const auto addPart = [&](const auto& field) {
-                using Content = std::decay_t<decltype(field.get(std::declval<const T&>()))>;
-                document.add(
-                    *sequence, u"xs:element",
-                    {{u"name", Names::localPart(field.name)}, {u"type", contentType<Content>()}});
+                using Content = typename StoredContent<T, decltype(field.get)>::Type;
+                document.add(*sequence, u"xs:element",
+                             {{u"name", Names::localPart(field.name)},
+                              {u"type", document.refer(Names::types, contentType<Content>())}});
             };
             std::apply([&](const auto&... field) { (addPart(field), ...); }, F::list);
         }
@@ -133,6 +152,13 @@ void describeValues(SchemaSet& schemas) { Describer(schemas).describeAll(); }
 
 std::u16string schemaTypeOf(Types::Identifiers::Identifier type, SchemaDocument& document) {
     return document.refer(Names::types, fromAscii(Types::Identifiers::typeName(type)));
+}
+
+std::u16string schemaTypeOf(Types::Identifiers::Identifier type, const std::u16string& localName,
+                            SchemaDocument& document) {
+    return type == Types::Identifiers::UMID64 && localName == Names::extendedClipID
+               ? document.refer(Names::types, basicOrExtendedUmid)
+               : schemaTypeOf(type, document);
 }
 
 } // namespace Corvid::XMLBuilder

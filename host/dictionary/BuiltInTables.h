@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Corvid/Export.h"
 #include "host/dictionary/Tables.h"
 
 namespace Corvid::MetaMetadata {
@@ -12,5 +13,9 @@ TablesView registeredTables() noexcept;
 
 /// The same with what the texts in beyond/ add.
 TablesView builtInTables() noexcept;
+
+/// A number that another built-in dictionary does not have, for what is prepared from it when the
+/// system is built.
+CORVID_EXPORT std::uint64_t builtInFingerprint() noexcept;
 
 } // namespace Corvid::MetaMetadata

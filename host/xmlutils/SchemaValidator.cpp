@@ -5,6 +5,7 @@
 #include "host/xmlutils/ElementLimits.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/ParserSafety.h"
+#include "host/xmlutils/PreparedGrammars.h"
 #include "host/xmlutils/ScannedInput.h"
 #include "host/xmlutils/XmlInput.h"
 #include "host/xmlutils/XmlText.h"
@@ -164,6 +165,7 @@ std::unique_ptr<SAX2XMLReader> createReader(XMLGrammarPool& pool) {
     set(XMLUni::fgXercesSchema, true);
     set(XMLUni::fgXercesHandleMultipleImports, true);
     set(XMLUni::fgXercesUseCachedGrammarInParse, true);
+    set(XMLUni::fgXercesIgnoreAnnotations, true); // they are for people, and half of a schema
     set(XMLUni::fgXercesLoadSchema, false);
     set(XMLUni::fgXercesLoadExternalDTD, false);
     set(XMLUni::fgXercesDisableDefaultEntityResolution, true);
@@ -172,6 +174,8 @@ std::unique_ptr<SAX2XMLReader> createReader(XMLGrammarPool& pool) {
 
 } // namespace
 
+/// The pool is never locked. A lock would make a model of the schemas for programs to look at, and
+/// no parse changes the pool unless it is told to.
 struct SchemaValidator::State {
     XMLGrammarPoolImpl pool{XMLPlatformUtils::fgMemoryManager};
 };
@@ -197,7 +201,23 @@ SchemaValidator::SchemaValidator(const std::vector<SchemaText>& schemas) {
         throw Exceptions::InvalidFormat("schemas: " + problems.take().front().describe(),
                                         CORVID_HERE);
     }
-    state_->pool.lockPool();
+}
+
+SchemaValidator::SchemaValidator(std::unique_ptr<State> state) : state_(std::move(state)) {}
+
+std::unique_ptr<SchemaValidator> SchemaValidator::fromPrepared(const unsigned char* bytes,
+                                                               std::size_t length,
+                                                               std::uint64_t origin) {
+    Initializer::instance();
+    auto state = std::make_unique<State>();
+    if (!readGrammars(bytes, length, origin, state->pool)) {
+        return nullptr;
+    }
+    return std::unique_ptr<SchemaValidator>(new SchemaValidator(std::move(state)));
+}
+
+std::string SchemaValidator::prepared(std::uint64_t origin) const {
+    return writeGrammars(state_->pool, origin);
 }
 
 SchemaValidator::~SchemaValidator() = default;

@@ -1,10 +1,7 @@
 #include "tests/XMLBuilder/Validity.h"
 
-#include "XMLBuilder/schema/Schemas.h"
-#include "host/xmlutils/SchemaValidator.h"
-#include "tests/XMLBuilder/XmlOf.h"
+#include "XMLBuilder/schema/DocumentValidator.h"
 
-#include <algorithm>
 #include <map>
 #include <memory>
 
@@ -18,14 +15,7 @@ const XMLUtils::SchemaValidator& validatorFor(const MetaMetadata::Dictionary& di
         validators;
     auto& validator = validators[&dictionary];
     if (!validator) {
-        std::vector<XMLUtils::SchemaText> texts;
-        for (const auto& schema : XMLBuilder::makeSchemas(dictionary)) {
-            texts.push_back(
-                {schema.fileName, toText(schema.document.get(), XMLUtils::Layout::compact)});
-        }
-        std::stable_partition(texts.begin(), texts.end(),
-                              [](const auto& text) { return text.fileName == "s377m.xsd"; });
-        validator = std::make_unique<XMLUtils::SchemaValidator>(texts);
+        validator = XMLBuilder::documentValidator(dictionary);
     }
     return *validator;
 }
@@ -37,7 +27,7 @@ std::string validityErrors(const MetaMetadata::Dictionary& dictionary,
     std::string lines;
     for (const auto& error : validatorFor(dictionary)
                                  .validate(reinterpret_cast<const unsigned char*>(document.data()),
-                                           document.size(), 10)) {
+                                           document.size(), 10000)) {
         lines += error.describe() + "\n";
     }
     return lines;

@@ -1,5 +1,7 @@
 #include "XMLBuilder/XML2Partition.h"
 #include "XMLBuilder/XMLBuilder.h"
+#include "XMLBuilder/schema/DocumentValidator.h"
+#include "XMLBuilder/schema/SchemaTexts.h"
 #include "host/dataio/MemorySource.h"
 #include "host/mxf/File.h"
 #include "host/mxf/HeaderMetadataWriter.h"
@@ -10,7 +12,6 @@
 #include "tests/support/MxfBuilder.h"
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
-#include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/Info.h"
@@ -148,8 +149,8 @@ template <bool json> Work check(const Subject& subject) {
 }
 
 const XMLUtils::SchemaValidator& validator() {
-    static const XMLUtils::SchemaValidator made(Tool::documentSchemas(*Dictionary::builtIn()));
-    return made;
+    static const auto made = XMLBuilder::documentValidator(*Dictionary::builtIn());
+    return *made;
 }
 
 /// What --validate adds to a verb, but for the schema: that is compiled once.
@@ -257,7 +258,8 @@ Work compileSchema(const Subject& subject) {
         Dictionary::Texts texts;
         texts.push_back({"growth.dict", subject.bytes});
         texts.push_back({"base.dict", smallDictionary});
-        const XMLUtils::SchemaValidator made(Tool::documentSchemas(*Dictionary::fromTexts(texts)));
+        const XMLUtils::SchemaValidator made(
+            XMLBuilder::schemaTexts(*Dictionary::fromTexts(texts)));
         return true;
     };
 }

@@ -1,9 +1,11 @@
 #include "host/xmlutils/SchemaValidator.h"
 
 #include "host/base/Exceptions.h"
+#include "host/base/KeyedHash.h"
 #include "host/base/Text.h"
 #include "host/xmlutils/XmlText.h"
 
+#include <cstring>
 #include <gtest/gtest.h>
 #include <xercesc/sax/SAXParseException.hpp>
 
@@ -53,6 +55,23 @@ struct Case {
     const char* told; ///< in the message of the first error
 };
 
+std::vector<Case> cases() {
+    return {
+        Case{"UnknownElement", inRoot("<b:nmber a:name='x'>1</b:nmber>"), 2, "b:nmber"},
+        Case{"WrongType", inRoot("\n<b:number a:name='x'>256</b:number>"), 3, "256"},
+        Case{"MissingAttribute", inRoot("<b:number>1</b:number>"), 2, "name"},
+        Case{"ElementThatMustNotBeThere",
+             inRoot("<b:number a:name='x'>1</b:number>\n<a:root><b:number a:name='y'>1</b:number>"
+                    "</a:root>\n<b:number a:name='z'>1</b:number>"),
+             3, "'root' is not allowed"},
+        Case{"MissingElement", inRoot(""), 3, "number"},
+        Case{"ForeignRoot", "<root/>", 1, "root"},
+        Case{"WhatADocumentNamesItself",
+             "<root xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' "
+             "xsi:noNamespaceSchemaLocation='/dev/zero'/>",
+             1, "root"}};
+}
+
 class SchemaValidatorFinds : public testing::TestWithParam<Case> {};
 
 TEST_P(SchemaValidatorFinds, whatTheSchemaDoesNotAllow) {
@@ -63,22 +82,8 @@ TEST_P(SchemaValidatorFinds, whatTheSchemaDoesNotAllow) {
         << errors.front().describe();
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , SchemaValidatorFinds,
-    testing::Values(
-        Case{"UnknownElement", inRoot("<b:nmber a:name='x'>1</b:nmber>"), 2, "b:nmber"},
-        Case{"WrongType", inRoot("\n<b:number a:name='x'>256</b:number>"), 3, "256"},
-        Case{"MissingAttribute", inRoot("<b:number>1</b:number>"), 2, "name"},
-        Case{"ElementThatMustNotBeThere",
-             inRoot("<b:number a:name='x'>1</b:number>\n<a:root><b:number a:name='y'>1</b:number>"
-                    "</a:root>\n<b:number a:name='z'>1</b:number>"),
-             3, "'root' is not allowed"},
-        Case{"MissingElement", inRoot(""), 3, "number"}, Case{"ForeignRoot", "<root/>", 1, "root"},
-        Case{"WhatADocumentNamesItself",
-             "<root xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' "
-             "xsi:noNamespaceSchemaLocation='/dev/zero'/>",
-             1, "root"}),
-    [](const auto& which) { return which.param.name; });
+INSTANTIATE_TEST_SUITE_P(, SchemaValidatorFinds, testing::ValuesIn(cases()),
+                         [](const auto& which) { return which.param.name; });
 
 TEST(SchemaValidator, findsNothingInAValidDocument) {
     const std::string valid = inRoot("<b:number a:name='x'>255</b:number>");
@@ -163,6 +168,78 @@ TEST(SchemaValidator, refusesSchemasThatAreNone) {
     } catch (const Exceptions::InvalidFormat& refused) {
         EXPECT_NE(Platform::toUtf8(refused.message()).find("b.xsd"), std::string::npos);
     }
+}
+
+/// Small schemas, prepared.
+class PreparedValidator : public testing::Test {
+protected:
+    static constexpr std::uint64_t origin = 4711;
+
+    PreparedValidator() : bytes_(SchemaValidator(schemas()).prepared(origin)) {}
+
+    static std::unique_ptr<SchemaValidator> read(const std::string& bytes,
+                                                 std::uint64_t of = origin) {
+        return SchemaValidator::fromPrepared(reinterpret_cast<const unsigned char*>(bytes.data()),
+                                             bytes.size(), of);
+    }
+
+    std::string bytes_;
+};
+
+TEST_F(PreparedValidator, findsWhatTheOneOfTheSchemasFinds) {
+    const auto validator = read(bytes_);
+    ASSERT_NE(validator, nullptr);
+    const auto errorsOf = [](const SchemaValidator& by, const std::string& text) {
+        std::string errors;
+        for (const auto& error :
+             by.validate(reinterpret_cast<const unsigned char*>(text.data()), text.size(), 100)) {
+            errors += error.describe() + "\n";
+        }
+        return errors;
+    };
+    const SchemaValidator compiled(schemas());
+    for (const Case& each : cases()) {
+        const std::string errors = errorsOf(*validator, each.text);
+        EXPECT_NE(errors, "") << each.name;
+        EXPECT_EQ(errors, errorsOf(compiled, each.text)) << each.name;
+    }
+    EXPECT_EQ(errorsOf(*validator, inRoot("<b:number a:name='x'>255</b:number>")), "");
+}
+
+TEST_F(PreparedValidator, isTheSameWheneverItIsPrepared) {
+    EXPECT_EQ(SchemaValidator(schemas()).prepared(origin), bytes_);
+    EXPECT_EQ(read(bytes_)->prepared(origin), bytes_);
+}
+
+TEST_F(PreparedValidator, isNotReadFromStaleBytes) { EXPECT_EQ(read(bytes_, origin + 1), nullptr); }
+
+TEST_F(PreparedValidator, isNotReadFromDamagedBytes) {
+    EXPECT_EQ(read(""), nullptr);
+    EXPECT_EQ(read(std::string(bytes_.size(), '\0')), nullptr);
+    EXPECT_EQ(read(bytes_ + '\0'), nullptr);
+    for (std::size_t i = 0; i < bytes_.size(); i += i < 64 ? 1 : 97) {
+        EXPECT_EQ(read(bytes_.substr(0, i)), nullptr) << "only " << i << " bytes";
+        std::string changed = bytes_;
+        changed[i] = static_cast<char>(changed[i] ^ 1);
+        EXPECT_EQ(read(changed), nullptr) << "byte " << i << " changed";
+    }
+}
+
+TEST_F(PreparedValidator, isNotReadFromThoseOfAnotherVersionOfTheParser) {
+    // The form of the bytes: the hash of all that follows it ends the head, then the version.
+    constexpr std::size_t hash = 24, version = 32;
+    std::uint64_t expected = 0;
+    const auto hashOf = [](const std::string& bytes) {
+        return KeyedHash(KeyedHash::Key())(
+            reinterpret_cast<const unsigned char*>(bytes.data()) + version, bytes.size() - version);
+    };
+    std::memcpy(&expected, bytes_.data() + hash, sizeof expected);
+    ASSERT_EQ(hashOf(bytes_), expected);
+    std::string other = bytes_;
+    ++other[version];
+    expected = hashOf(other);
+    std::memcpy(other.data() + hash, &expected, sizeof expected);
+    EXPECT_EQ(read(other), nullptr);
 }
 
 } // namespace

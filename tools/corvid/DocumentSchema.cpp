@@ -1,11 +1,8 @@
 #include "tools/corvid/DocumentSchema.h"
 
-#include "XMLBuilder/schema/Schemas.h"
+#include "XMLBuilder/schema/DocumentValidator.h"
 #include "host/base/Exceptions.h"
 #include "host/base/Text.h"
-#include "host/dataio/Memory.h"
-#include "host/xmlutils/InvalidCharacters.h"
-#include "host/xmlutils/Serialise.h"
 #include "host/xmlutils/XmlText.h"
 #include "tools/corvid/Messages.h"
 
@@ -19,14 +16,6 @@ namespace {
 /// People mend some errors and try again.
 constexpr std::size_t mostErrors = 20;
 
-std::string textOf(const xercesc::DOMNode* document) {
-    XMLUtils::RefuseInvalidCharacters refuse;
-    DataIO::Memory::MemoryDataSink sink;
-    XMLUtils::serialise(document, XMLUtils::EncodingType::utf8, XMLUtils::Layout::indented, refuse,
-                        sink);
-    return {reinterpret_cast<const char*>(sink.rawBuffer()), sink.serializedSize()};
-}
-
 std::vector<XMLUtils::ValidityError> errorsOf(const XMLUtils::SchemaValidator& validator,
                                               const unsigned char* bytes, std::size_t length) {
     try {
@@ -38,20 +27,12 @@ std::vector<XMLUtils::ValidityError> errorsOf(const XMLUtils::SchemaValidator& v
 
 } // namespace
 
-std::vector<XMLUtils::SchemaText> documentSchemas(const MetaMetadata::Dictionary& dictionary) {
-    std::vector<XMLUtils::SchemaText> texts;
-    for (const auto& schema : XMLBuilder::makeSchemas(dictionary)) {
-        texts.push_back({schema.fileName, textOf(schema.document.get())});
-    }
-    const auto root = std::find_if(texts.begin(), texts.end(),
-                                   [](const auto& text) { return text.fileName == "s377m.xsd"; });
-    std::rotate(texts.begin(), root, root + 1);
-    return texts;
-}
-
 void validateDocument(const unsigned char* bytes, std::size_t length,
                       const MetaMetadata::Dictionary& dictionary, Messages& messages) {
-    auto errors = errorsOf(XMLUtils::SchemaValidator(documentSchemas(dictionary)), bytes, length);
+    // The last one is kept until the process ends: to take it apart costs time and brings nothing.
+    static std::unique_ptr<XMLUtils::SchemaValidator> validator;
+    validator = XMLBuilder::documentValidator(dictionary);
+    auto errors = errorsOf(*validator, bytes, length);
     if (errors.empty()) {
         return;
     }

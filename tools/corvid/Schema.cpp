@@ -1,6 +1,6 @@
 #include "tools/corvid/Schema.h"
 
-#include "tools/corvid/DocumentSchema.h"
+#include "XMLBuilder/schema/SchemaTexts.h"
 #include "tools/corvid/HiddenName.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/OpenOutput.h"
@@ -25,7 +25,7 @@ void makeFolder(const std::filesystem::path& folder) {
 
 void schema(const SchemaOptions& options, Messages& messages) {
     const auto inputs = inputsOf({}, options.dictionaries);
-    const auto schemas = documentSchemas(*loadDictionary(options.dictionaries));
+    const auto schemas = XMLBuilder::schemaTexts(*loadDictionary(options.dictionaries));
     const std::filesystem::path folder = options.folder;
     makeFolder(folder);
     // All are written before the first gets its name.
