@@ -99,6 +99,13 @@ void readDarkSetStrictly(Reading& reading, Strictness& strictness, const Documen
 } // namespace
 
 void readFloatingContainer(Reading& reading, const DocumentNode& container, SetList& sets) {
+    if (Strictness* const strictness = reading.strictness()) {
+        for (const auto* child = container.firstChild; child != nullptr; child = child->next) {
+            if (child->kind == DocumentNode::Kind::text) {
+                strictness->refuseStrayText(*child);
+            }
+        }
+    }
     for (const auto* child = firstElement(container); child != nullptr;
          child = nextElement(*child)) {
         readChildOfContainer(reading, *child, sets);

@@ -103,7 +103,7 @@ const DocumentNode& addTree(NodePool& pool, const DOMNode& top, const DocumentNo
 
 DomNodes::DomNodes(const DOMElement& root) : root_(addNode(ofRoot_, root, nullptr)) {}
 
-const DocumentNode& DomNodes::copyOf(const DOMElement& child) {
+const DocumentNode& DomNodes::copyOf(const DOMNode& child) {
     ofChild_.clear();
     return addTree(ofChild_, child, &root_);
 }

@@ -17,7 +17,7 @@ public:
     const DocumentNode& root() const noexcept { return root_; }
 
     /// A child of the root with all that it holds, until the next call.
-    const DocumentNode& copyOf(const xercesc::DOMElement& child);
+    const DocumentNode& copyOf(const xercesc::DOMNode& child);
 
     bool isPlain(const char16_t* prefix, const char16_t* name) const override;
     const DocumentNode* evaluate(const DocumentNode& context, const ChildStep& step,

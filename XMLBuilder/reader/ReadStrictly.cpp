@@ -4,7 +4,6 @@
 #include "XMLBuilder/reader/ReadSet.h"
 #include "XMLBuilder/reader/Reading.h"
 #include "XMLBuilder/reader/StreamParser.h"
-#include "XMLBuilder/reader/StrictText.h"
 #include "XMLBuilder/reader/ValueRules.h"
 #include "host/metadata/PartitionMetadata.h"
 
@@ -51,10 +50,7 @@ public:
         sets_.clear();
     }
 
-    void strayText(const DocumentNode& text) override {
-        mistakes_.add(text,
-                      "has text " + quoted(trimmed(text.value)) + " between sets, expected none");
-    }
+    void strayText(const DocumentNode& text) override { strictness_->refuseStrayText(text); }
 
     void endDocument() override {
         reading_->readWaiting();

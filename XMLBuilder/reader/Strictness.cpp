@@ -75,6 +75,12 @@ void Strictness::checkRoot(const DocumentNode& root) {
     checkAttributes(root, nullptr, {});
 }
 
+void Strictness::refuseStrayText(const DocumentNode& text) {
+    if (const auto words = trimmed(text.value); !words.empty()) {
+        mistakes_.add(text, "has text " + quoted(words) + " between sets, expected none");
+    }
+}
+
 /// What else the name could mean: another namespace, or a name like it.
 std::string Strictness::nearest(const DocumentNode& element, bool isSet) const {
     Platform::NearNames near(narrow(std::u16string_view(element.local).substr(0, 256)));

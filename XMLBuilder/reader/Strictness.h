@@ -34,6 +34,8 @@ public:
 
     /// Reports a root of another name.
     void checkRoot(const DocumentNode& root);
+    /// Reports text in the root or in the container of dark sets, but for white space.
+    void refuseStrayText(const DocumentNode& text);
     /// Reports an element where a set is expected.
     void refuseSet(const DocumentNode& element);
     /// Reports an element that is none of a set's properties, or there already.
