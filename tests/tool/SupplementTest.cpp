@@ -1,3 +1,6 @@
+#include "host/dataio/MemorySource.h"
+#include "host/mxf/File.h"
+#include "tests/support/HeaderPartition.h"
 #include "tests/support/Model.h"
 #include "tests/support/ThingsDictionary.h"
 #include "tests/tool/Differences.h"
@@ -357,6 +360,24 @@ TEST_F(EditedDocument, putsAnEmptyArrayWhereItWasAmongOthersOfItsName) {
     read(middle, extensions(items("66")));
     EXPECT_EQ(bytesOfThing("UInt8Array"), "none");
     EXPECT_THAT(itemsInThing("UInt8Array"), ElementsAre("B", ""));
+}
+
+TEST_F(EditedDocument, writesAPropertyWithTheVersionOfItsLabelThatAnInstructionSays) {
+    auto inFile = findThing("UInt8")->label();
+    inFile[7] = 0x7F;
+    read(instruction("primer tag=\"80.01\" label=\"" + Platform::toUtf8(inFile.toString()) + "\""),
+         text("UInt8", "65"));
+    const auto bytes = headerPartitionOf(*document_.metadata);
+    mxf::NoWarnings warnings;
+    mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(
+                       new DataIO::MemorySource(bytes.data(), bytes.size(), "the file written")),
+                   dictionary_, warnings);
+    const auto again = file.readMetadata().metadata;
+    const auto* const written = again->partitionDictionary().find(Types::LocalTag(0x8001), false);
+    ASSERT_NE(written, nullptr);
+    EXPECT_EQ(*written, inFile);
+    const auto differences = differencesOf(*document_.metadata, *again);
+    EXPECT_THAT(differences, IsEmpty()) << linesOf(differences);
 }
 
 TEST_F(EditedDocument, leavesNoEmptyValueWhereOnlyAnotherCopyHasOne) {

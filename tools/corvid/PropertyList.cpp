@@ -43,9 +43,7 @@ public:
 private:
     void known(Types::u8 kind, const MetaMetadata::MetaElement& definition) {
         identify(kind, definition.label());
-        const Types::u16 tag = listed.element->localTag();
-        const auto* const label = tag == 0 ? nullptr : tags_.find(Types::LocalTag(tag), true);
-        listed.label = label == nullptr ? definition.label() : *label;
+        listed.label = labelInFile(tags_, *listed.element, definition);
     }
 
     void identify(Types::u8 kind, const Types::UniversalLabel& label) {
@@ -61,6 +59,15 @@ public:
 };
 
 } // namespace
+
+const Types::UniversalLabel& labelInFile(const Metadata::PartitionDictionary& tags,
+                                         const Metadata::Element& element,
+                                         const MetaMetadata::MetaElement& definition) {
+    const Types::u16 tag = element.localTag();
+    const auto* const label =
+        tag == 0 ? tags.find(definition.label()) : tags.find(Types::LocalTag(tag), true);
+    return label == nullptr ? definition.label() : *label;
+}
 
 std::vector<ListedProperty> listProperties(const Metadata::PartitionDictionary& tags,
                                            const Metadata::MetadataSet& set) {

@@ -155,19 +155,17 @@ void SetComparison::compare(const MetadataSet& before, const MetadataSet& after)
 void SetComparison::compareInstanceUIDs(const MetadataSet& before, const MetadataSet& after) {
     const auto* const old = findInstanceUID(before);
     const auto* const fresh = findInstanceUID(after);
-    const auto* const label = old == nullptr || old->localTag() == 0
-                                  ? nullptr
-                                  : before_.find(Types::LocalTag(old->localTag()), true);
-    if (label == nullptr || fresh == nullptr) {
+    if (old == nullptr || fresh == nullptr) {
         return;
     }
-    const auto* inFile = after_.find(Types::LocalTag(fresh->localTag()), true);
-    if (inFile == nullptr) {
-        inFile = &Metadata::definitionOf(*fresh->metaAttribute())->label();
-    }
-    if (*inFile != *label) {
+    const auto labelOf = [](const auto& tags, const auto& element) {
+        return labelInFile(tags, element, *Metadata::definitionOf(*element.metaAttribute()));
+    };
+    const auto label = labelOf(before_, *old);
+    const auto inFile = labelOf(after_, *fresh);
+    if (inFile != label) {
         Difference difference =
-            differenceOf(Kind::labelVersion, before, versions((*label)[7], (*inFile)[7]));
+            differenceOf(Kind::labelVersion, before, versions(label[7], inFile[7]));
         difference.property = "InstanceUID";
         differences_.add(std::move(difference));
     }
