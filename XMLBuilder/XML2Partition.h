@@ -13,13 +13,13 @@ class PartitionMetadata;
 /// The sets are made in the partition, which owns them, and get new InstanceUIDs; references in the
 /// document lead to the same sets as they did there. The list holds the sets made for children of
 /// the root and of the container of dark sets, in document order; neither dark sets nor sets that
-/// stand inside references. Elements that the dictionary does not know as sets are passed over.
+/// are inside references. Elements that the dictionary does not know as sets are passed over.
 ///
 /// All three throw:
 ///   ParseError       the bytes are no XML document that may be read, or Xerces-C or XQilla fails
 ///   InvalidFormat    a value does not have the form that its type asks for
 ///   InvalidLength    the items of a collection have different sizes
-///   LimitExceeded    sets stand in each other too deep, a value has more bytes than a property
+///   LimitExceeded    sets are inside each other too deep, a value has more bytes than a property
 ///                    can hold, or no local tag is left for one
 ///   InvalidArgument  there is no partition
 /// What was made before a failure stays in the partition. Calls for different partitions may run at

@@ -16,8 +16,8 @@ class PartitionMetadata;
 ///
 /// All four forms of partition2XML take two flags:
 ///
-/// @param referencesAsValues  false: sets stand side by side and references are links
-///     (`types:TargetInstance`). true: a strongly referenced set stands inside the property that
+/// @param referencesAsValues  false: sets are side by side and references are links
+///     (`types:TargetInstance`). true: a strongly referenced set is inside the property that
 ///     owns it, and references to sets that are no structural metadata may be left out.
 /// @param skipNonStructural  leaves out sets that are no structural metadata (SMPTE ST 377-1): as
 ///     targets of links they are not written, as values they are left out with their property.

@@ -20,7 +20,7 @@ struct GeneratedFile {
 ///     of real files. The same bytes on every call.
 GeneratedFile generateFile(std::size_t sets);
 
-/// The metadata of such a file as it stands in memory after reading.
+/// The metadata of such a file as it is in memory after reading.
 Templates::auto_ptr<Metadata::PartitionMetadata> readMetadata(const GeneratedFile& file);
 
 } // namespace Corvid::Bench

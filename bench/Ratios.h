@@ -48,7 +48,7 @@ private:
 };
 
 /// Runs the benchmarks that are registered, some times each and in random order, then calls the
-/// function to print the ratios. Arguments of the command line come behind the defaults.
+/// function to print the ratios. Arguments of the command line come after the defaults.
 /// @return the exit status: 1 where a limit is missed. On a busy machine that may be chance.
 int runBenchmarks(int argc, char** argv, const std::function<void(Ratios&)>& printRatios);
 

@@ -36,5 +36,5 @@ corvid_public_headers(host/types
   Identifiers.h Integers.h Jpeg2000.h RGBALayout.h Rational.h References.h Strings.h Timestamp.h
   Types.h UID.h ValueTypes.def Versions.h Visitors.h)
 corvid_public_headers(host/xmlutils
-  CleanDocument.h EncodingType.h Initializer.h InvalidCharacters.h Layout.h LoadDocument.h Serialise.h
+  CleanDocument.h EncodingType.h Initializer.h InvalidCharacters.h Layout.h Limits.h LoadDocument.h Serialise.h
   UnicodeString.h XercesForward.h)

@@ -1,6 +1,7 @@
 #include "fuzz/PlainSets.h"
 
 #include "fuzz/FuzzInput.h"
+#include "host/base/Hex.h"
 
 #include <algorithm>
 #include <iterator>
@@ -105,12 +106,7 @@ const std::string* find(const PlainMetadata& metadata, const std::string& tag) {
 /// The sets as lines of hexadecimal digits in an order of their own.
 std::vector<std::string> linesOf(const PlainMetadata& metadata, const PlainMetadata& other) {
     const auto hexOf = [](const std::string& bytes) {
-        constexpr char digits[] = "0123456789abcdef";
-        std::string text;
-        for (const char each : bytes) {
-            text += {digits[static_cast<unsigned char>(each) >> 4], digits[each & 15]};
-        }
-        return text;
+        return Hex::encoded<std::string>(bytes.data(), bytes.size(), Hex::lower);
     };
     std::vector<std::string> lines;
     for (const Set& set : metadata.sets) {

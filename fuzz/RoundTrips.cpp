@@ -25,7 +25,7 @@ bool isMoved(const Tool::Difference& difference, const Tool::Differences& others
     const bool isMissing = difference.kind == Kind::missingProperty;
     const Kind counterpart = isMissing ? Kind::extraProperty : Kind::missingProperty;
     const auto valueOf = [](const Tool::Difference& each) {
-        return each.detail.substr(each.detail.find(' ') + 1); // behind "was" or "is"
+        return each.detail.substr(each.detail.find(' ') + 1); // after "was" or "is"
     };
     return (isMissing || difference.kind == Kind::extraProperty) &&
            std::any_of(others.begin(), others.end(), [&](const Tool::Difference& other) {
@@ -107,8 +107,6 @@ Templates::auto_ptr<Metadata::PartitionMetadata> roundTripKlv(
 }
 
 void roundTripXml(Metadata::PartitionMetadata& metadata) {
-    // Without Preface, the document is given up.
-    const Testing::LeaksByContract leaks;
     refuseDamage(Tool::compareWithRoundTrip(metadata));
 }
 

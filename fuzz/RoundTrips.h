@@ -17,7 +17,7 @@ Templates::auto_ptr<Metadata::PartitionMetadata> roundTripKlv(
 void roundTripXml(Metadata::PartitionMetadata& metadata);
 
 /// Takes metadata to XML and back with the library alone, twice. The first time loses what only
-/// processing instructions can tell, and gives new identifiers; ends the search where the second
+/// processing instructions can say, and gives new identifiers; ends the search where the second
 /// time changes anything but identifiers. A document that holds a set twice may grow.
 /// @throws BaseException  it can't be written, or not be read.
 void roundTripLibrary(Metadata::PartitionMetadata& metadata);

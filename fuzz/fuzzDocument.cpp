@@ -39,15 +39,17 @@ void expectFile(const std::vector<unsigned char>& bytes, std::size_t sets) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
-    const std::string document(bytes, bytes + size);
+    DataIO::Memory::MemoryDataSource document(bytes, size);
     DataIO::Memory::MemoryDataSink lines;
     Tool::Messages messages(lines, false);
     messages.setFile("a\ndocument.xml");
     try {
-        const auto read = Tool::readDocumentText(document, MetaMetadata::Dictionary::builtIn(),
+        const auto read = Tool::readDocument(document, MetaMetadata::Dictionary::builtIn(),
                                                  Tool::DocumentIdentifiers::written);
         report(read, messages);
         expectFile(Testing::headerPartitionOf(*read.metadata), countSets(*read.metadata));
+    } catch (const Tool::DocumentMistakes& refusal) {
+        report(refusal, messages);
     } catch (const Exceptions::BaseException& error) {
         messages.error(Platform::toUtf8(error.message()));
     }

@@ -15,7 +15,7 @@ namespace {
 void write(Metadata::PartitionMetadata& metadata, bool referencesAsValues) {
     Templates::auto_ptr<xercesc::DOMNode> document;
     {
-        // Without Preface, or with sets nested too deep, the document is given up.
+        // Without Preface, the document is left to the process.
         const Testing::LeaksByContract leaks;
         document = XMLBuilder::partition2XML(&metadata, referencesAsValues, false);
     }

@@ -1,8 +1,8 @@
-#include "XMLBuilder/format/HexText.h"
-#include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/format/HexBytes.h"
+#include "XMLBuilder/format/NumberInput.h"
 #include "fuzz/FuzzInput.h"
 #include "host/base/Exceptions.h"
+#include "host/base/Hex.h"
 #include "host/base/IdentifierText.h"
 
 #include <cstring>
@@ -95,7 +95,7 @@ void checkHex(const std::u16string& text) {
         if (!std::equal(pairs.begin(), pairs.end(), bytes.begin(), bytes.end())) {
             Fuzzing::fail("bytes are other than their digits");
         }
-        const std::u16string again = XMLBuilder::toHexText(bytes.data(), bytes.size());
+        const auto again = Hex::encoded<std::u16string>(bytes.data(), bytes.size(), Hex::upper);
         if (XMLBuilder::parseHexBytes(again.c_str()) != bytes) {
             Fuzzing::fail("bytes are written unlike they were read");
         }

@@ -1,13 +1,13 @@
 #include "fuzz/FuzzInput.h"
 #include "fuzz/RoundTrips.h"
 #include "host/base/Exceptions.h"
-#include "tools/corvid/DocumentMetadata.h"
+#include "tools/corvid/LenientDocument.h"
 
 using namespace Corvid;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
     try {
-        const auto read = Tool::readDocument(bytes, size, MetaMetadata::Dictionary::builtIn(),
+        const auto read = Tool::readLeniently(bytes, size, MetaMetadata::Dictionary::builtIn(),
                                              Tool::DocumentIdentifiers::written);
         // As the command does: a document is written of a file.
         Fuzzing::roundTripXml(*Fuzzing::roundTripKlv(*read.metadata));

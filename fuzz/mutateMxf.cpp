@@ -34,7 +34,7 @@ struct Packet {
     Bytes value;
 };
 
-/// The file in packets, and behind them what is none.
+/// The file in packets, and after them what is none.
 struct File {
     std::vector<Packet> packets;
     Bytes rest;

@@ -1,4 +1,4 @@
-// Stands in for libFuzzer: runs a target on files, one after the other.
+// Replaces libFuzzer: runs a target on files, one after the other.
 
 #include "fuzz/FuzzInput.h"
 
@@ -31,7 +31,7 @@ bool run(const std::filesystem::path& path) {
     }
     std::printf("%s: %zu bytes\n", path.c_str(), bytes.size());
     std::fflush(stdout); // so that the last line names the file that a crash is about
-    // A copy of just the right size, so that a sanitizer sees what reads behind it.
+    // A copy of just the right size, so that a sanitizer sees what reads past it.
     const std::vector<std::uint8_t> exact(bytes.begin(), bytes.end());
     LLVMFuzzerTestOneInput(exact.data(), exact.size());
     return true;

@@ -3,7 +3,9 @@
 #include "XMLBuilder/format/Namespaces.h"
 #include "host/types/Types.h"
 
+#include <cstdint>
 #include <tuple>
+#include <type_traits>
 
 namespace Corvid::XMLBuilder {
 
@@ -12,19 +14,22 @@ namespace Corvid::XMLBuilder {
 template <class Get> struct Field {
     const char16_t* name;
     Get get;
-    /// The condition that a failed check for the sub-element tells; null where it may be missing.
+    /// The condition that a failed check for the sub-element quotes; null where it may be missing.
     const char* condition;
     /// When a reader looks for the sub-element: the lowest rank first.
     int rank;
+    /// The greatest number that a file can hold; 0 for that of the type that the accessor gives.
+    std::uint32_t greatest;
 
     constexpr Field(const char16_t* fieldName, Get fieldGet, const char* fieldCondition = nullptr,
-                    int fieldRank = 0)
-        : name(fieldName), get(fieldGet), condition(fieldCondition), rank(fieldRank) {}
+                    int fieldRank = 0, std::uint32_t greatestNumber = 0)
+        : name(fieldName), get(fieldGet), condition(fieldCondition), rank(fieldRank),
+          greatest(greatestNumber) {}
 };
 
 /// The element around the sub-elements, and the property that a reader names when it is missing.
 struct Wrapper {
-    const char16_t* name = nullptr; ///< null where the sub-elements stand in the value's element
+    const char16_t* name = nullptr; ///< null where the sub-elements are in the value's element
     const char* property = nullptr;
 };
 
@@ -42,6 +47,13 @@ using Types::u8;
 
 /// The bytes of a sub-element.
 using FieldBytes = Templates::vector<Types::u8>;
+
+/// What the accessor of a sub-element gives.
+template <class T, class Get> using ContentOf = std::decay_t<std::invoke_result_t<Get, const T&>>;
+
+template <class T, class Get> constexpr bool holdsBytes(const Field<Get>&) {
+    return std::is_base_of_v<Types::DataType, ContentOf<T, Get>>;
+}
 
 template <> struct Fields<Types::Rational> {
     using T = Types::Rational;
@@ -64,7 +76,8 @@ template <> struct Fields<Types::ProductVersion> {
                    Field{u"types:Minor", [](const T& v) { return v.minor(); }},
                    Field{u"types:Patch", [](const T& v) { return v.patch(); }},
                    Field{u"types:Build", [](const T& v) { return v.build(); }},
-                   Field{u"types:Release", [](const T& v) { return int{v.releaseVersion()}; }});
+                   Field{u"types:Release", [](const T& v) { return int{v.releaseVersion()}; },
+                         nullptr, 0, 0xFFFF});
     static T make(u32 major, u32 minor, u32 patch, u32 build, u32 release) {
         return {static_cast<u16>(major), static_cast<u16>(minor), static_cast<u16>(patch),
                 static_cast<u16>(build), static_cast<T::ReleaseVersion>(static_cast<u16>(release))};
@@ -84,7 +97,7 @@ template <> struct Fields<Types::Timestamp> {
         Field{u"types:Second", [](const T& v) { return v.second(); }, "!secondsValue.empty ()", 0},
         // In steps of 4 ms, the unit of the byte that a file holds.
         Field{u"types:mSec4", [](const T& v) { return unsigned{v.milliSecond()} >> 2; },
-              "!milliValue.empty ()", 1});
+              "!milliValue.empty ()", 1, 0xFF});
     static T make(u32 year, u32 month, u32 day, u32 hour, u32 minute, u32 second, u32 mSec4) {
         return {static_cast<u16>(year),     static_cast<u8>(month),  static_cast<u8>(day),
                 static_cast<u8>(hour),      static_cast<u8>(minute), static_cast<u8>(second),

@@ -1,11 +1,11 @@
 #pragma once
 
+#include "XMLBuilder/format/Namespaces.h"
 #include "host/base/Attached.h"
 
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 namespace Corvid::MetaMetadata {
 class MetaDefinition;
@@ -27,9 +27,8 @@ struct DefinitionName : Platform::Attached::Content {
     std::optional<std::uint32_t> order; ///< among the properties of a set; nothing where documents
                                         ///< have no place for the property
 
-    std::u16string_view localPart() const {
-        return std::u16string_view(qualified).substr(prefix.size() + 1);
-    }
+    Names::Namespace names() const noexcept { return {uri.c_str(), prefix.c_str()}; }
+    const char16_t* localPart() const noexcept { return qualified.c_str() + prefix.size() + 1; }
 };
 
 /// The name of a definition, made when it is first asked for.

@@ -1,16 +1,14 @@
 #pragma once
 
 #include "XMLBuilder/format/CompoundFields.h"
+#include "host/base/Hex.h"
 
 namespace Corvid::XMLBuilder {
 
 /// True for a digit of either case.
-constexpr bool isHexDigit(char16_t unit) noexcept {
-    return (unit >= u'0' && unit <= u'9') || (unit >= u'a' && unit <= u'f') ||
-           (unit >= u'A' && unit <= u'F');
-}
+constexpr bool isHexDigit(char16_t unit) noexcept { return Hex::valueOf(unit) != Hex::none; }
 
-/// The bytes that pairs of hexadecimal digits stand for.
+/// The bytes of pairs of hexadecimal digits.
 /// @param text  of even length, digits only; zero-terminated.
 FieldBytes decodeHex(const char16_t* text);
 

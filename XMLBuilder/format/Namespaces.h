@@ -10,7 +10,7 @@ struct Namespace {
     const char16_t* prefix;
 };
 
-/// The part of a qualified name behind its prefix, which must be there.
+/// The part of a qualified name after its prefix, which must be there.
 constexpr const char16_t* localPart(const char16_t* qualified) {
     while (*qualified++ != u':') {
     }
@@ -18,6 +18,7 @@ constexpr const char16_t* localPart(const char16_t* qualified) {
 }
 
 inline constexpr Namespace s377m{u"urn:SMPTE:S377M", u"s377m"};
+inline constexpr Namespace rp210{u"urn:SMPTE:RP210", u"rp210"};
 inline constexpr Namespace groups{u"urn:SMPTE:Groups:MXF", u"groups"};
 inline constexpr Namespace types{u"urn:SMPTE:Types:MXF", u"types"};
 inline constexpr Namespace s422mTypes{u"urn:SMPTE:S422MTypes:MXF", u"s422mTypes"};
@@ -32,7 +33,7 @@ inline constexpr const char16_t* universalLabel = u"groups:UniversalLabel";
 inline constexpr const char16_t* key = u"groups:Key";
 inline constexpr const char16_t* berOctetCount = u"groups:BEROctetCount";
 inline constexpr const char16_t* targetInstance = u"types:TargetInstance";
-/// A link is named after the class of the set it leads to, with this behind.
+/// A link is named after the class of the set it leads to, with this at the end.
 inline constexpr const char16_t* linkSuffix = u"_REF";
 /// A link to an identifier that several sets have; in the namespace of the first one's class.
 inline constexpr const char16_t* ambiguousLink = u"MULTIPLE_METADATASETS_REF";

@@ -17,4 +17,7 @@ struct ValueForms {
     struct Collection {};          ///< its items
 };
 
+/// Chooses an overload by a value type without a value of it.
+template <class T> struct As {};
+
 } // namespace Corvid::XMLBuilder

@@ -1,8 +1,11 @@
 #include "XMLBuilder/reader/DarkReader.h"
 
+#include "XMLBuilder/CallerContract.h"
 #include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/reader/ReadSet.h"
+#include "XMLBuilder/reader/StrictText.h"
+#include "XMLBuilder/reader/ValueRules.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/metadata/PartitionMetadata.h"
@@ -16,10 +19,7 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-// Where callers have always been told that these failures come from.
-constexpr const char* file = "Corvid/XMLBuilder/XML2Partition";
-constexpr int oddLengthLine = 89;
-constexpr int noDigitLine = 99;
+using namespace CallerContract;
 
 const char16_t* requiredAttribute(const DocumentNode& element, const char16_t* name) {
     const DocumentNode* const attribute = findAttribute(element, name);
@@ -27,7 +27,7 @@ const char16_t* requiredAttribute(const DocumentNode& element, const char16_t* n
         throw Exceptions::InvalidFormat(
             "dark set '" + Platform::toUtf8(XMLUtils::fromXml(element.name)) + "': no attribute '" +
                 Platform::toUtf8(XMLUtils::fromXml(name)) + "', expected one",
-            file, __LINE__);
+            File::reader, __LINE__);
     }
     return attribute->value;
 }
@@ -35,12 +35,21 @@ const char16_t* requiredAttribute(const DocumentNode& element, const char16_t* n
 void checkDarkValueText(std::u16string_view text, const std::string& keyText) {
     const std::string set = "DarkMetadataSet with key='" + keyText + "' value ";
     if (text.size() % 2 != 0) {
-        throw Exceptions::InvalidFormat((set + "has invalid Length").c_str(), file, oddLengthLine);
+        throw Exceptions::InvalidFormat((set + Text::oddLength).c_str(), File::reader,
+                                        Line::darkValueOfOddLength);
     }
     if (!std::all_of(text.begin(), text.end(), isHexDigit)) {
-        throw Exceptions::InvalidFormat((set + "contains non Hexadecimal characters").c_str(), file,
-                                        noDigitLine);
+        throw Exceptions::InvalidFormat((set + Text::noDigits).c_str(), File::reader,
+                                        Line::darkValueWithoutDigits);
     }
+}
+
+void addDarkSet(Metadata::PartitionMetadata& partition, const KLV::Key& key, int berLength,
+                const FieldBytes& bytes) {
+    DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
+    KLV::Value value(source, source.remaining());
+    partition.addDarkMetadataSet(Templates::auto_ptr<Metadata::DarkMetadataSet>(
+        new Metadata::DarkMetadataSet(key, static_cast<unsigned char>(berLength), value)));
 }
 
 void readDarkMetadataSet(Metadata::PartitionMetadata& partition, const DocumentNode& element) {
@@ -50,11 +59,41 @@ void readDarkMetadataSet(Metadata::PartitionMetadata& partition, const DocumentN
 
     const char16_t* const text = firstValue(element);
     checkDarkValueText(text, Platform::wstringToString(keyText));
-    const FieldBytes bytes = decodeHex(text);
-    DataIO::Memory::MemoryDataSource source(bytes.data(), bytes.size());
-    KLV::Value value(source, source.remaining());
-    partition.addDarkMetadataSet(Templates::auto_ptr<Metadata::DarkMetadataSet>(
-        new Metadata::DarkMetadataSet(key, static_cast<unsigned char>(berLength), value)));
+    addDarkSet(partition, key, berLength, decodeHex(text));
+}
+
+/// The same attributes, whatever their namespace: a document may have the prefix for another.
+const DocumentNode* attributeOfDarkSet(const DocumentNode& element, const char16_t* qualified) {
+    return findAttribute(element, Names::localPart(qualified), element.uri);
+}
+
+void readDarkSetStrictly(Reading& reading, Strictness& strictness, const DocumentNode& element) {
+    strictness.checkAttributes(
+        element, element.uri,
+        {Names::localPart(Names::key), Names::localPart(Names::berOctetCount)});
+    const auto* const key = attributeOfDarkSet(element, Names::key);
+    const auto* const berLength = attributeOfDarkSet(element, Names::berOctetCount);
+    if (key == nullptr || berLength == nullptr) {
+        strictness.mistakes().add(element, "has no groups:Key or no groups:BEROctetCount, expected "
+                                           "both");
+        return;
+    }
+    Mistakes& mistakes = strictness.mistakes();
+    const bool isRight =
+        hasRightForm(Types::Identifiers::UniversalLabel, *key, EmptyParts::missing, mistakes) &
+        hasRightForm(Types::Identifiers::UInt8, *berLength, EmptyParts::missing, mistakes) &
+        hasRightForm(Types::Identifiers::DataStream, element, EmptyParts::values, mistakes);
+    if (!isRight) {
+        return;
+    }
+    const std::u16string keyText(trimmed(key->value));
+    const std::u16string berText(trimmed(berLength->value));
+    const std::u16string content = contentOf(element);
+    const FieldBytes bytes = decodeHex(std::u16string(trimmed(content)).c_str());
+    addDarkSet(reading.partition(),
+               KLV::Key(XMLUtils::fromXml(keyText.c_str()), Types::dottedHexadecimal),
+               readNumber<int>(berText.c_str()), bytes);
+    reading.tags().keepTagsIn(element);
 }
 
 } // namespace
@@ -62,9 +101,21 @@ void readDarkMetadataSet(Metadata::PartitionMetadata& partition, const DocumentN
 void readFloatingContainer(Reading& reading, const DocumentNode& container, SetList& sets) {
     for (const auto* child = firstElement(container); child != nullptr;
          child = nextElement(*child)) {
-        if (!readSet(reading, *child, sets)) {
-            readDarkMetadataSet(reading.partition(), *child);
-        }
+        readChildOfContainer(reading, *child, sets);
+    }
+}
+
+void readChildOfContainer(Reading& reading, const DocumentNode& child, SetList& sets) {
+    if (readSet(reading, child, sets)) {
+        return;
+    }
+    Strictness* const strictness = reading.strictness();
+    if (strictness == nullptr) {
+        readDarkMetadataSet(reading.partition(), child);
+    } else if (!reading.isDarkSet(child)) {
+        strictness->refuseSet(child);
+    } else {
+        reading.attempt(child, [&] { readDarkSetStrictly(reading, *strictness, child); });
     }
 }
 

@@ -12,4 +12,7 @@ namespace Corvid::XMLBuilder {
 ///                        not in hexadecimal. What came before it stays in the partition.
 void readFloatingContainer(Reading& reading, const DocumentNode& container, SetList& sets);
 
+/// Reads a child of the container.
+void readChildOfContainer(Reading& reading, const DocumentNode& child, SetList& sets);
+
 } // namespace Corvid::XMLBuilder

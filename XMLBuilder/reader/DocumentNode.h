@@ -89,4 +89,14 @@ inline bool hasName(const DocumentNode& node, std::u16string_view local,
     return node.local == local && isSameNamespace(node.uri, uri);
 }
 
+/// The attribute of a namespace and local name, or null.
+inline const DocumentNode* findAttribute(const DocumentNode& element, std::u16string_view local,
+                                         const char16_t* uri) noexcept {
+    const DocumentNode* attribute = element.firstAttribute;
+    while (attribute != nullptr && !hasName(*attribute, local, uri)) {
+        attribute = attribute->next;
+    }
+    return attribute;
+}
+
 } // namespace Corvid::XMLBuilder

@@ -2,6 +2,8 @@
 
 #include "XMLBuilder/Errors.h"
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/reader/StrictText.h"
+#include "XMLBuilder/reader/ValueRules.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
@@ -10,6 +12,8 @@
 #include "host/types/UID.h"
 
 #include <algorithm>
+#include <limits>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -36,19 +40,6 @@ ReferenceHolder makeReference(Identifiers::Identifier type, const Types::UUID& t
     }
 }
 
-bool hasVariableSize(Identifiers::Identifier type) {
-    switch (type) {
-    case Identifiers::DataStream:
-    case Identifiers::DataValue:
-    case Identifiers::ISO7String:
-    case Identifiers::UTF16String:
-    case Identifiers::Unknown:
-        return true;
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 FromXMLElementVisitor::FromXMLElementVisitor(const DocumentNode& valueNode,
@@ -63,8 +54,19 @@ FromXMLElementVisitor::FromXMLElementVisitor(const DocumentNode& valueNode,
     }
 }
 
+/// What an empty element of a type is: strictly, what somebody has left empty on purpose is text or
+/// bytes of no length.
+EmptyParts FromXMLElementVisitor::emptyOf(Identifiers::Identifier type) const {
+    return reading_.strictness() != nullptr && Identifiers::typeSize(type) == 0 ? EmptyParts::values
+                                                                                : empty_;
+}
+
 void FromXMLElementVisitor::visit(Metadata::SimpleElement& element) {
-    if (auto value = parseValue(reading_, type_, node_, empty_)) {
+    if (reading_.strictness() != nullptr &&
+        !hasRightForm(type_, node_, empty_, reading_.strictness()->mistakes())) {
+        return;
+    }
+    if (auto value = parseValue(reading_, type_, node_, emptyOf(type_))) {
         element.set(std::move(value), false);
     }
 }
@@ -79,13 +81,16 @@ void FromXMLElementVisitor::visit(Metadata::ArrayElement& element) {
 
 template <class Collection>
 void FromXMLElementVisitor::readItems(Metadata::CollectionElement& element) {
+    if (reading_.strictness() != nullptr && !checkItems()) {
+        return;
+    }
     if (empty_ == EmptyParts::values && Identifiers::typeSize(itemType_) == 0) {
         readFilledUp<Collection>(element);
         return;
     }
     element.set(Templates::auto_ptr<Types::Collection>(new Collection(itemSize())));
     for (const auto* item = firstElement(node_); item != nullptr; item = nextElement(*item)) {
-        element.add(parseValue(reading_, itemType_, *item, empty_));
+        element.add(parseValue(reading_, itemType_, *item, emptyOf(itemType_)));
     }
 }
 
@@ -117,20 +122,44 @@ void FromXMLElementVisitor::readFilledUp(Metadata::CollectionElement& element) {
     }
 }
 
+/// Whether there are only items, each with a value.
+bool FromXMLElementVisitor::checkItems() {
+    Mistakes& mistakes = reading_.strictness()->mistakes();
+    refuseText(node_, mistakes);
+    bool isRight = true;
+    for (const auto* item = firstElement(node_); item != nullptr; item = nextElement(*item)) {
+        if (item->local != std::u16string_view(u"Element") ||
+            !isSameNamespace(item->uri, node_.uri)) {
+            mistakes.add(*item, "expected an item of the collection, Element in its namespace");
+            isRight = false;
+        } else {
+            reading_.strictness()->checkAttributes(*item, nullptr, {});
+            isRight = hasRightForm(itemType_, *item, empty_, mistakes) && isRight;
+        }
+    }
+    return isRight;
+}
+
 int FromXMLElementVisitor::itemSize() {
-    return hasVariableSize(itemType_) ? measureItems() : Identifiers::typeSize(itemType_);
+    return CallerContract::hasVariableSize(itemType_) ? measureItems()
+                                                      : Identifiers::typeSize(itemType_);
 }
 
 int FromXMLElementVisitor::measureItems() {
     int size = 0;
     for (const auto* item = firstElement(node_); item != nullptr; item = nextElement(*item)) {
-        const auto value = parseValue(reading_, itemType_, *item);
+        const auto value = parseValue(reading_, itemType_, *item, emptyOf(itemType_));
         const int found = value ? value->serializedSize() : 0;
-        if (size != 0 && found != size) {
-            throwInvalidLength("subElementSize == dataType -> serializedSize ()",
-                               "There is a collection in the XML that contains an ARRAY or "
-                               "COLLECTION that contain elements with different sizes.",
-                               CORVID_ELEMENT_VISITOR_HERE);
+        if (reading_.strictness() != nullptr) {
+            if (item != firstElement(node_) && found != size) {
+                reading_.strictness()->mistakes().add(
+                    *item, "has " + std::to_string(found) + " bytes, expected " +
+                               std::to_string(size) + " as the item before");
+                return size;
+            }
+        } else if (size != 0 && found != size) {
+            throwInvalidLength(CallerContract::Text::itemsHaveOneSize,
+                               CallerContract::Text::itemsDiffer, CORVID_ELEMENT_VISITOR_HERE);
         }
         size = found;
     }
@@ -139,6 +168,9 @@ int FromXMLElementVisitor::measureItems() {
 
 void FromXMLElementVisitor::visit(Metadata::ReferenceElement& element) {
     const auto* child = firstElement(node_);
+    if (reading_.strictness() != nullptr) {
+        checkReferences(1);
+    }
     if (child == nullptr) {
         return;
     }
@@ -148,12 +180,27 @@ void FromXMLElementVisitor::visit(Metadata::ReferenceElement& element) {
         }
     } else if (auto reference = readLink(*child, type_)) {
         element.setUnverifiedReference(std::move(reference));
-    } else {
+    } else if (reading_.strictness() == nullptr) {
         reading_.leaveOut(*child);
     }
 }
 
+/// Reports text and attributes, and sets or links beyond as many as there may be.
+void FromXMLElementVisitor::checkReferences(std::size_t most) {
+    Strictness& strictness = *reading_.strictness();
+    refuseText(node_, strictness.mistakes());
+    std::size_t count = 0;
+    for (const auto* item = firstElement(node_); item != nullptr; item = nextElement(*item)) {
+        if (++count == most + 1) {
+            strictness.mistakes().add(*item, "expected no more than one set or link here");
+        }
+    }
+}
+
 void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement& element) {
+    if (reading_.strictness() != nullptr) {
+        checkReferences(std::numeric_limits<std::size_t>::max() - 1);
+    }
     const auto* item = firstElement(node_);
     if (item == nullptr) {
         // A collection is there from its first item on, and stays when that is gone.
@@ -170,7 +217,7 @@ void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement&
             }
         } else if (auto reference = readLink(*item, itemType_)) {
             element.addUnverifiedReference(std::move(reference));
-        } else {
+        } else if (reading_.strictness() == nullptr) {
             reading_.leaveOut(*item);
         }
     }
@@ -178,19 +225,30 @@ void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement&
 
 ReferenceHolder FromXMLElementVisitor::readLink(const DocumentNode& link,
                                                 Identifiers::Identifier type) {
-    const DocumentNode* const name = link.firstAttribute;
+    Strictness* const strictness = reading_.strictness();
+    if (strictness != nullptr && !strictness->checkLink(link)) {
+        return {};
+    }
+    const DocumentNode* const name =
+        strictness == nullptr ? link.firstAttribute
+                              : reading_.attribute(link, Names::types, Names::targetInstance);
     if (name == nullptr) {
         return {};
     }
-    return makeReference(type, reading_.names().findOrAdd(name->value, [] {
+    const std::u16string_view target = strictness == nullptr ? name->value : trimmed(name->value);
+    return makeReference(type, reading_.names().findOrAdd(std::u16string(target).c_str(), [] {
         return Types::Factories::UID::generateUUID(Types::Factories::UID::uniqueVersion);
     }));
 }
 
 Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const DocumentNode& element) {
-    const auto* definition = reading_.sets().find(element.local);
+    const auto* definition = reading_.findSet(element);
     if (definition == nullptr) {
-        reading_.leaveOut(element);
+        if (reading_.strictness() != nullptr) {
+            reading_.strictness()->refuseSet(element);
+        } else {
+            reading_.leaveOut(element);
+        }
         return nullptr;
     }
     auto& set = reading_.partition().createMetadataSet(definition->key());

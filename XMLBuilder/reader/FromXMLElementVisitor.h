@@ -30,6 +30,9 @@ public:
 private:
     void readReferences(Metadata::ReferenceCollectionElement& element);
     template <class Collection> void readItems(Metadata::CollectionElement& element);
+    bool checkItems();
+    void checkReferences(std::size_t most);
+    EmptyParts emptyOf(Types::Identifiers::Identifier type) const;
     int itemSize();
     int measureItems();
     template <class Collection> void readFilledUp(Metadata::CollectionElement& element);

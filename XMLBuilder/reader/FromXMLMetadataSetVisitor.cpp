@@ -1,6 +1,8 @@
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
 
 #include "XMLBuilder/reader/FromXMLElementVisitor.h"
+#include "XMLBuilder/reader/StrictText.h"
+#include "XMLBuilder/reader/ValueRules.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MisplacedAttribute.h"
 #include "host/dictionary/UnknownAttribute.h"
@@ -25,8 +27,10 @@ void FromXMLMetadataSetVisitor::fill(Element& element, const DocumentNode& node,
                                      const MetaMetadata::MetaElement* definition) {
     const ReadingPlace outer = reading_.place();
     reading_.place().property = &node;
-    FromXMLElementVisitor reader(node, definition, reading_, emptyPartsOf(element));
-    element.accept(reader);
+    reading_.attempt(node, [&] {
+        FromXMLElementVisitor reader(node, definition, reading_, emptyPartsOf(element));
+        element.accept(reader);
+    });
     reading_.place() = outer;
 }
 
@@ -41,9 +45,11 @@ EmptyParts FromXMLMetadataSetVisitor::emptyPartsOf(const Element& element) const
 void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     OpenSet open(reading_, element_);
     const ReadingPlace outer = std::exchange(reading_.place(), {&element_, nullptr});
+    if (reading_.strictness() != nullptr) {
+        checkSet(*set.metaMetadataSet());
+    }
     if (reading_.supplement() != nullptr) {
-        supplemented_ =
-            reading_.supplement()->enter(set, attributeValue(element_, Names::instanceUID));
+        supplemented_ = reading_.supplement()->enter(set, identifierText());
     }
     const auto& properties = reading_.propertiesOf(*set.metaMetadataSet());
     const auto written = open.children().count() + attributeCount(element_);
@@ -59,17 +65,36 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     }
     readExtensions(set, open);
     if (read_.size() != open.children().count()) {
-        leaveOutTheRest();
+        leaveOutTheRest(*set.metaMetadataSet());
     }
     reading_.place() = outer;
 }
 
-void FromXMLMetadataSetVisitor::leaveOutTheRest() {
+void FromXMLMetadataSetVisitor::checkSet(const MetaMetadata::MetaMetadataSet& setClass) {
+    Strictness& strictness = *reading_.strictness();
+    strictness.enterSet(element_, setClass,
+                        reading_.attribute(element_, Names::rp210, Names::instanceUID));
+    strictness.checkAttributes(
+        element_, Names::rp210.uri,
+        {Names::localPart(Names::instanceUID), Names::localPart(Names::generationUID)});
+}
+
+/// The set's identifier as the document has it; empty for none.
+std::u16string_view FromXMLMetadataSetVisitor::identifierText() const {
+    const char16_t* const text = reading_.attributeText(element_, Names::rp210, Names::instanceUID);
+    return reading_.strictness() == nullptr ? std::u16string_view(text) : trimmed(text);
+}
+
+void FromXMLMetadataSetVisitor::leaveOutTheRest(const MetaMetadata::MetaMetadataSet& setClass) {
     std::sort(read_.begin(), read_.end());
     for (const auto* child = firstElement(element_); child != nullptr;
          child = nextElement(*child)) {
         if (!std::binary_search(read_.begin(), read_.end(), child)) {
-            reading_.leaveOut(*child);
+            if (reading_.strictness() != nullptr) {
+                reading_.strictness()->refuseProperty(*child, setClass);
+            } else {
+                reading_.leaveOut(*child);
+            }
         }
     }
 }
@@ -80,20 +105,25 @@ void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
     if (step.isPlain() && !open.children().mayHave(step)) {
         return;
     }
-    const char16_t* declared = open.prefixes().uriOf(step.prefix());
+    const char16_t* const declared =
+        reading_.strictness() == nullptr ? open.prefixes().uriOf(step.prefix()) : property.name.uri;
     const DocumentNode* const node =
         step.isPlain() ? open.children().first(step, declared == nullptr ? fallbackUri : declared)
                        : reading_.queries()->evaluate(element_, step,
                                                       declared == nullptr ? fallbackUri : nullptr);
     if (node != nullptr) {
         read_.push_back(node);
+        if (reading_.strictness() != nullptr) {
+            reading_.strictness()->checkAttributes(*node, nullptr, {});
+        }
         fill(*set.find(property.definition.label()), *node, &property.definition);
     }
 }
 
 void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
                                               const ExpectedProperty& property) {
-    const auto* attribute = findAttribute(element_, property.name.attribute);
+    const auto* attribute =
+        reading_.attribute(element_, Names::rp210, property.name.attribute.c_str());
     if (attribute == nullptr) {
         return;
     }
@@ -103,8 +133,8 @@ void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
         return;
     }
     // The set keeps the identifier that it was made with, unless the document has named it before.
-    const Types::UUID& identifier =
-        reading_.names().findOrAdd(attribute->value, [&set] { return set.instanceUID(); });
+    const Types::UUID& identifier = reading_.names().findOrAdd(
+        std::u16string(identifierText()).c_str(), [&set] { return set.instanceUID(); });
     if (auto* simple = dynamic_cast<Metadata::SimpleElement*>(&element)) {
         simple->set(identifier.clone(), false);
     }
@@ -113,7 +143,8 @@ void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
 void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set, OpenSet& open) {
     static const ChildStep step(Names::groups.prefix, Names::localPart(Names::extensionElements),
                                 true);
-    const char16_t* uri = open.prefixes().uriOf(step.prefix());
+    const char16_t* const uri =
+        reading_.strictness() == nullptr ? open.prefixes().uriOf(step.prefix()) : Names::groups.uri;
     if (uri == nullptr) {
         return;
     }
@@ -122,15 +153,32 @@ void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set, OpenS
         return;
     }
     read_.push_back(container);
-    for (const auto* child = firstElement(*container); child != nullptr;
-         child = nextElement(*child)) {
+    if (reading_.strictness() != nullptr) {
+        refuseText(*container, reading_.strictness()->mistakes());
+        reading_.strictness()->checkAttributes(*container, nullptr, {});
+    }
+    const DocumentNode* child = firstElement(*container);
+    for (; child != nullptr && !reading_.mustWait(*child); child = nextElement(*child)) {
         readExtension(set, *child);
+    }
+    if (child != nullptr) {
+        reading_.wait(set, *child);
     }
 }
 
 void FromXMLMetadataSetVisitor::readExtension(Metadata::MetadataSet& set,
                                               const DocumentNode& extension) {
     const auto* definition = definitionOf(extension);
+    Strictness* const strictness = reading_.strictness();
+    if (strictness != nullptr && !strictness->checkExtension(extension, definition)) {
+        return;
+    }
+    reading_.attempt(extension, [&] { addExtension(set, extension, definition); });
+}
+
+void FromXMLMetadataSetVisitor::addExtension(Metadata::MetadataSet& set,
+                                             const DocumentNode& extension,
+                                             const MetaMetadata::MetaElement* definition) {
     const Element::Attribute attribute =
         definition != nullptr
             ? Element::Attribute(new MetaMetadata::MisplacedAttribute(*definition))
@@ -141,6 +189,9 @@ void FromXMLMetadataSetVisitor::readExtension(Metadata::MetadataSet& set,
 
 const MetaMetadata::MetaElement* FromXMLMetadataSetVisitor::definitionOf(
     const DocumentNode& extension) {
+    if (reading_.strictness() != nullptr) {
+        return reading_.strictness()->findProperty(extension);
+    }
     // Only what the root declares counts here.
     const std::u16string_view name = extension.name;
     const std::size_t colon = name.find(u':');

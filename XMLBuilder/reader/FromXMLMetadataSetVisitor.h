@@ -25,18 +25,24 @@ public:
     ///                        the parsers of values do. What was read before stays.
     void visit(Metadata::MetadataSet& set) override;
 
+    /// Reads an element of the container of the properties beyond the set's class.
+    void readExtension(Metadata::MetadataSet& set, const DocumentNode& extension);
+
 private:
+    void addExtension(Metadata::MetadataSet& set, const DocumentNode& extension,
+                      const MetaMetadata::MetaElement* definition);
     void fill(Metadata::Element& element, const DocumentNode& node,
               const MetaMetadata::MetaElement* definition);
     EmptyParts emptyPartsOf(const Metadata::Element& element) const;
     void readProperty(Metadata::MetadataSet& set, const ExpectedProperty& property, OpenSet& open);
     void readAttribute(Metadata::MetadataSet& set, const ExpectedProperty& property);
     void readExtensions(Metadata::MetadataSet& set, OpenSet& open);
-    void readExtension(Metadata::MetadataSet& set, const DocumentNode& extension);
     /// The dictionary's definition of an extension element, or null.
     const MetaMetadata::MetaElement* definitionOf(const DocumentNode& extension);
 
-    void leaveOutTheRest();
+    void checkSet(const MetaMetadata::MetaMetadataSet& setClass);
+    std::u16string_view identifierText() const;
+    void leaveOutTheRest(const MetaMetadata::MetaMetadataSet& setClass);
 
     const DocumentNode& element_;
     std::vector<const DocumentNode*> read_; ///< the child elements that something is read from

@@ -33,10 +33,16 @@ public:
         return copy;
     }
 
+    /// A copy of an element with all that it holds. The elements right around it, up to two, are
+    /// copied without what else they hold; the root follows.
+    DocumentNode& addCopy(const DocumentNode& element);
+
     /// Ends the life of all nodes and texts.
     void clear() noexcept { memory_.release(); }
 
 private:
+    DocumentNode& addShallowCopy(const DocumentNode& node, const DocumentNode* parent);
+
     static constexpr std::size_t firstSize = std::size_t{32} * 1024; ///< what most sets need
 
     std::vector<std::byte> first_;

@@ -8,7 +8,7 @@
 namespace Corvid::XMLBuilder {
 
 bool readSet(Reading& reading, const DocumentNode& element, SetList& sets) {
-    const auto* definition = reading.sets().find(element.local);
+    const auto* definition = reading.findSet(element);
     if (definition == nullptr) {
         return false;
     }
@@ -23,8 +23,10 @@ void readChildOfRoot(Reading& reading, const DocumentNode& child, SetList& sets)
     if (readSet(reading, child, sets)) {
         return;
     }
-    if (child.name == std::u16string_view(Names::floatingDarkMetadata)) {
+    if (reading.isNamed(child, Names::groups, Names::floatingDarkMetadata)) {
         readFloatingContainer(reading, child, sets);
+    } else if (reading.strictness() != nullptr) {
+        reading.strictness()->refuseSet(child);
     } else {
         reading.leaveOut(child);
     }

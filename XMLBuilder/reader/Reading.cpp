@@ -2,6 +2,7 @@
 
 #include "XMLBuilder/format/InlineDepth.h"
 #include "XMLBuilder/reader/FromXMLMetaAttributeVisitor.h"
+#include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
@@ -36,7 +37,7 @@ PropertyName::PropertyName(const MetaMetadata::MetaElement& definition, const Do
     : step(textOf(definition, "XMLDefaultPrefix"), textOf(definition, "XMLTagName"),
            queries == nullptr || queries->isPlain(textOf(definition, "XMLDefaultPrefix"),
                                                   textOf(definition, "XMLTagName"))),
-      place(Place::child) {
+      place(Place::child), uri(textOf(definition, "XMLNamespaceURI")) {
     const std::u16string_view tag = step.name();
     if (tag == Names::localPart(Names::instanceUID)) {
         place = Place::instanceAttribute;
@@ -49,11 +50,11 @@ PropertyName::PropertyName(const MetaMetadata::MetaElement& definition, const Do
 
 Reading::Reading(const DocumentNode& root, DomQueries* queries,
                  Metadata::PartitionMetadata& partition, InstanceNameTable& names,
-                 Supplement* supplement)
+                 Supplement* supplement, Strictness* strictness)
     : root_(root), queries_(queries), partition_(partition),
       dictionary_(partition.partitionDictionary().dictionary()), sets_(*dictionary_), names_(names),
       tags_(partition.partitionDictionary(), queries), supplement_(supplement),
-      prefixesOfRoot_(root) {}
+      strictness_(strictness), prefixesOfRoot_(root) {}
 
 const std::vector<ExpectedProperty>& Reading::propertiesOf(
     const MetaMetadata::MetaMetadataSet& set) {
@@ -95,8 +96,30 @@ const MetaMetadata::MetaElement* Reading::findMetaElementByQualifiedName(
     return entry == byQualifiedName_.end() ? nullptr : entry->second;
 }
 
+const MetaMetadata::MetaMetadataSet* Reading::findSet(const DocumentNode& element) const {
+    return strictness_ == nullptr ? sets_.find(element.local) : strictness_->findSet(element);
+}
+
+bool Reading::isNamed(const DocumentNode& node, const Names::Namespace& names,
+                      const char16_t* qualified) const {
+    return strictness_ == nullptr ? node.name == std::u16string_view(qualified)
+                                  : hasName(node, Names::localPart(qualified), names.uri);
+}
+
+const DocumentNode* Reading::attribute(const DocumentNode& element, const Names::Namespace& names,
+                                       const char16_t* qualified) const {
+    return strictness_ == nullptr ? findAttribute(element, qualified)
+                                  : findAttribute(element, Names::localPart(qualified), names.uri);
+}
+
+const char16_t* Reading::attributeText(const DocumentNode& element, const Names::Namespace& names,
+                                       const char16_t* qualified) const {
+    const DocumentNode* const found = attribute(element, names, qualified);
+    return found == nullptr ? u"" : found->value;
+}
+
 const char16_t* Reading::uriOfParts(const Names::Namespace& parts) {
-    if (queries_ == nullptr) {
+    if (strictness_ != nullptr) {
         return parts.uri;
     }
     if (const char16_t* const uri = prefixesOfRoot_.uriOf(parts.prefix)) {
@@ -104,6 +127,30 @@ const char16_t* Reading::uriOfParts(const Names::Namespace& parts) {
     }
     queries_->evaluate(root_, ChildStep(parts.prefix, u"Element", true), nullptr);
     return u"";
+}
+
+bool Reading::mustWait(const DocumentNode& extension) const {
+    return queries_ == nullptr && !isComplete_ && strictness_->findProperty(extension) == nullptr &&
+           *attributeText(extension, Names::groups, Names::staticLocalTag) == 0;
+}
+
+void Reading::wait(Metadata::MetadataSet& set, const DocumentNode& extension) {
+    for (const DocumentNode* each = &extension; each != nullptr; each = nextElement(*each)) {
+        tags_.keepTagOf(*each);
+        waiting_.push_back({&set, &ofWaiting_.addCopy(*each)});
+    }
+}
+
+void Reading::readWaiting() {
+    isComplete_ = true;
+    for (const Waiting& each : waiting_) {
+        FromXMLMetadataSetVisitor reader(*each.extension->parent, *this);
+        reader.readExtension(*each.set, *each.extension);
+    }
+}
+
+void Reading::addMistake(const DocumentNode& node, const Exceptions::BaseException& error) {
+    strictness_->mistakes().add(node, Platform::toUtf8(error.message()));
 }
 
 std::string ReadingPlace::inFrontOf(const std::string& message) const {

@@ -4,9 +4,12 @@
 #include "XMLBuilder/reader/ChildSteps.h"
 #include "XMLBuilder/reader/ExtensionTags.h"
 #include "XMLBuilder/reader/InstanceNameTable.h"
+#include "XMLBuilder/reader/NodePool.h"
 #include "XMLBuilder/reader/PrefixScope.h"
 #include "XMLBuilder/reader/SetDefinitionIndex.h"
+#include "XMLBuilder/reader/Strictness.h"
 #include "XMLBuilder/reader/Supplement.h"
+#include "host/base/Exceptions.h"
 #include "host/dictionary/Dictionary.h"
 
 #include <cstddef>
@@ -22,8 +25,9 @@ class MetaMetadataSet;
 } // namespace Corvid::MetaMetadata
 
 namespace Corvid::Metadata {
+class MetadataSet;
 class PartitionMetadata;
-}
+} // namespace Corvid::Metadata
 
 namespace Corvid::XMLBuilder {
 
@@ -41,6 +45,7 @@ struct PropertyName {
     ChildStep step;
     Place place;
     std::u16string attribute; ///< the qualified name of the attribute; empty for a child
+    const char16_t* uri;      ///< the namespace that the dictionary gives
 };
 
 /// A property that a set may have, prepared to be looked for in many sets.
@@ -71,18 +76,33 @@ public:
     /// @param root        of the document, without its children.
     /// @param queries     null where the document is no DOM.
     /// @param supplement  null for a document that has nothing but its elements.
+    /// @param strictness  null for a document that is read leniently.
     Reading(const DocumentNode& root, DomQueries* queries, Metadata::PartitionMetadata& partition,
-            InstanceNameTable& names, Supplement* supplement = nullptr);
+            InstanceNameTable& names, Supplement* supplement = nullptr,
+            Strictness* strictness = nullptr);
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
 
     const DocumentNode& root() const noexcept { return root_; }
     DomQueries* queries() noexcept { return queries_; }
     Metadata::PartitionMetadata& partition() noexcept { return partition_; }
-    const SetDefinitionIndex& sets() const noexcept { return sets_; }
     InstanceNameTable& names() noexcept { return names_; }
     ExtensionTags& tags() noexcept { return tags_; }
     Supplement* supplement() const noexcept { return supplement_; }
+    Strictness* strictness() const noexcept { return strictness_; }
+
+    /// The class of an element, or null: by its local name, or strictly by its expanded one.
+    const MetaMetadata::MetaMetadataSet* findSet(const DocumentNode& element) const;
+    /// Whether an element or attribute has a name of the format: as written, or strictly by
+    /// namespace.
+    bool isNamed(const DocumentNode& node, const Names::Namespace& names,
+                 const char16_t* qualified) const;
+    /// The attribute of an element with a name of the format, or null.
+    const DocumentNode* attribute(const DocumentNode& element, const Names::Namespace& names,
+                                  const char16_t* qualified) const;
+    /// Its value; empty where there is none.
+    const char16_t* attributeText(const DocumentNode& element, const Names::Namespace& names,
+                                  const char16_t* qualified) const;
 
     /// The properties of a class and its ancestors, by label, as its sets list their elements.
     const std::vector<ExpectedProperty>& propertiesOf(const MetaMetadata::MetaMetadataSet& set);
@@ -100,6 +120,37 @@ public:
     /// fails as the query for a part does.
     const char16_t* uriOfParts(const Names::Namespace& parts);
 
+    /// Whether an extension element needs a tag that can only be made when the whole document is
+    /// read: a stream does not tell before which tags it names.
+    bool mustWait(const DocumentNode& extension) const;
+    /// Keeps an extension element of a set and those behind it for then.
+    void wait(Metadata::MetadataSet& set, const DocumentNode& extension);
+    /// Reads them. To be called at the end of a document that is a stream.
+    void readWaiting();
+
+    /// Whether an element is a dark set, which may be in another namespace under the prefix.
+    static bool isDarkSet(const DocumentNode& element) {
+        return element.local == std::u16string_view(Names::localPart(Names::darkMetadata));
+    }
+
+    /// Calls the body. When a document is read strictly, what the body throws because of the
+    /// document is a mistake at the node.
+    template <class Body> void attempt(const DocumentNode& node, Body body) {
+        if (strictness_ == nullptr) {
+            body();
+            return;
+        }
+        try {
+            body();
+        } catch (const Exceptions::InvalidFormat& error) {
+            addMistake(node, error);
+        } catch (const Exceptions::InvalidLength& error) {
+            addMistake(node, error);
+        } catch (const Exceptions::LimitExceeded& error) {
+            addMistake(node, error);
+        }
+    }
+
     /// Passes on that nothing is read from an element at the present place.
     void leaveOut(const DocumentNode& element) const;
 
@@ -109,6 +160,8 @@ public:
 private:
     friend class OpenSet;
 
+    void addMistake(const DocumentNode& node, const Exceptions::BaseException& error);
+
     const DocumentNode& root_;
     DomQueries* queries_;
     Metadata::PartitionMetadata& partition_;
@@ -117,6 +170,7 @@ private:
     InstanceNameTable& names_;
     ExtensionTags tags_;
     Supplement* supplement_;
+    Strictness* strictness_;
     PrefixScope prefixesOfRoot_;
     std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>
         properties_;
@@ -124,6 +178,14 @@ private:
     ReadingPlace place_;
     std::deque<ChildSteps> children_; ///< one for each depth, kept for the next set there
     OpenSet* innermost_ = nullptr;    ///< the set that is being read; null outside of sets
+
+    struct Waiting {
+        Metadata::MetadataSet* set;
+        const DocumentNode* extension;
+    };
+    std::vector<Waiting> waiting_;
+    NodePool ofWaiting_;
+    bool isComplete_ = false; ///< all of the document is read but what waits
 };
 
 /// A set's element while it is being read.

@@ -1,10 +1,7 @@
 #include "XMLBuilder/reader/Supplement.h"
 
-#include "host/dictionary/AbstractMetaAttributeVisitor.h"
-#include "host/dictionary/MetaAttribute.h"
+#include "host/dictionary/AbstractMetaAttribute.h"
 #include "host/dictionary/MetaElement.h"
-#include "host/dictionary/MisplacedAttribute.h"
-#include "host/dictionary/UnknownAttribute.h"
 
 #include <algorithm>
 
@@ -18,28 +15,6 @@ template <class Bytes> PropertyIdentity identity(Types::u8 kind, const Bytes& by
     return result;
 }
 
-class Identifier : public MetaMetadata::AbstractMetaAttributeVisitor {
-public:
-    explicit Identifier(const Metadata::PartitionDictionary& tags) : tags_(tags) {}
-
-    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
-        const Types::LocalTag& tag = attribute.localTag();
-        const auto* const label = tags_.find(tag, true);
-        identity = label == nullptr ? identityOf(tag) : identityOf(*label);
-    }
-    void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
-        identity = identityOf(attribute.metaElement().label());
-    }
-    void visit(const MetaMetadata::MetaAttribute& attribute) override {
-        identity = identityOf(attribute.metaElement().label());
-    }
-
-    PropertyIdentity identity{};
-
-private:
-    const Metadata::PartitionDictionary& tags_;
-};
-
 } // namespace
 
 PropertyIdentity identityOf(const Types::UniversalLabel& label) {
@@ -50,9 +25,13 @@ PropertyIdentity identityOf(const Types::LocalTag& tag) { return identity('t', t
 
 PropertyIdentity identityOf(const MetaMetadata::AbstractMetaAttribute& attribute,
                             const Metadata::PartitionDictionary& tags) {
-    Identifier identifier(tags);
-    attribute.accept(identifier);
-    return identifier.identity;
+    const auto& facts = attribute.facts();
+    if (facts.definition != nullptr) {
+        return identityOf(facts.definition->label());
+    }
+    const Types::LocalTag tag(facts.localTag);
+    const auto* const label = tags.find(tag, true);
+    return label == nullptr ? identityOf(tag) : identityOf(*label);
 }
 
 } // namespace Corvid::XMLBuilder

@@ -9,7 +9,8 @@
 
 namespace Corvid::MetaMetadata {
 class AbstractMetaAttribute;
-}
+class MetaMetadataSet;
+} // namespace Corvid::MetaMetadata
 
 namespace Corvid::Metadata {
 class MetadataSet;
@@ -45,6 +46,12 @@ public:
     /// @return the properties that are read with EmptyParts::values, the items of collections then
     ///         filled up with zeros to the longest. Null for none. Borrowed.
     virtual const Properties* enter(Metadata::MetadataSet& set, std::u16string_view written) = 0;
+
+    /// Whether a set of a class may be without identifier, asked before the set is entered.
+    virtual bool mayBeNameless(const MetaMetadata::MetaMetadataSet& setClass) const = 0;
+
+    /// Whether links may lead to nothing, because a part of the metadata was left out on purpose.
+    virtual bool isPartial() const = 0;
 
     /// Called for each element of the document that nothing is read from: a set or property of an
     /// unknown name, one at a place where it does not belong, one that is there already.

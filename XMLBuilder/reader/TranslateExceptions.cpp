@@ -21,13 +21,15 @@ namespace Corvid::XMLBuilder {
 namespace {
 
 using Exceptions::ParseError;
+namespace Text = CallerContract::Text;
 
 /// @param prefix  names the kind of failure; ": " comes between it and the text.
 [[noreturn]] void throwParseError(const XMLCh* prefix, const XMLCh* text,
                                   const XMLCh* suffix = u"") {
     const std::u16string message =
         std::u16string(prefix) + u": " + (text == nullptr ? u"" : text) + suffix;
-    throw ParseError(XMLUtils::fromXml(message.c_str()), "Corvid/XMLUtils/Utils", 207);
+    throw ParseError(XMLUtils::fromXml(message.c_str()), CallerContract::File::translation,
+                     CallerContract::Line::translation);
 }
 
 } // namespace
@@ -37,23 +39,23 @@ void rethrowTranslated(EntryPoint entryPoint) {
         throw;
 #ifdef CORVID_WITH_XQILLA
     } catch (const XQillaException& e) { // is a DOMException too
-        throwParseError(u"XQillaException:", e.getString());
+        throwParseError(Text::ofXQilla, e.getString());
     } catch (const XQException& e) {
-        throwParseError(u"XQException:", e.getError());
+        throwParseError(Text::ofXQuery, e.getError());
 #endif
     } catch (const xercesc::DOMException& e) {
         const std::u16string code = std::u16string(u"(") + DecimalText(int{e.code}).c_str() + u")";
-        throwParseError(u"DOMException:", e.msg, code.c_str());
+        throwParseError(Text::ofDom, e.msg, code.c_str());
     } catch (const xercesc::UTFDataFormatException& e) { // is an XMLException too
-        throwParseError(u"class xercesc_3_0::UTFDataFormatException", e.getMessage());
+        throwParseError(Text::ofEncoding, e.getMessage());
     } catch (const xercesc::SAXException& e) {
-        throwParseError(u"class xercesc_3_0::SAXException", e.getMessage());
+        throwParseError(Text::ofSax, e.getMessage());
     } catch (const xercesc::XMLException& e) {
-        throwParseError(u"class xercesc_3_0::XMLException", e.getMessage());
+        throwParseError(Text::ofXml, e.getMessage());
     } catch (const Exceptions::BaseException&) {
         throw;
     } catch (...) {
-        throw ParseError("Unknown error in Xerces or XQilla", "Corvid/XMLBuilder/XML2Partition",
+        throw ParseError(Text::unknownError, CallerContract::File::reader,
                          static_cast<int>(entryPoint));
     }
 }

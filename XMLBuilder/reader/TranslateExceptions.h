@@ -1,12 +1,14 @@
 #pragma once
 
+#include "XMLBuilder/CallerContract.h"
+
 namespace Corvid::XMLBuilder {
 
 /// The way in that a failure is told of; the number is the line that callers are told.
 enum class EntryPoint : int {
-    buffer = 282,
-    string = 298,
-    file = 313,
+    buffer = CallerContract::Line::readBuffer,
+    string = CallerContract::Line::readString,
+    file = CallerContract::Line::readFile,
 };
 
 /// Throws the exception that is being handled as one of ours: those of Xerces-C, of XQilla and

@@ -5,6 +5,7 @@
 #include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/format/ValueForms.h"
+#include "XMLBuilder/reader/StrictText.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/klv/Value.h"
@@ -13,6 +14,7 @@
 #include "host/xmlutils/XmlText.h"
 
 #include <array>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -24,9 +26,6 @@ namespace Corvid::XMLBuilder {
 namespace {
 
 using Result = Templates::auto_ptr<Types::SimpleDataType>;
-
-/// Chooses an overload by a value type without a value of it.
-template <class T> struct As {};
 
 template <class T> Result give(T&& value) {
     return Result(new std::decay_t<T>(std::forward<T>(value)));
@@ -61,7 +60,8 @@ bool isAttribute(const DocumentNode& node) { return node.kind == DocumentNode::K
 class Parts {
 public:
     Parts(Reading& reading, const Names::Namespace& names, const DocumentNode& parent)
-        : uri_(reading.uriOfParts(names)), parent_(&parent) {}
+        : uri_(reading.uriOfParts(names)), parent_(&parent),
+          isStrict_(reading.strictness() != nullptr) {}
 
     /// Goes on with the parts of a child.
     void enter(const DocumentNode& child) { parent_ = &child; }
@@ -74,45 +74,42 @@ public:
     }
 
     /// The text of a part; empty where it is missing.
-    const char16_t* text(const char16_t* qualified) const {
+    const char16_t* text(const char16_t* qualified) {
         const DocumentNode* const part = first(qualified);
+        if (part != nullptr && isStrict_) {
+            return texts_.emplace_back(trimmed(contentOf(*part))).c_str();
+        }
         return part == nullptr ? u"" : firstValue(*part);
     }
 
 private:
     const char16_t* uri_;
     const DocumentNode* parent_;
+    bool isStrict_;
+    std::deque<std::u16string> texts_; ///< where they are made
 };
 
 template <class T> void enterWrapper(Parts& parts) {
     const Wrapper wrapper = Fields<T>::wrapper;
     const std::string name = narrow(Names::localPart(wrapper.name));
     const auto fail = [&](const std::string& condition) {
-        throwInvalidFormat(
-            condition.c_str(),
-            ("No '" + name + "' element from '" + wrapper.property + "' in XML metadata").c_str(),
-            CORVID_ELEMENT_VISITOR_HERE);
+        throwInvalidFormat(condition.c_str(),
+                           CallerContract::Text::noWrapper(name, wrapper.property).c_str(),
+                           CORVID_ELEMENT_VISITOR_HERE);
     };
     const DocumentNode* found = parts.first(wrapper.name);
     if (found == nullptr) {
-        fail("domComponentElement != 0");
+        fail(CallerContract::Text::wrapperIsThere);
     }
     if (narrow(found->local) != name) {
-        fail("retrieveNodeName (domComponentElement) == L\"" + name + "\"");
+        fail(CallerContract::Text::wrapperIsCalled(name));
     }
     parts.enter(*found);
 }
 
-/// What the accessor of a part gives.
-template <class T, class Get> using ContentOf = std::decay_t<std::invoke_result_t<Get, const T&>>;
-
-template <class T, class Get> constexpr bool holdsBytes(const Field<Get>&) {
-    return std::is_base_of_v<Types::DataType, ContentOf<T, Get>>;
-}
-
 /// The texts of all parts, in document order. They are looked for and checked in the order of
 /// their ranks, so that of several missing ones the right one is told.
-template <class T> auto textsOf(const Parts& parts, EmptyParts empty) {
+template <class T> auto textsOf(Parts& parts, EmptyParts empty) {
     constexpr std::size_t count = std::tuple_size_v<decltype(Fields<T>::list)>;
     std::array<const char16_t*, count> texts{};
     const auto read = [&](const auto& field, std::size_t place) {
@@ -121,8 +118,7 @@ template <class T> auto textsOf(const Parts& parts, EmptyParts empty) {
             !(empty == EmptyParts::values && holdsBytes<T>(field))) {
             throwInvalidFormat(
                 field.condition,
-                ("No '" + narrow(Names::localPart(field.name)) + "' element in XML metadata")
-                    .c_str(),
+                CallerContract::Text::noPart(narrow(Names::localPart(field.name))).c_str(),
                 CORVID_ELEMENT_VISITOR_HERE);
         }
     };
@@ -191,17 +187,17 @@ public:
     }
 
     Result parse(As<Types::UTF16String>, Text) {
-        return give(Types::UTF16String(XMLUtils::fromXml(text())));
+        return give(Types::UTF16String(XMLUtils::fromXml(text(Ends::counted))));
     }
 
     Result parse(As<Types::ISO7String>, Text) {
         return give(Types::ISO7String(
-            Platform::wstringToString(Utf16Text(XMLUtils::fromXml(text()))).c_str()));
+            Platform::wstringToString(Utf16Text(XMLUtils::fromXml(text(Ends::counted)))).c_str()));
     }
 
     /// The first code unit of the first word.
     Result parse(As<Types::UTF16>, CodeUnit) {
-        return give(Types::UTF16(static_cast<u16>(*skipStreamSpace(text()))));
+        return give(Types::UTF16(static_cast<u16>(*skipStreamSpace(text(Ends::counted)))));
     }
 
     template <class T> Result parse(As<T>, IdentifierText) { return identifier<T>(text()); }
@@ -237,7 +233,7 @@ public:
         static constexpr const char16_t* component = u"types:RGBAComponent";
         Types::RGBALayout layout;
         const Parts components(reading_, Names::types, node_);
-        Parts parts = components;
+        Parts parts(reading_, Names::types, node_);
         u32 index = 0;
         for (const DocumentNode* found = components.first(component); found != nullptr;
              found = components.next(*found, component)) {
@@ -251,14 +247,14 @@ public:
 
     // These are written, but read only where more is known of the property than its element.
     Result parse(As<Types::DataValue>, Bytes) {
-        if (empty_ == EmptyParts::missing) {
+        if (isLeftOut()) {
             return {};
         }
         const FieldBytes bytes = parseHexBytes(text());
         return give(Types::DataValue(Types::ByteView{bytes.data(), bytes.size()}));
     }
     Result parse(As<Types::LocalTag>, IdentifierText) {
-        return empty_ == EmptyParts::missing ? Result() : identifier<Types::LocalTag>(text());
+        return isLeftOut() ? Result() : identifier<Types::LocalTag>(text());
     }
 
     // These stand in XML, if at all, as something else than the text of a value.
@@ -270,8 +266,23 @@ private:
         return give(T(XMLUtils::fromXml(text), Types::dottedHexadecimal));
     }
 
-    /// The attribute's value or the element's first child as text.
-    const char16_t* text() {
+    bool isLeftOut() const {
+        return empty_ == EmptyParts::missing && reading_.strictness() == nullptr;
+    }
+
+    /// Whether white space at the ends of a text is a part of it, where documents are read
+    /// strictly.
+    enum class Ends : unsigned char { trimmed, counted };
+
+    /// The attribute's value or the element's first child as text; strictly, all text in it.
+    const char16_t* text(Ends ends = Ends::trimmed) {
+        if (reading_.strictness() != nullptr) {
+            text_ = contentOf(node_);
+            if (ends == Ends::trimmed) {
+                text_ = std::u16string(trimmed(text_));
+            }
+            return text_.c_str();
+        }
         const DocumentNode& node = isAttribute(node_) ? node_ : *node_.firstChild;
         if (node.kind == DocumentNode::Kind::element) {
             text_ = textBelow(node);
@@ -283,8 +294,21 @@ private:
     Reading& reading_;
     const DocumentNode& node_;
     EmptyParts empty_;
-    std::u16string text_; ///< where it does not stand in one node
+    std::u16string text_; ///< where it is not that of one node
 };
+
+/// Whether an element carries no value. A character that is white space is none, as the library's
+/// reader leaves it out.
+bool isEmpty(const Reading& reading, Types::Identifiers::Identifier type,
+             const DocumentNode& node) {
+    if (isAttribute(node)) {
+        return false;
+    }
+    const bool isBlankCharacter = reading.strictness() != nullptr &&
+                                  type == Types::Identifiers::UTF16 &&
+                                  trimmed(contentOf(node)).empty();
+    return node.firstChild == nullptr || isBlankCharacter;
+}
 
 Result parse(Forms forms, Types::Identifiers::Identifier type) {
     switch (type) {
@@ -300,7 +324,7 @@ Result parse(Forms forms, Types::Identifiers::Identifier type) {
 
 Result parseValue(Reading& reading, Types::Identifiers::Identifier type, const DocumentNode& node,
                   EmptyParts empty) {
-    if (!isAttribute(node) && node.firstChild == nullptr) {
+    if (isEmpty(reading, type, node)) {
         return empty == EmptyParts::values ? Types::Factories::fromBytes(type, {}) : Result();
     }
     auto value = parse(Forms(reading, node, empty), type);

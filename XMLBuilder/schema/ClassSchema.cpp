@@ -1,7 +1,6 @@
 #include "XMLBuilder/schema/ClassSchema.h"
 
-#include "XMLBuilder/format/NumberInput.h"
-#include "XMLBuilder/schema/DefinitionNames.h"
+#include "XMLBuilder/format/DefinitionName.h"
 #include "XMLBuilder/schema/FrameSchema.h"
 #include "XMLBuilder/schema/ValueSchema.h"
 #include "host/dictionary/Dictionary.h"
@@ -20,17 +19,8 @@ using MetaMetadata::MetaElement;
 using MetaMetadata::MetaMetadataSet;
 using xercesc::DOMElement;
 
-std::u16string qualifiedName(const DefinitionNames& names) {
-    return std::u16string(names.names.prefix) + u':' + names.tag;
-}
-
-bool isInstanceUID(const DefinitionNames& names) {
-    return qualifiedName(names) == Names::instanceUID;
-}
-
-bool isAttribute(const DefinitionNames& names) {
-    return isInstanceUID(names) || qualifiedName(names) == Names::generationUID;
-}
+/// Of the properties that are attributes of their set, InstanceUID is the one that every set has.
+bool isInstanceUID(const DefinitionName& name) { return name.qualified == Names::instanceUID; }
 
 bool isReference(Identifiers::Identifier type) {
     return type == Identifiers::StrongReference || type == Identifiers::WeakReference;
@@ -49,17 +39,18 @@ std::u16string describeProperty(const MetaElement& property) {
 }
 
 void addProperty(SchemaDocument& document, const MetaElement& property,
-                 const DefinitionNames& names) {
+                 const DefinitionName& name) {
     const Identifiers::Identifier type = property.dataType();
     const Identifiers::Identifier itemType =
         property.isCollection()
             ? static_cast<const MetaMetadata::MetaCollectionElement&>(property).dataSubType()
             : type;
-    if (isAttribute(names)) {
-        document.define(u"xs:attribute", names.tag, {{u"type", schemaTypeOf(type, document)}});
+    if (name.identifies) {
+        document.define(u"xs:attribute", name.localPart(),
+                        {{u"type", schemaTypeOf(type, document)}});
         return;
     }
-    auto& element = document.define(u"xs:element", names.tag);
+    auto& element = document.define(u"xs:element", name.localPart());
     document.annotate(element, describeProperty(property));
     if (isReference(itemType)) {
         const auto reference = document.refer(
@@ -85,8 +76,8 @@ std::vector<const MetaElement*> inDocumentOrder(const MetaMetadataSet& set) {
         // A set's attributes are all of this kind.
         const auto& property =
             static_cast<const MetaMetadata::MetaAttribute&>(*attribute).metaElement();
-        if (const unsigned short* index = property.attribute("SchemaIndex")) {
-            ordered.emplace_back(readNumber<std::uint32_t>(XMLUtils::toXml(index)), &property);
+        if (const auto order = nameOf(property).order) {
+            ordered.emplace_back(*order, &property);
         }
     }
     std::sort(ordered.begin(), ordered.end());
@@ -103,11 +94,10 @@ struct TypeContent {
     explicit TypeContent(const MetaMetadataSet& set) : properties(inDocumentOrder(set)) {
         // Xerces-C loses the ancestor's part where a type extends one of a namespace that imports
         // its own.
-        if (set.parent() == nullptr || std::u16string_view(DefinitionNames(set).names.uri) !=
-                                           DefinitionNames(*set.parent()).names.uri) {
+        if (set.parent() == nullptr || nameOf(set).uri != nameOf(*set.parent()).uri) {
             return;
         }
-        // What extends a type comes behind all that it has, so the ancestor's must come first.
+        // What extends a type comes after all that it has, so the ancestor's must come first.
         const auto before = inDocumentOrder(*set.parent());
         if (before.size() <= properties.size() &&
             std::equal(before.begin(), before.end(), properties.begin())) {
@@ -121,14 +111,14 @@ struct TypeContent {
     std::size_t inherited = 0;
 };
 
-void addType(SchemaDocument& document, const MetaMetadataSet& set, const DefinitionNames& names) {
+void addType(SchemaDocument& document, const MetaMetadataSet& set, const DefinitionName& name) {
     const TypeContent content(set);
-    DOMElement* type = &document.define(u"xs:complexType", names.tag);
+    DOMElement* type = &document.define(u"xs:complexType", name.localPart());
     document.annotate(*type, u"set " + toText(set.key().toString(Types::dottedHexadecimal)));
     if (content.base != nullptr) {
-        const DefinitionNames base(*content.base);
+        const DefinitionName& base = nameOf(*content.base);
         type = &document.add(document.add(*type, u"xs:complexContent"), u"xs:extension",
-                             {{u"base", document.refer(base.names, base.tag)}});
+                             {{u"base", document.refer(base.names(), base.localPart())}});
     }
     auto& sequence = document.add(*type, u"xs:sequence");
     if (content.base == nullptr) {
@@ -138,9 +128,9 @@ void addType(SchemaDocument& document, const MetaMetadataSet& set, const Definit
     }
     const auto begin = content.properties.begin() + static_cast<std::ptrdiff_t>(content.inherited);
     for (auto property = begin; property != content.properties.end(); ++property) {
-        const DefinitionNames each(**property);
-        const std::u16string reference = document.refer(each.names, each.tag);
-        if (isAttribute(each)) {
+        const DefinitionName& each = nameOf(**property);
+        const std::u16string reference = document.refer(each.names(), each.localPart());
+        if (each.identifies) {
             document.add(
                 *type, u"xs:attribute",
                 {{u"ref", reference}, {u"use", isInstanceUID(each) ? u"required" : u"optional"}});
@@ -154,22 +144,22 @@ void addType(SchemaDocument& document, const MetaMetadataSet& set, const Definit
 
 void describeProperties(SchemaSet& schemas, const MetaMetadata::Dictionary& dictionary) {
     for (auto i = dictionary.metaElementBegin(); i != dictionary.metaElementEnd(); ++i) {
-        const DefinitionNames names(**i);
-        addProperty(schemas.of(names.names), **i, names);
+        const DefinitionName& name = nameOf(**i);
+        addProperty(schemas.of(name.names()), **i, name);
     }
 }
 
 void describeSets(SchemaSet& schemas, const MetaMetadata::Dictionary& dictionary) {
     std::set<std::u16string> uris;
     for (auto i = dictionary.metaMetadataSetBegin(); i != dictionary.metaMetadataSetEnd(); ++i) {
-        const DefinitionNames names(**i);
-        auto& document = schemas.of(names.names);
+        const DefinitionName& name = nameOf(**i);
+        auto& document = schemas.of(name.names());
         const std::u16string link = document.refer(Names::groups, Frame::link);
-        addType(document, **i, names);
-        document.define(u"xs:element", names.tag,
-                        {{u"type", document.refer(names.names, names.tag)}});
-        document.define(u"xs:element", names.tag + Names::linkSuffix, {{u"type", link}});
-        if (uris.insert(names.names.uri).second) {
+        addType(document, **i, name);
+        document.define(u"xs:element", name.localPart(),
+                        {{u"type", document.refer(name.names(), name.localPart())}});
+        document.define(u"xs:element", Names::localPart(name.link.c_str()), {{u"type", link}});
+        if (uris.insert(name.uri).second) {
             document.define(u"xs:element", Names::ambiguousLink, {{u"type", link}});
         }
     }

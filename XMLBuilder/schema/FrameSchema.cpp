@@ -1,6 +1,6 @@
 #include "XMLBuilder/schema/FrameSchema.h"
 
-#include "XMLBuilder/schema/DefinitionNames.h"
+#include "XMLBuilder/format/DefinitionName.h"
 #include "XMLBuilder/schema/ValueSchema.h"
 #include "host/dictionary/Dictionary.h"
 
@@ -54,8 +54,9 @@ private:
         auto& sets = groups_.add(groups_.define(u"xs:group", anySet), u"xs:choice");
         for (auto i = dictionary_.metaMetadataSetBegin(); i != dictionary_.metaMetadataSetEnd();
              ++i) {
-            const DefinitionNames names(**i);
-            groups_.add(sets, u"xs:element", {{u"ref", groups_.refer(names.names, names.tag)}});
+            const DefinitionName& name = nameOf(**i);
+            groups_.add(sets, u"xs:element",
+                        {{u"ref", groups_.refer(name.names(), name.localPart())}});
         }
         root_.define(u"xs:element", Names::localPart(Names::danglingLink),
                      {{u"type", root_.refer(Names::groups, Frame::link)}});
@@ -91,7 +92,7 @@ private:
     static std::u16string namespacesOf(Iterator begin, Iterator end,
                                        std::set<std::u16string> uris = {}) {
         for (; begin != end; ++begin) {
-            uris.insert(DefinitionNames(**begin).names.uri);
+            uris.insert(nameOf(**begin).uri);
         }
         std::u16string list;
         for (const auto& uri : uris) {
@@ -135,7 +136,7 @@ private:
         const XMLCh* use;
     };
 
-    /// An element that holds bytes and is told apart by its attributes.
+    /// An element that holds bytes and is distinguished by its attributes.
     void addBytes(const XMLCh* qualified, const std::vector<Attribute>& attributes) {
         auto& type = groups_.add(groups_.define(u"xs:element", Names::localPart(qualified)),
                                  u"xs:complexType");

@@ -1,7 +1,7 @@
 #include "XMLBuilder/writer/DarkWriter.h"
 
-#include "XMLBuilder/format/HexText.h"
 #include "XMLBuilder/format/NumberText.h"
+#include "host/base/Hex.h"
 #include "host/xmlutils/XmlText.h"
 
 namespace Corvid::XMLBuilder {
@@ -14,7 +14,7 @@ void writeDarkMetadata(const DocumentPlan::Floating& dark, DocumentSink& sink) {
         {{dark.uri, Names::key}, XMLUtils::toXml(key)}};
     sink.startElement({dark.uri, Names::darkMetadata}, attributes, 2);
     if (dark.hasValue) {
-        sink.text(toHexText(dark.value.data, dark.value.size));
+        sink.text(Hex::encoded<std::u16string>(dark.value.data, dark.value.size, Hex::upper));
     }
     sink.endElement();
 }

@@ -1,9 +1,9 @@
 #include "XMLBuilder/writer/ToXMLBaseTypeVisitor.h"
 
 #include "XMLBuilder/format/CompoundFields.h"
-#include "XMLBuilder/format/HexText.h"
 #include "XMLBuilder/format/NumberText.h"
 #include "XMLBuilder/format/ValueForms.h"
+#include "host/base/Hex.h"
 #include "host/xmlutils/UnicodeString.h"
 #include "host/xmlutils/XmlText.h"
 
@@ -16,7 +16,7 @@ namespace {
 void writeText(DocumentSink& sink, const Utf16Unit* text) { sink.text(XMLUtils::toXml(text)); }
 
 void writeHex(DocumentSink& sink, const Types::DataType& value) {
-    sink.text(toHexText(value.rawBuffer(), value.byteCount()));
+    sink.text(Hex::encoded<std::u16string>(value.rawBuffer(), value.byteCount(), Hex::upper));
 }
 
 template <class Number> void writeNumber(DocumentSink& sink, Number number) {

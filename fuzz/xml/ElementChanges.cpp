@@ -1,4 +1,4 @@
-// Elements go, come twice, or stand elsewhere.
+// Removes elements, repeats them, or moves them elsewhere.
 
 #include "fuzz/xml/Changes.h"
 

@@ -211,7 +211,7 @@ void move(Pieces& pieces, Random& random) {
 }
 
 /// The value of an attribute becomes one that another instruction or the document has.
-void tellAnother(Pieces& pieces, Random& random) {
+void sayAnother(Pieces& pieces, Random& random) {
     Piece* const instruction = oneInstruction(pieces, random);
     if (instruction == nullptr) {
         return;
@@ -283,7 +283,7 @@ const std::array<Change, 9> instructionChanges = {{
     {"a digit of an instruction changes", changeOneDigit},
     {"instructions are rearranged", rearrangeInstructions},
     {"an instruction moves", move},
-    {"an instruction tells something else", tellAnother},
+    {"an instruction says something else", sayAnother},
     {"attributes of an instruction are rearranged", rearrangeAttributes},
     {"an instruction gets an attribute of another", copyAttribute},
     {"an instruction becomes one of another kind", setKind},

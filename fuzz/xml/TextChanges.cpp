@@ -1,6 +1,7 @@
 // What is between tags: values, and the forms in which text can be written.
 
 #include "fuzz/xml/Changes.h"
+#include "host/base/Hex.h"
 
 namespace Corvid::Fuzzing {
 
@@ -159,11 +160,10 @@ void refer(std::string& text, Random& random) {
     const std::size_t at = below(text.size(), random);
     const auto byte = static_cast<unsigned char>(text[at]);
     if (byte < 0x80 && byte != '&') {
-        constexpr char digits[] = "0123456789ABCDEF";
         text.replace(at, 1,
                      onceIn(2, random)
                          ? "&#" + std::to_string(byte) + ";"
-                         : std::string("&#x000") + digits[byte >> 4] + digits[byte & 15] + ";");
+                         : "&#x000" + Hex::encoded<std::string>(&byte, 1, Hex::upper) + ";");
     }
 }
 
@@ -181,7 +181,7 @@ void becomeCharacterData(Pieces& pieces, Random& random) {
     }
 }
 
-/// A comment, an instruction, a part of character data or an element stands in a text.
+/// Puts a comment, an instruction, character data or an element inside a text.
 void split(Pieces& pieces, Random& random) {
     static const Piece between[] = {
         {Kind::comment, {}, {}, "-"},       {Kind::comment, {}, {}, " < "},
@@ -200,7 +200,7 @@ void split(Pieces& pieces, Random& random) {
     insert(pieces, at + 1, {oneOf(between, random), rest});
 }
 
-/// A document type, a misplaced declaration or text stands where none may be.
+/// Puts a document type, a declaration or text in a place where it may not be.
 void addOutside(Pieces& pieces, Random& random) {
     constexpr const char* texts[] = {"<!DOCTYPE a>",
                                      "<!DOCTYPE a [<!ENTITY b \"c\">]>",
@@ -227,7 +227,7 @@ const std::array<Change, 12> textChanges = {{
     {"a value is that of another element", copyText},
     {"a value becomes character data", becomeCharacterData},
     {"a text is interrupted", split},
-    {"something stands where it may not", addOutside},
+    {"something is where it may not be", addOutside},
 }};
 
 } // namespace Corvid::Fuzzing

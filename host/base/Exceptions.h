@@ -22,7 +22,7 @@ public:
     /// The message alone. Zero-terminated, lives as long as the exception.
     virtual const unsigned short* message() const;
 
-    /// The same text as message(): file and line are for developers and stand in file() and line().
+    /// The same text as message(): file() and line() are for developers.
     virtual const unsigned short* what() const;
 
     /// The number of the concrete class; each class has one of its own.

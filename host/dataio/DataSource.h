@@ -12,7 +12,7 @@ class CORVID_EXPORT DataSource {
 public:
     virtual ~DataSource();
 
-    /// Reads up to count bytes and moves on behind them.
+    /// Reads up to count bytes and moves on past them.
     /// @return how many bytes were read; fewer than count only where the source ends.
     /// @throws IOError  the bytes can't be had.
     virtual std::size_t read(unsigned char* to, std::size_t count) = 0;

@@ -6,7 +6,7 @@
 
 namespace Corvid::DataIO::Memory {
 
-/// Reads bytes that stand in memory. They are borrowed and must outlive the source.
+/// Reads bytes in memory. They are borrowed and must outlive the source.
 class CORVID_EXPORT MemoryDataSource : public DataSource {
 public:
     MemoryDataSource(const unsigned char* bytes, std::size_t size) noexcept

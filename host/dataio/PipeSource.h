@@ -9,8 +9,8 @@ namespace Corvid::DataIO {
 /// A pipe, or whatever else is read from front to back only. What has passed is kept in a temporary
 /// file that has no name and goes with the source.
 ///
-/// The pipe is read only as far as the bytes that are asked for, and to its end by size(); where
-/// the temporary file stands is told by the environment variable TMPDIR, else it is /tmp.
+/// The pipe is read only as far as the bytes that are asked for, and to its end by size(). The
+/// temporary file is in the folder that the environment variable TMPDIR names, else in /tmp.
 class CORVID_EXPORT PipeSource : public RandomAccessSource {
 public:
     /// @param pipe  open for reading; nothing of it has been read.

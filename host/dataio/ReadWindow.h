@@ -5,7 +5,7 @@
 
 namespace Corvid::DataIO {
 
-/// Shows pieces of a source in memory and reads ahead, so that many small pieces one behind the
+/// Shows pieces of a source in memory and reads ahead, so that many small pieces one after the
 /// other cost few reads.
 ///
 /// It holds one piece at a time: memory is the read-ahead or the longest piece asked for, and never
@@ -21,7 +21,7 @@ public:
     /// @param source  borrowed; must outlive the window.
     explicit ReadWindow(RandomAccessSource& source) noexcept : source_(source) {}
 
-    /// Allows reading ahead up to an offset; nothing behind it is read unless asked for. At first
+    /// Allows reading ahead up to an offset; nothing after it is read unless asked for. At first
     /// there is no reading ahead.
     void readAheadUpTo(std::uint64_t offset) noexcept { readAheadEnd_ = offset; }
 

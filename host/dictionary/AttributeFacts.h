@@ -16,6 +16,7 @@ struct AttributeFacts {
     bool isRequired = false;                 ///< an encoder must write it, even if it is empty
     const MetaElement* definition = nullptr; ///< null for an unknown one
     unsigned short localTag = 0;             ///< of an unknown one
+    bool isUnfit = false; ///< an unknown one only because its bytes do not fit its type
 };
 
 } // namespace Corvid::MetaMetadata

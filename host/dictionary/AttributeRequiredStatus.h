@@ -6,7 +6,7 @@ namespace Corvid::MetaMetadata::AttributeRequiredStatus {
 enum Status : unsigned int {
     required = 0,        ///< every file has it
     encoderRequired = 1, ///< an encoder must write it
-    decoderRequired = 2, ///< a decoder must understand it where it stands
+    decoderRequired = 2, ///< a decoder must understand it where it is present
     bestEffort =
         3,        ///< an encoder writes it as well as it knows, and a distinguished value otherwise
     optional = 4, ///< it may be left out

@@ -1,5 +1,7 @@
 #include "host/dictionary/Cells.h"
 
+#include "host/base/Hex.h"
+
 #include <algorithm>
 #include <charconv>
 #include <iterator>
@@ -28,8 +30,7 @@ std::optional<std::array<unsigned char, Size>> dottedBytes(std::string_view text
     std::array<unsigned char, Size> result{};
     for (std::size_t i = 0; i != Size; ++i) {
         const char* digits = text.data() + 3 * i;
-        const auto [end, error] = std::from_chars(digits, digits + 2, result[i], 16);
-        if (error != std::errc() || end != digits + 2 || (i + 1 != Size && digits[2] != '.')) {
+        if (!Hex::decode(digits, &result[i], 1) || (i + 1 != Size && digits[2] != '.')) {
             return std::nullopt;
         }
     }

@@ -32,7 +32,7 @@ std::optional<ValueType> valueType(std::string_view text);
 /// other characters a name may hold, so a dictionary does without.
 bool isName(std::string_view text);
 
-/// True for text that can stand as the name of a namespace.
+/// True for text that can be the name of a namespace.
 bool isUri(std::string_view text);
 
 } // namespace Corvid::MetaMetadata::Cells

@@ -59,7 +59,7 @@ struct Collector::Place {
         MetaMetadata::refuse(origin(), reason);
     }
 
-    /// The value of a column, or an error that tells what it must be.
+    /// The value of a column, or an error that says what it must be.
     template <class T> T expect(std::optional<T> value, std::size_t index, const char* form) const {
         if (!value) {
             refuse(quoted(column(index)) + " is not " + form);
@@ -221,7 +221,7 @@ void Collector::readUse(Place& place) {
 
 void Collector::addUse(Place& place, std::size_t statusColumn) {
     if (!place.inSet) {
-        place.refuse("no set or extend row stands above");
+        place.refuse("no set or extend row comes before it");
     }
     UseEntry use;
     use.name = place.column(1);

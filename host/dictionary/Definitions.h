@@ -12,7 +12,7 @@
 
 namespace Corvid::MetaMetadata {
 
-/// Where a definition stands.
+/// Where a definition is.
 struct Origin {
     std::string_view text; ///< name of the text, borrowed
     std::size_t line = 0;  ///< counted from 1; 0 for what the extended dictionary brings along

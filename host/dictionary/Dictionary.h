@@ -33,7 +33,7 @@ public:
     /// A dictionary with everything in `base` and in the texts, which may refer to each other.
     ///
     /// @throws InvalidDictionary  a text breaks a rule of the format or contradicts another
-    ///     definition; tells text, line, reason and, in a conflict, the other party.
+    ///     definition; names text, line, reason and, in a conflict, the other party.
     static Templates::SharedPtr<Dictionary> extend(const Dictionary& base, const Texts& texts);
 
     /// A dictionary with what the texts define and nothing else.

@@ -24,7 +24,7 @@ public:
     MetaMetadataSet(const Names& names, const KLV::Key& key, bool concrete);
     ~MetaMetadataSet() override;
 
-    /// The key as it stands in files (local set with 2-byte tags and lengths), version byte
+    /// The key as it is in files (local set with 2-byte tags and lengths), version byte
     /// included.
     const KLV::Key& key() const noexcept { return key_; }
 

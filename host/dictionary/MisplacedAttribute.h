@@ -6,7 +6,7 @@ namespace Corvid::MetaMetadata {
 
 class MetaElement;
 
-/// A property that the dictionary knows, but that has no place in the set where it stands.
+/// A property that the dictionary knows, but that has no place in the set where it is.
 class CORVID_EXPORT MisplacedAttribute : public AbstractMetaAttribute {
 public:
     /// @param metaElement  must outlive the object.

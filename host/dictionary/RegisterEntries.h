@@ -89,7 +89,7 @@ public:
     /// The value type (docs/dictionary.md) of properties of this type; empty where no property of
     /// header metadata has it. Single properties differ.
     std::string_view valueType() const noexcept { return registerText(row().valueType); }
-    /// Where the targets of a weak reference stand, "Preface/Dictionary/DataDefinitions"; or empty.
+    /// Where the targets of a weak reference are, "Preface/Dictionary/DataDefinitions"; or empty.
     std::string_view targetPath() const noexcept { return registerText(row().path); }
     /// In the order of the register.
     RowValues<RegisteredMember> members() const noexcept {
@@ -106,7 +106,7 @@ public:
     std::optional<RegisteredType> type() const noexcept;
 };
 
-/// A property of a group that stands outside of header metadata.
+/// A property of a group outside of header metadata.
 class RegisteredUse {
 public:
     using Row = GroupUseRow;
@@ -134,7 +134,7 @@ public:
     /// The sixth bytes that keys of the group may have: "53", "53,13", "05"; empty where the
     /// register names none.
     std::string_view codings() const noexcept { return registerText(row().codings); }
-    /// True where it can stand in header metadata; then the dictionary defines it.
+    /// True where it can be in header metadata; then the dictionary defines it.
     bool isHeaderMetadata() const noexcept { return row().reason == 0; }
     /// Why it is no header metadata, in words; empty where it is.
     std::string_view reason() const noexcept { return registerText(row().reason); }

@@ -16,7 +16,8 @@ public:
     };
 
     UnknownAttribute(const Types::LocalTag& localTag, Reason reason)
-        : AbstractMetaAttribute({AttributeFacts::Kind::unknown, false, nullptr, localTag.value()}),
+        : AbstractMetaAttribute({AttributeFacts::Kind::unknown, false, nullptr, localTag.value(),
+                                 reason == unfitValue}),
           localTag_(localTag), reason_(reason) {}
     ~UnknownAttribute() override;
 

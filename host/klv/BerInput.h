@@ -7,7 +7,7 @@
 
 namespace Corvid::KLV {
 
-/// A length as it stands in a KLV triplet: in BER, definite, of up to 9 bytes (SMPTE ST 379,
+/// A length as it is in a KLV triplet: in BER, definite, of up to 9 bytes (SMPTE ST 379,
 /// ISO/IEC 8825-1).
 struct BerLength {
     static constexpr unsigned greatestOctets = 9;
@@ -22,7 +22,7 @@ CORVID_EXPORT unsigned berOctetsFromFirst(unsigned char first);
 
 /// Reads a length.
 /// @param bytes  stands on its first byte. Borrowed.
-/// @param size   the bytes that are there; those behind the length do not matter.
+/// @param size   the bytes that are there; those after the length do not matter.
 /// @throws InvalidLength  as berOctetsFromFirst(), or the bytes end inside the length.
 CORVID_EXPORT BerLength readBer(const unsigned char* bytes, std::size_t size);
 

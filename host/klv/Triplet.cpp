@@ -7,7 +7,7 @@
 namespace Corvid::KLV {
 
 Triplet readTriplet(DataIO::ReadWindow& window, std::uint64_t offset) {
-    // The bytes behind a short head may be essence, or not be there: ask for what the head needs.
+    // The bytes after a short head may be essence, or not be there: ask for what the head needs.
     auto head = window.view(offset, Key::length + 1);
     unsigned octets = 1;
     if (head.size == Key::length + 1) {

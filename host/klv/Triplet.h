@@ -6,7 +6,7 @@
 
 namespace Corvid::KLV {
 
-/// The head of a KLV triplet: its key and length, and where they stand (SMPTE ST 336).
+/// The head of a KLV triplet: its key and length, and where they are (SMPTE ST 336).
 struct Triplet {
     static constexpr std::size_t greatestHead = Key::length + BerLength::greatestOctets;
 
@@ -16,7 +16,7 @@ struct Triplet {
 
     std::size_t headSize() const noexcept { return Key::length + length.octets; }
     std::uint64_t valueOffset() const noexcept { return offset + headSize(); }
-    /// The offset behind the value; the greatest number where the sum is beyond it.
+    /// The offset after the value; the greatest number where the sum is beyond it.
     std::uint64_t end() const noexcept {
         const std::uint64_t end = valueOffset() + length.value;
         return end < length.value ? ~std::uint64_t{0} : end;
@@ -25,7 +25,7 @@ struct Triplet {
 
 /// Reads the head of the triplet at an offset; the value is not touched.
 /// @throws InvalidLength  the source ends inside the head, or the length is none that a KLV
-///                        triplet may have; tells the offset.
+///                        triplet may have; names the offset.
 /// @throws IOError        the bytes can't be read.
 CORVID_EXPORT Triplet readTriplet(DataIO::ReadWindow& window, std::uint64_t offset);
 

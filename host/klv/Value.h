@@ -8,7 +8,7 @@ namespace Corvid::KLV {
 /// The value of a KLV triplet, as its bytes.
 class CORVID_EXPORT Value {
 public:
-    /// Reads size bytes from where the source stands.
+    /// Reads size bytes from the position of the source.
     /// @throws InvalidLength  the source ends before; nothing larger than what is left is
     /// allocated.
     Value(DataIO::DataSource& source, std::size_t size);

@@ -1,10 +1,7 @@
 #include "host/metadata/Element.h"
 
 #include "host/base/Exceptions.h"
-#include "host/dictionary/AbstractMetaAttributeVisitor.h"
-#include "host/dictionary/MetaAttribute.h"
 #include "host/dictionary/MetaCollectionElement.h"
-#include "host/dictionary/MisplacedAttribute.h"
 #include "host/metadata/Elements.h"
 
 namespace Corvid::Metadata {
@@ -12,19 +9,6 @@ namespace Corvid::Metadata {
 namespace {
 
 namespace Identifiers = Types::Identifiers;
-
-class DefinitionFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
-public:
-    void visit(const MetaMetadata::UnknownAttribute&) override {}
-    void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
-        definition = &attribute.metaElement();
-    }
-    void visit(const MetaMetadata::MetaAttribute& attribute) override {
-        definition = &attribute.metaElement();
-    }
-
-    const MetaMetadata::MetaElement* definition = nullptr;
-};
 
 bool isReference(Identifiers::Identifier type) {
     return type == Identifiers::StrongReference || type == Identifiers::WeakReference;
@@ -43,13 +27,6 @@ template <class Kind> Templates::auto_ptr<Element> make(Element::Attribute attri
 
 } // namespace
 
-const MetaMetadata::MetaElement* definitionOf(
-    const MetaMetadata::AbstractMetaAttribute& attribute) noexcept {
-    DefinitionFinder finder;
-    attribute.accept(finder);
-    return finder.definition;
-}
-
 Element::Element(Attribute attribute) : attribute_(std::move(attribute)) {
     requireAttribute(attribute_);
 }
@@ -60,7 +37,7 @@ const Element::Attribute& Element::metaAttribute() const noexcept { return attri
 
 Templates::auto_ptr<Element> createElement(Element::Attribute attribute) {
     requireAttribute(attribute);
-    const MetaMetadata::MetaElement* definition = definitionOf(*attribute);
+    const MetaMetadata::MetaElement* definition = attribute->facts().definition;
     if (definition == nullptr) {
         return make<SimpleElement>(std::move(attribute));
     }

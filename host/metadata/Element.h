@@ -11,10 +11,6 @@ class MetaElement;
 
 namespace Corvid::Metadata {
 
-/// The definition behind an attribute; null for an unknown one.
-CORVID_EXPORT const MetaMetadata::MetaElement* definitionOf(
-    const MetaMetadata::AbstractMetaAttribute& attribute) noexcept;
-
 /// One property of a set: what the dictionary says of it, and its value, or none.
 class CORVID_EXPORT Element {
 public:
@@ -27,6 +23,10 @@ public:
     /// What the element is by the dictionary: a property of this set's class, of another class, or
     /// unknown. Never null.
     virtual const Attribute& metaAttribute() const noexcept;
+    /// The definition of the property; null for an unknown one.
+    const MetaMetadata::MetaElement* definition() const noexcept {
+        return attribute_->facts().definition;
+    }
 
     /// True when the element has no value and so is not to be written.
     virtual bool isSkipped() const noexcept = 0;
@@ -55,10 +55,6 @@ public:
 protected:
     /// @throws InvalidArgument  there is no attribute.
     explicit Element(Attribute attribute);
-
-    const MetaMetadata::MetaElement* definition() const noexcept {
-        return definitionOf(*attribute_);
-    }
 
 private:
     friend class MetadataSet;

@@ -1,6 +1,6 @@
 #include "host/metadata/FollowedReferences.h"
 
-#include "host/dictionary/MetaAttribute.h"
+#include "host/dictionary/AbstractMetaAttribute.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/metadata/MetadataSet.h"
 
@@ -37,9 +37,9 @@ private:
 };
 
 bool hasPlaceInDocuments(const Element& element) {
-    const auto* attribute =
-        dynamic_cast<const MetaMetadata::MetaAttribute*>(element.metaAttribute().get());
-    return attribute != nullptr && attribute->metaElement().attribute("SchemaIndex") != nullptr;
+    const auto& facts = element.metaAttribute()->facts();
+    return facts.kind == MetaMetadata::AttributeFacts::Kind::placed &&
+           facts.definition->attribute("SchemaIndex") != nullptr;
 }
 
 } // namespace

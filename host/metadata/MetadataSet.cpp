@@ -32,8 +32,7 @@ constexpr std::size_t tagSize = sizeof(Types::u16);
 
 [[noreturn]] void refuse(const MetadataSet& set, const Types::UniversalLabel* label,
                          const Element& element, std::size_t size) {
-    if (const auto* definition = definitionOf(*element.metaAttribute());
-        label == nullptr && definition) {
+    if (const auto* definition = element.definition(); label == nullptr && definition) {
         label = &definition->label();
     }
     const auto encoding = Types::dottedHexadecimal;
@@ -131,14 +130,14 @@ Element* MetadataSet::find(const Types::UniversalLabel& label) const {
     }
     // In the order of the class, whichever is asked for first.
     const auto position = attribute - definition_->attributes().data();
-    return &make(definitionOf(**attribute)->label(), *attribute,
+    return &make((*attribute)->facts().definition->label(), *attribute,
                  static_cast<std::size_t>(position));
 }
 
 MetadataSet::Elements& MetadataSet::all() const {
     if (!isWhole_) {
         for (const Element::Attribute& attribute : definition_->attributes()) {
-            find(definitionOf(*attribute)->label());
+            find(attribute->facts().definition->label());
         }
         isWhole_ = true;
     }

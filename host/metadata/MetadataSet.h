@@ -63,7 +63,7 @@ public:
     const_iterator end() const { return all().end(); }
 
     /// Those of them that have been asked for or filled, likewise; the others have no value. For
-    /// whoever looks at values only: a set has some six out of the forty that its class may list.
+    /// readers of values only: a set has some six out of the forty that its class may list.
     const Elements& made() const noexcept { return elements_; }
 
     /// The elements that do not belong to the set's class, in stored order.
@@ -84,7 +84,7 @@ public:
     /// @param localTag  the tag that it had in its file, or 0.
     Element& createElement(const Types::UniversalLabel& label, Element::Attribute attribute,
                            Types::u16 localTag = 0);
-    /// Adds an element without value behind the invalid ones.
+    /// Adds an element without value after the invalid ones.
     Element& createInvalidElement(Element::Attribute attribute, Types::u16 localTag = 0);
 
     /// Gives some of the set's elements each other's places in the stored order.

@@ -1,11 +1,8 @@
 #include "host/metadata/PartitionDictionary.h"
 
 #include "host/base/Exceptions.h"
-#include "host/dictionary/AbstractMetaAttributeVisitor.h"
-#include "host/dictionary/MetaAttribute.h"
+#include "host/dictionary/AbstractMetaAttribute.h"
 #include "host/dictionary/MetaElement.h"
-#include "host/dictionary/MisplacedAttribute.h"
-#include "host/dictionary/UnknownAttribute.h"
 
 #include <algorithm>
 #include <functional>
@@ -15,37 +12,6 @@ namespace Corvid::Metadata {
 namespace {
 
 constexpr Types::u16 firstDynamicTag = 0x8000;
-
-class TagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
-public:
-    explicit TagFinder(PartitionDictionary& partition) : partition_(partition) {}
-
-    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
-        tag = attribute.localTag();
-    }
-    void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
-        tag = partition_.findOrGenerate(attribute.metaElement().label());
-    }
-    void visit(const MetaMetadata::MetaAttribute& attribute) override {
-        tag = partition_.findOrGenerate(attribute.metaElement().label());
-    }
-
-    Types::LocalTag tag;
-
-private:
-    PartitionDictionary& partition_;
-};
-
-class UnknownTagFinder : public MetaMetadata::AbstractMetaAttributeVisitor {
-public:
-    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
-        tag = attribute.localTag();
-    }
-    void visit(const MetaMetadata::MisplacedAttribute&) override {}
-    void visit(const MetaMetadata::MetaAttribute&) override {}
-
-    Types::LocalTag tag;
-};
 
 } // namespace
 
@@ -113,15 +79,13 @@ Types::LocalTag PartitionDictionary::tagForUnknown(const Types::LocalTag& writte
 }
 
 Types::LocalTag PartitionDictionary::tagOf(const MetaMetadata::AbstractMetaAttribute& attribute) {
-    TagFinder finder(*this);
-    attribute.accept(finder);
-    return finder.tag;
+    const auto& facts = attribute.facts();
+    return facts.definition == nullptr ? Types::LocalTag(facts.localTag)
+                                       : findOrGenerate(facts.definition->label());
 }
 
 void PartitionDictionary::keepTagOf(const MetaMetadata::AbstractMetaAttribute& attribute) {
-    UnknownTagFinder finder;
-    attribute.accept(finder);
-    keep(finder.tag);
+    keep(Types::LocalTag(attribute.facts().localTag));
 }
 
 void PartitionDictionary::keep(const Types::LocalTag& tag) {

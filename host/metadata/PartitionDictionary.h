@@ -8,7 +8,7 @@
 
 namespace Corvid::Metadata {
 
-/// The local tags of one partition, as its primer pack gives them, and the dictionary behind them.
+/// The local tags of one partition, as its primer pack gives them, and the dictionary.
 class CORVID_EXPORT PartitionDictionary {
 public:
     using Entry = std::pair<Types::LocalTag, Types::UniversalLabel>;
@@ -37,7 +37,7 @@ public:
     /// The local tag for an element with that attribute: an unknown one names it itself.
     Types::LocalTag tagOf(const MetaMetadata::AbstractMetaAttribute& attribute);
 
-    /// The local tag for an unknown element of which a document tells no more than the tag. It is
+    /// The local tag for an unknown element of which a document has no more than the tag. It is
     /// that one, unless it has been generated for a label, whose property the element would turn
     /// into: then a free one, kept as keepTagOf() keeps tags.
     /// @throws LimitExceeded  another is needed, and all dynamic tags are in use.

@@ -52,7 +52,7 @@ public:
     ///
     /// @param withFloating    whether the sets outside the tree are listed at all.
     /// @param structuralOnly  whether sets with other than structural keys are left out.
-    /// @return how many of the sets appended, the last ones, stand outside the tree.
+    /// @return how many of the sets appended, the last ones, are outside the tree.
     std::size_t calculateSerializationOrder(Templates::vector<const MetadataSet*>& order,
                                             bool withFloating, bool structuralOnly) const;
 
@@ -70,7 +70,7 @@ public:
     DarkSets::const_iterator darkEnd() const noexcept { return darkSets_.end(); }
     /// @throws InvalidArgument  there is no set.
     void addDarkMetadataSet(Templates::auto_ptr<DarkMetadataSet> set);
-    /// @return the dark set behind it.
+    /// @return the dark set after it.
     DarkSets::const_iterator removeDark(DarkSets::const_iterator set);
 
     /// Takes some of the sets away, in whatever order they are named. The others stay in theirs.

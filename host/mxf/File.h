@@ -38,7 +38,7 @@ class CORVID_EXPORT File {
 public:
     /// @param path        of the file; "-" is standard input.
     /// @param dictionary  the definitions of sets and properties.
-    /// @param warnings    is told what is wrong with the file. Borrowed; must outlive the object.
+    /// @param warnings    gets what is wrong with the file. Borrowed; must outlive the object.
     /// @throws IOError        the file can't be opened or read.
     /// @throws InvalidFormat  it is no MXF file.
     /// @throws InvalidLength  it ends inside its first partition pack.

@@ -10,7 +10,7 @@ namespace Corvid::mxf {
 /// The bytes of the smallest fill item that is written: key and a length of 4 octets.
 constexpr std::uint64_t smallestFill = 20;
 
-/// The bytes of the fill item behind which a multiple of the KAG size is reached: 0, or
+/// The bytes of the fill item after which a multiple of the KAG size is reached: 0, or
 /// smallestFill at least.
 /// @param position  where the fill item would begin, in bytes from a multiple.
 /// @param kagSize   0 and 1 ask for no fill.

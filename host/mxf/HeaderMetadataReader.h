@@ -7,7 +7,7 @@
 
 namespace Corvid::mxf {
 
-/// The most bytes that a set may have, or any other KLV inside header metadata but fill: it stands
+/// The most bytes that a set may have, or any other KLV inside header metadata but fill: it is
 /// in memory as a whole. Real sets have some KiB.
 constexpr std::uint64_t greatestSetSize = 256 * 1024 * 1024;
 
@@ -23,13 +23,13 @@ struct HeaderMetadata {
     Templates::auto_ptr<Metadata::PartitionMetadata> metadata;
     std::size_t partition = 0; ///< its number in the order of the file, from 0
     std::uint64_t begin = 0;   ///< of the primer pack, in bytes from the front of the file
-    std::uint64_t end = 0;     ///< behind the last set and the fill that follows it, likewise
+    std::uint64_t end = 0;     ///< after the last set and the fill that follows it, likewise
     bool isWhole = false;      ///< nothing is cut off, and there is a Preface
     /// Where it is cut off, in bytes from the front of the file: all before has been read.
     std::optional<std::uint64_t> cutOffAt;
 };
 
-/// Looks behind a partition pack for header metadata; fill is passed over and belongs to the pack.
+/// Looks after a partition pack for header metadata; fill is passed over and belongs to the pack.
 ///
 /// A HeaderByteCount of 0 proves nothing, as long as the partition is open: what counts is whether
 /// a primer pack follows. Without one, a set counts where HeaderByteCount is not 0.

@@ -14,7 +14,7 @@ CORVID_EXPORT bool isIndexTableSegment(const KLV::Key& key) noexcept;
 /// A fill item, whose value means nothing.
 CORVID_EXPORT bool isFill(const KLV::Key& key) noexcept;
 
-/// A key that never stands inside header metadata, but behind it: the next partition, index tables,
+/// A key that is never inside header metadata, but after it: the next partition, index tables,
 /// the random index pack, and the elements and system items of essence containers.
 CORVID_EXPORT bool endsHeaderMetadata(const KLV::Key& key) noexcept;
 

@@ -6,7 +6,7 @@
 
 namespace Corvid::mxf {
 
-/// Where in its file a partition stands.
+/// Where in its file a partition is.
 enum class PartitionKind : unsigned char {
     header = 2, ///< the first one
     body = 3,   ///< any other
@@ -33,7 +33,7 @@ struct CORVID_EXPORT PartitionPack {
     Types::u64 thisPartition = 0;
     Types::u64 previousPartition = 0;
     Types::u64 footerPartition = 0; ///< 0 where it is not known
-    Types::u64 headerByteCount = 0; ///< from the primer pack on, the fill behind the sets included
+    Types::u64 headerByteCount = 0; ///< from the primer pack on, the fill after the sets included
     Types::u64 indexByteCount = 0;
     Types::u32 indexSid = 0;
     Types::u64 bodyOffset = 0;

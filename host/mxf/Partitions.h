@@ -7,12 +7,12 @@
 
 namespace Corvid::mxf {
 
-/// A partition and where its pack stands.
+/// A partition and where its pack is.
 struct Partition {
     KLV::Triplet triplet; ///< of the pack, in bytes from the front of the file
     PartitionPack pack;
-    /// Where the next partition that is known begins; beyond every file where none is. What stands
-    /// there and behind is not this partition's, whatever a length says: partitions that claim each
+    /// Where the next partition that is known begins; beyond every file where none is. What is
+    /// there and after is not this partition's, whatever a length says: partitions that claim each
     /// other's bytes would cost time and memory out of all proportion to the file.
     std::uint64_t end = std::numeric_limits<std::uint64_t>::max();
 
@@ -21,7 +21,7 @@ struct Partition {
 
 using Partitions = Templates::vector<Partition>;
 
-/// The most bytes that may stand before the header partition pack.
+/// The most bytes that may be before the header partition pack.
 constexpr std::size_t greatestRunIn = 65535;
 
 /// Where the offsets in a file's packs count from: at most one of the two is not 0.
@@ -40,9 +40,9 @@ CORVID_EXPORT Origin originOf(const Partition& first) noexcept;
 /// @throws IOError        the bytes can't be read.
 CORVID_EXPORT Partition findHeaderPartition(DataIO::ReadWindow& window, WarningSink& warnings);
 
-/// Finds all partitions that the file tells of: in its random index pack, else along the chain that
+/// Finds all partitions that the file lists: in its random index pack, else along the chain that
 /// leads from the footer partition back to the front, else by going from KLV to KLV
-/// (PartitionWalk.h has the limit), so its size does not matter. What a file tells that is not true
+/// (PartitionWalk.h has the limit), so its size does not matter. What a file says that is not true
 /// is a warning and is left out.
 ///
 /// @param header  what findHeaderPartition() gave.

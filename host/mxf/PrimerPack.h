@@ -9,7 +9,7 @@
 namespace Corvid::mxf {
 
 /// The local tags of a partition's header metadata and their labels, in the order of the file; tags
-/// and labels may stand there more than once.
+/// and labels may be there more than once.
 using PrimerPack = Templates::vector<std::pair<Types::LocalTag, Types::UniversalLabel>>;
 
 /// The bytes of an entry: tag and label.
@@ -20,7 +20,7 @@ constexpr std::size_t greatestPrimerSize = 8 + 0x10000 * primerEntrySize;
 
 /// Reads a primer pack: a batch of tag (2 bytes) and label (16 bytes), SMPTE ST 377-1.
 ///
-/// How many entries there are is told by the length; a count or an item size that says otherwise is
+/// The length says how many entries there are; a count or an item size that says otherwise is
 /// a warning.
 /// @param value   its value, or the first greatestPrimerSize bytes of it.
 /// @param offset  of the pack in the file, for warnings.

@@ -7,7 +7,7 @@
 
 namespace Corvid::mxf {
 
-/// Where the partitions of a file stand, as the pack at the end of the file tells (SMPTE ST 377-1).
+/// Where the partitions of a file are, as the pack at the end of the file says (SMPTE ST 377-1).
 struct RandomIndexPack {
     struct Entry {
         Types::u32 bodySid = 0; ///< 0 for a partition without essence

@@ -9,7 +9,7 @@ namespace Corvid::Types {
 /// have; a value made otherwise may have more, but is not taken into a file.
 class CORVID_EXPORT ByteRun : public SimpleDataType {
 public:
-    /// The most that the two bytes of a property's length can tell.
+    /// The most that the two bytes of a property's length can hold.
     static constexpr std::size_t greatestSize = 0xFFFF;
 
     static bool fits(ByteView bytes) noexcept { return bytes.size <= greatestSize; }

@@ -4,7 +4,7 @@
 
 namespace Corvid::Types {
 
-/// Like items one behind the other. In a KLV value: their number (u32), their size in bytes (u32),
+/// Like items one after the other. In a KLV value: their number (u32), their size in bytes (u32),
 /// then the items.
 class CORVID_EXPORT Collection : public DataType {
 public:

@@ -16,13 +16,13 @@ using u32 = std::uint32_t;
 using u64 = std::uint64_t;
 using int64 = std::int64_t;
 
-/// Bytes of somebody else, as they stand in a KLV value.
+/// Borrowed bytes, as they are in a KLV value.
 struct ByteView {
     const u8* data = nullptr;
     std::size_t size = 0;
 };
 
-/// What every value has: its visit, and its bytes as they stand in a KLV value (SMPTE ST 377-1,
+/// What every value has: its visit, and its bytes as they are in a KLV value (SMPTE ST 377-1,
 /// numbers big-endian). Values are copied and do not change once they are handed over.
 class CORVID_EXPORT DataType {
 public:

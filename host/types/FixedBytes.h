@@ -26,7 +26,7 @@ template <class Number> void writeBigEndian(u8* bytes, Number number) noexcept {
     }
 }
 
-/// A value of a fixed number of bytes, which it holds as they stand in a KLV value.
+/// A value of a fixed number of bytes, which it holds as they are in a KLV value.
 template <std::size_t Size> class FixedBytes : public SimpleDataType {
 public:
     static constexpr std::size_t fixedSize = Size;

@@ -16,7 +16,7 @@ public:
     using Visitable::Visitable;
 
     /// The label with a version byte of zero. That byte, the eighth, says in which edition of a
-    /// register the label first stood and takes no part in matching.
+    /// register the label first appeared and takes no part in matching.
     std::array<u8, 16> withoutVersion() const noexcept {
         auto result = bytes_;
         result[7] = 0;

@@ -23,9 +23,9 @@ public:
     explicit RGBALayout(ByteView bytes) noexcept : Visitable(bytes) {}
     static bool fits(ByteView bytes) noexcept;
 
-    /// @param index  a place; a component of zeros is returned behind the last.
+    /// @param index  a place; a component of zeros is returned after the last.
     RGBAComponent get(u32 index) const noexcept;
-    /// @param index  a place; behind the last nothing is set.
+    /// @param index  a place; after the last nothing is set.
     void set(u32 index, RGBAComponent component) noexcept;
 };
 

@@ -5,7 +5,7 @@
 
 namespace Corvid::Types {
 
-/// UTF-16 text. It ends at its first zero; a terminator and padding behind it are kept as bytes but
+/// UTF-16 text. It ends at its first zero; a terminator and padding after it are kept as bytes but
 /// are no part of the text.
 class CORVID_EXPORT UTF16String : public Visitable<UTF16String, ByteRun> {
 public:

@@ -9,7 +9,7 @@ namespace Corvid::Types {
 
 namespace Visitors {
 
-/// Work on a value by its concrete type. The operations stand in a fixed order that all visitors
+/// Work on a value by its concrete type. The operations have a fixed order that all visitors
 /// of the system share.
 class CORVID_EXPORT Visitor {
 public:

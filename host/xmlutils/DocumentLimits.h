@@ -9,11 +9,11 @@
 namespace Corvid::XMLUtils {
 
 /// Ends the parse before an element that is beyond a limit gets into the document. LoadDocument.h
-/// tells the limits.
+/// has the limits.
 class DocumentLimits final : public DocumentFilter {
 public:
     /// Everything is borrowed.
-    /// @param scanner  tells line and column.
+    /// @param scanner  gives line and column.
     /// @param next     gets all that stays within the limits.
     DocumentLimits(const xercesc::XMLScanner& scanner, xercesc::XMLDocumentHandler& next) noexcept
         : DocumentFilter(next), scanner_(scanner) {}

@@ -1,7 +1,5 @@
 #include "host/xmlutils/ElementLimits.h"
 
-#include "host/xmlutils/LoadDocument.h"
-
 namespace Corvid::XMLUtils {
 
 namespace {
@@ -18,7 +16,7 @@ void ElementLimits::startDocument() {
 std::string ElementLimits::startElement(std::size_t attributes, bool isOpen) {
     const std::size_t depth = open_.size() + 1;
     if (depth > maximumElementDepth) {
-        return " stands " + std::to_string(depth) + " deep" + expected(maximumElementDepth);
+        return " is " + std::to_string(depth) + " deep" + expected(maximumElementDepth);
     }
     const std::size_t attributesOpen = attributes + (open_.empty() ? 0 : open_.back());
     if (attributesOpen > maximumOpenAttributes) {

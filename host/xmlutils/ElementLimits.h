@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/base/KeyedHash.h"
+#include "host/xmlutils/Limits.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,7 +13,7 @@
 namespace Corvid::XMLUtils {
 
 /// Counts the elements of a document, their attributes and names while it is parsed, and tells
-/// which is beyond a limit. LoadDocument.h tells the limits.
+/// which is beyond a limit. Limits.h has the limits.
 class ElementLimits {
 public:
     void startDocument();
@@ -20,12 +21,12 @@ public:
     /// An element begins.
     /// @param attributes  of its own, namespace declarations included.
     /// @param isOpen      false for one whose end is not told.
-    /// @return what is wrong with it, to stand behind its name; empty where nothing is.
+    /// @return what is wrong with it, to follow its name; empty where nothing is.
     std::string startElement(std::size_t attributes, bool isOpen);
     void endElement() { open_.pop_back(); }
 
     /// The name of an element or attribute comes up.
-    /// @param uri    a number for its namespace, where `parts` do not tell it.
+    /// @param uri    a number for its namespace, where `parts` do not give it.
     /// @param parts  of the name; may be null. Borrowed.
     /// @return as startElement(), for the element that it is or belongs to.
     std::string useName(unsigned int uri, std::initializer_list<const char16_t*> parts);

@@ -1,16 +1,16 @@
 #include "host/xmlutils/InvalidCharacters.h"
 
 #include "host/base/Exceptions.h"
+#include "host/base/Hex.h"
 
 namespace Corvid::XMLUtils {
 
 std::string InvalidCharacter::describe() const {
-    constexpr char digits[] = "0123456789ABCDEF";
-    std::string text = Platform::toUtf8(path) + ": code unit U+";
-    for (int shift = 12; shift >= 0; shift -= 4) {
-        text += digits[unit >> shift & 0xF];
-    }
-    return text + " at position " + std::to_string(position) + " of its text";
+    const unsigned char bytes[] = {static_cast<unsigned char>(unit >> 8),
+                                   static_cast<unsigned char>(unit)};
+    return Platform::toUtf8(path) + ": code unit U+" +
+           Hex::encoded<std::string>(bytes, sizeof bytes, Hex::upper) + " at position " +
+           std::to_string(position) + " of its text";
 }
 
 InvalidCharacters::~InvalidCharacters() = default;

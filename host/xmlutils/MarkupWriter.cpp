@@ -19,7 +19,7 @@ constexpr unsigned char inText = 1;
 constexpr unsigned char inAttribute = 2;
 constexpr unsigned char inMarkup = 4;
 
-/// Which characters can't stand as they are, by place.
+/// The characters that must be escaped, by place.
 constexpr std::array<unsigned char, 0x80> makeSpecial() {
     std::array<unsigned char, 0x80> special{};
     for (std::size_t unit = 0; unit != 0x20; ++unit) {

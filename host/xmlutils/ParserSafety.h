@@ -24,7 +24,7 @@ xercesc::DOMDocument* parseSafely(const xercesc::InputSource& input, xercesc::DO
 [[noreturn]] void throwParseError(unsigned long long line, unsigned long long column,
                                   const char* text);
 
-/// The same for the place where a scanner stands.
+/// The same for the place that a scanner has reached.
 [[noreturn]] void throwParseError(const xercesc::XMLScanner& scanner, const std::string& text);
 
 } // namespace Corvid::XMLUtils

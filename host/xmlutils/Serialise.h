@@ -39,7 +39,7 @@ CORVID_XMLUTILS_EXPORT void serialise(const xercesc::DOMNode* node, EncodingType
                                       Layout layout, InvalidCharacters& invalid,
                                       DataIO::DataSink& sink, std::string_view inFront = "");
 
-/// Writes a document as UTF-16 text. Its XML declaration names `encoding`, for whoever stores the
+/// Writes a document as UTF-16 text. Its XML declaration names `encoding`, for those who store the
 /// text in that encoding; loadDocumentFromBuffer reads the text's own bytes for every encoding.
 ///
 /// @param node  as for serialise(); characters that XML cannot hold are refused.

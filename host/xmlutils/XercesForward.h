@@ -5,7 +5,7 @@
 
 static_assert(std::is_same_v<XMLCh, char16_t>, "Xerces-C is built with char16_t as XMLCh");
 
-/// The names of Xerces-C that stand in signatures, without its headers.
+/// The names of Xerces-C that are in signatures, without its headers.
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMDocument;
 class DOMElement;

@@ -11,7 +11,7 @@
 
 namespace Corvid::XMLUtils {
 
-/// What the first bytes of a document tell about its encoding.
+/// What the first bytes of a document say about its encoding.
 struct Utf16Form {
     /// As Xerces-C names it; null when the bytes are no UTF-16.
     const XMLCh* encoding = nullptr;

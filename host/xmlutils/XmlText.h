@@ -4,8 +4,8 @@
 
 #include <type_traits>
 
-/// Where the interface's UTF-16 (unsigned short) and Xerces-C's (XMLCh, which is char16_t) meet, and
-/// nowhere else. What handles XML without Xerces-C uses char16_t too.
+/// Where the interface's UTF-16 (unsigned short) and Xerces-C's (XMLCh, which is char16_t) meet,
+/// and nowhere else. What handles XML without Xerces-C uses char16_t too.
 ///
 /// Both types are 16-bit unsigned code units in the machine's byte order, but to the compiler they
 /// are different types, so reading an object of one through a pointer to the other is not

@@ -1,4 +1,5 @@
 #include "tests/XMLBuilder/Things.h"
+#include "tests/support/CodeUnits.h"
 
 namespace Corvid::Testing {
 namespace {
@@ -6,18 +7,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-/// 7-bit text in code units of that many bytes.
-std::string widened(const std::string& text, std::size_t size, bool highFirst) {
-    std::string bytes;
-    for (const char character : text) {
-        std::string unit(size, '\0');
-        unit[highFirst ? size - 1 : 0] = character;
-        bytes += unit;
-    }
-    return bytes;
-}
-
-/// A document with a text, behind a declaration of its encoding where one is given.
+/// A document with a text, after a declaration of its encoding where one is given.
 std::string textIn(const std::string& encoding, const std::string& text) {
     return (encoding.empty() ? "" : "<?xml version='1.0' encoding='" + encoding + "'?>") +
            documentOf("<t:Thing><e:UTF16String>" + text + "</e:UTF16String></t:Thing>");
@@ -54,10 +44,10 @@ INSTANTIATE_TEST_SUITE_P(
                     Encoded{"Utf8", textIn("UTF-8", "\xC3\xA9"), "00e9", ""},
                     Encoded{"Utf8WithMark", "\xEF\xBB\xBF" + textIn("", "\xC3\xA9"), "00e9", ""},
                     Encoded{"Utf32LowFirst",
-                            std::string("\xFF\xFE\0\0", 4) + widened(textIn("", "a"), 4, false),
+                            std::string("\xFF\xFE\0\0", 4) + inUnits(textIn("", "a"), 4, false),
                             "0061", ""},
                     Encoded{"Utf32HighFirst",
-                            std::string("\0\0\xFE\xFF", 4) + widened(textIn("", "a"), 4, true),
+                            std::string("\0\0\xFE\xFF", 4) + inUnits(textIn("", "a"), 4, true),
                             "0061", ""}),
     [](const auto& test) { return test.param.name; });
 
@@ -76,15 +66,15 @@ INSTANTIATE_TEST_SUITE_P(
         Encoded{"NoCharacter", textIn("", "\xEF\xBF\xBF"), nullptr, "0xFFFF"},
         Encoded{"Utf8AsUtf16", textIn("UTF-16LE", "a"), nullptr, ""},
         Encoded{"Utf8BehindAMarkOfUtf16", "\xFF\xFE" + textIn("", "a"), nullptr, ""},
-        Encoded{"Utf16FromItsSecondByte", widened(textIn("", "a"), 2, false).substr(1), nullptr,
+        Encoded{"Utf16FromItsSecondByte", inUnits(textIn("", "a"), 2, false).substr(1), nullptr,
                 ""},
-        Encoded{"Utf32AsUtf8", widened(textIn("UTF-8", "a"), 4, true), nullptr, ""},
+        Encoded{"Utf32AsUtf8", inUnits(textIn("UTF-8", "a"), 4, true), nullptr, ""},
         Encoded{"Utf7", "+ADw-a/+AD4-", nullptr, ""},
         Encoded{"Ebcdic", "\x4C\x6F\xA7\x94\x93\x40", nullptr, ""},
         // The bytes tell better than the declaration.
         Encoded{"Utf8DeclaredUtf16", textIn("UTF-16", "\xC3\xA9"), "00e9", ""},
-        Encoded{"Utf16DeclaredUtf8", widened(textIn("UTF-8", "a"), 2, false), "0061", ""},
-        Encoded{"Utf16DeclaredUnknown", widened(textIn("x-none", "a"), 2, true), "0061", ""}),
+        Encoded{"Utf16DeclaredUtf8", inUnits(textIn("UTF-8", "a"), 2, false), "0061", ""},
+        Encoded{"Utf16DeclaredUnknown", inUnits(textIn("x-none", "a"), 2, true), "0061", ""}),
     [](const auto& test) { return test.param.name; });
 
 } // namespace

@@ -16,7 +16,7 @@ namespace {
 using Number = unsigned;
 
 constexpr Number preface = 1;
-/// Of the sets in a chain below the Preface, the number of the last that may stand there.
+/// The number of the last set that a chain below the Preface may have.
 constexpr Number lastAllowed = 256;
 
 /// Sets that refer to each other by their numbers. The Preface is there from the beginning.

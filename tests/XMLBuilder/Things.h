@@ -74,7 +74,7 @@ protected:
     template <class Kind = Metadata::SimpleElement>
     static Kind& elementOf(const Model::Set& set, const std::string& tag) {
         for (const auto& [label, element] : set) {
-            const auto* definition = Metadata::definitionOf(*element->metaAttribute());
+            const auto* definition = element->definition();
             if (Platform::toUtf8(definition->attribute("XMLTagName")) == tag) {
                 return dynamic_cast<Kind&>(*element);
             }

@@ -13,17 +13,6 @@
 #include <map>
 #include <memory>
 
-// glibc's own, behind the names that are taken here.
-// NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* memory, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-void __libc_free(void* memory);
-}
-// NOLINTEND(bugprone-reserved-identifier)
-
 namespace Corvid::Testing {
 
 namespace {
@@ -153,27 +142,6 @@ bool isCounted() noexcept {
     return state.counts && (!state.failing.onlyXml || state.xmlDepth != 0);
 }
 
-template <class Allocate> void* allocated(std::size_t size, Allocate allocate) noexcept {
-    if (!isCounted()) {
-        return allocate();
-    }
-    if (isToFail()) {
-        errno = ENOMEM;
-        return nullptr;
-    }
-    void* const memory = allocate();
-    if (memory != nullptr) {
-        blocks.add({memory, size, state.count});
-    }
-    return memory;
-}
-
-void forget(void* memory) noexcept {
-    if (state.remembers && memory != nullptr) {
-        blocks.remove(memory);
-    }
-}
-
 std::string describe(void* frame) {
     Dl_info info{};
     if (dladdr(frame, &info) == 0) {
@@ -263,50 +231,33 @@ std::vector<std::string> AllocationTraces::of(std::size_t number) {
 
 } // namespace Corvid::Testing
 
-using Corvid::Testing::allocated;
-using Corvid::Testing::forget;
+namespace Corvid::Testing::ReplacedMalloc {
 
-extern "C" {
+namespace {
 
-void* malloc(std::size_t size) {
-    return allocated(size, [=] { return __libc_malloc(size); });
-}
-
-void* calloc(std::size_t count, std::size_t size) {
-    return allocated(count * size, [=] { return __libc_calloc(count, size); });
-}
-
-void* memalign(std::size_t alignment, std::size_t size) {
-    return allocated(size, [=] { return __libc_memalign(alignment, size); });
-}
-
-void* aligned_alloc(std::size_t alignment, std::size_t size) { return memalign(alignment, size); }
-
-int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
-    void* const made = memalign(alignment, size);
-    if (made == nullptr) {
-        return ENOMEM;
+template <class Allocate> void* allocated(std::size_t size, Allocate allocate) noexcept {
+    if (!isCounted()) {
+        return allocate();
     }
-    *memory = made;
-    return 0;
-}
-
-void free(void* memory) {
-    forget(memory);
-    __libc_free(memory);
-}
-
-void* realloc(void* memory, std::size_t size) {
-    if (memory == nullptr) {
-        return malloc(size);
-    }
-    if (size == 0) {
-        free(memory);
+    if (isToFail()) {
+        errno = ENOMEM;
         return nullptr;
     }
-    return allocated(size, [=] {
-        forget(memory);
-        return __libc_realloc(memory, size);
-    });
+    void* const memory = allocate();
+    if (memory != nullptr) {
+        blocks.add({memory, size, state.count});
+    }
+    return memory;
 }
+
+void released(void* memory) noexcept {
+    if (state.remembers && memory != nullptr) {
+        blocks.remove(memory);
+    }
 }
+
+} // namespace
+
+} // namespace Corvid::Testing::ReplacedMalloc
+
+#include "tests/support/ReplacedMalloc.h" // needs the two functions

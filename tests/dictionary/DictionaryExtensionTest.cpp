@@ -156,4 +156,37 @@ TEST(MetaAttributes, tellTheirKind) {
     EXPECT_EQ(visitor.kind, "known rp210:PackageID");
 }
 
+TEST(MetaAttributes, giveTheirFactsWithoutAVisitor) {
+    using Kind = AttributeFacts::Kind;
+    const auto dictionary = Dictionary::builtIn();
+    const MetaElement& element = *dictionary->findElementByStaticTag(0x4401);
+    const Types::LocalTag tag(0x8123);
+
+    const MetaAttribute required(element, AttributeRequiredStatus::encoderRequired);
+    const MetaAttribute optional(element, AttributeRequiredStatus::optional);
+    const MisplacedAttribute misplaced(element);
+    const UnknownAttribute unknown(tag, UnknownAttribute::unknownLabel);
+    const UnknownAttribute withoutLabel(tag, UnknownAttribute::tagWithoutLabel);
+    const UnknownAttribute unfit(tag, UnknownAttribute::unfitValue);
+    const struct {
+        const AbstractMetaAttribute& attribute;
+        AttributeFacts facts;
+    } cases[] = {
+        {required, {Kind::placed, true, &element, 0, false}},
+        {optional, {Kind::placed, false, &element, 0, false}},
+        {misplaced, {Kind::misplaced, false, &element, 0, false}},
+        {unknown, {Kind::unknown, false, nullptr, 0x8123, false}},
+        {withoutLabel, {Kind::unknown, false, nullptr, 0x8123, false}},
+        {unfit, {Kind::unknown, false, nullptr, 0x8123, true}},
+    };
+    for (const auto& [attribute, expected] : cases) {
+        const AttributeFacts& facts = attribute.facts();
+        EXPECT_EQ(facts.kind, expected.kind);
+        EXPECT_EQ(facts.isRequired, expected.isRequired);
+        EXPECT_EQ(facts.definition, expected.definition);
+        EXPECT_EQ(facts.localTag, expected.localTag);
+        EXPECT_EQ(facts.isUnfit, expected.isUnfit);
+    }
+}
+
 } // namespace Corvid::Testing

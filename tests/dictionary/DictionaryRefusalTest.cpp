@@ -201,7 +201,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(DictionaryRefusal, propertyOutsideASet) {
     OwnedTexts texts;
     texts.add("bad.dict", "namespace x urn:x\nproperty x:p " LABEL " - UInt8 optional -\n");
-    EXPECT_EQ(refusalOf(texts), "bad.dict:2: no set or extend row stands above");
+    EXPECT_EQ(refusalOf(texts), "bad.dict:2: no set or extend row comes before it");
 }
 
 TEST(DictionaryRefusal, conflictBetweenTexts) {

@@ -1,20 +1,8 @@
 #include "tests/growth/AllocationCounter.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstddef>
 #include <malloc.h>
-
-// glibc's own, behind the names that are taken here.
-// NOLINTBEGIN(bugprone-reserved-identifier)
-extern "C" {
-void* __libc_malloc(std::size_t size);
-void* __libc_calloc(std::size_t count, std::size_t size);
-void* __libc_realloc(void* memory, std::size_t size);
-void* __libc_memalign(std::size_t alignment, std::size_t size);
-void __libc_free(void* memory);
-}
-// NOLINTEND(bugprone-reserved-identifier)
 
 namespace Corvid::Testing::AllocationCounter {
 
@@ -55,49 +43,20 @@ Counts stop() noexcept {
 
 } // namespace Corvid::Testing::AllocationCounter
 
-using Corvid::Testing::AllocationCounter::noteReleased;
-using Corvid::Testing::AllocationCounter::noteTaken;
+namespace Corvid::Testing::ReplacedMalloc {
 
-extern "C" {
+namespace {
 
-void* malloc(std::size_t size) {
-    void* const memory = __libc_malloc(size);
-    noteTaken(memory, size);
+template <class Allocate> void* allocated(std::size_t size, Allocate allocate) noexcept {
+    void* const memory = allocate();
+    AllocationCounter::noteTaken(memory, size);
     return memory;
 }
 
-void* calloc(std::size_t count, std::size_t size) {
-    void* const memory = __libc_calloc(count, size);
-    noteTaken(memory, count * size);
-    return memory;
-}
+void released(void* memory) noexcept { AllocationCounter::noteReleased(memory); }
 
-void* realloc(void* memory, std::size_t size) {
-    noteReleased(memory);
-    void* const moved = __libc_realloc(memory, size);
-    noteTaken(moved, size);
-    return moved;
-}
+} // namespace
 
-void* memalign(std::size_t alignment, std::size_t size) {
-    void* const memory = __libc_memalign(alignment, size);
-    noteTaken(memory, size);
-    return memory;
-}
+} // namespace Corvid::Testing::ReplacedMalloc
 
-void* aligned_alloc(std::size_t alignment, std::size_t size) { return memalign(alignment, size); }
-
-int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
-    void* const made = memalign(alignment, size);
-    if (made == nullptr) {
-        return ENOMEM;
-    }
-    *memory = made;
-    return 0;
-}
-
-void free(void* memory) {
-    noteReleased(memory);
-    __libc_free(memory);
-}
-}
+#include "tests/support/ReplacedMalloc.h" // needs the two functions

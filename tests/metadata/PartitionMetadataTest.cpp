@@ -15,7 +15,7 @@ TEST_F(PartitionMetadataTest, createsSetsWithEveryPropertyOfTheClassAndItsAncest
     for (const auto& [label, element] : set) {
         listed.push_back(label);
         EXPECT_EQ(element->isSkipped(), label != instanceUID());
-        EXPECT_EQ(definitionOf(*element->metaAttribute()), dictionary->findElement(label));
+        EXPECT_EQ(element->definition(), dictionary->findElement(label));
         EXPECT_EQ(element->localTag(), 0);
     }
     const std::vector<Types::UniversalLabel> expected = {
@@ -50,7 +50,7 @@ TEST_F(PartitionMetadataTest, makesTheElementsOfANewSetWhenTheyAreAskedFor) {
     // The place of an element is that of its property in the class, whichever was first.
     const auto& attributes = set.metaMetadataSet()->attributes();
     for (std::size_t i = 0; i != listed; ++i) {
-        EXPECT_EQ(set.find(definitionOf(*attributes[i])->label())->position(), i);
+        EXPECT_EQ(set.find(attributes[i]->facts().definition->label())->position(), i);
     }
     EXPECT_EQ(set.createInvalidElement(misplaced(number)).position(), listed + 1);
 }

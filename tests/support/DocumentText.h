@@ -59,7 +59,7 @@ inline std::string withoutEmptyElements(std::string xml) {
     return xml;
 }
 
-/// Where two texts part, with what stands around.
+/// Where two texts part, with what is around.
 inline std::string difference(const std::string& a, const std::string& b) {
     const auto at = static_cast<std::size_t>(
         std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());

@@ -4,7 +4,7 @@
 
 /// How much memory whatever input may take: so many times its size in bytes, and a constant for
 /// what Xerces-C and XQilla begin a document with. A process of the command has its start besides.
-/// docs/limits.md tells the same figures.
+/// docs/limits.md has the same figures.
 namespace Corvid::Testing::MemoryBounds {
 
 inline constexpr std::size_t fileToMetadata = 64;

@@ -78,7 +78,7 @@ public:
     /// Adds a property that the set's class lists, without value.
     template <class Kind = Metadata::Element> Kind& element(Set& set, std::string_view tag) {
         for (const auto& attribute : set.metaMetadataSet()->attributes()) {
-            const auto* definition = Metadata::definitionOf(*attribute);
+            const auto* definition = attribute->facts().definition;
             if (nameOf(*definition) == tag) {
                 return dynamic_cast<Kind&>(set.createElement(definition->label(), attribute));
             }

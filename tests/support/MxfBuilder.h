@@ -17,7 +17,7 @@ using Bytes = std::vector<unsigned char>;
 Bytes hex(std::string_view text);
 /// A number of that many bytes, big-endian.
 Bytes number(std::uint64_t value, unsigned size);
-/// All parts one behind the other.
+/// All parts one after the other.
 Bytes join(const std::vector<Bytes>& parts);
 Bytes repeat(unsigned char value, std::size_t count);
 /// The file's bytes as text, for streams.

@@ -319,7 +319,7 @@ TEST(Comparison, aPropertyWithoutATagHasTheVersionOfItsLabelThatThePrimerHas) {
     const auto fill = [](Model& model, unsigned char version, Types::u16 tag) {
         auto& set = model.set("Identification", 1);
         const auto attribute = model.misplaced(model.set("Preface", 2), "TrackID").metaAttribute();
-        auto label = Metadata::definitionOf(*attribute)->label();
+        auto label = attribute->facts().definition->label();
         label[7] = version;
         model.partition.partitionDictionary().add(Types::LocalTag(0x8001), label);
         set.createInvalidElement(attribute, tag).parse(Model::view("abcd"));

@@ -1,4 +1,4 @@
-#include "tools/corvid/DocumentMetadata.h"
+#include "tools/corvid/LenientDocument.h"
 
 #include "host/base/Exceptions.h"
 #include "tests/support/Model.h"
@@ -20,8 +20,8 @@ protected:
     void read(const std::string& inside, DocumentIdentifiers identifiers = {}) {
         const std::string xml = root + inside + "</s377m:MetadataSets>";
         document_ =
-            Tool::readDocument(reinterpret_cast<const unsigned char*>(xml.data()), xml.size(),
-                               MetaMetadata::Dictionary::builtIn(), identifiers);
+            Tool::readLeniently(reinterpret_cast<const unsigned char*>(xml.data()), xml.size(),
+                                MetaMetadata::Dictionary::builtIn(), identifiers);
     }
     const Metadata::PartitionMetadata& metadata() const { return *document_.metadata; }
     const Metadata::MetadataSet& first() const { return **metadata().begin(); }

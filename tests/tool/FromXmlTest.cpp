@@ -22,7 +22,10 @@ namespace {
 const std::string root =
     "<s377m:MetadataSets xmlns:s377m='urn:SMPTE:S377M' xmlns:rp210='urn:SMPTE:RP210' "
     "xmlns:groups='urn:SMPTE:Groups:MXF'>";
-const std::string preface = "<s377m:Preface><rp210:OperationalPattern>"
+const std::string identified =
+    " rp210:InstanceUID='0f.0e.0d.0c.0b.0a.09.08.07.06.05.04.03.02.01.00'";
+const std::string preface = "<s377m:Preface" + identified +
+                            "><rp210:OperationalPattern>"
                             "06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01.00"
                             "</rp210:OperationalPattern></s377m:Preface>";
 
@@ -61,11 +64,12 @@ class LeavesOutWithAWarning : public ::testing::TestWithParam<LeftOut> {};
 TEST_P(LeavesOutWithAWarning, whatHasNoMeaningAtItsPlace) {
     const Workshop shop;
     shop.write("in.xml", documentOf(preface + GetParam().inside));
-    const Outcome outcome = shop.run("corvid from-xml in.xml -o out.mxf");
+    const Outcome outcome = shop.run("corvid from-xml --lenient in.xml -o out.mxf");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err,
               std::string("corvid: in.xml: warning: ") + GetParam().says + " [left-out-element]\n");
-    EXPECT_EQ(shop.run("corvid from-xml in.xml -o none.mxf --warnings-as-errors").status, 1);
+    EXPECT_EQ(shop.run("corvid from-xml --lenient in.xml -o none.mxf --warnings-as-errors").status,
+              1);
     EXPECT_FALSE(shop.has("none.mxf"));
 }
 
@@ -94,10 +98,15 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(FromXml, warnsOfSetsThatOnlyAnotherDictionaryKnows) {
     shop.write("in.xml", documentOf(preface + "<s:ADM_CHNASubDescriptor "
-                                              "xmlns:s='http://x'/>"));
+                                              "rp210:InstanceUID='00.01.02.03.04.05.06.07.08.09."
+                                              "0a.0b.0c.0d.0e.0f' "
+                                              "xmlns:s='urn:SMPTE:ST2131:Groups'/>"));
     EXPECT_THAT(shop.run("corvid from-xml in.xml -o out.mxf").err, IsEmpty());
     EXPECT_THAT(shop.run("corvid from-xml --no-vendor-dictionaries in.xml -o out.mxf").err,
-                HasSubstr("element s:ADM_CHNASubDescriptor is not expected here"));
+                HasSubstr("/s:ADM_CHNASubDescriptor: is no set that the dictionary knows"));
+    EXPECT_THAT(
+        shop.run("corvid from-xml --lenient --no-vendor-dictionaries in.xml -o out.mxf").err,
+        HasSubstr("element s:ADM_CHNASubDescriptor is not expected here"));
 }
 
 TEST_F(FromXml, writesWhatToXmlMakesTheSameDocumentOf) {
@@ -214,12 +223,18 @@ TEST_F(FromXml, mergesEqualSetsAndSaysSo) {
     EXPECT_THAT(shop.run("corvid info header.mxf").out, HasSubstr("2 sets"));
 }
 
-TEST_F(FromXml, keepsUnequalSetsAndWarns) {
+TEST_F(FromXml, refusesUnequalSetsOrKeepsThemLeniently) {
     const std::string front = "<s377m:TimelineTrack rp210:InstanceUID='00.01.02.03.04.05.06.07.08."
                               "09.0a.0b.0c.0d.0e.0f'><rp210:TrackName>";
     const std::string back = "</rp210:TrackName></s377m:TimelineTrack>";
     shop.write("doc.xml", documentOf(preface + front + "a" + back + front + "b" + back));
-    const Outcome outcome = shop.run("corvid from-xml doc.xml -o header.mxf");
+    const Outcome refused = shop.run("corvid from-xml doc.xml -o header.mxf");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err,
+                ::testing::MatchesRegex("corvid: doc.xml: line 1, column [0-9]+: set "
+                                        "TimelineTrack 00.01.*: another set has this identifier "
+                                        "and differs\n"));
+    const Outcome outcome = shop.run("corvid from-xml --lenient doc.xml -o header.mxf");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "corvid: doc.xml: warning: set TimelineTrack: 00.01.02.03.04.05.06.07."
                            "08.09.0a.0b.0c.0d.0e.0f is in the document more than once, with "
@@ -230,17 +245,18 @@ TEST_F(FromXml, keepsUnequalSetsAndWarns) {
 }
 
 TEST_F(FromXml, needsAPrefaceAndWantsOne) {
-    shop.write("none.xml", documentOf("<s377m:ContentStorage/>"));
+    shop.write("none.xml", documentOf("<s377m:ContentStorage" + identified + "/>"));
     const Outcome none = shop.run("corvid from-xml none.xml -o header.mxf");
     EXPECT_EQ(none.status, 1);
     EXPECT_EQ(none.err, "corvid: none.xml: the document has no Preface\n");
     EXPECT_FALSE(shop.has("header.mxf"));
-    shop.write("two.xml", documentOf(preface + preface));
+    shop.write("two.xml", documentOf(preface + "<s377m:Preface rp210:InstanceUID='00.01.02.03.04."
+                                               "05.06.07.08.09.0a.0b.0c.0d.0e.0f'/>"));
     const Outcome two = shop.run("corvid from-xml two.xml -o header.mxf");
     EXPECT_EQ(two.status, 0);
     EXPECT_THAT(two.err, HasSubstr("warning: there are 2 Prefaces, expected one; the first is that "
                                    "of the file [several-prefaces]"));
-    shop.write("bare.xml", documentOf("<s377m:Preface/>"));
+    shop.write("bare.xml", documentOf("<s377m:Preface" + identified + "/>"));
     const Outcome bare = shop.run("corvid from-xml bare.xml -o header.mxf");
     EXPECT_EQ(bare.status, 0);
     EXPECT_THAT(bare.err, HasSubstr("warning: the Preface has no operational pattern, so that of "
@@ -271,8 +287,10 @@ TEST_P(FromXmlRefuses, andLeavesNothingBehind) {
     EXPECT_EQ(shop.count(), files);
 }
 
-const std::string longName = "<s377m:TimelineTrack><rp210:TrackName>" + std::string(32768, 'x') +
-                             "</rp210:TrackName></s377m:TimelineTrack>";
+const std::string longName =
+    "<s377m:TimelineTrack rp210:InstanceUID='00.01.02.03.04.05.06.07.08.09.0a.0b.0c.0d.0e.0f'>"
+    "<rp210:TrackName>" +
+    std::string(32768, 'x') + "</rp210:TrackName></s377m:TimelineTrack>";
 const std::string packAsDarkSet =
     "<groups:FloatingDarkMetadata><groups:DarkMetadata groups:BEROctetCount='4' "
     "groups:Key='06.0e.2b.34.02.05.01.01.0d.01.02.01.01.03.04.00'>00</groups:DarkMetadata>"
@@ -290,12 +308,15 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"AnMxfFile", asText(smallClip()), "this is an MXF file, expected an XML document"},
         Refused{"AnMxfFileWithRunIn", std::string(65535, 'x') + asText(smallClip()),
                 "this is an MXF file, expected an XML document"},
-        Refused{"AnotherRoot", "<html/>", "the document has no Preface"},
+        Refused{"AnotherRoot", "<html/>",
+                "line 1, column 1: /html: is no root of a document of metadata, expected "},
         Refused{"AValueThatNoSetHolds", documentOf(preface + longName),
-                "set TimelineTrack: rp210:TrackName: value of 65536 bytes"},
+                "line 1, column 405: /s377m:MetadataSets/s377m:TimelineTrack/rp210:TrackName: "
+                "rp210:TrackName: value of 65536 bytes"},
         Refused{"AValueOfAnotherForm",
-                documentOf("<s377m:Preface rp210:InstanceUID='p' rp210:GenerationUID='x'/>"),
-                "set Preface p: rp210:GenerationUID: identifier 'x'"},
+                documentOf("<s377m:Preface rp210:GenerationUID='x'" + identified + "/>"),
+                "line 1, column 117: /s377m:MetadataSets/s377m:Preface/@rp210:GenerationUID: 'x', "
+                "expected 16 pairs of hexadecimal digits"},
         Refused{"APartitionPackAsDarkSet", documentOf(preface + packAsDarkSet),
                 "the dark set has the key 06.0e.2b.34.02.05.01.01.0d.01.02.01.01.03.04.00"}),
     [](const auto& each) { return std::string(each.param.name); });
@@ -351,11 +372,15 @@ TEST_F(FromXml, knowsSetsOfAnotherDictionary) {
                std::string("namespace s377m urn:SMPTE:S377M\nnamespace house urn:example:house\n"
                            "set house:Room 06.0e.2b.34.02.53.01.01.0e.7f.7f.01.01.01.01.00 "
                            "s377m:InterchangeObject concrete\n"));
-    shop.write("doc.xml", documentOf(preface + "<Room/>"));
+    shop.write("doc.xml",
+               documentOf(preface + "<Room xmlns='urn:example:house' "
+                                    "rp210:InstanceUID='00.01.02.03.04.05.06.07.08.09.0a."
+                                    "0b.0c.0d.0e.0f'/>"));
     write("doc.xml -o header.mxf --dictionary house.dict");
     EXPECT_THAT(shop.run("corvid to-xml header.mxf --dictionary house.dict").out,
                 HasSubstr("<house:Room "));
-    const Outcome without = shop.run("corvid from-xml doc.xml -o header.mxf");
+    EXPECT_EQ(shop.run("corvid from-xml doc.xml -o header.mxf").status, 1);
+    const Outcome without = shop.run("corvid from-xml --lenient doc.xml -o header.mxf");
     EXPECT_EQ(without.status, 0);
     EXPECT_EQ(without.err, "corvid: doc.xml: warning: element Room is not expected here, so it is "
                            "left out [left-out-element]\n");

@@ -168,17 +168,6 @@ TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeHoweverSmallTheyAre) {
     }
 }
 
-/// A dictionary in which a class has the name that documents give to dark sets, so that all of
-/// those come back as something else.
-Templates::SharedPtr<MetaMetadata::Dictionary> trapDictionary() {
-    const std::string text = "namespace s377m urn:SMPTE:S377M\nnamespace h urn:example:house\n"
-                             "set h:DarkMetadata 06.0e.2b.34.02.53.01.01.0e.7f.7f.02.01.01.01.00 "
-                             "s377m:InterchangeObject concrete\n";
-    MetaMetadata::Dictionary::Texts texts;
-    texts.push_back({"trap.dict", text});
-    return MetaMetadata::Dictionary::extend(*MetaMetadata::Dictionary::builtIn(), texts);
-}
-
 /// The report on a file of which nothing comes back.
 void reportDamage(const Bytes& bytes, std::size_t& differences, std::size_t& size) {
     class Counter : public DataIO::DataSink {
@@ -190,8 +179,9 @@ void reportDamage(const Bytes& bytes, std::size_t& differences, std::size_t& siz
         std::size_t& count_;
     } sink(size);
     Tool::CheckedFile checked;
-    const auto read = readFile(bytes, trapDictionary());
-    checked.comparison = Tool::compareWithRoundTrip(*read.metadata);
+    const auto read = readFile(bytes);
+    Metadata::PartitionMetadata nothing(MetaMetadata::Dictionary::builtIn());
+    checked.comparison = Tool::compare(*read.metadata, nothing, {});
     checked.result = Tool::CheckResult::different;
     Tool::CheckJson report(sink);
     report.add(checked);
@@ -206,7 +196,7 @@ TEST(DamagedFile, isReportedInProportionToItsSize) {
     std::size_t differences = 0;
     std::size_t size = 0;
     reportDamage(bytes, differences, size);
-    EXPECT_GT(differences, 20000U);
+    EXPECT_GT(differences, 10000U);
     EXPECT_LT(size, 10 * bytes.size());
     const auto peak = peakMemoryOf([&] { reportDamage(bytes, differences, size); });
     if (!peak) {

@@ -47,7 +47,8 @@ TEST(HostileSummary, callsTracksByTheNameOfTheirDataDefinition) {
     ASSERT_EQ(summary.packages.size(), 1U);
     ASSERT_EQ(summary.packages.front().tracks.size(), 2U);
     EXPECT_EQ(summary.packages.front().tracks.back().kind, "Subtitles");
-    const Tool::Summary longest = summaryOf(fileWithTracks(1, std::u16string(Tool::longestKind, u'a')));
+    const Tool::Summary longest =
+        summaryOf(fileWithTracks(1, std::u16string(Tool::longestKind, u'a')));
     EXPECT_EQ(longest.packages.front().tracks.front().kind, std::string(Tool::longestKind, 'a'));
 }
 

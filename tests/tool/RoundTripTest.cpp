@@ -5,7 +5,7 @@
 #include "host/xmlutils/LoadDocument.h"
 #include "tests/tool/CopyPartition.h"
 #include "tests/tool/Differences.h"
-#include "tools/corvid/DocumentMetadata.h"
+#include "tools/corvid/LenientDocument.h"
 #include "tools/corvid/WriteDocument.h"
 
 #include <algorithm>
@@ -52,7 +52,7 @@ void addWithVersion(ThingPartition& things, bool isMisplaced) {
     const auto& element = isMisplaced
                               ? static_cast<Element&>(model.misplaced(*things.thing, "OtherNumber"))
                               : model.element(*things.thing, "UInt8");
-    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const definition = element.definition();
     Types::UniversalLabel label = definition->label();
     label[7] = 0x7F;
     tags.add(Types::LocalTag(0x8001), label);
@@ -237,8 +237,8 @@ const std::vector<Carried> formCases = {
     {"EmptyArrayAfterAValueThatDoesNotFit", "bytes",
      [](ThingPartition& t) {
          const auto& array = t.model.misplaced(*t.thing, "UInt8Array");
-         t.partition().partitionDictionary().add(
-             Types::LocalTag(0x8001), Metadata::definitionOf(*array.metaAttribute())->label());
+         t.partition().partitionDictionary().add(Types::LocalTag(0x8001),
+                                                 array.definition()->label());
          t.model.unknown(*t.thing, 0x8001, "x");
          t.model.misplaced(*t.thing, "UInt8Array").parse(Model::view(std::string(8, '\0')));
      }},
@@ -341,16 +341,31 @@ std::string documentOf(PartitionMetadata& partition) {
 
 /// Whether somebody who reads a document with from-xml and compares would see that something is
 /// wrong: it is refused, there is a note, or there are differences.
-bool isNoticed(PartitionMetadata& before, const std::string& document) {
+template <class Read> bool isNoticedBy(PartitionMetadata& before, Read read) {
     try {
-        const auto after = Tool::readDocument(
-            reinterpret_cast<const unsigned char*>(document.data()), document.size(),
-            before.partitionDictionary().dictionary(), Tool::DocumentIdentifiers::written);
+        const auto after = read();
         return after.supplement.overruled != 0 || after.supplement.missingSets != 0 ||
                !differencesOf(before, *after.metadata).empty();
     } catch (const Exceptions::BaseException&) {
         return true;
     }
+}
+
+/// The same in one of the two ways of reading. Strictly, an empty element is text of no length
+/// without an instruction that says so.
+bool isNoticed(PartitionMetadata& before, const std::string& document) {
+    const auto dictionary = before.partitionDictionary().dictionary();
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(document.data());
+    constexpr auto identifiers = Tool::DocumentIdentifiers::written;
+    return isNoticedBy(before,
+                       [&] {
+                           return Tool::readLeniently(bytes, document.size(), dictionary,
+                                                      identifiers);
+                       }) ||
+           isNoticedBy(before, [&] {
+               DataIO::Memory::MemoryDataSource source(bytes, document.size());
+               return Tool::readDocument(source, dictionary, identifiers);
+           });
 }
 
 class WhatElementsDoNotSay : public ::testing::TestWithParam<Carried> {
@@ -437,7 +452,7 @@ TEST(RoundTrip, keepsTheLabelOfAPropertyThatATagOfADarkSetHasInAnotherVersion) {
     ThingPartition things;
     auto& tags = things.partition().partitionDictionary();
     const auto& element = things.model.element(*things.thing, "UInt8");
-    const auto label = Metadata::definitionOf(*element.metaAttribute())->label();
+    const auto label = element.definition()->label();
     auto other = label;
     other[7] = 0x7F;
     tags.add(Types::LocalTag(0x8001), other);
@@ -456,7 +471,7 @@ TEST(RoundTrip, ofAPartitionWithoutPrefaceIsRefused) {
     EXPECT_THROW(Tool::compareWithRoundTrip(model.partition), Exceptions::InvalidFormat);
 }
 
-TEST(RoundTrip, saysThatADocumentOfTooManyNamesCannotBeReadBack) {
+TEST(RoundTrip, ofMoreNamesThanTheParserOfTheLibraryTakesIsLossless) {
     constexpr unsigned int setCount = 33;
     constexpr unsigned int properties = 500;
     static_assert(setCount * properties > XMLUtils::maximumNames);
@@ -484,15 +499,8 @@ TEST(RoundTrip, saysThatADocumentOfTooManyNamesCannotBeReadBack) {
             model.value(made, "P" + std::to_string(set) + "_" + std::to_string(i), Types::UInt8(1));
         }
     }
-    try {
-        Tool::compareWithRoundTrip(model.partition);
-        FAIL() << "expected ParseError";
-    } catch (const Exceptions::ParseError& error) {
-        const std::string message = Platform::toUtf8(error.message());
-        EXPECT_THAT(message, ::testing::StartsWith("its document can't be read: line "));
-        EXPECT_THAT(message, HasSubstr("16385 different names of elements and attributes"));
-        EXPECT_THAT(message, ::testing::Not(HasSubstr("xercesc")));
-    }
+    const auto comparison = Tool::compareWithRoundTrip(model.partition);
+    EXPECT_THAT(comparison.differences, IsEmpty()) << linesOf(comparison.differences);
 }
 
 TEST(RoundTrip, refusesWhatCannotBeWrittenToAFile) {

@@ -7,7 +7,7 @@
 
 namespace Corvid::Testing {
 
-/// What a command left behind.
+/// What a command left.
 struct Outcome {
     int status = -1;
     std::string out;
@@ -26,7 +26,7 @@ public:
     void write(const std::string& name, const std::string& text) const;
     std::string read(const std::string& name) const;
     bool has(const std::string& name) const;
-    /// How many files and folders stand in it, hidden ones included.
+    /// How many files and folders are in it, hidden ones included.
     std::size_t count() const;
 
     const std::filesystem::path& path() const noexcept { return folder_.path(); }

@@ -65,21 +65,4 @@ TEST_F(SchemaCommand, refusesADocumentThatIsNotValid) {
     EXPECT_EQ(shop.run("ls *.xml").out, "plain.xml\n");
 }
 
-TEST_F(SchemaCommand, validatesWhatIsRead) {
-    shop.run("corvid to-xml clip.mxf -o clip.xml");
-    EXPECT_EQ(shop.run("corvid from-xml --validate clip.xml -o out.mxf").status, 0);
-    shop.run("rm out.mxf; sed 's/rp210:FormatVersion>/rp210:FormatVersoin>/g' clip.xml >odd.xml");
-    // Without validation what nobody knows is passed over.
-    EXPECT_EQ(shop.run("corvid from-xml odd.xml -o odd.mxf").status, 0);
-    const Outcome outcome = shop.run("corvid from-xml --validate odd.xml -o out.mxf");
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, HasSubstr("corvid: odd.xml: line "));
-    EXPECT_THAT(outcome.err, HasSubstr("FormatVersoin"));
-    EXPECT_FALSE(shop.has("out.mxf"));
-    shop.write("broken.xml", std::string("<a>\n</b>"));
-    const Outcome broken = shop.run("corvid from-xml --validate broken.xml -o out.mxf");
-    EXPECT_EQ(broken.status, 1);
-    EXPECT_THAT(broken.err, HasSubstr("corvid: broken.xml: line 2, column "));
-}
-
 } // namespace

@@ -4,7 +4,7 @@
 #include "tests/support/Model.h"
 #include "tests/support/ThingsDictionary.h"
 #include "tests/tool/Differences.h"
-#include "tools/corvid/DocumentMetadata.h"
+#include "tools/corvid/LenientDocument.h"
 #include "tools/corvid/StoredBytes.h"
 #include "tools/corvid/supplement/ListedElements.h"
 #include "tools/corvid/supplement/SupplementText.h"
@@ -187,15 +187,15 @@ protected:
             uuidText(1) + "\"/><t:Thing rp210:InstanceUID=\"" + uuidText(2) + "\">" + elements +
             "</t:Thing></s377m:MetadataSets>";
         document_ =
-            Tool::readDocument(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
-                               dictionary_, Tool::DocumentIdentifiers::written);
+            Tool::readLeniently(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
+                                dictionary_, Tool::DocumentIdentifiers::written);
     }
 
     std::string bytesOfThing(const char* tag) {
         for (const auto* set : *document_.metadata) {
             if (set->instanceUID() == uuid(2)) {
                 for (const auto& [name, element] : set->made()) {
-                    const auto* definition = Metadata::definitionOf(*element->metaAttribute());
+                    const auto* definition = element->definition();
                     if (!element->isSkipped() &&
                         Platform::toUtf8(definition->attribute("XMLTagName")) == tag) {
                         return Tool::bytesOf(*element);
@@ -212,7 +212,7 @@ protected:
         for (const auto* set : *document_.metadata) {
             if (set->instanceUID() == uuid(2)) {
                 Tool::forEachElement(*set, [&](const Metadata::Element& element) {
-                    if (Metadata::definitionOf(*element.metaAttribute()) == findThing(tag)) {
+                    if (element.definition() == findThing(tag)) {
                         constexpr std::size_t collectionHead = 8;
                         items.push_back(Tool::bytesOf(element).substr(collectionHead));
                     }

@@ -132,16 +132,6 @@ std::string meaningOf(const DOMNode& top) {
 
 std::string utf8(const XMLCh* text) { return Platform::toUtf8(fromXml(text)); }
 
-std::string inUnits(std::string_view text, std::size_t size, bool highFirst) {
-    std::string bytes;
-    for (const char character : text) {
-        std::string unit(size, '\0');
-        unit[highFirst ? size - 1 : 0] = character;
-        bytes += unit;
-    }
-    return bytes;
-}
-
 TemporaryFile::TemporaryFile(std::string_view bytes)
     : path_(std::filesystem::temp_directory_path() /
             ("corvid-document-" + std::to_string(::getpid()) + ".xml")) {

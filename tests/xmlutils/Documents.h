@@ -4,6 +4,7 @@
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/LoadDocument.h"
 #include "host/xmlutils/Serialise.h"
+#include "tests/support/CodeUnits.h"
 
 #include <filesystem>
 #include <memory>
@@ -47,8 +48,7 @@ std::string meaningOf(const xercesc::DOMNode& top);
 
 std::string utf8(const XMLCh* text);
 
-/// 7-bit text in code units of so many bytes.
-std::string inUnits(std::string_view text, std::size_t size, bool highFirst);
+using Corvid::Testing::inUnits;
 
 /// A file that is there as long as the object.
 class TemporaryFile {

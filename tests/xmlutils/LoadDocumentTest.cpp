@@ -236,7 +236,7 @@ TEST(LoadDocument, takesElementsUpToTheDepthLimit) {
 }
 
 TEST(LoadDocument, refusesElementsThatStandTooDeep) {
-    const std::string message = "line 1, column 12292: element a stands 4097 deep, expected at "
+    const std::string message = "line 1, column 12292: element a is 4097 deep, expected at "
                                 "most 4096";
     EXPECT_EQ(loadingError(nested(maximumElementDepth + 1)), message);
     EXPECT_EQ(loadingError(nested(1000000)), message);

@@ -131,8 +131,7 @@ TEST(SchemaValidator, refusesWhatIsBeyondTheLimitsOfDocuments) {
     for (int i = 0; i != 16384; ++i) {
         names += "<a" + std::to_string(i) + "/>";
     }
-    EXPECT_EQ(refusal(deep),
-              "line 1, column 12292: element a stands 4097 deep, expected at most 4096");
+    EXPECT_EQ(refusal(deep), "line 1, column 12292: element a is 4097 deep, expected at most 4096");
     EXPECT_EQ(
         refusal("<a" + attributes + "/>"),
         "line 1, column 8115: element a and those around it have 1025 attributes, expected at "

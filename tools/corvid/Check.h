@@ -17,7 +17,7 @@ struct CheckOptions {
 };
 
 /// Takes the metadata of each file to XML and back and prints what is different then. A file that
-/// can't be checked is told as a message, and the next one follows.
+/// can't be checked is reported as a message, and the next one follows.
 ///
 /// Needs Xerces-C; see XmlModule.h.
 /// @throws EndedWith  a file is cut off, different, refused or unreadable: the worst of them

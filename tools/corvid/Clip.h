@@ -18,7 +18,7 @@ struct ClipOptions {
 bool isPartitionChoice(const std::string& text);
 
 /// Reads the metadata of the partition that the options name.
-/// @throws InvalidFormat  there is none; tells which partitions have some.
+/// @throws InvalidFormat  there is none; names the partitions that have some.
 mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options);
 
 /// "partition 3 (footer, closed and complete)"

@@ -155,8 +155,9 @@ Work declareFromXml(CLI::App& verb) {
             [options](std::int64_t) { options->identifiers = DocumentIdentifiers::fresh; },
             "Give every set a new InstanceUID instead of the one in the document")
         ->group(processing);
-    verb.add_flag("--validate", options->validate,
-                  "Check the document against its schema before it is read")
+    verb.add_flag("--lenient", options->lenient,
+                  "Read what can be read, as the library does, instead of refusing a document "
+                  "with mistakes")
         ->group(processing);
     declareStrictness(verb, options->warningsAsErrors,
                       "Write nothing and exit with status 1 if there are warnings");

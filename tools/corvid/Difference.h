@@ -5,7 +5,7 @@
 
 namespace Corvid::Tool {
 
-/// How two partitions can differ; DifferenceKinds.def tells what each means.
+/// How two partitions can differ; DifferenceKinds.def says what each means.
 enum class DifferenceKind : unsigned char {
 #define CORVID_DIFFERENCE(name, sentence) name,
 #include "tools/corvid/DifferenceKinds.def"

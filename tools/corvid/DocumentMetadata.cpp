@@ -1,66 +1,58 @@
 #include "tools/corvid/DocumentMetadata.h"
 
-#include "XMLBuilder/reader/ReadDocument.h"
-#include "host/base/Exceptions.h"
+#include "XMLBuilder/reader/ReadStrictly.h"
+#include "XMLBuilder/reader/Strictness.h"
+#include "host/dataio/OpenSource.h"
 #include "host/mxf/LocalSet.h"
 #include "host/mxf/Partitions.h"
 #include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/Messages.h"
-#include "tools/corvid/ReadWhole.h"
 #include "tools/corvid/RenameSets.h"
 #include "tools/corvid/supplement/SupplementText.h"
 
 #include <algorithm>
 #include <array>
+#include <optional>
+#include <tuple>
 
 namespace Corvid::Tool {
 
 namespace {
 
-/// Whether a file begins as an MXF file does, behind its run-in if it has one (SMPTE ST 377-1).
-bool isMxf(const std::string& bytes) {
-    constexpr std::array<char, 11> packKey = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05,
-                                              0x01, 0x01, 0x0d, 0x01, 0x02};
-    const auto end =
-        bytes.begin() +
-        static_cast<std::ptrdiff_t>(std::min(bytes.size(), mxf::greatestRunIn + packKey.size()));
-    return std::search(bytes.begin(), end, packKey.begin(), packKey.end()) != end;
-}
+/// How a partition pack begins; in front of it is at most a run-in (SMPTE ST 377-1).
+constexpr std::array<char, 11> packKey = {0x06, 0x0e, 0x2b, 0x34, 0x02, 0x05,
+                                          0x01, 0x01, 0x0d, 0x01, 0x02};
 
-/// The message without the name of the parser's exception in front.
-std::string messageOf(const Exceptions::ParseError& error) {
-    const std::string message = Platform::toUtf8(error.message());
-    const std::string parser = "class xercesc_";
-    const auto colon = message.find(": ");
-    return message.compare(0, parser.size(), parser) == 0 && colon != std::string::npos
-               ? message.substr(colon + 2)
-               : message;
-}
-
-/// As XMLBuilder::readBuffer(), but that messages do not name the parser.
-void readSets(const unsigned char* bytes, std::size_t length, Metadata::PartitionMetadata& metadata,
-              SupplementReader& reader) {
-    XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
-    try {
-        XMLBuilder::readBuffer(bytes, length, &metadata, names, XMLBuilder::Places::told, &reader);
-    } catch (const Exceptions::ParseError& error) {
-        throw Exceptions::ParseError(messageOf(error), error.file(), error.line());
+/// Sets of one identifier that differ, where the instructions do not speak of them, are a mistake:
+/// at the second of them.
+void refuseUnequalCopies(const MergedCopies& copies, const DocumentSupplement& supplement,
+                         const XMLBuilder::Strictness& document, XMLBuilder::Mistakes& mistakes) {
+    for (const auto& copy : copies.unequal) {
+        const bool isTold = std::any_of(supplement.copies.begin(), supplement.copies.end(),
+                                        [&copy](const DocumentSupplement::Copies& each) {
+                                            return each.set == copy.identifier;
+                                        });
+        if (!isTold) {
+            auto mistake = document.placeOf(copy.identifier, 1);
+            mistake.text = "set " + copy.set + " " + Platform::toUtf8(copy.identifier.toString()) +
+                           ": another set has this identifier and differs";
+            mistakes.add(mistake);
+        }
     }
 }
 
 } // namespace
 
-DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
-                              const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
-                              DocumentIdentifiers identifiers) {
-    DocumentMetadata document;
-    document.metadata = Templates::auto_ptr<Metadata::PartitionMetadata>(
-        new Metadata::PartitionMetadata(dictionary));
-    const DocumentSupplement supplement =
-        parseSupplement(instructionsInFront({reinterpret_cast<const char*>(bytes), length}));
-    SupplementReader reader(supplement);
-    reader.explainTags(document.metadata->partitionDictionary());
-    readSets(bytes, length, *document.metadata, reader);
+DocumentMistakes::DocumentMistakes(const XMLBuilder::Mistakes& mistakes)
+    : InvalidFormat(mistakes.entries().front().text +
+                        (mistakes.count() == 1
+                             ? ""
+                             : ", and " + std::to_string(mistakes.count() - 1) + " more mistakes"),
+                    CORVID_HERE),
+      mistakes_(mistakes) {}
+
+void complete(DocumentMetadata& document, const DocumentSupplement& supplement,
+              SupplementReader& reader, DocumentIdentifiers identifiers) {
     document.supplement = reader.apply(*document.metadata);
     document.isPartial = supplement.partial.has_value();
     CopyCounts copies;
@@ -71,28 +63,59 @@ DocumentMetadata readDocument(const unsigned char* bytes, std::size_t length,
     if (identifiers == DocumentIdentifiers::fresh) {
         renameSets(*document.metadata);
     }
+}
+
+DocumentMetadata readDocument(DataIO::DataSource& source,
+                              const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+                              DocumentIdentifiers identifiers) {
+    DocumentMetadata document;
+    document.metadata = Templates::auto_ptr<Metadata::PartitionMetadata>(
+        new Metadata::PartitionMetadata(dictionary));
+    DocumentSupplement supplement;
+    std::optional<SupplementReader> reader;
+    XMLBuilder::Mistakes mistakes;
+    XMLBuilder::StrictReading reading;
+    reading.begin = [&](const std::vector<Instruction>& instructions) {
+        supplement = parseSupplement(instructions);
+        reader.emplace(supplement);
+        reader->explainTags(document.metadata->partitionDictionary());
+        return &*reader;
+    };
+    reading.end = [&](const XMLBuilder::Strictness& strictness) {
+        if (mistakes.count() == 0) {
+            complete(document, supplement, *reader, identifiers);
+            refuseUnequalCopies(document.copies, supplement, strictness, mistakes);
+        }
+    };
+    XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
+    XMLBuilder::readStrictly(source, *document.metadata, names, reading, mistakes);
+    if (mistakes.count() != 0) {
+        throw DocumentMistakes(mistakes);
+    }
+    document.doubts = mistakes;
     return document;
 }
 
-std::string loadDocumentText(const std::string& path) {
-    std::string bytes = readWhole(path, greatestDocument, "a document");
-    if (bytes.empty()) {
+DocumentFile::DocumentFile(const std::string& path) : file_(DataIO::openSource(path)) {
+    std::string front(mxf::greatestRunIn + packKey.size(), '\0');
+    front.resize(file_->readAt(0, reinterpret_cast<unsigned char*>(front.data()), front.size()));
+    if (front.empty()) {
         throw Exceptions::InvalidFormat("the file is empty, expected an XML document", CORVID_HERE);
     }
-    if (isMxf(bytes)) {
+    if (std::search(front.begin(), front.end(), packKey.begin(), packKey.end()) != front.end()) {
         throw Exceptions::InvalidFormat("this is an MXF file, expected an XML document; corvid "
                                         "to-xml makes one of it",
                                         CORVID_HERE);
     }
-    return bytes;
 }
 
-DocumentMetadata readDocumentText(const std::string& text,
-                                  const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
-                                  DocumentIdentifiers identifiers) {
-    return readDocument(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
-                        dictionary, identifiers);
+std::size_t DocumentFile::read(unsigned char* to, std::size_t count) {
+    const std::size_t got = file_->readAt(position_, to, count);
+    position_ += got;
+    return got;
 }
+
+std::uint64_t DocumentFile::remaining() const { return file_->size() - position_; }
 
 namespace {
 
@@ -125,6 +148,13 @@ void reportUnexplainedTags(const Metadata::PartitionMetadata& metadata, Messages
                                        : "; so it is with tags of " + std::to_string(count - 1) +
                                              " more dark sets")});
     }
+}
+
+/// "line 12, column 5: ..."
+std::string textOf(const XMLBuilder::Mistakes::Entry& entry) {
+    return entry.line == 0 ? entry.text
+                           : "line " + std::to_string(entry.line) + ", column " +
+                                 std::to_string(entry.column) + ": " + entry.text;
 }
 
 void report(const MergedCopies& copies, Messages& messages) {
@@ -173,9 +203,25 @@ void report(const DocumentMetadata& document, Messages& messages) {
         messages.note("the document holds a part of the metadata of its file; the rest was left "
                       "out on purpose");
     }
+    for (const auto& doubt : document.doubts.doubts()) {
+        messages.warn({CommandWarnings::implausibleValue, textOf(doubt)});
+    }
     report(document.supplement, messages);
     report(document.copies, messages);
     reportUnexplainedTags(*document.metadata, messages);
+}
+
+void report(const DocumentMistakes& refusal, Messages& messages) {
+    std::vector<XMLBuilder::Mistakes::Entry> entries = refusal.mistakes().entries();
+    std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.line, a.column) < std::tie(b.line, b.column);
+    });
+    for (const auto& entry : entries) {
+        messages.error(textOf(entry));
+    }
+    if (const auto rest = refusal.mistakes().count() - entries.size(); rest != 0) {
+        messages.error(std::to_string(rest) + " more mistakes");
+    }
 }
 
 } // namespace Corvid::Tool

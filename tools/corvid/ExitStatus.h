@@ -7,7 +7,7 @@ namespace Corvid::Tool {
 
 class Messages;
 
-/// What the command tells whoever called it.
+/// What the command returns to its caller.
 enum ExitStatus : int {
     exitDone = 0,
     exitRefused = 1, ///< the data can't be used, or is different

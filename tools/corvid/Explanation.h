@@ -11,7 +11,7 @@ class DefinitionUses;
 
 /// All that is known of an entry, with the keys that docs/dictionary-command.md names. Values are
 /// texts, numbers and truth values, lists of texts, objects of texts, and lists of objects, in
-/// which null stands where nothing is known.
+/// which null is where nothing is known.
 /// @param uses  of the dictionary that the entry's glossary was made of.
 nlohmann::ordered_json explain(const Glossary::Entry& entry, const DefinitionUses& uses);
 

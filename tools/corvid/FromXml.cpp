@@ -4,8 +4,8 @@
 #include "host/mxf/HeaderMetadataWriter.h"
 #include "tools/corvid/Clip.h"
 #include "tools/corvid/CommandWarnings.h"
-#include "tools/corvid/DocumentSchema.h"
 #include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/LenientDocument.h"
 #include "tools/corvid/Messages.h"
 #include "tools/corvid/OpenOutput.h"
 #include "tools/corvid/SetValues.h"
@@ -47,6 +47,20 @@ mxf::PartitionPack packFor(const Metadata::MetadataSet& preface, std::uint32_t k
     return pack;
 }
 
+DocumentMetadata read(DocumentFile& file, const FromXmlOptions& options,
+                      const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+                      Messages& messages) {
+    if (options.lenient) {
+        return readLeniently(file, dictionary, options.identifiers);
+    }
+    try {
+        return readDocument(file, dictionary, options.identifiers);
+    } catch (const DocumentMistakes& refusal) {
+        report(refusal, messages);
+        throw EndedWith{exitRefused};
+    }
+}
+
 } // namespace
 
 void fromXml(const FromXmlOptions& options, Messages& messages) {
@@ -58,12 +72,8 @@ void fromXml(const FromXmlOptions& options, Messages& messages) {
         throw UsageError{"an MXF file can't be shown on a terminal; -o FILE writes it to a file"};
     }
     const auto dictionary = loadDictionary(options.dictionaries);
-    const std::string text = loadDocumentText(options.path);
-    if (options.validate) {
-        validateDocument(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
-                         *dictionary, messages);
-    }
-    const DocumentMetadata document = readDocumentText(text, dictionary, options.identifiers);
+    DocumentFile file(options.path);
+    const DocumentMetadata document = read(file, options, dictionary, messages);
     report(document, messages);
     const auto& preface = prefaceOf(*document.metadata, messages);
     const mxf::PartitionPack pack = packFor(preface, options.kagSize, messages);

@@ -10,7 +10,7 @@ struct FromXmlOptions {
     std::string path; ///< "-" is standard input
     DictionaryChoice dictionaries;
     DocumentIdentifiers identifiers = DocumentIdentifiers::written;
-    bool validate = false;       ///< against the schema, before anything is read
+    bool lenient = false;        ///< read as the library does, which takes what it finds
     std::uint32_t kagSize = 512; ///< bytes; 1 for no alignment
     std::string output;          ///< "-" is standard output
     bool force = false;          ///< replace an MXF file with more than a header partition, too

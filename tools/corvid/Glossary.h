@@ -68,7 +68,7 @@ private:
     std::vector<Entry> entries_;
 };
 
-/// The label of a subject, or its key as it stands in files; nothing for a member that stands for
+/// The label of a subject, or its key as it is in files; nothing for a member that stands for
 /// none.
 std::optional<Types::UniversalLabel> labelOf(const Subject& subject);
 

@@ -1,5 +1,7 @@
 #include "tools/corvid/InstanceText.h"
 
+#include "host/base/Hex.h"
+
 #include <algorithm>
 #include <regex>
 
@@ -18,9 +20,7 @@ std::optional<Types::UUID> parseInstanceUID(const std::string& text) {
                        [](char c) { return std::string(".-{}").find(c) != std::string::npos; }),
         digits.end());
     std::array<Types::u8, 16> bytes{};
-    for (std::size_t i = 0; i != bytes.size(); ++i) {
-        bytes[i] = static_cast<Types::u8>(std::stoul(digits.substr(2 * i, 2), nullptr, 16));
-    }
+    Hex::decode(digits.data(), bytes.data(), bytes.size());
     return Types::UUID(bytes);
 }
 

@@ -1,5 +1,7 @@
 #include "tools/corvid/LabelText.h"
 
+#include "host/base/Hex.h"
+
 #include <array>
 
 namespace Corvid::Tool {
@@ -21,14 +23,6 @@ bool removeFront(std::string_view& text, std::string_view front) {
     return true;
 }
 
-int digit(char c) {
-    c = lower(c);
-    if (c >= '0' && c <= '9') {
-        return c - '0';
-    }
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
-}
-
 /// Bytes of pairs of digits, between which separators may stand; exactly so many.
 template <std::size_t Size>
 std::optional<std::array<Types::u8, Size>> bytesOf(std::string_view text,
@@ -40,12 +34,11 @@ std::optional<std::array<Types::u8, Size>> bytesOf(std::string_view text,
         if (separators.find(text[i]) != std::string_view::npos) {
             continue;
         }
-        const int high = digit(text[i]);
-        const int low = i + 1 < text.size() ? digit(text[i + 1]) : -1;
-        if (high < 0 || low < 0 || count == Size) {
+        if (i + 1 == text.size() || count == Size ||
+            !Hex::decode(text.data() + i, &bytes[count], 1)) {
             return std::nullopt;
         }
-        bytes[count++] = static_cast<Types::u8>(high << 4 | low);
+        ++count;
         ++i;
     }
     return count == Size ? std::optional(bytes) : std::nullopt;

@@ -29,7 +29,7 @@ public:
     explicit References(const MetadataSet& owner) : owner_(owner) {
         std::vector<std::pair<unsigned long, const Element*>> valid;
         for (const auto& [label, element] : owner.made()) {
-            const auto* const definition = Metadata::definitionOf(*element->metaAttribute());
+            const auto* const definition = element->definition();
             if (definition != nullptr && definition->attribute("SchemaIndex") != nullptr) {
                 valid.emplace_back(schemaIndex(*definition), element);
             }

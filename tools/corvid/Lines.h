@@ -9,7 +9,7 @@ namespace Corvid::Tool {
 std::string joined(const std::vector<std::string>& items, const char* between);
 
 /// Items in lines of up to 80 characters; no item is broken, so a long one may stick out.
-/// @param between  stands behind each item but the last; blanks at its end fall away at the end of
+/// @param between  follows each item but the last; blanks at its end fall away at the end of
 /// a
 ///     line.
 /// @param indent  blanks before each line.

@@ -17,7 +17,7 @@ struct MergedCopies {
         Types::UUID identifier;
     };
 
-    std::size_t equal = 0; ///< how many sets went away because they stand elsewhere
+    std::size_t equal = 0; ///< how many sets were removed because they are elsewhere
     std::vector<Unequal> unequal;
 };
 

@@ -31,7 +31,7 @@ private:
 /// Where the result of a verb goes.
 class Output : public DataIO::DataSink {
 public:
-    /// Opens a file, or what else stands under that name: a device, a pipe or a file that is open
+    /// Opens a file, or what else has that name: a device, a pipe or a file that is open
     /// (/dev/stdout) is written to as it is; a file takes the place of the one that is there when
     /// it is complete.
     /// @param path  "-" is standard output.

@@ -1,5 +1,6 @@
 #include "tools/corvid/Printable.h"
 
+#include "host/base/Hex.h"
 #include "host/base/Utf8.h"
 
 #include <algorithm>
@@ -39,7 +40,7 @@ bool isControl(char32_t point) { return point < 0x20 || (point >= 0x7F && point 
 std::string escaped(char kind, char32_t value, unsigned digits) {
     std::string text = {'\\', kind};
     while (digits-- != 0) {
-        text += "0123456789abcdef"[(value >> (4 * digits)) & 15];
+        text += Hex::lower[(value >> (4 * digits)) & 15];
     }
     return text;
 }

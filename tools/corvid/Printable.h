@@ -14,7 +14,7 @@ std::string printable(std::string_view text);
 
 /// JSON in which no string has any of those characters: they are escaped the way of JSON, so that
 /// programs read the same values.
-/// @param json  UTF-8; what stands outside of strings may have lines.
+/// @param json  UTF-8; what is outside of strings may have lines.
 std::string printableJson(std::string_view json);
 
 } // namespace Corvid::Tool

@@ -1,10 +1,6 @@
 #include "tools/corvid/PropertyList.h"
 
-#include "host/dictionary/AbstractMetaAttributeVisitor.h"
-#include "host/dictionary/MetaAttribute.h"
 #include "host/dictionary/MetaElement.h"
-#include "host/dictionary/MisplacedAttribute.h"
-#include "host/dictionary/UnknownAttribute.h"
 
 #include <algorithm>
 
@@ -12,61 +8,48 @@ namespace Corvid::Tool {
 
 namespace {
 
-using Identity = ListedProperty::Identity;
+void identify(ListedProperty& listed, Types::u8 kind, const Types::UniversalLabel& label) {
+    const auto bytes = label.withoutVersion();
+    listed.identity[0] = kind;
+    std::copy(bytes.begin(), bytes.end(), listed.identity.begin() + 1);
+}
 
-class Identifier : public MetaMetadata::AbstractMetaAttributeVisitor {
-public:
-    Identifier(const Metadata::PartitionDictionary& tags, const Metadata::Element& element)
-        : tags_(tags), listed{{}, &element, false, {}} {}
-
-    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
-        const Types::LocalTag& tag = attribute.localTag();
-        listed.isUnknown = true;
-        if (const auto* label = tags_.find(tag, true)) {
-            listed.label = *label;
-        }
-        if (listed.label && (!tag.isStaticLocalTag() ||
-                             tags_.dictionary()->findElement(*listed.label) != nullptr)) {
-            identify('u', *listed.label);
-        } else {
-            listed.identity[0] = 't';
-            std::copy(tag.bytes().begin(), tag.bytes().end(), listed.identity.begin() + 1);
-        }
+ListedProperty listedUnknown(const Metadata::PartitionDictionary& tags,
+                             const Metadata::Element& element) {
+    const Types::LocalTag tag(element.metaAttribute()->facts().localTag);
+    ListedProperty listed{{}, &element, true, {}};
+    if (const auto* label = tags.find(tag, true)) {
+        listed.label = *label;
     }
-    void visit(const MetaMetadata::MisplacedAttribute& attribute) override {
-        known('m', attribute.metaElement());
+    if (listed.label &&
+        (!tag.isStaticLocalTag() || tags.dictionary()->findElement(*listed.label) != nullptr)) {
+        identify(listed, 'u', *listed.label);
+    } else {
+        listed.identity[0] = 't';
+        std::copy(tag.bytes().begin(), tag.bytes().end(), listed.identity.begin() + 1);
     }
-    void visit(const MetaMetadata::MetaAttribute& attribute) override {
-        known('p', attribute.metaElement());
-    }
+    return listed;
+}
 
-private:
-    void known(Types::u8 kind, const MetaMetadata::MetaElement& definition) {
-        identify(kind, definition.label());
-        listed.label = labelInFile(tags_, *listed.element, definition);
-    }
-
-    void identify(Types::u8 kind, const Types::UniversalLabel& label) {
-        const auto bytes = label.withoutVersion();
-        listed.identity[0] = kind;
-        std::copy(bytes.begin(), bytes.end(), listed.identity.begin() + 1);
-    }
-
-    const Metadata::PartitionDictionary& tags_;
-
-public:
-    ListedProperty listed;
-};
+ListedProperty listedKnown(const Metadata::PartitionDictionary& tags,
+                           const Metadata::Element& element) {
+    using Kind = MetaMetadata::AttributeFacts::Kind;
+    const auto& facts = element.metaAttribute()->facts();
+    ListedProperty listed{{}, &element, false, {}};
+    identify(listed, facts.kind == Kind::placed ? 'p' : 'm', facts.definition->label());
+    listed.label = labelInFile(tags, element);
+    return listed;
+}
 
 } // namespace
 
 const Types::UniversalLabel& labelInFile(const Metadata::PartitionDictionary& tags,
-                                         const Metadata::Element& element,
-                                         const MetaMetadata::MetaElement& definition) {
+                                         const Metadata::Element& element) {
+    const Types::UniversalLabel& registered = element.definition()->label();
     const Types::u16 tag = element.localTag();
     const auto* const label =
-        tag == 0 ? tags.find(definition.label()) : tags.find(Types::LocalTag(tag), true);
-    return label == nullptr ? definition.label() : *label;
+        tag == 0 ? tags.find(registered) : tags.find(Types::LocalTag(tag), true);
+    return label == nullptr ? registered : *label;
 }
 
 std::vector<ListedProperty> listProperties(const Metadata::PartitionDictionary& tags,
@@ -74,9 +57,8 @@ std::vector<ListedProperty> listProperties(const Metadata::PartitionDictionary& 
     std::vector<ListedProperty> list;
     const auto add = [&](const Metadata::Element& element) {
         if (!element.isSkipped()) {
-            Identifier identifier(tags, element);
-            element.metaAttribute()->accept(identifier);
-            list.push_back(identifier.listed);
+            list.push_back(element.definition() == nullptr ? listedUnknown(tags, element)
+                                                           : listedKnown(tags, element));
         }
     };
     const auto instanceUID =

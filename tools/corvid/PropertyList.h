@@ -7,7 +7,7 @@
 
 namespace Corvid::Tool {
 
-/// A property that has a value, by what tells it from others in its set.
+/// A property that has a value, with what distinguishes it from others in its set.
 struct ListedProperty {
     /// What kind of property it is, and its label without version byte, or its tag.
     using Identity = std::array<Types::u8, 17>;
@@ -21,8 +21,7 @@ struct ListedProperty {
 /// The label that a property of the dictionary has in its file, or gets there where it has no tag
 /// yet: the primer may have another version of it than the dictionary.
 const Types::UniversalLabel& labelInFile(const Metadata::PartitionDictionary& tags,
-                                         const Metadata::Element& element,
-                                         const MetaMetadata::MetaElement& definition);
+                                         const Metadata::Element& element);
 
 /// The properties of a set that have a value, but for its InstanceUID, by identity and, where that
 /// is the same, in stored order. Those of a document and those of a file are listed alike: an

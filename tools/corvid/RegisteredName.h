@@ -14,7 +14,7 @@ std::string registeredName(const Types::UniversalLabel& label);
 /// The same for a dotted label; empty for any other text.
 std::string registeredName(const std::string& text);
 
-/// Where a label stands in the register of labels, or would if it were registered: from the widest
+/// Where a label is in the register of labels, or would if it were registered: from the widest
 /// part to the narrowest. Empty for what is no label by its first bytes.
 std::vector<std::string> branchesOf(const Types::UniversalLabel& label);
 

@@ -18,20 +18,24 @@ using DataIO::Memory::MemoryDataSink;
 using PartitionHolder = Templates::auto_ptr<Metadata::PartitionMetadata>;
 using Metadata::PartitionMetadata;
 
+const std::string unreadable = "its document can't be read: ";
+
 PartitionHolder throughXml(PartitionMetadata& metadata) {
     MemoryDataSink text;
     XMLUtils::ReplaceInvalidCharacters invalid(0);
     WrittenDocument(metadata, {})
         .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::compact, invalid, text);
     try {
-        return readDocument(text.rawBuffer(), text.serializedSize(),
-                            metadata.partitionDictionary().dictionary(),
+        DataIO::Memory::MemoryDataSource document(text.rawBuffer(), text.serializedSize());
+        return readDocument(document, metadata.partitionDictionary().dictionary(),
                             DocumentIdentifiers::written)
             .metadata;
     } catch (const Exceptions::ParseError& error) {
-        throw Exceptions::ParseError("its document can't be read: " +
-                                         Platform::toUtf8(error.message()),
-                                     error.file(), error.line());
+        throw Exceptions::ParseError(unreadable + Platform::toUtf8(error.message()), error.file(),
+                                     error.line());
+    } catch (const DocumentMistakes& error) {
+        throw Exceptions::InvalidFormat(unreadable + Platform::toUtf8(error.message()),
+                                        error.file(), error.line());
     }
 }
 

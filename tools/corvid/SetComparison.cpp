@@ -158,11 +158,8 @@ void SetComparison::compareInstanceUIDs(const MetadataSet& before, const Metadat
     if (old == nullptr || fresh == nullptr) {
         return;
     }
-    const auto labelOf = [](const auto& tags, const auto& element) {
-        return labelInFile(tags, element, *Metadata::definitionOf(*element.metaAttribute()));
-    };
-    const auto label = labelOf(before_, *old);
-    const auto inFile = labelOf(after_, *fresh);
+    const auto label = labelInFile(before_, *old);
+    const auto inFile = labelInFile(after_, *fresh);
     if (inFile != label) {
         Difference difference =
             differenceOf(Kind::labelVersion, before, versions(label[7], inFile[7]));

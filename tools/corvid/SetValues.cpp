@@ -1,9 +1,6 @@
 #include "tools/corvid/SetValues.h"
 
-#include "host/dictionary/AbstractMetaAttributeVisitor.h"
 #include "host/dictionary/MetaElement.h"
-#include "host/dictionary/MisplacedAttribute.h"
-#include "host/dictionary/UnknownAttribute.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -142,7 +139,7 @@ std::vector<std::pair<std::string, Types::UniversalLabel>> labelValues(const Met
                                    [](const auto& each) { return !isRegistryLabel(each); }),
                     found.end());
         const MetaMetadata::MetaElement* const definition =
-            found.empty() ? nullptr : Metadata::definitionOf(*element->metaAttribute());
+            found.empty() ? nullptr : element->definition();
         if (definition != nullptr) {
             properties.push_back({schemaIndex(*definition), tagName(*definition), found});
         }
@@ -186,21 +183,13 @@ std::string className(const MetadataSet& set) {
 }
 
 std::string propertyName(const Metadata::PartitionDictionary& tags, const Element& element) {
-    struct Unknown : MetaMetadata::AbstractMetaAttributeVisitor {
-        void visit(const MetaMetadata::UnknownAttribute& attribute) override {
-            tag = attribute.localTag();
-        }
-        void visit(const MetaMetadata::MisplacedAttribute&) override {}
-        void visit(const MetaMetadata::MetaAttribute&) override {}
-        Types::LocalTag tag;
-    } unknown;
-    if (const auto* definition = Metadata::definitionOf(*element.metaAttribute())) {
+    if (const auto* definition = element.definition()) {
         return tagName(*definition);
     }
-    element.metaAttribute()->accept(unknown);
-    const auto* const label = tags.find(unknown.tag, true);
+    const Types::LocalTag tag(element.metaAttribute()->facts().localTag);
+    const auto* const label = tags.find(tag, true);
     if (label == nullptr) {
-        return "tag " + Platform::toUtf8(unknown.tag.toString());
+        return "tag " + Platform::toUtf8(tag.toString());
     }
     const auto* const definition = tags.dictionary()->findElement(*label);
     return definition == nullptr ? Platform::toUtf8(label->toString()) : tagName(*definition);

@@ -1,12 +1,12 @@
 #include "tools/corvid/ShortValue.h"
 
+#include "host/base/Hex.h"
 #include "host/base/Shortened.h"
 #include "host/dataio/Memory.h"
 #include "host/types/Types.h"
 #include "tools/corvid/SetValues.h"
 
 #include <algorithm>
-#include <fmt/core.h>
 #include <optional>
 
 namespace Corvid::Tool {
@@ -31,11 +31,9 @@ std::string shortBytes(const Metadata::Element& element) {
     if (sink.serializedSize() == 0) {
         return "no bytes";
     }
-    std::string text;
-    for (std::size_t i = 0; i != std::min(sink.serializedSize(), longestBytes); ++i) {
-        text += fmt::format("{:02x}", sink.rawBuffer()[i]);
-    }
-    return text + (sink.serializedSize() > longestBytes ? "..." : "");
+    const std::size_t shown = std::min(sink.serializedSize(), longestBytes);
+    return Hex::encoded<std::string>(sink.rawBuffer(), shown, Hex::lower) +
+           (sink.serializedSize() > longestBytes ? "..." : "");
 }
 
 } // namespace

@@ -4,7 +4,7 @@
 #include "host/types/Types.h"
 
 /// The few properties, sets and labels that `corvid info` looks for (SMPTE ST 377-1). What they are
-/// called stands in the dictionary.
+/// called is in the dictionary.
 namespace Corvid::Tool::Structural {
 
 constexpr std::array<Types::u8, 16> sixteenBytes(Types::u64 front, Types::u64 back) {

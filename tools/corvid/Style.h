@@ -4,7 +4,7 @@
 
 namespace Corvid::Tool {
 
-/// What stands around parts of a text that a terminal shows; nothing where it shall have no
+/// What is put around parts of a text that a terminal shows; nothing where it shall have no
 /// colours.
 struct Style {
     std::string heading;

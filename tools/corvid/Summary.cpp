@@ -1,8 +1,6 @@
 #include "tools/corvid/Summary.h"
 
 #include "host/base/Shortened.h"
-#include "host/dictionary/AbstractMetaAttributeVisitor.h"
-#include "host/dictionary/UnknownAttribute.h"
 #include "tools/corvid/SetValues.h"
 
 #include <algorithm>
@@ -205,36 +203,20 @@ void describePreface(const PartitionMetadata& metadata, const MetadataSet& prefa
     }
 }
 
-/// Counts the elements that do not belong to the class of their set.
-class InvalidElements : public MetaMetadata::AbstractMetaAttributeVisitor {
-public:
-    InvalidElements(const Metadata::PartitionDictionary& tags, const MetadataSet& set,
-                    Summary& summary)
-        : tags_(tags), set_(set), summary_(summary) {}
-
-    void add(const Metadata::Element& element) {
-        name_ = propertyName(tags_, element);
-        element.metaAttribute()->accept(*this);
+/// Counts an element that does not belong to the class of its set.
+void countInvalid(const Metadata::PartitionDictionary& tags, const MetadataSet& set,
+                  const Metadata::Element& element, Summary& summary) {
+    using Kind = MetaMetadata::AttributeFacts::Kind;
+    const auto& facts = element.metaAttribute()->facts();
+    const std::string name = propertyName(tags, element);
+    if (facts.kind == Kind::misplaced) {
+        ++summary.misplacedProperties[className(set) + "/" + name];
+    } else if (facts.isUnfit) {
+        ++summary.unfitProperties[className(set) + "/" + name];
+    } else if (facts.kind == Kind::unknown) {
+        ++summary.unknownProperties[name];
     }
-
-    void visit(const MetaMetadata::UnknownAttribute& attribute) override {
-        if (attribute.reason() != MetaMetadata::UnknownAttribute::unfitValue) {
-            ++summary_.unknownProperties[name_];
-        } else {
-            ++summary_.unfitProperties[className(set_) + "/" + name_];
-        }
-    }
-    void visit(const MetaMetadata::MisplacedAttribute&) override {
-        ++summary_.misplacedProperties[className(set_) + "/" + name_];
-    }
-    void visit(const MetaMetadata::MetaAttribute&) override {}
-
-private:
-    const Metadata::PartitionDictionary& tags_;
-    const MetadataSet& set_;
-    Summary& summary_;
-    std::string name_;
-};
+}
 
 /// True for a set that is there to define what others are: of a dictionary or a meta-dictionary.
 bool isDefinition(const MetadataSet& set) {
@@ -255,9 +237,8 @@ void countSets(const PartitionMetadata& metadata, Summary& summary) {
         if (isDefinition(*set)) {
             summary.definitionKinds.insert(className(*set));
         }
-        InvalidElements invalid(metadata.partitionDictionary(), *set, summary);
         for (auto element = set->invalidBegin(); element != set->invalidEnd(); ++element) {
-            invalid.add(**element);
+            countInvalid(metadata.partitionDictionary(), *set, **element, summary);
         }
     }
     for (auto set = metadata.darkBegin(); set != metadata.darkEnd(); ++set) {

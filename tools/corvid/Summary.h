@@ -12,7 +12,7 @@
 
 namespace Corvid::Tool {
 
-/// What `corvid info` tells of a file. Texts are UTF-8 as in the file; empty means that it says
+/// What `corvid info` says of a file. Texts are UTF-8 as in the file; empty means that it says
 /// nothing.
 struct Summary {
     struct Timecode {
@@ -86,8 +86,8 @@ struct Summary {
         unfitProperties; ///< by "Set/Property"; values of a wrong form
 };
 
-/// The bytes of a data definition's name in UTF-8 that the kind of a track shows: each track repeats
-/// it.
+/// The bytes of a data definition's name in UTF-8 that the kind of a track shows: each track
+/// repeats it.
 constexpr std::size_t longestKind = 100;
 
 /// Collects it.

@@ -5,7 +5,7 @@
 
 namespace Corvid::Tool {
 
-/// Rows of cells that stand in columns.
+/// Rows of cells, aligned in columns.
 class Table {
 public:
     /// @param indent  blanks before the first column.
@@ -17,7 +17,7 @@ public:
     /// Columns as wide as their widest cell, up to 120 characters, two blanks apart; a longer cell
     /// moves the rest of its row. Columns that are empty in all rows but the first, which has the
     /// headings, are left out.
-    /// @param before, after  stand around the first row.
+    /// @param before, after  are put around the first row.
     std::string toString(const std::string& before, const std::string& after) const;
 
 private:

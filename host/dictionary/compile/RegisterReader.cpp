@@ -28,7 +28,7 @@ LabelBytes labelAt(const RowReader& row, std::size_t index) {
 bool choiceAt(const RowReader& row, std::size_t index, std::string_view first,
               std::string_view second) {
     if (column(row, index) != first && column(row, index) != second) {
-        refuseColumn(row, index, "one of the words that can stand there");
+        refuseColumn(row, index, "one of the words that are allowed there");
     }
     return column(row, index) == first;
 }
@@ -233,7 +233,7 @@ template <class Entries> Index sort(Entries& entries, const std::string& texts) 
     for (std::size_t i = 0; i != entries.size(); ++i) {
         if (i != 0 && entries[i].row.label == entries[i - 1].row.label) {
             refuse(entries[i].origin,
-                   "the label stands at " + toString(entries[i - 1].origin) + " as well");
+                   "the label is at " + toString(entries[i - 1].origin) + " as well");
         }
         index.emplace(texts.data() + entries[i].row.symbol, static_cast<std::uint32_t>(i));
     }

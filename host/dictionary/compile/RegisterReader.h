@@ -35,7 +35,7 @@ public:
     void add(const DictionaryText& text);
 
     /// Sorts the entries and looks up what rows refer to.
-    /// @throws InvalidDictionary  a reference leads nowhere, or a label stands there twice.
+    /// @throws InvalidDictionary  a reference leads nowhere, or a label is there twice.
     RegisterTables finish();
 
 private:

@@ -18,7 +18,7 @@ void write(std::ostream& out, const std::array<unsigned char, Size>& bytes) {
     out << "}}";
 }
 
-/// Writes the source of a constant table. Each row is written by a function `write` that stands in
+/// Writes the source of a constant table. Each row is written by a function `write` in
 /// the namespace of the row.
 template <class T>
 void writeTable(std::ostream& out, const char* type, const char* name, const std::vector<T>& rows) {

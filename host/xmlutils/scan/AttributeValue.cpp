@@ -1,5 +1,7 @@
 #include "host/xmlutils/scan/AttributeValue.h"
 
+#include "host/base/Hex.h"
+
 #include <cstdint>
 #include <utility>
 
@@ -11,25 +13,17 @@ using View = std::u16string_view;
 
 constexpr std::uint32_t mostInText = 0x10FFFF;
 
-int digitOf(char16_t unit) {
-    return unit >= '0' && unit <= '9'   ? unit - '0'
-           : unit >= 'a' && unit <= 'f' ? unit - 'a' + 10
-           : unit >= 'A' && unit <= 'F' ? unit - 'A' + 10
-                                        : 16;
-}
-
 /// The character of a reference such as `#38` or `#x26`, 0 if it is none.
 std::uint32_t characterOf(View number) {
     const bool isHexadecimal = number.substr(0, 2) == u"#x";
-    const int base = isHexadecimal ? 16 : 10;
+    const unsigned base = isHexadecimal ? 16 : 10;
     std::uint32_t character = 0;
     for (const char16_t unit : number.substr(isHexadecimal ? 2 : 1)) {
-        const int digit = digitOf(unit);
+        const unsigned digit = Hex::valueOf(unit);
         if (digit >= base || character > mostInText) {
             return 0;
         }
-        character =
-            character * static_cast<std::uint32_t>(base) + static_cast<std::uint32_t>(digit);
+        character = character * base + digit;
     }
     return character <= mostInText ? character : 0;
 }

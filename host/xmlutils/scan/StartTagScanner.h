@@ -43,7 +43,7 @@ private:
         skipped,      ///< in what ends with `end_` and `>`: comment, CDATA section, instruction
         endTag,
         elementName,
-        tag, ///< behind a name or value
+        tag, ///< after a name or value
         attributeName,
         beforeValue,
         value,

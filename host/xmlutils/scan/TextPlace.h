@@ -8,7 +8,7 @@ namespace Corvid::XMLUtils {
 /// Counts lines and columns as a parser does: from 1, columns in code units of UTF-16.
 class TextPlace {
 public:
-    /// Goes on behind the text, which may be a piece of a longer one.
+    /// Goes on after the text, which may be a piece of a longer one.
     void pass(std::u16string_view text);
 
     unsigned long long line() const { return line_; }

@@ -97,6 +97,11 @@ void SupplementReader::leaveOut(const std::string& name, const std::string& plac
     }
 }
 
+bool SupplementReader::mayBeNameless(const MetaMetadata::MetaMetadataSet& setClass) const {
+    const auto left = unidentified_.find(setClass.key().forMatching());
+    return left != unidentified_.end() && left->second != 0;
+}
+
 const XMLBuilder::Supplement::Properties* SupplementReader::enter(MetadataSet& set,
                                                                   std::u16string_view written) {
     Sayings* sayings = nullptr;

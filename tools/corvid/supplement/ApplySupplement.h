@@ -11,7 +11,7 @@ namespace Corvid::Tool {
 /// What became of a supplement.
 struct SupplementOutcome {
     std::size_t missingSets = 0; ///< that it speaks of and the document does not hold
-    std::size_t overruled = 0;   ///< values that the document tells otherwise
+    std::size_t overruled = 0;   ///< values that the document has otherwise
     /// The first of them, "set Preface 06.0e. ...: property ...".
     std::vector<std::string> firstOverruled;
 
@@ -33,6 +33,8 @@ public:
     void explainTags(Metadata::PartitionDictionary& primer) const;
 
     const Properties* enter(Metadata::MetadataSet& set, std::u16string_view written) override;
+    bool mayBeNameless(const MetaMetadata::MetaMetadataSet& setClass) const override;
+    bool isPartial() const override { return supplement_.partial.has_value(); }
     void leaveOut(const std::string& name, const std::string& place) override;
 
     /// To be called when the document is read, before sets are merged or renamed.

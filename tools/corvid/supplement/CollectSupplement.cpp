@@ -31,7 +31,7 @@ using XMLBuilder::identityOf;
 /// identifiers.
 bool mayNeedMore(const Element& element) {
     using namespace Types::Identifiers;
-    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const definition = element.definition();
     if (definition == nullptr) {
         return element.serializedSize() == 0;
     }
@@ -167,14 +167,14 @@ void Collector::findWhatIsUsual() {
     }
 }
 
-/// Equal sets that share an InstanceUID would become one.
+/// Equal sets that share an InstanceUID would become one, and unequal ones would be a mistake.
 void Collector::countCopies(const Metadata::Targets& namesakes) {
     std::map<std::string, Types::u32> contents;
     Types::u32 most = 0;
     for (const MetadataSet* each : namesakes) {
         most = std::max(most, ++contents[contentOf(*each)]);
     }
-    if (most > 1) {
+    if (most > 1 || contents.size() > 1) {
         result_.copies.push_back({namesakes.front().instanceUID(), most});
     }
 }
@@ -214,7 +214,7 @@ void Collector::explainTag(const Types::LocalTag& tag) {
 /// Keeps the label of an unknown property that a document names by its static tag, and the version
 /// of the label of another.
 void Collector::explainElement(const Element& element) {
-    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const definition = element.definition();
     const Types::LocalTag tag(element.localTag());
     auto& explained = definition == nullptr ? explainedUnknown_ : explainedKnown_;
     if (explained.test(tag.value())) {
@@ -282,7 +282,7 @@ std::vector<SetAddress> Collector::addressesOf(const MetadataSet& set, bool hasN
 
 PropertyAddress Collector::addressOf(const SetAddress& set, const Element& element) const {
     const Types::LocalTag tag(element.localTag());
-    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const definition = element.definition();
     const auto* const label = definition == nullptr ? tags_.find(tag, true) : &definition->label();
     return {set, label == nullptr ? std::nullopt : std::make_optional(*label), tag, 0};
 }

@@ -10,7 +10,7 @@
 
 namespace Corvid::Tool {
 
-/// How a set stands in its file.
+/// How a set is stored in its file.
 struct KeyForm {
     KLV::Key key;                        ///< another version or coding than that of the dictionary
     unsigned char propertyBerLength = 1; ///< see MetadataSet::propertyBerLength()

@@ -21,7 +21,7 @@ constexpr std::size_t shortVersion = 9;
 
 /// The type of the value or, of a collection, of its items; Unknown where the dictionary says none.
 Identifier typeOf(const Element& element) {
-    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const definition = element.definition();
     return definition == nullptr ? Identifiers::Unknown
            : definition->isCollection()
                ? static_cast<const MetaMetadata::MetaCollectionElement*>(definition)->dataSubType()
@@ -29,7 +29,7 @@ Identifier typeOf(const Element& element) {
 }
 
 bool isCollection(const Element& element) {
-    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const definition = element.definition();
     return definition != nullptr && definition->isCollection();
 }
 
@@ -83,7 +83,7 @@ std::size_t terminatorSize(Identifier type) {
 }
 
 std::size_t terminatorSize(const Element& element) {
-    const auto* const definition = Metadata::definitionOf(*element.metaAttribute());
+    const auto* const definition = element.definition();
     return definition == nullptr ? 0 : terminatorSize(definition->dataType());
 }
 

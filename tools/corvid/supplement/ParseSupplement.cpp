@@ -1,6 +1,7 @@
 #include "tools/corvid/supplement/SupplementText.h"
 
 #include "host/base/Exceptions.h"
+#include "host/base/Hex.h"
 #include "host/klv/BerInput.h"
 
 #include <algorithm>
@@ -88,21 +89,9 @@ public:
 
     std::string bytes(std::string_view name) {
         const std::string_view text = take(name);
-        constexpr unsigned none = 16;
-        const auto digit = [](char each) {
-            const auto unit = static_cast<unsigned>(each);
-            return each >= '0' && each <= '9'   ? unit - '0'
-                   : each >= 'A' && each <= 'F' ? unit - 'A' + 10
-                   : each >= 'a' && each <= 'f' ? unit - 'a' + 10
-                                                : none;
-        };
-        if (text.size() % 2 != 0 ||
-            std::any_of(text.begin(), text.end(), [&](char each) { return digit(each) == none; })) {
-            refuse(std::string(name) + ": expected pairs of hexadecimal digits");
-        }
         std::string value(text.size() / 2, '\0');
-        for (std::size_t i = 0; i != value.size(); ++i) {
-            value[i] = static_cast<char>(digit(text[2 * i]) << 4 | digit(text[2 * i + 1]));
+        if (text.size() % 2 != 0 || !Hex::decode(text.data(), value.data(), value.size())) {
+            refuse(std::string(name) + ": expected pairs of hexadecimal digits");
         }
         return value;
     }

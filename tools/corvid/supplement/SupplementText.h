@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XMLBuilder/reader/ReadStrictly.h"
 #include "tools/corvid/supplement/DocumentSupplement.h"
 
 #include <string_view>
@@ -18,12 +19,7 @@ constexpr const char* nameOf(DocumentSupplement::Form::Unit unit) {
 /// "<?" and "?>"; ASCII. None for a supplement that says nothing.
 std::vector<std::string> toInstructions(const DocumentSupplement& supplement);
 
-/// A processing instruction of a document.
-struct Instruction {
-    std::string target;
-    std::string data;
-    std::size_t line = 0; ///< from 1
-};
+using XMLBuilder::Instruction;
 
 /// Finds the processing instructions in front of the root of a document. What is no document in
 /// UTF-8, UTF-16, or another encoding that extends ASCII, has none.

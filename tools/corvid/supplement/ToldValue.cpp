@@ -1,8 +1,5 @@
 #include "tools/corvid/supplement/ToldValue.h"
 
-#include "host/dictionary/AbstractMetaAttributeVisitor.h"
-#include "host/dictionary/AttributeRequiredStatus.h"
-#include "host/dictionary/MetaAttribute.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/metadata/Elements.h"
 #include "host/types/Factories.h"
@@ -131,22 +128,8 @@ private:
 };
 
 /// True for a property that is written even where it is an empty collection.
-class IsRequired : public MetaMetadata::AbstractMetaAttributeVisitor {
-public:
-    void visit(const MetaMetadata::UnknownAttribute&) override {}
-    void visit(const MetaMetadata::MisplacedAttribute&) override {}
-    void visit(const MetaMetadata::MetaAttribute& attribute) override {
-        namespace Status = MetaMetadata::AttributeRequiredStatus;
-        result = attribute.requiredStatus() == Status::required ||
-                 attribute.requiredStatus() == Status::encoderRequired;
-    }
-    bool result = false;
-};
-
 bool isRequired(const Metadata::Element& element) {
-    IsRequired visitor;
-    element.metaAttribute()->accept(visitor);
-    return visitor.result;
+    return element.metaAttribute()->facts().isRequired;
 }
 
 /// True for items whose size a reader takes from what it has read.
@@ -199,8 +182,8 @@ private:
         if (values.size() == 0 && !isRequired(element)) {
             return;
         }
-        const auto* const definition = static_cast<const MetaMetadata::MetaCollectionElement*>(
-            Metadata::definitionOf(*element.metaAttribute()));
+        const auto* const definition =
+            static_cast<const MetaMetadata::MetaCollectionElement*>(element.definition());
         const auto size =
             static_cast<std::size_t>(Types::Identifiers::typeSize(definition->dataSubType()));
         SimpleValue simple(empty_);

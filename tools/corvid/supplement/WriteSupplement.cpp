@@ -1,5 +1,7 @@
 #include "tools/corvid/supplement/SupplementText.h"
 
+#include "host/base/Hex.h"
+
 namespace Corvid::Tool {
 
 namespace {
@@ -52,17 +54,6 @@ private:
     std::string text_;
 };
 
-std::string hexadecimal(const std::string& bytes) {
-    static constexpr char digits[] = "0123456789ABCDEF";
-    std::string text;
-    text.reserve(2 * bytes.size());
-    for (const char byte : bytes) {
-        text += digits[static_cast<unsigned char>(byte) >> 4];
-        text += digits[static_cast<unsigned char>(byte) & 15];
-    }
-    return text;
-}
-
 } // namespace
 
 std::vector<std::string> toInstructions(const DocumentSupplement& supplement) {
@@ -100,7 +91,8 @@ std::vector<std::string> toInstructions(const DocumentSupplement& supplement) {
         add(Writer("form").with(property).with(nameOf(unit), size));
     }
     for (const auto& [property, bytes] : supplement.bytes) {
-        add(Writer("bytes").with(property).with("hex", hexadecimal(bytes)));
+        add(Writer("bytes").with(property).with(
+            "hex", Hex::encoded<std::string>(bytes.data(), bytes.size(), Hex::upper)));
     }
     for (const auto& [set, count] : supplement.copies) {
         add(Writer("copies").with("set", set).with("count", count));

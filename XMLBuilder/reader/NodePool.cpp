@@ -1,0 +1,63 @@
+#include "XMLBuilder/reader/NodePool.h"
+
+namespace Corvid::XMLBuilder {
+
+DocumentNode& NodePool::addShallowCopy(const DocumentNode& node, const DocumentNode* parent) {
+    const auto copied = [this](const char16_t* text) {
+        return text == nullptr ? nullptr : addText(std::u16string_view(text));
+    };
+    DocumentNode& copy = add();
+    copy = node;
+    copy.parent = parent;
+    copy.next = nullptr;
+    copy.firstChild = nullptr;
+    copy.firstAttribute = nullptr;
+    copy.value = copied(node.value);
+    DocumentNode* last = nullptr;
+    for (const auto* each = node.firstAttribute; each != nullptr; each = each->next) {
+        DocumentNode& attribute = addShallowCopy(*each, &copy);
+        (last == nullptr ? copy.firstAttribute : last->next) = &attribute;
+        last = &attribute;
+    }
+    return copy;
+}
+
+DocumentNode& NodePool::addCopy(const DocumentNode& element) {
+    constexpr int mostAround = 2;
+    const DocumentNode* root = element.parent;
+    while (root != nullptr && root->parent != nullptr) {
+        root = root->parent;
+    }
+    const DocumentNode* around = root;
+    std::vector<const DocumentNode*> outer;
+    for (const auto* each = element.parent;
+         each != nullptr && each != root && outer.size() != mostAround; each = each->parent) {
+        outer.push_back(each);
+    }
+    for (auto each = outer.rbegin(); each != outer.rend(); ++each) {
+        around = &addShallowCopy(**each, around);
+    }
+    DocumentNode& copy = addShallowCopy(element, around);
+    struct Level {
+        DocumentNode* copy;
+        const DocumentNode* nextChild;
+        DocumentNode* lastChild;
+    };
+    std::vector<Level> open{{&copy, element.firstChild, nullptr}};
+    while (!open.empty()) {
+        Level& level = open.back();
+        const DocumentNode* const child = level.nextChild;
+        if (child == nullptr) {
+            open.pop_back();
+            continue;
+        }
+        level.nextChild = child->next;
+        DocumentNode& made = addShallowCopy(*child, level.copy);
+        (level.lastChild == nullptr ? level.copy->firstChild : level.lastChild->next) = &made;
+        level.lastChild = &made;
+        open.push_back({&made, child->firstChild, nullptr});
+    }
+    return copy;
+}
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "XMLBuilder/reader/InstanceNameTable.h"
+#include "XMLBuilder/reader/Mistakes.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace Corvid::DataIO {
+class DataSource;
+}
+
+namespace Corvid::Metadata {
+class PartitionMetadata;
+}
+
+namespace Corvid::XMLBuilder {
+
+class Strictness;
+class Supplement;
+
+/// A processing instruction of a document.
+struct Instruction {
+    std::string target;
+    std::string data;     ///< UTF-8
+    std::size_t line = 0; ///< from 1
+};
+
+/// What the caller does around a document that is read strictly.
+struct StrictReading {
+    /// Called when the root begins, with the instructions in front of it.
+    /// @return what they say, or null. Borrowed until the document is read.
+    std::function<Supplement*(const std::vector<Instruction>&)> begin;
+    /// Called when the document is read and the targets of links are looked for. Null for nothing.
+    std::function<void(const Strictness&)> end;
+};
+
+/// Reads a document of people into a partition, as a stream and without Xerces-C.
+///
+/// @param names  as for readBuffer().
+/// @param mistakes  gets everything that is wrong. Where there is something, the partition is of no
+///                  use.
+/// @throws ParseError  the document is malformed.
+void readStrictly(DataIO::DataSource& source, Metadata::PartitionMetadata& partition,
+                  InstanceNameTable& names, const StrictReading& reading, Mistakes& mistakes);
+
+} // namespace Corvid::XMLBuilder

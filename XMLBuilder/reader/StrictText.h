@@ -1,0 +1,20 @@
+#pragma once
+
+#include "XMLBuilder/reader/DocumentNode.h"
+
+#include <string>
+
+namespace Corvid::XMLBuilder {
+
+/// All text right inside an element, CDATA sections included, or the value of an attribute.
+std::u16string contentOf(const DocumentNode& node);
+
+/// White space as XML has it.
+constexpr bool isXmlSpace(char16_t unit) noexcept {
+    return unit == u' ' || unit == u'\t' || unit == u'\n' || unit == u'\r';
+}
+
+/// A text without white space at its ends.
+std::u16string_view trimmed(std::u16string_view text) noexcept;
+
+} // namespace Corvid::XMLBuilder

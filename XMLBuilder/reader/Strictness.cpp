@@ -1,0 +1,275 @@
+#include "XMLBuilder/reader/Strictness.h"
+
+#include "XMLBuilder/format/DefinitionName.h"
+#include "XMLBuilder/format/Namespaces.h"
+#include "XMLBuilder/reader/StrictText.h"
+#include "XMLBuilder/reader/ValueRules.h"
+#include "host/base/Exceptions.h"
+#include "host/base/NearNames.h"
+#include "host/base/Text.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/dictionary/MetaMetadataSet.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace Corvid::XMLBuilder {
+
+namespace {
+
+using MetaMetadata::MetaDefinition;
+
+std::string narrow(std::u16string_view text) {
+    return Platform::toUtf8(Utf16Text(text.begin(), text.end()));
+}
+
+std::u16string_view uriOf(const DocumentNode& node) { return node.uri == nullptr ? u"" : node.uri; }
+
+/// The identifier that a text is, or nothing.
+std::optional<Types::UUID> parseIdentifier(std::u16string_view text) {
+    const Utf16Text copy(text.begin(), text.end());
+    try {
+        return Types::UUID(copy.c_str(), Types::dottedHexadecimal);
+    } catch (const Exceptions::InvalidFormat&) {
+        return std::nullopt;
+    }
+}
+
+bool lessById(const Types::UUID& a, const Types::UUID& b) { return a.bytes() < b.bytes(); }
+
+template <class Map, class Begin, class End> void index(Map& map, Begin begin, End end) {
+    for (auto each = begin; each != end; ++each) {
+        const DefinitionName& name = nameOf(**each);
+        map.try_emplace({name.uri, name.localPart()}, *each);
+    }
+}
+
+template <class Map> auto findIn(const Map& map, const DocumentNode& element) {
+    const auto found = map.find({uriOf(element), element.local});
+    return found == map.end() ? nullptr : found->second;
+}
+
+} // namespace
+
+Strictness::Strictness(const MetaMetadata::Dictionary& dictionary, const Supplement* supplement,
+                       Mistakes& mistakes)
+    : dictionary_(dictionary), supplement_(supplement), mistakes_(mistakes) {
+    index(sets_, dictionary.metaMetadataSetBegin(), dictionary.metaMetadataSetEnd());
+    index(properties_, dictionary.metaElementBegin(), dictionary.metaElementEnd());
+}
+
+const MetaMetadata::MetaMetadataSet* Strictness::findSet(const DocumentNode& element) const {
+    return findIn(sets_, element);
+}
+
+const MetaMetadata::MetaElement* Strictness::findProperty(const DocumentNode& element) const {
+    return findIn(properties_, element);
+}
+
+void Strictness::checkRoot(const DocumentNode& root) {
+    if (!hasName(root, Names::localPart(Names::root), Names::s377m.uri)) {
+        mistakes_.add(root, "is no root of a document of metadata, expected " +
+                                narrow(Names::root) + " in the namespace " +
+                                narrow(Names::s377m.uri));
+    }
+    checkAttributes(root, nullptr, {});
+}
+
+/// What else the name could mean: another namespace, or a name like it.
+std::string Strictness::nearest(const DocumentNode& element, bool isSet) const {
+    Platform::NearNames near(narrow(std::u16string_view(element.local).substr(0, 256)));
+    std::string elsewhere;
+    const auto offer = [&](const MetaDefinition& definition) {
+        const DefinitionName& name = nameOf(definition);
+        if (std::u16string_view(name.localPart()) == element.local && name.uri != uriOf(element)) {
+            elsewhere = narrow(name.uri);
+        } else {
+            near.offer(narrow(name.localPart()));
+        }
+    };
+    if (isSet) {
+        std::for_each(dictionary_.metaMetadataSetBegin(), dictionary_.metaMetadataSetEnd(),
+                      [&](const auto* set) { offer(*set); });
+    } else {
+        std::for_each(dictionary_.metaElementBegin(), dictionary_.metaElementEnd(),
+                      [&](const auto* property) { offer(*property); });
+    }
+    if (!elsewhere.empty()) {
+        return "; that name is in the namespace " + elsewhere + ", here it is in " +
+               (element.uri == nullptr || *element.uri == 0 ? "none" : quoted(element.uri));
+    }
+    const auto best = near.best();
+    return best.empty() ? "" : "; the nearest is " + best.front();
+}
+
+void Strictness::refuseSet(const DocumentNode& element) {
+    if (mistakes_.count() < Mistakes::mostKept) {
+        mistakes_.add(element, "is no set that the dictionary knows" + nearest(element, true));
+    } else {
+        mistakes_.add({});
+    }
+}
+
+void Strictness::refuseProperty(const DocumentNode& element,
+                                const MetaMetadata::MetaMetadataSet& setClass) {
+    if (mistakes_.count() >= Mistakes::mostKept) {
+        mistakes_.add({});
+        return;
+    }
+    const auto* const property = findProperty(element);
+    if (property == nullptr) {
+        mistakes_.add(element,
+                      "is no property that the dictionary knows" + nearest(element, false));
+    } else if (setClass.find(property->label()) == nullptr) {
+        mistakes_.add(element, "is no property of " + narrow(nameOf(setClass).qualified) +
+                                   "; what a file has beyond its class is in " +
+                                   narrow(Names::extensionElements));
+    } else if (nameOf(*property).identifies) {
+        mistakes_.add(element, "is an attribute of its set, expected no element");
+    } else {
+        mistakes_.add(element, "is in its set more than once, expected once");
+    }
+}
+
+bool Strictness::checkExtension(const DocumentNode& element,
+                                const MetaMetadata::MetaElement* definition) {
+    if (definition != nullptr) {
+        checkAttributes(element, nullptr, {});
+        return true;
+    }
+    if (hasName(element, Names::localPart(Names::darkElement), Names::groups.uri)) {
+        checkAttributes(
+            element, Names::groups.uri,
+            {Names::localPart(Names::staticLocalTag), Names::localPart(Names::universalLabel)});
+        return true;
+    }
+    if (mistakes_.count() < Mistakes::mostKept) {
+        mistakes_.add(element, "is neither a property that the dictionary knows nor " +
+                                   narrow(Names::darkElement) + nearest(element, false));
+    } else {
+        mistakes_.add({});
+    }
+    return false;
+}
+
+void Strictness::checkAttributes(const DocumentNode& element, const char16_t* uri,
+                                 std::initializer_list<std::u16string_view> locals) {
+    static constexpr std::u16string_view xml = u"http://www.w3.org/XML/1998/namespace";
+    static constexpr std::u16string_view xmlns = u"http://www.w3.org/2000/xmlns/";
+    static constexpr std::u16string_view xsi = u"http://www.w3.org/2001/XMLSchema-instance";
+    for (const auto* each = element.firstAttribute; each != nullptr; each = each->next) {
+        const std::u16string_view own = uriOf(*each);
+        const bool isExpected =
+            (uri == nullptr || own == uri) &&
+            std::find(locals.begin(), locals.end(), each->local) != locals.end();
+        if (!isExpected && own != xml && own != xmlns && own != xsi) {
+            std::string expected;
+            for (const auto local : locals) {
+                expected += (expected.empty() ? ", expected " : " and ") + narrow(local);
+            }
+            mistakes_.add(*each, "is no attribute of this element" +
+                                     (expected.empty() ? ", expected none" : expected));
+        }
+    }
+}
+
+void Strictness::enterSet(const DocumentNode& element,
+                          const MetaMetadata::MetaMetadataSet& setClass,
+                          const DocumentNode* identifier) {
+    refuseText(element, mistakes_);
+    if (identifier == nullptr) {
+        if (supplement_ == nullptr || !supplement_->mayBeNameless(setClass)) {
+            mistakes_.add(element, "has no " + narrow(Names::instanceUID) + ", expected one");
+        }
+        return;
+    }
+    if (const auto parsed = parseIdentifier(trimmed(identifier->value))) {
+        named_.push_back({*parsed, element.line, element.column});
+    } else {
+        mistakes_.add(*identifier, quoted(identifier->value) +
+                                       ", expected 16 pairs of hexadecimal digits with full stops "
+                                       "between them");
+    }
+}
+
+bool Strictness::checkLink(const DocumentNode& link) {
+    const std::u16string_view local = link.local;
+    const std::u16string_view suffix = Names::linkSuffix;
+    DocumentNode target = link;
+    const std::u16string setName(
+        local.substr(0, local.size() - std::min(local.size(), suffix.size())));
+    target.local = setName.c_str();
+    const bool isDangling = local == Names::localPart(Names::danglingLink);
+    const bool isKnown = isDangling || local == Names::ambiguousLink ||
+                         (local.size() > suffix.size() && local.substr(setName.size()) == suffix &&
+                          findSet(target) != nullptr);
+    if (!isKnown) {
+        refuseSet(link);
+        return false;
+    }
+    checkAttributes(link, Names::types.uri, {Names::localPart(Names::targetInstance)});
+    refuseText(link, mistakes_);
+    if (const auto* const child = firstElement(link)) {
+        mistakes_.add(*child, "is in a link, expected nothing there");
+    }
+    const auto* const attribute =
+        findAttribute(link, Names::localPart(Names::targetInstance), Names::types.uri);
+    if (attribute == nullptr) {
+        mistakes_.add(link, "has no " + narrow(Names::targetInstance) + ", expected one");
+        return false;
+    }
+    const auto identifier = parseIdentifier(trimmed(attribute->value));
+    if (!identifier) {
+        mistakes_.add(*attribute, quoted(attribute->value) +
+                                      ", expected 16 pairs of hexadecimal digits with full stops "
+                                      "between them");
+        return false;
+    }
+    if (!isDangling) {
+        const auto nameOf = [](const DocumentNode* node) {
+            return node == nullptr ? u"" : node->name;
+        };
+        const DocumentNode* const property = link.parent;
+        const DocumentNode* const set = property == nullptr ? nullptr : property->parent;
+        links_.push_back(
+            {*identifier, link.line, link.column, nameOf(set), nameOf(property), link.name});
+    }
+    return true;
+}
+
+void Strictness::finish() {
+    std::stable_sort(named_.begin(), named_.end(), [](const Named& a, const Named& b) {
+        return lessById(a.identifier, b.identifier);
+    });
+    isSorted_ = true;
+    if (supplement_ != nullptr && supplement_->isPartial()) {
+        return; // what is left out may be a target
+    }
+    for (const Link& link : links_) {
+        if (placeOf(link.target, 0).line == 0 &&
+            !std::binary_search(named_.begin(), named_.end(), Named{link.target, 0, 0},
+                                [](const Named& a, const Named& b) {
+                                    return lessById(a.identifier, b.identifier);
+                                })) {
+            mistakes_.add({link.line, link.column,
+                           narrow(link.set) + "/" + narrow(link.property) + "/" +
+                               narrow(link.name) +
+                               ": no set of the document has this identifier; a link to nothing "
+                               "is called " +
+                               narrow(Names::danglingLink)});
+        }
+    }
+}
+
+Mistakes::Entry Strictness::placeOf(const Types::UUID& identifier, std::size_t nth) const {
+    const auto found = std::lower_bound(
+        named_.begin(), named_.end(), identifier,
+        [](const Named& a, const Types::UUID& b) { return lessById(a.identifier, b); });
+    const auto place =
+        found + static_cast<std::ptrdiff_t>(std::min<std::size_t>(nth, named_.end() - found));
+    return place == named_.end() || place->identifier != identifier
+               ? Mistakes::Entry{}
+               : Mistakes::Entry{place->line, place->column, ""};
+}
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "XMLBuilder/reader/Mistakes.h"
+#include "XMLBuilder/reader/Supplement.h"
+#include "host/dictionary/Dictionary.h"
+#include "host/types/IdentifierTypes.h"
+
+#include <map>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace Corvid::MetaMetadata {
+class MetaElement;
+class MetaMetadataSet;
+} // namespace Corvid::MetaMetadata
+
+namespace Corvid::XMLBuilder {
+
+/// What a document of people must keep to, where the reader of the library takes what it finds:
+/// names count by namespace and local name, and every mistake is reported.
+class Strictness {
+public:
+    /// All are borrowed.
+    /// @param supplement  tells what a document may do because its file does; may be null.
+    Strictness(const MetaMetadata::Dictionary& dictionary, const Supplement* supplement,
+               Mistakes& mistakes);
+
+    Mistakes& mistakes() noexcept { return mistakes_; }
+
+    /// The class or property of a name, or null. Of two with one name the first in the dictionary.
+    const MetaMetadata::MetaMetadataSet* findSet(const DocumentNode& element) const;
+    const MetaMetadata::MetaElement* findProperty(const DocumentNode& element) const;
+
+    /// Reports a root of another name.
+    void checkRoot(const DocumentNode& root);
+    /// Reports an element where a set is expected.
+    void refuseSet(const DocumentNode& element);
+    /// Reports an element that is none of a set's properties, or there already.
+    void refuseProperty(const DocumentNode& element, const MetaMetadata::MetaMetadataSet& setClass);
+    /// Checks the name and the attributes of an element of a set's extension elements.
+    /// @param definition  of the property; null where no dictionary has it.
+    /// @return whether it can be read.
+    bool checkExtension(const DocumentNode& element, const MetaMetadata::MetaElement* definition);
+
+    /// Reports the attributes but those of the given local names in a namespace. Declarations and
+    /// attributes of the namespaces of XML itself are nobody's business.
+    /// @param uri  null for any.
+    void checkAttributes(const DocumentNode& element, const char16_t* uri,
+                         std::initializer_list<std::u16string_view> locals);
+
+    /// A set begins; it has to have an identifier of its own.
+    /// @param identifier  null where it has none.
+    void enterSet(const DocumentNode& element, const MetaMetadata::MetaMetadataSet& setClass,
+                  const DocumentNode* identifier);
+    /// Checks the name and the attributes of a link.
+    /// @return whether it can be followed.
+    bool checkLink(const DocumentNode& link);
+    /// Looks for the targets of all links. To be called when the document is read.
+    void finish();
+
+    /// Where the set with an identifier is, in the order of the document, for messages.
+    /// @param nth  among those with the identifier, from 0.
+    Mistakes::Entry placeOf(const Types::UUID& identifier, std::size_t nth) const;
+
+private:
+    using ExpandedName = std::pair<std::u16string_view, std::u16string_view>; // URI, local name
+
+    struct Named {
+        Types::UUID identifier;
+        std::size_t line;
+        std::size_t column;
+    };
+    struct Link {
+        Types::UUID target;
+        std::size_t line;
+        std::size_t column;
+        const char16_t* set;      ///< the names of the elements around it and its own
+        const char16_t* property; //
+        const char16_t* name;     //
+    };
+
+    std::string nearest(const DocumentNode& element, bool isSet) const;
+
+    const MetaMetadata::Dictionary& dictionary_;
+    const Supplement* supplement_;
+    Mistakes& mistakes_;
+    std::map<ExpandedName, const MetaMetadata::MetaMetadataSet*> sets_;
+    std::map<ExpandedName, const MetaMetadata::MetaElement*> properties_;
+    std::vector<Named> named_;
+    std::vector<Link> links_;
+    bool isSorted_ = false;
+};
+
+} // namespace Corvid::XMLBuilder

@@ -1,0 +1,222 @@
+#include "tests/tool/RunCommand.h"
+
+#include <gmock/gmock.h>
+
+namespace Corvid::Testing {
+namespace {
+
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+std::string identifier(unsigned number) {
+    return "00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.0" + std::to_string(number);
+}
+
+/// A document with one of everything that can be wrong.
+std::string rightDocument() {
+    return "<?xml version='1.0'?>\n"
+           "<s377m:MetadataSets xmlns:s377m='urn:SMPTE:S377M' xmlns:rp210='urn:SMPTE:RP210' "
+           "xmlns:types='urn:SMPTE:Types:MXF' xmlns:groups='urn:SMPTE:Groups:MXF' "
+           "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:schemaLocation='a b'>\n"
+           "<s377m:Preface rp210:InstanceUID='" +
+           identifier(1) +
+           "'>\n"
+           "<rp210:OperationalPattern>06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01.00"
+           "</rp210:OperationalPattern>\n"
+           "<rp210:FileLastModified><types:Year>2024</types:Year><types:Month>2</types:Month>"
+           "<types:Day>29</types:Day><types:Hour>23</types:Hour><types:Minute>59</types:Minute>"
+           "<types:Second>59</types:Second><types:mSec4>249</types:mSec4>"
+           "</rp210:FileLastModified>\n"
+           "<rp210:ContentStorageObject><s377m:ContentStorage_REF types:TargetInstance='" +
+           identifier(2) +
+           "'/></rp210:ContentStorageObject>\n"
+           "</s377m:Preface>\n"
+           "<s377m:ContentStorage rp210:InstanceUID='" +
+           identifier(2) +
+           "'/>\n"
+           "<s377m:TimelineTrack rp210:InstanceUID='" +
+           identifier(3) +
+           "'>\n"
+           "<rp210:TrackID> +2 <!-- a comment --></rp210:TrackID>\n"
+           "<rp210:TrackName><![CDATA[Picture]]> 1</rp210:TrackName>\n"
+           "<rp210:EditRate><types:Numerator>25</types:Numerator>"
+           "<types:Denominator>1</types:Denominator></rp210:EditRate>\n"
+           "</s377m:TimelineTrack>\n"
+           "<s377m:CDCIDescriptor rp210:InstanceUID='" +
+           identifier(4) +
+           "'>\n"
+           "<rp210:VideoLineMap><rp210:Element>7</rp210:Element></rp210:VideoLineMap>\n"
+           "<rp210:SignalStandard>1</rp210:SignalStandard>\n"
+           "</s377m:CDCIDescriptor>\n"
+           "</s377m:MetadataSets>\n";
+}
+
+struct Mistake {
+    const char* name;
+    const char* there; ///< a text of the document
+    const char* wrong; ///< that takes its place
+    const char* says;
+};
+void PrintTo(const Mistake& c, std::ostream* out) { *out << c.name; }
+
+const std::vector<Mistake>& mistakes() {
+    static const std::vector<Mistake> all = {
+        {"UnknownProperty", "<rp210:TrackName>", "<rp210:TrackNmae/><rp210:TrackName>",
+         "line 11, column 1: /s377m:MetadataSets/s377m:TimelineTrack/rp210:TrackNmae: is no "
+         "property that the dictionary knows; the nearest is TrackName"},
+        {"PropertyOfAnotherNamespace", "<rp210:TrackName>", "<types:TrackName/><rp210:TrackName>",
+         "types:TrackName: is no property that the dictionary knows; that name is in the namespace "
+         "urn:SMPTE:RP210, here it is in 'urn:SMPTE:Types:MXF'"},
+        {"PropertyOfAnotherSet", "<rp210:TrackName>", "<rp210:SampleRate/><rp210:TrackName>",
+         "rp210:SampleRate: is no property of s377m:TimelineTrack"},
+        {"PropertyTwice", "<rp210:TrackName>", "<rp210:TrackName/><rp210:TrackName>",
+         "rp210:TrackName: is in its set more than once, expected once"},
+        {"UnknownSet", "<s377m:ContentStorage ", "<s377m:ContentStorge/><s377m:ContentStorage ",
+         "/s377m:MetadataSets/s377m:ContentStorge: is no set that the dictionary knows; the "
+         "nearest "
+         "is ContentStorage"},
+        {"UnknownAttribute", "<rp210:TrackName>", "<rp210:TrackName lang='en'>",
+         "rp210:TrackName/@lang: is no attribute of this element, expected none"},
+        {"TextBetweenSets", "<s377m:ContentStorage ", "here <s377m:ContentStorage ",
+         "/s377m:MetadataSets: has text 'here' between sets, expected none"},
+        {"TextBetweenProperties", "<rp210:TrackName>", "here<rp210:TrackName>",
+         "/s377m:TimelineTrack: has text 'here' between its elements, expected none"},
+        {"NoNumber", "> +2 <", ">wide<",
+         "rp210:TrackID: 'wide', expected a whole number from 0 to 4294967295"},
+        {"Fraction", "> +2 <", ">1.5<", "rp210:TrackID: '1.5', expected a whole number"},
+        {"NegativeNumber", "> +2 <", ">-1<", "rp210:TrackID: '-1', expected a whole number"},
+        {"NumberOutOfRange", "> +2 <", ">99999999999<",
+         "rp210:TrackID: '99999999999', expected a whole number"},
+        {"HexadecimalNumber", "> +2 <", ">20x4<", "rp210:TrackID: '20x4', expected a whole number"},
+        {"NothingForANumber", "> +2 <", "><",
+         "rp210:TrackID: is empty, expected a whole number from 0 to 4294967295"},
+        {"MissingPart", "<types:Denominator>1</types:Denominator>", "",
+         "rp210:EditRate: expected the part types:Denominator"},
+        {"PartTwice", "<types:Denominator>",
+         "<types:Denominator>1</types:Denominator><types:Denominator>",
+         "rp210:EditRate/types:Denominator: is there twice, expected once"},
+        {"UnknownPart", "<types:Denominator>", "<types:Rest>1</types:Rest><types:Denominator>",
+         "rp210:EditRate/types:Rest: is no part of this value"},
+        {"PartOutOfRange", "<types:mSec4>249<", "<types:mSec4>256<",
+         "types:mSec4: '256', expected a whole number from 0 to 255"},
+        {"ShortIdentifier", "06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01.00",
+         "06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01",
+         "rp210:OperationalPattern: '06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01', expected 16 "
+         "pairs of hexadecimal digits with full stops between them"},
+        {"ItemOfAnotherName", "<rp210:Element>7</rp210:Element>", "<rp210:Item>7</rp210:Item>",
+         "rp210:VideoLineMap/rp210:Item: expected an item of the collection"},
+        {"NoIdentifier", " rp210:InstanceUID='00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.04'", "",
+         "/s377m:CDCIDescriptor: has no rp210:InstanceUID, expected one"},
+        {"BrokenIdentifier", "InstanceUID='00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.04'",
+         "InstanceUID='4'", "@rp210:InstanceUID: '4', expected 16 pairs of hexadecimal digits"},
+        {"LinkToNothing", "TargetInstance='00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.02'",
+         "TargetInstance='00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.09'",
+         "s377m:Preface/rp210:ContentStorageObject/s377m:ContentStorage_REF: no set of the "
+         "document "
+         "has this identifier"},
+        {"LinkOfAnUnknownClass", "<s377m:ContentStorage_REF ", "<s377m:Storage_REF ",
+         "s377m:Storage_REF: is no set that the dictionary knows"},
+    };
+    return all;
+}
+
+std::string withMistake(std::string document, const Mistake& mistake) {
+    const auto place = document.find(mistake.there);
+    EXPECT_NE(place, std::string::npos) << mistake.name;
+    return document.replace(place, std::string(mistake.there).size(), mistake.wrong);
+}
+
+class DocumentMistake : public ::testing::TestWithParam<Mistake> {};
+
+TEST_P(DocumentMistake, isRefusedWithItsPlace) {
+    const Workshop shop;
+    shop.write("doc.xml", withMistake(rightDocument(), GetParam()));
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, ::testing::StartsWith("corvid: doc.xml: line "));
+    EXPECT_THAT(outcome.err, HasSubstr(GetParam().says));
+    EXPECT_FALSE(shop.has("out.mxf"));
+}
+
+INSTANTIATE_TEST_SUITE_P(, DocumentMistake, ::testing::ValuesIn(mistakes()),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST(DocumentMistakes, areReportedAllAtOnce) {
+    const Workshop shop;
+    std::string document = rightDocument();
+    std::vector<const Mistake*> made;
+    for (const Mistake& each : mistakes()) {
+        const bool isFree = document.find(each.there) != std::string::npos &&
+                            std::string(each.name) != "NothingForANumber";
+        if (isFree) {
+            document = withMistake(document, each);
+            made.push_back(&each);
+        }
+    }
+    ASSERT_GE(made.size(), 12U);
+    shop.write("doc.xml", document);
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_GE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 12) << outcome.err;
+}
+
+TEST(DocumentMistakes, areCountedBeyondAHundred) {
+    const Workshop shop;
+    std::string sets;
+    for (int i = 0; i != 130; ++i) {
+        sets += "<s377m:Nothing/>";
+    }
+    std::string document = rightDocument();
+    document.insert(document.find("</s377m:MetadataSets>"), sets);
+    shop.write("doc.xml", document);
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 101);
+    EXPECT_THAT(outcome.err, HasSubstr("corvid: doc.xml: 30 more mistakes\n"));
+}
+
+TEST(DocumentOfPeople, isReadWithWhatItMayHave) {
+    const Workshop shop;
+    shop.write("doc.xml", rightDocument());
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, IsEmpty());
+    const std::string back = shop.run("corvid to-xml out.mxf").out;
+    EXPECT_THAT(back, HasSubstr("<rp210:TrackID>2</rp210:TrackID>"));
+    EXPECT_THAT(back, HasSubstr("<rp210:TrackName>Picture 1</rp210:TrackName>"));
+}
+
+TEST(DocumentOfPeople, mayHaveATimeThatNoCalendarHas) {
+    const Workshop shop;
+    std::string document = rightDocument();
+    document.replace(document.find("<types:Day>29<"), 14, "<types:Day>30<");
+    shop.write("doc.xml", document);
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("line 5, column 1: /s377m:MetadataSets/s377m:Preface/"
+                                       "rp210:FileLastModified: no calendar has day 30 "
+                                       "[implausible-value]"));
+    EXPECT_EQ(shop.run("corvid from-xml --warnings-as-errors doc.xml -o none.mxf").status, 1);
+}
+
+TEST(DocumentOfPeople, mayHaveOtherPrefixes) {
+    const Workshop shop;
+    std::string document = rightDocument();
+    shop.write("doc.xml", document);
+    for (const auto& [prefix, other] :
+         {std::pair("s377m", "ns0"), {"rp210", "s377m"}, {"types", "t"}}) {
+        for (std::string::size_type at = 0;
+             (at = document.find(prefix, at)) != std::string::npos;) {
+            document.replace(at, std::string(prefix).size(), other);
+            at += std::string(other).size();
+        }
+    }
+    shop.write("renamed.xml", document);
+    ASSERT_EQ(shop.run("corvid from-xml doc.xml -o a.mxf").status, 0);
+    const Outcome outcome = shop.run("corvid from-xml renamed.xml -o b.mxf");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_EQ(shop.read("a.mxf"), shop.read("b.mxf"));
+}
+
+} // namespace
+} // namespace Corvid::Testing
