@@ -183,6 +183,20 @@ Element& MetadataSet::createInvalidElement(Element::Attribute attribute, Types::
     return *element.release();
 }
 
+void MetadataSet::arrange(const Templates::vector<Element*>& order) {
+    Templates::vector<Types::u32> places;
+    places.reserve(order.size());
+    for (const Element* element : order) {
+        places.push_back(element->position_);
+    }
+    std::sort(places.begin(), places.end());
+    for (std::size_t i = 0; i != order.size(); ++i) {
+        order[i]->position_ = places[i];
+    }
+    std::sort(invalid_.begin(), invalid_.end(),
+              [](const Element* a, const Element* b) { return a->position_ < b->position_; });
+}
+
 bool MetadataSet::hasInstanceUID() const noexcept {
     // A dictionary may give the property another type, a program any value.
     return instanceUID_ != nullptr && instanceUID_->value() != nullptr &&

@@ -87,6 +87,10 @@ public:
     /// Adds an element without value after the invalid ones.
     Element& createInvalidElement(Element::Attribute attribute, Types::u16 localTag = 0);
 
+    /// Gives some of the set's elements each other's places in the stored order.
+    /// @param order  the elements, each once, as they are to follow one another. Borrowed.
+    void arrange(const Templates::vector<Element*>& order);
+
     /// The octets of the length field that the set had in its file or is to have, 1 to 9.
     unsigned char berLength() const noexcept { return berLength_; }
     void setBerLength(unsigned char octets) noexcept { berLength_ = octets; }

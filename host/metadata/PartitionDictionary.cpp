@@ -37,6 +37,11 @@ const Types::UniversalLabel* PartitionDictionary::find(const Types::LocalTag& ta
     return nullptr;
 }
 
+const Types::UniversalLabel* PartitionDictionary::find(const Types::UniversalLabel& label) const {
+    const auto entry = byLabel_.find(label.withoutVersion());
+    return entry == byLabel_.end() ? nullptr : &entries_[entry->second].second;
+}
+
 Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel& label) {
     if (const auto entry = byLabel_.find(label.withoutVersion()); entry != byLabel_.end()) {
         return entries_[entry->second].first;

@@ -25,6 +25,10 @@ public:
     /// @param alsoStatic  whether the dictionary's static tags count where the primer has none.
     const Types::UniversalLabel* find(const Types::LocalTag& tag, bool alsoStatic) const;
 
+    /// The label as the primer has it, with the version byte that it has there; null where the
+    /// primer has no version of it.
+    const Types::UniversalLabel* find(const Types::UniversalLabel& label) const;
+
     /// The local tag of a label, whatever its version byte. A label that has none gets its static
     /// tag, if that is free, or else the highest dynamic one that is.
     /// @throws LimitExceeded  all dynamic tags are in use.

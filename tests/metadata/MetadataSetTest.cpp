@@ -99,6 +99,36 @@ TEST_F(MetadataSetTest, serialisesItsPropertiesInStoredOrderUnderTheirTags) {
     EXPECT_EQ(*primer.find(Types::LocalTag(u16{0xFFFF}), false), dynamic);
 }
 
+TEST_F(MetadataSetTest, arrangesElementsAnewInThePlacesThatTheyHad) {
+    auto& set = makeSet(prefaceKey(), 1);
+    std::vector<Element*> made;
+    for (const u8 value : {u8{0}, u8{1}, u8{2}, u8{3}, u8{4}}) {
+        made.push_back(&set.createInvalidElement(misplaced(otherOnly)));
+        ASSERT_TRUE(made.back()->parse(viewOf({value})));
+    }
+    const auto order = [&](std::initializer_list<std::size_t> places) {
+        Templates::vector<Element*> elements;
+        for (const std::size_t place : places) {
+            elements.push_back(made[place]);
+        }
+        return elements;
+    };
+    const auto listed = [&] {
+        return Templates::vector<Element*>(set.invalidBegin(), set.invalidEnd());
+    };
+    set.arrange({});
+    EXPECT_EQ(listed(), order({0, 1, 2, 3, 4}));
+    set.arrange(order({4, 1, 3}));
+    EXPECT_EQ(listed(), order({0, 4, 2, 1, 3}));
+    const Bytes bytes = bytesOf(set, partition);
+    std::vector<u8> values;
+    for (std::size_t at = 16 + 4 + 20; at < bytes.size(); at += 5) {
+        values.push_back(bytes.at(at + 4)); // after tag and length
+    }
+    EXPECT_EQ(values, (std::vector<u8>{0, 4, 2, 1, 3}));
+    EXPECT_EQ(set.createInvalidElement(misplaced(otherOnly)).position(), 6U);
+}
+
 TEST_F(MetadataSetTest, keepsTheOrderOfMoreThan65536Properties) {
     auto& set = makeSet(prefaceKey(), 1);
     constexpr u32 count = 70000;

@@ -38,6 +38,17 @@ TEST_F(PartitionDictionaryTest, keepsDuplicatesAndTakesTheFirst) {
     EXPECT_EQ(entries[2].second, labelOf(1, 9));
 }
 
+TEST_F(PartitionDictionaryTest, findsALabelInTheVersionThatThePrimerHas) {
+    EXPECT_EQ(primer.find(number), nullptr);
+    primer.add(LocalTag(u16{0x9001}), labelOf(1, 9));
+    primer.add(LocalTag(u16{0x9002}), labelOf(1, 8));
+    for (const u8 version : {u8{1}, u8{8}, u8{9}}) {
+        ASSERT_NE(primer.find(labelOf(1, version)), nullptr);
+        EXPECT_EQ(*primer.find(labelOf(1, version)), labelOf(1, 9));
+    }
+    EXPECT_EQ(primer.find(text), nullptr);
+}
+
 TEST_F(PartitionDictionaryTest, generatesTheStaticTagIfItIsFree) {
     EXPECT_EQ(primer.findOrGenerate(labelOf(1, 9)).value(), 0x1101);
     EXPECT_EQ(*primer.find(LocalTag(u16{0x1101}), false), labelOf(1, 9));

@@ -307,9 +307,37 @@ TEST(Comparison, reportsAnotherVersionOfTheLabelOfAnInstanceUID) {
     fill(other, 2);
     EXPECT_THAT(differencesOf(before.partition, same.partition), IsEmpty());
     const auto differences = differencesOf(before.partition, other.partition);
-    ASSERT_THAT(kindsOf(differences), ElementsAre(Kind::labelVersion));
-    EXPECT_EQ(differences.front().property, "InstanceUID");
-    EXPECT_EQ(differences.front().detail, "version 01 came back as 02");
+    // That of the first set has no tag, so it gets the one of its label, too.
+    ASSERT_THAT(kindsOf(differences), ElementsAre(Kind::labelVersion, Kind::labelVersion));
+    for (const auto& difference : differences) {
+        EXPECT_EQ(difference.property, "InstanceUID");
+        EXPECT_EQ(difference.detail, "version 01 came back as 02");
+    }
+}
+
+TEST(Comparison, aPropertyWithoutATagHasTheVersionOfItsLabelThatThePrimerHas) {
+    const auto fill = [](Model& model, unsigned char version, Types::u16 tag) {
+        auto& set = model.set("Identification", 1);
+        const auto attribute = model.misplaced(model.set("Preface", 2), "TrackID").metaAttribute();
+        auto label = attribute->facts().definition->label();
+        label[7] = version;
+        model.partition.partitionDictionary().add(Types::LocalTag(0x8001), label);
+        set.createInvalidElement(attribute, tag).parse(Model::view("abcd"));
+    };
+    for (const bool isTagged : {false, true}) {
+        Model document;
+        Model same;
+        Model other;
+        fill(document, 0x7E, 0);
+        fill(same, 0x7E, isTagged ? 0x8001 : 0);
+        fill(other, 0x7F, isTagged ? 0x8001 : 0);
+        EXPECT_THAT(kindsBetween(document.partition, same.partition), IsEmpty());
+        EXPECT_THAT(kindsBetween(same.partition, document.partition), IsEmpty());
+        const auto differences = differencesOf(document.partition, other.partition);
+        ASSERT_THAT(kindsOf(differences), ElementsAre(Kind::labelVersion));
+        EXPECT_EQ(differences.front().property, "TrackID");
+        EXPECT_EQ(differences.front().detail, "version 7e came back as 7f");
+    }
 }
 
 TEST(Comparison, saysWhatWasThereAndWhatIsShortly) {

@@ -64,6 +64,18 @@ void addWithVersion(ThingPartition& things, bool isMisplaced) {
     made.parse(Model::view("x"));
 }
 
+/// Gives the thing an array of bytes and, beside it, repetitions of which some are empty.
+void addWithEmptyArrays(ThingPartition& things, const char* tag) {
+    const auto array = [](std::string_view items) {
+        const std::string head{0, 0, 0, static_cast<char>(items.size()), 0, 0, 0, 1};
+        return head + std::string(items);
+    };
+    things.add(tag, array("a"));
+    for (const char* items : {"", "b", "", "", "c", ""}) {
+        things.model.misplaced(*things.thing, tag).parse(Model::view(array(items)));
+    }
+}
+
 const std::vector<Carried> carriedCases = {
     {"EmptyText", "bytes", [](ThingPartition& t) { t.add("UTF16String", ""); }},
     {"TextOfZeros", "bytes", [](ThingPartition& t) { t.add("UTF16String", std::string(4, '\0')); }},
@@ -214,6 +226,21 @@ const std::vector<Carried> formCases = {
          t.add("UTF16String", units(u"a"));
          t.model.misplaced(*t.thing, "UTF16String").parse(Model::view(""));
          t.model.misplaced(*t.thing, "UTF16String").parse(Model::view(units(u"b")));
+     }},
+    {"EmptyArrayBetweenOthersOfOneLabel", "bytes",
+     [](ThingPartition& t) { addWithEmptyArrays(t, "UInt8Array"); }},
+    {"EmptyArraysBetweenOthersOfTwoLabels", "bytes",
+     [](ThingPartition& t) {
+         addWithEmptyArrays(t, "UInt8Array");
+         addWithEmptyArrays(t, "Int8Array");
+     }},
+    {"EmptyArrayAfterAValueThatDoesNotFit", "bytes",
+     [](ThingPartition& t) {
+         const auto& array = t.model.misplaced(*t.thing, "UInt8Array");
+         t.partition().partitionDictionary().add(Types::LocalTag(0x8001),
+                                                 array.definition()->label());
+         t.model.unknown(*t.thing, 0x8001, "x");
+         t.model.misplaced(*t.thing, "UInt8Array").parse(Model::view(std::string(8, '\0')));
      }},
     {"ShortProductVersion", "form",
      [](ThingPartition& t) { t.add("ProductVersion", std::string("\0\1\0\2\0\3\0\4\5", 9)); }},

@@ -1,8 +1,12 @@
+#include "host/dataio/MemorySource.h"
+#include "host/mxf/File.h"
+#include "tests/support/HeaderPartition.h"
 #include "tests/support/Model.h"
 #include "tests/support/ThingsDictionary.h"
 #include "tests/tool/Differences.h"
 #include "tools/corvid/LenientDocument.h"
 #include "tools/corvid/StoredBytes.h"
+#include "tools/corvid/supplement/ListedElements.h"
 #include "tools/corvid/supplement/SupplementText.h"
 
 #include <gmock/gmock.h>
@@ -177,7 +181,8 @@ protected:
         const std::string text =
             (instructions.empty() ? "" : first + instructions) +
             "<s377m:MetadataSets xmlns:s377m=\"urn:SMPTE:S377M\" xmlns:rp210=\"urn:SMPTE:RP210\" "
-            "xmlns:t=\"urn:test\" xmlns:e=\"urn:test:elements\"><s377m:Preface "
+            "xmlns:t=\"urn:test\" xmlns:e=\"urn:test:elements\" "
+            "xmlns:groups=\"urn:SMPTE:Groups:MXF\"><s377m:Preface "
             "rp210:InstanceUID=\"" +
             uuidText(1) + "\"/><t:Thing rp210:InstanceUID=\"" + uuidText(2) + "\">" + elements +
             "</t:Thing></s377m:MetadataSets>";
@@ -199,6 +204,22 @@ protected:
             }
         }
         return "none";
+    }
+
+    /// The items of the arrays of bytes that have this name, as a document lists them.
+    std::vector<std::string> itemsInThing(const char* tag) {
+        std::vector<std::string> items;
+        for (const auto* set : *document_.metadata) {
+            if (set->instanceUID() == uuid(2)) {
+                Tool::forEachElement(*set, [&](const Metadata::Element& element) {
+                    if (element.definition() == findThing(tag)) {
+                        constexpr std::size_t collectionHead = 8;
+                        items.push_back(Tool::bytesOf(element).substr(collectionHead));
+                    }
+                });
+            }
+        }
+        return items;
     }
 
     std::string saying(const std::string& kind, const char* tag, const std::string& rest) {
@@ -323,6 +344,40 @@ TEST_F(EditedDocument, passesOverInstructionsAboutCopiesThatAreGone) {
     read(saying("bytes", "ISO7String", "copy=\"1\" hex=\"\""), text("ISO7String", "a"));
     EXPECT_EQ(bytesOfThing("ISO7String"), "a");
     EXPECT_EQ(document_.supplement.missingSets, 1U);
+}
+
+TEST_F(EditedDocument, putsAnEmptyArrayWhereItWasAmongOthersOfItsName) {
+    const auto items = [](const char* bytes) { return text("UInt8Array", text("Element", bytes)); };
+    const std::string empty = "hex=\"0000000000000001\"";
+    const auto extensions = [](const std::string& elements) {
+        return "<groups:ExtensionElements>" + elements + "</groups:ExtensionElements>";
+    };
+    const std::string middle = saying("bytes", "UInt8Array", "nth=\"1\" " + empty);
+    read(middle, items("65") + extensions(items("66") + items("67")));
+    EXPECT_THAT(itemsInThing("UInt8Array"), ElementsAre("A", "", "B", "C"));
+    EXPECT_EQ(document_.supplement.overruled, 0U);
+    // Where the first of them is gone, its place stays empty.
+    read(middle, extensions(items("66")));
+    EXPECT_EQ(bytesOfThing("UInt8Array"), "none");
+    EXPECT_THAT(itemsInThing("UInt8Array"), ElementsAre("B", ""));
+}
+
+TEST_F(EditedDocument, writesAPropertyWithTheVersionOfItsLabelThatAnInstructionSays) {
+    auto inFile = findThing("UInt8")->label();
+    inFile[7] = 0x7F;
+    read(instruction("primer tag=\"80.01\" label=\"" + Platform::toUtf8(inFile.toString()) + "\""),
+         text("UInt8", "65"));
+    const auto bytes = headerPartitionOf(*document_.metadata);
+    mxf::NoWarnings warnings;
+    mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(
+                       new DataIO::MemorySource(bytes.data(), bytes.size(), "the file written")),
+                   dictionary_, warnings);
+    const auto again = file.readMetadata().metadata;
+    const auto* const written = again->partitionDictionary().find(Types::LocalTag(0x8001), false);
+    ASSERT_NE(written, nullptr);
+    EXPECT_EQ(*written, inFile);
+    const auto differences = differencesOf(*document_.metadata, *again);
+    EXPECT_THAT(differences, IsEmpty()) << linesOf(differences);
 }
 
 TEST_F(EditedDocument, leavesNoEmptyValueWhereOnlyAnotherCopyHasOne) {

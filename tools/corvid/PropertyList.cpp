@@ -37,13 +37,20 @@ ListedProperty listedKnown(const Metadata::PartitionDictionary& tags,
     const auto& facts = element.metaAttribute()->facts();
     ListedProperty listed{{}, &element, false, {}};
     identify(listed, facts.kind == Kind::placed ? 'p' : 'm', facts.definition->label());
-    const Types::u16 tag = element.localTag();
-    const auto* const label = tag == 0 ? nullptr : tags.find(Types::LocalTag(tag), true);
-    listed.label = label == nullptr ? facts.definition->label() : *label;
+    listed.label = labelInFile(tags, element);
     return listed;
 }
 
 } // namespace
+
+const Types::UniversalLabel& labelInFile(const Metadata::PartitionDictionary& tags,
+                                         const Metadata::Element& element) {
+    const Types::UniversalLabel& registered = element.definition()->label();
+    const Types::u16 tag = element.localTag();
+    const auto* const label =
+        tag == 0 ? tags.find(registered) : tags.find(Types::LocalTag(tag), true);
+    return label == nullptr ? registered : *label;
+}
 
 std::vector<ListedProperty> listProperties(const Metadata::PartitionDictionary& tags,
                                            const Metadata::MetadataSet& set) {

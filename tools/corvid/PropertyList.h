@@ -18,6 +18,11 @@ struct ListedProperty {
     std::optional<Types::UniversalLabel> label; ///< that stands for it in the file
 };
 
+/// The label that a property of the dictionary has in its file, or gets there where it has no tag
+/// yet: the primer may have another version of it than the dictionary.
+const Types::UniversalLabel& labelInFile(const Metadata::PartitionDictionary& tags,
+                                         const Metadata::Element& element);
+
 /// The properties of a set that have a value, but for its InstanceUID, by identity and, where that
 /// is the same, in stored order. Those of a document and those of a file are listed alike: an
 /// unknown property with a static tag and a label that is not the dictionary's goes by the tag,

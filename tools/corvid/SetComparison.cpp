@@ -155,19 +155,14 @@ void SetComparison::compare(const MetadataSet& before, const MetadataSet& after)
 void SetComparison::compareInstanceUIDs(const MetadataSet& before, const MetadataSet& after) {
     const auto* const old = findInstanceUID(before);
     const auto* const fresh = findInstanceUID(after);
-    const auto* const label = old == nullptr || old->localTag() == 0
-                                  ? nullptr
-                                  : before_.find(Types::LocalTag(old->localTag()), true);
-    if (label == nullptr || fresh == nullptr) {
+    if (old == nullptr || fresh == nullptr) {
         return;
     }
-    const auto* inFile = after_.find(Types::LocalTag(fresh->localTag()), true);
-    if (inFile == nullptr) {
-        inFile = &fresh->definition()->label();
-    }
-    if (*inFile != *label) {
+    const auto label = labelInFile(before_, *old);
+    const auto inFile = labelInFile(after_, *fresh);
+    if (inFile != label) {
         Difference difference =
-            differenceOf(Kind::labelVersion, before, versions((*label)[7], (*inFile)[7]));
+            differenceOf(Kind::labelVersion, before, versions(label[7], inFile[7]));
         difference.property = "InstanceUID";
         differences_.add(std::move(difference));
     }

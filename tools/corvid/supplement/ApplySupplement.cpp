@@ -2,12 +2,11 @@
 
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaMetadataSet.h"
-#include "host/dictionary/MisplacedAttribute.h"
 #include "tools/corvid/SetValues.h"
 #include "tools/corvid/StoredBytes.h"
 #include "tools/corvid/supplement/Filling.h"
 #include "tools/corvid/supplement/ListedElements.h"
-#include "tools/corvid/supplement/ToldValue.h"
+#include "tools/corvid/supplement/RestoreBytes.h"
 
 #include <algorithm>
 
@@ -17,7 +16,6 @@ namespace {
 
 using Metadata::Element;
 using Metadata::MetadataSet;
-using XMLBuilder::EmptyParts;
 using XMLBuilder::identityOf;
 using XMLBuilder::PropertyIdentity;
 
@@ -32,18 +30,6 @@ std::optional<Types::UUID> parseIdentifier(std::u16string_view text) {
 /// How often a document has a set: in the tree of the Preface, and with the sets outside of it that
 /// share it. What is said of more would make a document grow with each of them.
 constexpr Types::u32 mostTimesWritten = 2;
-
-/// What a document that is read with a supplement tells of bytes as the value of such an element.
-/// @return false where the bytes can't be its value.
-bool tellOf(const Element::Attribute& attribute, const std::string& bytes,
-            std::optional<std::string>& told) {
-    const auto element = Metadata::createElement(attribute);
-    if (!element->parse(viewOf(bytes))) {
-        return false;
-    }
-    told = bytesFromDocument(*element, EmptyParts::values);
-    return true;
-}
 
 class Clear : public Metadata::Visitors::NonConstElementVisitor {
 public:
@@ -239,83 +225,71 @@ void SupplementReader::applyGroup(MetadataSet& set, const Properties& properties
     if (group.key != nullptr) {
         giveKey(set, group.key->form);
     }
-    std::map<PropertyIdentity, std::vector<Element*>> present;
+    std::map<PropertyIdentity, Elements> present;
     forEachElement(set, [&](Element& element) {
         const auto property = identityOf(*element.metaAttribute(), *tags_);
         if (properties.count(property) != 0) {
             present[property].push_back(&element);
         }
     });
+    Elements order;
     for (const auto& [property, sayings] : group.byProperty) {
-        applyToProperty(set, present[property], sayings);
+        const Elements repetitions = applyToProperty(set, present[property], sayings);
+        order.insert(order.end(), repetitions.begin(), repetitions.end());
     }
+    set.arrange(order);
 }
 
-void SupplementReader::applyToProperty(MetadataSet& set, const std::vector<Element*>& present,
-                                       const std::vector<Saying>& sayings) {
-    std::size_t next = 0;
+/// @return the elements of the property as they followed one another in the file, where those that
+///         the document does not hold were not the last; else nothing.
+SupplementReader::Elements SupplementReader::applyToProperty(MetadataSet& set,
+                                                             const Elements& present,
+                                                             const std::vector<Saying>& sayings) {
+    Elements order;
+    auto next = present.begin();
+    const auto pass = [&](std::size_t count) {
+        const auto end = next + std::min(static_cast<std::ptrdiff_t>(count), present.end() - next);
+        order.insert(order.end(), next, end);
+        next = end;
+    };
+    bool insertedBeforeOthers = false;
     Types::u32 nth = 0;
     for (const Saying& saying : sayings) {
         // Those of which nothing is said come in between.
-        const std::size_t between = saying.address().nth - std::min(saying.address().nth, nth);
-        next = std::min(present.size(), next + between);
+        pass(saying.address().nth - std::min(saying.address().nth, nth));
         nth = saying.address().nth + 1;
-        Element* const element = next == present.size() ? nullptr : present[next];
+        Element* const element = next == present.end() ? nullptr : *next;
         if (saying.form != nullptr) {
             if (element != nullptr) {
                 if (element->serializedSize() != 0) {
                     fillUp(*element, saying.form->size);
                 }
                 settled_.insert(element);
-                ++next;
+                pass(1);
             }
-        } else if (element != nullptr && restore(*element, saying.bytes->bytes)) {
-            ++next;
-        } else if (!insert(set, *saying.bytes)) {
+        } else if (element != nullptr && restoreBytes(*element, saying.bytes->bytes)) {
+            settled_.insert(element);
+            restored_.insert(element);
+            pass(1);
+        } else if (Element* const inserted =
+                       insertBytes(set, *saying.bytes, *tags_->dictionary())) {
+            restored_.insert(inserted);
+            order.push_back(inserted);
+            insertedBeforeOthers |= element != nullptr;
+        } else {
             overrule(set,
                      "property " + Platform::toUtf8(saying.bytes->property.label
                                                         ? saying.bytes->property.label->toString()
                                                         : saying.bytes->property.tag.toString(
                                                               Types::dottedHexadecimal)));
-            next += element == nullptr ? 0 : 1;
+            pass(1);
         }
     }
-}
-
-/// Gives an element its bytes, where the document holds what they look like in it.
-bool SupplementReader::restore(Element& element, const std::string& bytes) {
-    std::optional<std::string> told;
-    const auto found = bytesFromDocument(element, EmptyParts::values);
-    if (!tellOf(element.metaAttribute(), bytes, told) || !told ||
-        *told != (found ? *found : bytesOf(element))) {
-        return false;
+    if (!insertedBeforeOthers) {
+        return {};
     }
-    element.parse(viewOf(bytes));
-    settled_.insert(&element);
-    restored_.insert(&element);
-    return true;
-}
-
-/// Adds an element that a document does not hold at all.
-bool SupplementReader::insert(MetadataSet& set, const DocumentSupplement::Bytes& bytes) {
-    if (!bytes.property.label) {
-        return false;
-    }
-    std::optional<std::string> told;
-    if (Element* const own = set.find(*bytes.property.label); own != nullptr && own->isSkipped()) {
-        return tellOf(own->metaAttribute(), bytes.bytes, told) && !told &&
-               own->parse(viewOf(bytes.bytes)) && restored_.insert(own).second;
-    }
-    const auto* const definition = tags_->dictionary()->findElement(*bytes.property.label);
-    if (definition == nullptr) {
-        return false;
-    }
-    const Element::Attribute misplaced(new MetaMetadata::MisplacedAttribute(*definition));
-    if (!tellOf(misplaced, bytes.bytes, told) || told) {
-        return false;
-    }
-    Element& made = set.createInvalidElement(misplaced);
-    return made.parse(viewOf(bytes.bytes)) && restored_.insert(&made).second;
+    pass(present.size());
+    return order;
 }
 
 void SupplementReader::terminateTexts(Metadata::PartitionMetadata& metadata) {

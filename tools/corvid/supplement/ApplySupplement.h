@@ -41,6 +41,8 @@ public:
     SupplementOutcome apply(Metadata::PartitionMetadata& metadata);
 
 private:
+    using Elements = Templates::vector<Metadata::Element*>;
+
     /// What is said of one property; one of the two.
     struct Saying {
         const DocumentSupplement::Form* form = nullptr;
@@ -72,11 +74,9 @@ private:
     void giveKey(Metadata::MetadataSet& set, const KeyForm& form);
     void applyToSet(const Met& met);
     void applyGroup(Metadata::MetadataSet& set, const Properties& properties, const Group& group);
-    void applyToProperty(Metadata::MetadataSet& set, const std::vector<Metadata::Element*>& present,
-                         const std::vector<Saying>& sayings);
+    Elements applyToProperty(Metadata::MetadataSet& set, const Elements& present,
+                             const std::vector<Saying>& sayings);
     void clearEmptyValues(Metadata::MetadataSet& set, const Properties& properties);
-    bool restore(Metadata::Element& element, const std::string& bytes);
-    bool insert(Metadata::MetadataSet& set, const DocumentSupplement::Bytes& bytes);
     void terminateTexts(Metadata::PartitionMetadata& metadata);
     void overrule(const Metadata::MetadataSet& set, const std::string& what);
 
