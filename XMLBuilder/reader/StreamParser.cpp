@@ -13,6 +13,8 @@
 #include <cstring>
 #include <exception>
 #include <expat.h>
+#include <functional>
+#include <memory_resource>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -25,6 +27,8 @@ namespace {
 constexpr char separator = '\x01';
 constexpr std::size_t blockSize = std::size_t{64} * 1024;
 constexpr std::size_t greatestBlock = std::size_t{256} * 1024 * 1024;
+
+constexpr std::size_t longestUri = 1024; // as in a dictionary
 
 static_assert(sizeof(XML_Char) == 1, "expat is built for UTF-8");
 
@@ -60,12 +64,91 @@ std::string narrow(std::u16string_view text) {
     return Platform::toUtf8(Utf16Text(text.begin(), text.end()));
 }
 
-/// A name that came up.
+/// A name that came up; its texts stay as long as the parser.
 struct Name {
-    std::u16string qualified;
-    std::u16string local;
-    std::u16string uri;
+    const char16_t* qualified;
+    const char16_t* local;
+    const char16_t* uri; ///< null for none
 };
+
+/// The names of a document, each once. What a document chooses is found under a secret key, and a
+/// namespace is kept once however many names it has.
+class NameTable {
+public:
+    /// @param expanded  as expat gives it: "URI separator local separator prefix", without prefix
+    ///                  "URI separator local", without namespace "local".
+    const Name& find(std::string_view expanded);
+
+private:
+    struct Key {
+        const char16_t* uri;
+        std::string_view rest;
+        friend bool operator==(const Key& a, const Key& b) {
+            return a.uri == b.uri && a.rest == b.rest;
+        }
+    };
+    struct Hash {
+        KeyedHash hash{KeyedHash::randomKey()};
+        std::size_t operator()(std::string_view text) const noexcept {
+            return static_cast<std::size_t>(
+                hash(reinterpret_cast<const unsigned char*>(text.data()), text.size()));
+        }
+        std::size_t operator()(const Key& key) const noexcept {
+            return (*this)(key.rest) ^ std::hash<const void*>()(key.uri);
+        }
+    };
+
+    std::string_view kept(std::string_view text);
+    const char16_t* uriOf(std::string_view uri);
+
+    std::unordered_map<std::string_view, const char16_t*, Hash> uris_{16, Hash()};
+    std::unordered_map<Key, Name, Hash> names_{64, Hash()};
+    std::string_view lastUri_;
+    const char16_t* last_ = nullptr;
+    std::u16string qualified_; ///< used by find()
+    std::pmr::monotonic_buffer_resource keys_;
+    NodePool texts_;
+};
+
+std::string_view NameTable::kept(std::string_view text) {
+    auto* const copy = static_cast<char*>(keys_.allocate(text.size() + 1, 1));
+    text.copy(copy, text.size());
+    return {copy, text.size()};
+}
+
+const char16_t* NameTable::uriOf(std::string_view uri) {
+    if (last_ != nullptr && lastUri_ == uri) {
+        return last_;
+    }
+    auto known = uris_.find(uri);
+    if (known == uris_.end()) {
+        known = uris_.emplace(kept(uri), texts_.addText(toUtf16(uri))).first;
+    }
+    lastUri_ = known->first;
+    last_ = known->second;
+    return last_;
+}
+
+const Name& NameTable::find(std::string_view expanded) {
+    const auto first = expanded.find(separator);
+    const bool hasUri = first != std::string_view::npos;
+    const Key key{hasUri ? uriOf(expanded.substr(0, first)) : nullptr,
+                  hasUri ? expanded.substr(first + 1) : expanded};
+    if (const auto known = names_.find(key); known != names_.end()) {
+        return known->second;
+    }
+    const auto second = key.rest.find(separator);
+    qualified_.clear();
+    if (second != std::string_view::npos) {
+        appendUtf16(qualified_, key.rest.substr(second + 1));
+        qualified_ += u':';
+    }
+    const std::size_t prefixSize = qualified_.size();
+    appendUtf16(qualified_, key.rest.substr(0, second));
+    const char16_t* const text = texts_.addText(qualified_);
+    return names_.emplace(Key{key.uri, kept(key.rest)}, Name{text, text + prefixSize, key.uri})
+        .first->second;
+}
 
 /// The encoding of the first bytes, as expat calls it, and the size of the byte order mark; null
 /// where the document says it itself or is in UTF-8.
@@ -94,14 +177,6 @@ Encoding recognise(const unsigned char* first, std::size_t count) {
     return {};
 }
 
-struct HashOfName {
-    KeyedHash hash{KeyedHash::randomKey()};
-    std::size_t operator()(std::string_view name) const noexcept {
-        return static_cast<std::size_t>(
-            hash(reinterpret_cast<const unsigned char*>(name.data()), name.size()));
-    }
-};
-
 class Parser {
 public:
     Parser(const char* encoding, StreamHandler& handler);
@@ -123,11 +198,11 @@ private:
     void endElement();
     void characters(std::string_view text);
     void instruction(const char* target, const char* data);
+    void checkUri(const char* uri);
     bool takeEncoding(std::string_view name, XML_Encoding& info);
     [[noreturn]] void refuse(const std::string& what);
     [[noreturn]] void refuseSyntax();
 
-    const Name& nameOf(const char* expanded);
     DocumentNode& addElement(NodePool& pool, const char* name, const char** attributes,
                              const DocumentNode* parent);
     void append(Level& level, DocumentNode& child);
@@ -156,8 +231,7 @@ private:
     std::size_t block_ = blockSize;
     std::uint64_t events_ = 0;
 
-    std::unordered_map<std::string_view, std::unique_ptr<Name>, HashOfName> names_;
-    std::vector<std::unique_ptr<char[]>> keys_; ///< the texts that names are found by
+    NameTable names_;
     XMLUtils::ElementLimits limits_;
 
     NodePool ofRoot_;
@@ -196,6 +270,9 @@ Parser::Parser(const char* encoding, StreamHandler& handler) : handler_(handler)
         parser, [](void* data, const XML_Char* target, const XML_Char* text) {
             self(data).guarded([&] { self(data).instruction(target, text); });
         });
+    XML_SetStartNamespaceDeclHandler(parser, [](void* data, const XML_Char*, const XML_Char* uri) {
+        self(data).guarded([&] { self(data).checkUri(uri); });
+    });
     XML_SetStartDoctypeDeclHandler(
         parser, [](void* data, const XML_Char*, const XML_Char*, const XML_Char*, int) {
             self(data).guarded([&] {
@@ -208,6 +285,15 @@ Parser::Parser(const char* encoding, StreamHandler& handler) : handler_(handler)
             return self(data).takeEncoding(name, *info) ? 1 : 0;
         },
         this);
+}
+
+/// expat repeats the URI with each name.
+void Parser::checkUri(const char* uri) {
+    const std::size_t size = uri == nullptr ? 0 : std::strlen(uri);
+    if (size > longestUri) {
+        refuse("namespace URI of " + std::to_string(size) + " bytes, expected at most " +
+               std::to_string(longestUri));
+    }
 }
 
 /// Other names of ISO 8859-1; expat knows one.
@@ -234,38 +320,13 @@ bool Parser::takeEncoding(std::string_view name, XML_Encoding& info) {
     return true;
 }
 
-const Name& Parser::nameOf(const char* expanded) {
-    const std::string_view key = expanded;
-    if (const auto known = names_.find(key); known != names_.end()) {
-        return *known->second;
-    }
-    // "URI separator local separator prefix", "URI separator local" or "local"
-    auto name = std::make_unique<Name>();
-    const auto first = key.find(separator);
-    if (first == std::string_view::npos) {
-        name->local = toUtf16(key);
-        name->qualified = name->local;
-    } else {
-        name->uri = toUtf16(key.substr(0, first));
-        const auto second = key.find(separator, first + 1);
-        name->local = toUtf16(key.substr(first + 1, second - first - 1));
-        name->qualified = second == std::string_view::npos
-                              ? name->local
-                              : toUtf16(key.substr(second + 1)) + u':' + name->local;
-    }
-    keys_.push_back(std::make_unique<char[]>(key.size()));
-    std::copy(key.begin(), key.end(), keys_.back().get());
-    return *names_.emplace(std::string_view(keys_.back().get(), key.size()), std::move(name))
-                .first->second;
-}
-
 DocumentNode& Parser::addElement(NodePool& pool, const char* name, const char** attributes,
                                  const DocumentNode* parent) {
     const auto give = [this](DocumentNode& node, const char* expanded) {
-        const Name& known = nameOf(expanded);
-        node.name = known.qualified.c_str();
-        node.local = known.local.c_str();
-        node.uri = known.uri.empty() ? nullptr : known.uri.c_str();
+        const Name& known = names_.find(expanded);
+        node.name = known.qualified;
+        node.local = known.local;
+        node.uri = known.uri;
         node.line = XML_GetCurrentLineNumber(parser_.get());
         node.column = XML_GetCurrentColumnNumber(parser_.get()) + 1;
     };
