@@ -2,8 +2,8 @@
 
 #include "XMLBuilder/Errors.h"
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
-#include "XMLBuilder/reader/StrictText.h"
-#include "XMLBuilder/reader/ValueRules.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/dictionary/MetaMetadataSet.h"

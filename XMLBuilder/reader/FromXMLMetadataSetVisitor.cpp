@@ -1,8 +1,8 @@
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
 
 #include "XMLBuilder/reader/FromXMLElementVisitor.h"
-#include "XMLBuilder/reader/StrictText.h"
-#include "XMLBuilder/reader/ValueRules.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MisplacedAttribute.h"
 #include "host/dictionary/UnknownAttribute.h"

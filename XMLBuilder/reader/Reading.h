@@ -7,8 +7,8 @@
 #include "XMLBuilder/reader/NodePool.h"
 #include "XMLBuilder/reader/PrefixScope.h"
 #include "XMLBuilder/reader/SetDefinitionIndex.h"
-#include "XMLBuilder/reader/Strictness.h"
 #include "XMLBuilder/reader/Supplement.h"
+#include "XMLBuilder/reader/strict/Strictness.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/Dictionary.h"
 

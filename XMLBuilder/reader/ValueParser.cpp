@@ -5,7 +5,7 @@
 #include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/format/ValueForms.h"
-#include "XMLBuilder/reader/StrictText.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/klv/Value.h"

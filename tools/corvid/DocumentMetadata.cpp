@@ -1,7 +1,7 @@
 #include "tools/corvid/DocumentMetadata.h"
 
-#include "XMLBuilder/reader/ReadStrictly.h"
-#include "XMLBuilder/reader/Strictness.h"
+#include "XMLBuilder/reader/strict/ReadStrictly.h"
+#include "XMLBuilder/reader/strict/Strictness.h"
 #include "host/dataio/OpenSource.h"
 #include "host/mxf/LocalSet.h"
 #include "host/mxf/Partitions.h"

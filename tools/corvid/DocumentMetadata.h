@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/reader/Mistakes.h"
+#include "XMLBuilder/reader/strict/Mistakes.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/DataSource.h"
 #include "host/dataio/RandomAccessSource.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/reader/ReadStrictly.h"
+#include "XMLBuilder/reader/strict/ReadStrictly.h"
 #include "tools/corvid/supplement/DocumentSupplement.h"
 
 #include <string_view>

@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/Mistakes.h"
+#include "XMLBuilder/reader/strict/Mistakes.h"
 
 #include "host/base/Text.h"
 

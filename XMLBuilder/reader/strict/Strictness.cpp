@@ -1,9 +1,9 @@
-#include "XMLBuilder/reader/Strictness.h"
+#include "XMLBuilder/reader/strict/Strictness.h"
 
 #include "XMLBuilder/format/DefinitionName.h"
 #include "XMLBuilder/format/Namespaces.h"
-#include "XMLBuilder/reader/StrictText.h"
-#include "XMLBuilder/reader/ValueRules.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/base/Exceptions.h"
 #include "host/base/NearNames.h"
 #include "host/base/Text.h"

@@ -1,10 +1,10 @@
-#include "XMLBuilder/reader/ValueRules.h"
+#include "XMLBuilder/reader/strict/ValueRules.h"
 
 #include "XMLBuilder/format/CompoundFields.h"
 #include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/ValueForms.h"
-#include "XMLBuilder/reader/Mistakes.h"
-#include "XMLBuilder/reader/StrictText.h"
+#include "XMLBuilder/reader/strict/Mistakes.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
 #include "host/base/Text.h"
 #include "host/types/Types.h"
 

@@ -1,10 +1,10 @@
-#include "XMLBuilder/reader/ReadStrictly.h"
+#include "XMLBuilder/reader/strict/ReadStrictly.h"
 
 #include "XMLBuilder/reader/DarkReader.h"
 #include "XMLBuilder/reader/ReadSet.h"
 #include "XMLBuilder/reader/Reading.h"
-#include "XMLBuilder/reader/StreamParser.h"
-#include "XMLBuilder/reader/ValueRules.h"
+#include "XMLBuilder/reader/strict/StreamParser.h"
+#include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/metadata/PartitionMetadata.h"
 
 #include <optional>

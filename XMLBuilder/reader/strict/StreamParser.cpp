@@ -1,7 +1,8 @@
-#include "XMLBuilder/reader/StreamParser.h"
+#include "XMLBuilder/reader/strict/StreamParser.h"
 
 #include "XMLBuilder/reader/NodePool.h"
-#include "XMLBuilder/reader/StrictText.h"
+#include "XMLBuilder/reader/strict/NameTable.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
 #include "host/base/Exceptions.h"
 #include "host/base/KeyedHash.h"
 #include "host/base/Text.h"
@@ -13,18 +14,13 @@
 #include <cstring>
 #include <exception>
 #include <expat.h>
-#include <functional>
-#include <memory_resource>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace Corvid::XMLBuilder {
 
 namespace {
 
-/// Between the parts of a name; no name or URI has it.
-constexpr char separator = '\x01';
 constexpr std::size_t blockSize = std::size_t{64} * 1024;
 constexpr std::size_t greatestBlock = std::size_t{256} * 1024 * 1024;
 
@@ -32,122 +28,8 @@ constexpr std::size_t longestUri = 1024; // as in a dictionary
 
 static_assert(sizeof(XML_Char) == 1, "expat is built for UTF-8");
 
-void appendUtf16(std::u16string& to, std::string_view utf8) {
-    for (std::size_t i = 0; i != utf8.size();) {
-        const auto first = static_cast<unsigned char>(utf8[i++]);
-        if (first < 0x80) {
-            to += static_cast<char16_t>(first);
-            continue;
-        }
-        // expat gives well-formed UTF-8 only.
-        const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
-        char32_t code = first & (0x3FU >> more);
-        for (int k = 0; k != more; ++k) {
-            code = code << 6 | (static_cast<unsigned char>(utf8[i++]) & 0x3FU);
-        }
-        if (code > 0xFFFF) {
-            to += static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
-            to += static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
-        } else {
-            to += static_cast<char16_t>(code);
-        }
-    }
-}
-
-std::u16string toUtf16(std::string_view utf8) {
-    std::u16string text;
-    appendUtf16(text, utf8);
-    return text;
-}
-
 std::string narrow(std::u16string_view text) {
     return Platform::toUtf8(Utf16Text(text.begin(), text.end()));
-}
-
-/// A name that came up; its texts stay as long as the parser.
-struct Name {
-    const char16_t* qualified;
-    const char16_t* local;
-    const char16_t* uri; ///< null for none
-};
-
-/// The names of a document, each once. What a document chooses is found under a secret key, and a
-/// namespace is kept once however many names it has.
-class NameTable {
-public:
-    /// @param expanded  as expat gives it: "URI separator local separator prefix", without prefix
-    ///                  "URI separator local", without namespace "local".
-    const Name& find(std::string_view expanded);
-
-private:
-    struct Key {
-        const char16_t* uri;
-        std::string_view rest;
-        friend bool operator==(const Key& a, const Key& b) {
-            return a.uri == b.uri && a.rest == b.rest;
-        }
-    };
-    struct Hash {
-        KeyedHash hash{KeyedHash::randomKey()};
-        std::size_t operator()(std::string_view text) const noexcept {
-            return static_cast<std::size_t>(
-                hash(reinterpret_cast<const unsigned char*>(text.data()), text.size()));
-        }
-        std::size_t operator()(const Key& key) const noexcept {
-            return (*this)(key.rest) ^ std::hash<const void*>()(key.uri);
-        }
-    };
-
-    std::string_view kept(std::string_view text);
-    const char16_t* uriOf(std::string_view uri);
-
-    std::unordered_map<std::string_view, const char16_t*, Hash> uris_{16, Hash()};
-    std::unordered_map<Key, Name, Hash> names_{64, Hash()};
-    std::string_view lastUri_;
-    const char16_t* last_ = nullptr;
-    std::u16string qualified_; ///< used by find()
-    std::pmr::monotonic_buffer_resource keys_;
-    NodePool texts_;
-};
-
-std::string_view NameTable::kept(std::string_view text) {
-    auto* const copy = static_cast<char*>(keys_.allocate(text.size() + 1, 1));
-    text.copy(copy, text.size());
-    return {copy, text.size()};
-}
-
-const char16_t* NameTable::uriOf(std::string_view uri) {
-    if (last_ != nullptr && lastUri_ == uri) {
-        return last_;
-    }
-    auto known = uris_.find(uri);
-    if (known == uris_.end()) {
-        known = uris_.emplace(kept(uri), texts_.addText(toUtf16(uri))).first;
-    }
-    lastUri_ = known->first;
-    last_ = known->second;
-    return last_;
-}
-
-const Name& NameTable::find(std::string_view expanded) {
-    const auto first = expanded.find(separator);
-    const bool hasUri = first != std::string_view::npos;
-    const Key key{hasUri ? uriOf(expanded.substr(0, first)) : nullptr,
-                  hasUri ? expanded.substr(first + 1) : expanded};
-    if (const auto known = names_.find(key); known != names_.end()) {
-        return known->second;
-    }
-    const auto second = key.rest.find(separator);
-    qualified_.clear();
-    if (second != std::string_view::npos) {
-        appendUtf16(qualified_, key.rest.substr(second + 1));
-        qualified_ += u':';
-    }
-    const std::size_t prefixSize = qualified_.size();
-    appendUtf16(qualified_, key.rest.substr(0, second));
-    const char16_t* const text = texts_.addText(qualified_);
-    return names_.emplace(Key{key.uri, kept(key.rest)}, Name{text, text + prefixSize, key.uri})
-        .first->second;
 }
 
 /// The encoding of the first bytes, as expat calls it, and the size of the byte order mark; null
@@ -240,13 +122,14 @@ private:
     DocumentNode* root_ = nullptr;
     DocumentNode* container_ = nullptr;
     std::vector<Level> open_; ///< all open elements
+    std::u16string value_;    ///< of an attribute
     std::u16string text_;     ///< that is not part of a node yet
     std::size_t textLine_ = 0;
     std::size_t textColumn_ = 0;
 };
 
 Parser::Parser(const char* encoding, StreamHandler& handler) : handler_(handler) {
-    parser_.reset(XML_ParserCreateNS(encoding, separator));
+    parser_.reset(XML_ParserCreateNS(encoding, NameTable::separator));
     if (parser_ == nullptr) {
         throw std::bad_alloc();
     }
@@ -339,7 +222,9 @@ DocumentNode& Parser::addElement(NodePool& pool, const char* name, const char** 
         DocumentNode& attribute = pool.add();
         attribute.kind = DocumentNode::Kind::attribute;
         give(attribute, attributes[0]);
-        attribute.value = pool.addText(toUtf16(attributes[1]));
+        value_.clear();
+        appendUtf16(value_, attributes[1]);
+        attribute.value = pool.addText(value_);
         attribute.parent = &element;
         (last == nullptr ? element.firstAttribute : last->next) = &attribute;
         last = &attribute;

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "XMLBuilder/reader/Mistakes.h"
 #include "XMLBuilder/reader/Supplement.h"
+#include "XMLBuilder/reader/strict/Mistakes.h"
 #include "host/dictionary/Dictionary.h"
 #include "host/types/IdentifierTypes.h"
 

@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/StrictText.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
 
 namespace Corvid::XMLBuilder {
 

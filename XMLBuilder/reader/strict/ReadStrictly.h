@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/reader/InstanceNameTable.h"
-#include "XMLBuilder/reader/Mistakes.h"
+#include "XMLBuilder/reader/strict/Mistakes.h"
 
 #include <functional>
 #include <string>
