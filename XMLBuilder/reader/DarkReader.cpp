@@ -79,10 +79,12 @@ void readDarkSetStrictly(Reading& reading, Strictness& strictness, const Documen
         return;
     }
     Mistakes& mistakes = strictness.mistakes();
-    const bool isRight =
-        hasRightForm(Types::Identifiers::UniversalLabel, *key, EmptyParts::missing, mistakes) &
-        hasRightForm(Types::Identifiers::UInt8, *berLength, EmptyParts::missing, mistakes) &
-        hasRightForm(Types::Identifiers::DataStream, element, EmptyParts::values, mistakes);
+    bool isRight =
+        hasRightForm(Types::Identifiers::UniversalLabel, *key, EmptyParts::missing, mistakes);
+    isRight = hasRightForm(Types::Identifiers::UInt8, *berLength, EmptyParts::missing, mistakes) &&
+              isRight;
+    isRight = hasRightForm(Types::Identifiers::DataStream, element, EmptyParts::values, mistakes) &&
+              isRight;
     if (!isRight) {
         return;
     }

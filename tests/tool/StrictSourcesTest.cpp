@@ -38,10 +38,6 @@ struct Outcome {
     std::vector<unsigned char> bytes;
     std::vector<std::string> mistakes;
     bool isMalformed = false;
-
-    friend bool operator==(const Outcome& a, const Outcome& b) {
-        return a.bytes == b.bytes && a.mistakes == b.mistakes && a.isMalformed == b.isMalformed;
-    }
 };
 
 template <class Read> Outcome outcomeOf(Read read) {

@@ -271,8 +271,8 @@ Mistakes::Entry Strictness::placeOf(const Types::UUID& identifier, std::size_t n
     const auto found = std::lower_bound(
         named_.begin(), named_.end(), identifier,
         [](const Named& a, const Types::UUID& b) { return lessById(a.identifier, b); });
-    const auto place =
-        found + static_cast<std::ptrdiff_t>(std::min<std::size_t>(nth, named_.end() - found));
+    const auto left = static_cast<std::size_t>(named_.end() - found);
+    const auto place = found + static_cast<std::ptrdiff_t>(std::min(nth, left));
     return place == named_.end() || place->identifier != identifier
                ? Mistakes::Entry{}
                : Mistakes::Entry{place->line, place->column, ""};

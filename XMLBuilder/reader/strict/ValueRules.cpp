@@ -297,8 +297,9 @@ private:
             while (child->local != std::u16string_view(local)) {
                 child = nextElement(*child);
             }
+            const std::u16string digits = contentOf(*child);
             unsigned number = 0;
-            for (const char16_t unit : trimmed(contentOf(*child))) {
+            for (const char16_t unit : digits) {
                 number = unit >= u'0' && unit <= u'9' ? 10 * number + (unit - u'0') : number;
             }
             return number;
