@@ -6,8 +6,9 @@ namespace Corvid::Testing {
 
 namespace {
 
-/// What is just below the limit may be above it with another compiler.
-constexpr double clearlySound = 2.05;
+/// What is just below the limit may be above it with another compiler, or in the next run: hash
+/// tables have another key then.
+constexpr double clearlySound = 1.9;
 
 bool isKnown(const Growth& growth) {
     const auto& all = knownGrowths();
@@ -32,8 +33,8 @@ const std::vector<KnownGrowth>& knownGrowths() {
         "each set has all properties of its ancestors, so there are as many as pairs";
     static const std::string sorting =
         "namespaces are sorted; of 512, the most, the logarithm shows";
-    static const std::vector<std::string> reading = {"from-xml", "getPartitionMetadataFromBuffer"};
-    static const std::vector<std::string> readingAndValidating = {"from-xml", "--validate",
+    static const std::vector<std::string> reading = {"getPartitionMetadataFromBuffer"};
+    static const std::vector<std::string> readingAndValidating = {"--validate",
                                                                   "getPartitionMetadataFromBuffer"};
     static const std::vector<KnownGrowth> known = {
         {"attributes of a tag", reading, inOneTag},
@@ -44,7 +45,9 @@ const std::vector<KnownGrowth>& knownGrowths() {
         {"sets times inherited properties",
          {"schema", "schema, compiled", "dictionary", "dictionary --json"},
          inheritance},
-        {"ancestors of a set", {"to-xml", "from-xml", "schema", "schema, compiled"}, inheritance},
+        {"ancestors of a set",
+         {"to-xml", "from-xml", "schema", "schema, compiled", "dictionary", "dictionary --json"},
+         inheritance},
         {"namespaces that nothing uses",
          {"to-xml", "from-xml", "schema", "schema, compiled", "dictionary", "dictionary --json"},
          sorting},
