@@ -40,6 +40,7 @@ const std::vector<KnownGrowth>& knownGrowths() {
         {"attributes of a tag", reading, inOneTag},
         {"attributes of elements in each other", readingAndValidating, around},
         {"unknown elements in each other", readingAndValidating, around},
+        {"sets in each other", {"--validate"}, around},
         {"namespaces at the root", reading, declared},
         {"prefixes of one namespace", reading, declared},
         {"sets times inherited properties",
