@@ -11,7 +11,7 @@ struct SchemaOptions;
 /// What of the command needs Xerces-C and XQilla, as the module offers it.
 ///
 /// These pull in some forty shared libraries, whose loading costs more than all that `corvid info`
-/// or `corvid to-xml` does with a small file. So what needs them stands in a module of its own that
+/// or `corvid to-xml` does with a small file. So what needs them is in a module of its own that
 /// is loaded when it is called. Module and command are built together: there is no other version to
 /// be met.
 struct XmlModule {

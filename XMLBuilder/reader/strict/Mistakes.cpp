@@ -1,15 +1,13 @@
 #include "XMLBuilder/reader/strict/Mistakes.h"
 
-#include "host/base/Text.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
 
 namespace Corvid::XMLBuilder {
 
 namespace {
 
-std::string narrow(std::u16string_view text, std::size_t most) {
-    const bool isLong = text.size() > most;
-    const Utf16Text copy(text.begin(), text.begin() + (isLong ? most : text.size()));
-    return Platform::toUtf8(copy) + (isLong ? "..." : "");
+std::string cutOff(std::u16string_view text, std::size_t most) {
+    return narrow(text.substr(0, most)) + (text.size() > most ? "..." : "");
 }
 
 void keep(std::vector<Mistakes::Entry>& entries, std::size_t& count, const DocumentNode& at,
@@ -43,14 +41,14 @@ std::string pathOf(const DocumentNode& node) {
     const DocumentNode* each = isText ? node.parent : &node;
     for (std::size_t i = 0; i != mostNames && each != nullptr; ++i, each = each->parent) {
         path.insert(0, (each->kind == DocumentNode::Kind::attribute ? "/@" : "/") +
-                           narrow(each->name, longestName));
+                           cutOff(each->name, longestName));
     }
     return (each == nullptr ? "" : "...") + path;
 }
 
 std::string quoted(std::u16string_view text) {
     constexpr std::size_t shown = 60;
-    return "'" + narrow(text, shown) + "'";
+    return "'" + cutOff(text, shown) + "'";
 }
 
 } // namespace Corvid::XMLBuilder

@@ -28,10 +28,6 @@ constexpr std::size_t longestUri = 1024; // as in a dictionary
 
 static_assert(sizeof(XML_Char) == 1, "expat is built for UTF-8");
 
-std::string narrow(std::u16string_view text) {
-    return Platform::toUtf8(Utf16Text(text.begin(), text.end()));
-}
-
 /// The encoding of the first bytes, as expat calls it, and the size of the byte order mark; null
 /// where the document says it itself or is in UTF-8.
 struct Encoding {

@@ -1,5 +1,7 @@
 #include "XMLBuilder/reader/strict/StrictText.h"
 
+#include "host/base/Text.h"
+
 namespace Corvid::XMLBuilder {
 
 std::u16string contentOf(const DocumentNode& node) {
@@ -13,6 +15,10 @@ std::u16string contentOf(const DocumentNode& node) {
         }
     }
     return text;
+}
+
+std::string narrow(std::u16string_view text) {
+    return Platform::toUtf8(Utf16Text(text.begin(), text.end()));
 }
 
 std::u16string_view trimmed(std::u16string_view text) noexcept {

@@ -9,6 +9,9 @@ namespace Corvid::XMLBuilder {
 /// All text right inside an element, CDATA sections included, or the value of an attribute.
 std::u16string contentOf(const DocumentNode& node);
 
+/// The text as UTF-8, for messages.
+std::string narrow(std::u16string_view text);
+
 /// White space as XML has it.
 constexpr bool isXmlSpace(char16_t unit) noexcept {
     return unit == u' ' || unit == u'\t' || unit == u'\n' || unit == u'\r';

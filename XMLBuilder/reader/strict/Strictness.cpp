@@ -19,10 +19,6 @@ namespace {
 
 using MetaMetadata::MetaDefinition;
 
-std::string narrow(std::u16string_view text) {
-    return Platform::toUtf8(Utf16Text(text.begin(), text.end()));
-}
-
 std::u16string_view uriOf(const DocumentNode& node) { return node.uri == nullptr ? u"" : node.uri; }
 
 /// The identifier that a text is, or nothing.
