@@ -2,13 +2,13 @@
 
 #include "XMLBuilder/XML2Partition.h"
 #include "XMLBuilder/XMLBuilder.h"
+#include "editing/RoundTrip.h"
 #include "fuzz/FuzzInput.h"
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/Serialise.h"
 #include "tests/support/HeaderPartition.h"
 #include "tests/support/LeaksByContract.h"
-#include "tools/corvid/RoundTrip.h"
 
 #include <algorithm>
 #include <map>
@@ -20,28 +20,28 @@ namespace {
 
 /// Whether a property only changed its place: a document may have a property of a set's own class
 /// among its extension elements alone, and in a file it is one of the class.
-bool isMoved(const Tool::Difference& difference, const Tool::Differences& others) {
-    using Kind = Tool::DifferenceKind;
+bool isMoved(const Editing::Difference& difference, const Editing::Differences& others) {
+    using Kind = Editing::DifferenceKind;
     const bool isMissing = difference.kind == Kind::missingProperty;
     const Kind counterpart = isMissing ? Kind::extraProperty : Kind::missingProperty;
-    const auto valueOf = [](const Tool::Difference& each) {
+    const auto valueOf = [](const Editing::Difference& each) {
         return each.detail.substr(each.detail.find(' ') + 1); // after "was" or "is"
     };
     return (isMissing || difference.kind == Kind::extraProperty) &&
-           std::any_of(others.begin(), others.end(), [&](const Tool::Difference& other) {
+           std::any_of(others.begin(), others.end(), [&](const Editing::Difference& other) {
                return other.kind == counterpart && other.instanceUID == difference.instanceUID &&
                       other.property == difference.property &&
                       valueOf(other) == valueOf(difference);
            });
 }
 
-void refuseDamage(const Tool::Comparison& comparison) {
-    for (const Tool::Difference& difference : comparison.differences) {
+void refuseDamage(const Editing::Comparison& comparison) {
+    for (const Editing::Difference& difference : comparison.differences) {
         if (isMoved(difference, comparison.differences)) {
             continue;
         }
-        fail(std::string(Tool::describe(difference.kind).name) + ": set " + difference.set + " " +
-             difference.instanceUID + ", property " + difference.property + ": " +
+        fail(std::string(Editing::describe(difference.kind).name) + ": set " + difference.set +
+             " " + difference.instanceUID + ", property " + difference.property + ": " +
              difference.detail);
     }
 }
@@ -102,12 +102,12 @@ Templates::auto_ptr<Metadata::PartitionMetadata> roundTripKlv(
     Metadata::PartitionMetadata& metadata) {
     const auto bytes = Testing::headerPartitionOf(metadata);
     auto again = readMxf(bytes.data(), bytes.size());
-    refuseDamage(Tool::compare(metadata, *again, {}));
+    refuseDamage(Editing::compare(metadata, *again, {}));
     return again;
 }
 
 void roundTripXml(Metadata::PartitionMetadata& metadata) {
-    refuseDamage(Tool::compareWithRoundTrip(metadata));
+    refuseDamage(Editing::compareWithRoundTrip(metadata));
 }
 
 void roundTripLibrary(Metadata::PartitionMetadata& metadata) {

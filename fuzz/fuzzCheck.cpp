@@ -1,5 +1,7 @@
 // What `corvid check` prints about a file, and whether its verdict is right.
 
+#include "editing/RoundTrip.h"
+#include "editing/WriteDocument.h"
 #include "fuzz/FuzzInput.h"
 #include "fuzz/PlainSets.h"
 #include "fuzz/Readable.h"
@@ -7,13 +9,11 @@
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "tests/support/HeaderPartition.h"
-#include "tools/corvid/CheckJson.h"
-#include "tools/corvid/Clip.h"
-#include "tools/corvid/LenientDocument.h"
-#include "tools/corvid/Messages.h"
-#include "tools/corvid/RoundTrip.h"
-#include "tools/corvid/WriteDocument.h"
-#include "tools/corvid/XercesFailures.h"
+#include "tools/corvid/input/Clip.h"
+#include "tools/corvid/reports/CheckJson.h"
+#include "tools/corvid/terminal/Messages.h"
+#include "tools/corvid/xml/LenientDocument.h"
+#include "tools/corvid/xml/XercesFailures.h"
 
 using namespace Corvid;
 
@@ -36,11 +36,11 @@ Fuzzing::PlainMetadata plainly(const std::uint8_t* bytes, const mxf::HeaderMetad
 std::vector<unsigned char> throughXml(Metadata::PartitionMetadata& metadata) {
     DataIO::Memory::MemoryDataSink text;
     XMLUtils::ReplaceInvalidCharacters invalid;
-    Tool::WrittenDocument(metadata, {})
+    Editing::WrittenDocument(metadata, {})
         .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::indented, invalid, text);
-    const auto document =
-        Tool::readLeniently(text.rawBuffer(), text.serializedSize(),
-                           MetaMetadata::Dictionary::builtIn(), Tool::DocumentIdentifiers::written);
+    const auto document = Tool::readLeniently(text.rawBuffer(), text.serializedSize(),
+                                              MetaMetadata::Dictionary::builtIn(),
+                                              Editing::DocumentIdentifiers::written);
     return Testing::headerPartitionOf(*document.metadata);
 }
 
@@ -62,8 +62,8 @@ Tool::CheckedFile check(const std::uint8_t* bytes, std::size_t size, Tool::Messa
         const mxf::HeaderMetadata header = Tool::readMetadata(file, {});
         checked.cutOffAt = header.cutOffAt;
         Tool::translateXerces(
-            [&] { checked.comparison = Tool::compareWithRoundTrip(*header.metadata); });
-        checked.result = resultOf(checked.comparison, header.cutOffAt.has_value());
+            [&] { checked.comparison = Editing::compareWithRoundTrip(*header.metadata); });
+        checked.result = Tool::resultOf(checked.comparison, header.cutOffAt.has_value());
         if (checked.result == Tool::CheckResult::lossless) {
             expectTrueVerdict(bytes, header);
         }

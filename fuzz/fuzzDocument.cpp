@@ -1,12 +1,13 @@
 // The way of `corvid from-xml`: a document with its processing instructions, to a file.
 
+#include "editing/DocumentMetadata.h"
 #include "fuzz/FuzzInput.h"
 #include "fuzz/Readable.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "tests/support/HeaderPartition.h"
-#include "tools/corvid/DocumentMetadata.h"
-#include "tools/corvid/Messages.h"
+#include "tools/corvid/reports/DocumentReport.h"
+#include "tools/corvid/terminal/Messages.h"
 
 #include <iterator>
 
@@ -44,12 +45,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     Tool::Messages messages(lines, false);
     messages.setFile("a\ndocument.xml");
     try {
-        const auto read = Tool::readDocument(document, MetaMetadata::Dictionary::builtIn(),
-                                                 Tool::DocumentIdentifiers::written);
-        report(read, messages);
+        const auto read = Editing::readDocument(document, MetaMetadata::Dictionary::builtIn(),
+                                                Editing::DocumentIdentifiers::written);
+        Tool::report(read, messages);
         expectFile(Testing::headerPartitionOf(*read.metadata), countSets(*read.metadata));
-    } catch (const Tool::DocumentMistakes& refusal) {
-        report(refusal, messages);
+    } catch (const Editing::DocumentMistakes& refusal) {
+        Tool::report(refusal, messages);
     } catch (const Exceptions::BaseException& error) {
         messages.error(Platform::toUtf8(error.message()));
     }

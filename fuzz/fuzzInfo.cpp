@@ -4,9 +4,10 @@
 #include "fuzz/Readable.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
-#include "tools/corvid/Clip.h"
-#include "tools/corvid/Messages.h"
-#include "tools/corvid/Summary.h"
+#include "inspection/Summary.h"
+#include "tools/corvid/input/Clip.h"
+#include "tools/corvid/reports/SummaryReport.h"
+#include "tools/corvid/terminal/Messages.h"
 
 using namespace Corvid;
 
@@ -23,16 +24,16 @@ constexpr std::size_t constant = 8192;
 /// The most bytes of warnings, however many there are to say.
 constexpr std::size_t mostWarnings = 512 * 1024;
 
-void expectSummary(const Tool::Summary& summary, const Tool::WarningLog& warnings,
+void expectSummary(const Inspection::Summary& summary, const Tool::WarningLog& warnings,
                    std::size_t size) {
-    const std::string text = toText(summary, false);
+    const std::string text = Tool::toText(summary, false);
     Fuzzing::expectReadable(text, "the text");
     Fuzzing::expectBounded(text, size, times, constant, "the text");
-    if (Fuzzing::withoutColours(toText(summary, true)) != text) {
+    if (Fuzzing::withoutColours(Tool::toText(summary, true)) != text) {
         Fuzzing::fail("colours change the text");
     }
-    Fuzzing::expectBounded(toJson(summary, {}), size, times, constant, "JSON");
-    const std::string json = toJson(summary, warnings);
+    Fuzzing::expectBounded(Tool::toJson(summary, {}), size, times, constant, "JSON");
+    const std::string json = Tool::toJson(summary, warnings);
     Fuzzing::expectJson(json, "JSON");
     Fuzzing::expectBounded(json, size, times, mostWarnings, "JSON with warnings");
 }
@@ -54,7 +55,7 @@ std::size_t summarise(const std::uint8_t* bytes, std::size_t size, const char* p
         Tool::ClipOptions clip;
         clip.partition = partition;
         const mxf::HeaderMetadata header = readMetadata(file, clip);
-        expectSummary(Tool::summarise(file, header), messages.warnings(), size);
+        expectSummary(Inspection::summarise(file, header), messages.warnings(), size);
     } catch (const Exceptions::BaseException& error) {
         const std::string text = Platform::toUtf8(error.message());
         Fuzzing::expectJson(Tool::failureJson(fileName, messages.warnings(), text), "JSON");

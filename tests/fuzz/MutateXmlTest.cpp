@@ -2,7 +2,7 @@
 #include "fuzz/xml/Encoding.h"
 #include "host/base/Exceptions.h"
 #include "tests/fuzz/Seeds.h"
-#include "tools/corvid/LenientDocument.h"
+#include "tools/corvid/xml/LenientDocument.h"
 
 #include <gtest/gtest.h>
 #include <set>
@@ -63,7 +63,7 @@ std::vector<Change> allChanges() {
 bool isRead(const std::string& document) {
     try {
         Tool::readLeniently(bytesOf(document), document.size(), MetaMetadata::Dictionary::builtIn(),
-                           Tool::DocumentIdentifiers::written);
+                            Editing::DocumentIdentifiers::written);
         return true;
     } catch (const Exceptions::BaseException&) {
         return false;

@@ -1,7 +1,7 @@
 #include "tests/tool/RunCommand.h"
 
 #include "host/mxf/File.h"
-#include "tests/tool/Differences.h"
+#include "tests/editing/Differences.h"
 
 #include <algorithm>
 #include <gmock/gmock.h>

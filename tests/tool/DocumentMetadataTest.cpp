@@ -1,4 +1,4 @@
-#include "tools/corvid/LenientDocument.h"
+#include "tools/corvid/xml/LenientDocument.h"
 
 #include "host/base/Exceptions.h"
 #include "tests/support/Model.h"
@@ -7,7 +7,7 @@
 
 using namespace Corvid;
 using namespace Corvid::Testing;
-using Tool::DocumentIdentifiers;
+using Editing::DocumentIdentifiers;
 
 namespace {
 
@@ -53,7 +53,7 @@ protected:
                bytes + "</groups:DarkMetadata></groups:FloatingDarkMetadata>";
     }
 
-    Tool::DocumentMetadata document_;
+    Editing::DocumentMetadata document_;
 };
 
 TEST_F(DocumentMetadata, hasTheIdentifiersThatAreWritten) {

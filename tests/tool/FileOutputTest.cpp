@@ -1,4 +1,4 @@
-#include "tools/corvid/FileOutput.h"
+#include "tools/corvid/output/FileOutput.h"
 
 #include "tests/tool/RunCommand.h"
 

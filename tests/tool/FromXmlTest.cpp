@@ -4,7 +4,7 @@
 #include "host/dataio/Memory.h"
 #include "tests/support/DocumentText.h"
 #include "tests/tool/RunCommand.h"
-#include "tools/corvid/Messages.h"
+#include "tools/corvid/terminal/Messages.h"
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>

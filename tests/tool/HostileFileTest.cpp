@@ -1,4 +1,7 @@
 #include "XMLBuilder/XMLBuilder.h"
+#include "editing/DocumentMetadata.h"
+#include "editing/RoundTrip.h"
+#include "editing/WriteDocument.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/mxf/HeaderMetadataWriter.h"
@@ -8,10 +11,7 @@
 #include "tests/support/PeakMemory.h"
 #include "tests/support/Sanitizers.h"
 #include "tests/support/SmallStack.h"
-#include "tools/corvid/CheckJson.h"
-#include "tools/corvid/DocumentMetadata.h"
-#include "tools/corvid/RoundTrip.h"
-#include "tools/corvid/WriteDocument.h"
+#include "tools/corvid/reports/CheckJson.h"
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -130,13 +130,13 @@ void toText(const Bytes& bytes) {
         return; // the front of a file may end before it
     }
     XMLUtils::ReplaceInvalidCharacters invalid(0);
-    Tool::WrittenDocument(*read.metadata, {})
+    Editing::WrittenDocument(*read.metadata, {})
         .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::indented, invalid, sink);
 }
 
 void thereAndBack(const Bytes& bytes) {
     const auto read = readFile(bytes);
-    Tool::compareWithRoundTrip(*read.metadata);
+    Editing::compareWithRoundTrip(*read.metadata);
 }
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsMetadata) {
@@ -181,7 +181,7 @@ void reportDamage(const Bytes& bytes, std::size_t& differences, std::size_t& siz
     Tool::CheckedFile checked;
     const auto read = readFile(bytes);
     Metadata::PartitionMetadata nothing(MetaMetadata::Dictionary::builtIn());
-    checked.comparison = Tool::compare(*read.metadata, nothing, {});
+    checked.comparison = Editing::compare(*read.metadata, nothing, {});
     checked.result = Tool::CheckResult::different;
     Tool::CheckJson report(sink);
     report.add(checked);
@@ -378,7 +378,7 @@ TEST_F(Chain, isReadAndWrittenAgainOnASmallStack) {
 TEST_F(Chain, comesBackFromXmlOnASmallStack) {
     onSmallStack([] {
         const auto read = readFile(file());
-        const auto comparison = Tool::compareWithRoundTrip(*read.metadata);
+        const auto comparison = Editing::compareWithRoundTrip(*read.metadata);
         EXPECT_EQ(comparison.sets, length);
         EXPECT_EQ(comparison.properties, 2 * length);
         EXPECT_TRUE(comparison.differences.empty());

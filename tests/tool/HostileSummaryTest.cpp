@@ -1,6 +1,8 @@
 #include "host/dataio/MemorySource.h"
+#include "inspection/Summary.h"
 #include "tests/support/MxfBuilder.h"
-#include "tools/corvid/Summary.h"
+#include "tools/corvid/reports/SummaryReport.h"
+#include "tools/corvid/terminal/WarningLog.h"
 
 #include <gmock/gmock.h>
 
@@ -34,32 +36,33 @@ Bytes fileWithTracks(std::size_t tracks, const std::u16string& name) {
         .build();
 }
 
-Tool::Summary summaryOf(const Bytes& bytes) {
+Inspection::Summary summaryOf(const Bytes& bytes) {
     mxf::NoWarnings warnings;
     mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(
                        new DataIO::MemorySource(bytes.data(), bytes.size())),
                    MetaMetadata::Dictionary::builtIn(), warnings);
-    return Tool::summarise(file, file.readMetadata());
+    return Inspection::summarise(file, file.readMetadata());
 }
 
 TEST(HostileSummary, callsTracksByTheNameOfTheirDataDefinition) {
-    const Tool::Summary summary = summaryOf(fileWithTracks(2, u"Subtitles"));
+    const Inspection::Summary summary = summaryOf(fileWithTracks(2, u"Subtitles"));
     ASSERT_EQ(summary.packages.size(), 1U);
     ASSERT_EQ(summary.packages.front().tracks.size(), 2U);
     EXPECT_EQ(summary.packages.front().tracks.back().kind, "Subtitles");
-    const Tool::Summary longest =
-        summaryOf(fileWithTracks(1, std::u16string(Tool::longestKind, u'a')));
-    EXPECT_EQ(longest.packages.front().tracks.front().kind, std::string(Tool::longestKind, 'a'));
+    const Inspection::Summary longest =
+        summaryOf(fileWithTracks(1, std::u16string(Inspection::longestKind, u'a')));
+    EXPECT_EQ(longest.packages.front().tracks.front().kind,
+              std::string(Inspection::longestKind, 'a'));
 }
 
 TEST(HostileSummary, doesNotRepeatALongNameForEachTrack) {
     const Bytes bytes = fileWithTracks(2000, std::u16string(30000, u'a'));
-    const Tool::Summary summary = summaryOf(bytes);
+    const Inspection::Summary summary = summaryOf(bytes);
     // No comparison of texts, for its message would repeat the name.
     EXPECT_TRUE(summary.packages.front().tracks.front().kind ==
-                std::string(Tool::longestKind, 'a') + "...");
-    EXPECT_LT(toText(summary, false).size(), 8 * bytes.size());
-    EXPECT_LT(toJson(summary, {}).size(), 8 * bytes.size());
+                std::string(Inspection::longestKind, 'a') + "...");
+    EXPECT_LT(Tool::toText(summary, false).size(), 8 * bytes.size());
+    EXPECT_LT(Tool::toJson(summary, {}).size(), 8 * bytes.size());
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-#include "tools/corvid/InstanceText.h"
+#include "tools/corvid/input/InstanceText.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/corvid/JsonStream.h"
+#include "tools/corvid/reports/JsonStream.h"
 
 #include "host/dataio/Memory.h"
 

@@ -1,4 +1,6 @@
 #include "XMLBuilder/format/InlineDepth.h"
+#include "editing/compare/Differences.h"
+#include "editing/supplement/Filling.h"
 #include "host/dictionary/DictionaryLimits.h"
 #include "host/dictionary/Inheritance.h"
 #include "host/klv/BerInput.h"
@@ -9,15 +11,13 @@
 #include "host/mxf/SetReader.h"
 #include "host/types/ByteRuns.h"
 #include "host/xmlutils/LoadDocument.h"
+#include "inspection/Summary.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/Paths.h"
-#include "tools/corvid/DictionaryChoice.h"
-#include "tools/corvid/Differences.h"
 #include "tools/corvid/FromXml.h"
-#include "tools/corvid/LenientDocument.h"
-#include "tools/corvid/Summary.h"
-#include "tools/corvid/WarningLog.h"
-#include "tools/corvid/supplement/Filling.h"
+#include "tools/corvid/input/DictionaryChoice.h"
+#include "tools/corvid/terminal/WarningLog.h"
+#include "tools/corvid/xml/LenientDocument.h"
 
 #include <fstream>
 #include <gtest/gtest.h>
@@ -70,7 +70,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(MetaMetadata::, mostProperties),
         CORVID_LIMIT(MetaMetadata::, mostPropertiesOfAllSets),
         CORVID_LIMIT(Tool::, greatestDocument),
-        CORVID_LIMIT(Tool::, greatestFilling),
+        CORVID_LIMIT(Editing::, greatestFilling),
         CORVID_LIMIT(XMLUtils::, maximumElementDepth),
         CORVID_LIMIT(XMLUtils::, maximumOpenAttributes),
         CORVID_LIMIT(XMLUtils::, maximumNames),
@@ -78,10 +78,10 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Types::ByteRun::, greatestSize),
         CORVID_LIMIT(Tool::, greatestKagSize),
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
-        CORVID_LIMIT(Tool::, longestKind),
+        CORVID_LIMIT(Inspection::, longestKind),
         CORVID_LIMIT(Tool::WarningLog::, longestText),
-        CORVID_LIMIT(Tool::Differences::, mostListed),
-        CORVID_LIMIT(Tool::Differences::, mostListedAtAll),
+        CORVID_LIMIT(Editing::Differences::, mostListed),
+        CORVID_LIMIT(Editing::Differences::, mostListedAtAll),
     };
 #undef CORVID_LIMIT
     std::map<std::string, std::string> told;

@@ -1,4 +1,4 @@
-#include "tools/corvid/Output.h"
+#include "tools/corvid/output/Output.h"
 
 #include "tests/tool/RunCommand.h"
 

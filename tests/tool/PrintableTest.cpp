@@ -1,6 +1,6 @@
-#include "tools/corvid/Printable.h"
+#include "tools/corvid/terminal/Printable.h"
 
-#include "tools/corvid/JsonText.h"
+#include "tools/corvid/reports/JsonText.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>

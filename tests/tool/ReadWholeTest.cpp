@@ -1,4 +1,4 @@
-#include "tools/corvid/ReadWhole.h"
+#include "tools/corvid/input/ReadWhole.h"
 
 #include "host/base/Exceptions.h"
 #include "tests/tool/RunCommand.h"

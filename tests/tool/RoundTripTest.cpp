@@ -1,12 +1,12 @@
-#include "tools/corvid/RoundTrip.h"
+#include "editing/RoundTrip.h"
 
+#include "editing/WriteDocument.h"
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/LoadDocument.h"
-#include "tests/tool/CopyPartition.h"
-#include "tests/tool/Differences.h"
-#include "tools/corvid/LenientDocument.h"
-#include "tools/corvid/WriteDocument.h"
+#include "tests/editing/CopyPartition.h"
+#include "tests/editing/Differences.h"
+#include "tools/corvid/xml/LenientDocument.h"
 
 #include <algorithm>
 #include <cctype>
@@ -334,7 +334,7 @@ std::vector<Carried> allCases() {
 std::string documentOf(PartitionMetadata& partition) {
     DataIO::Memory::MemoryDataSink sink;
     XMLUtils::ReplaceInvalidCharacters invalid(0);
-    Tool::WrittenDocument(partition, {})
+    Editing::WrittenDocument(partition, {})
         .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::indented, invalid, sink);
     return {sink.rawBuffer(), sink.rawBuffer() + sink.serializedSize()};
 }
@@ -356,7 +356,7 @@ template <class Read> bool isNoticedBy(PartitionMetadata& before, Read read) {
 bool isNoticed(PartitionMetadata& before, const std::string& document) {
     const auto dictionary = before.partitionDictionary().dictionary();
     const auto* const bytes = reinterpret_cast<const unsigned char*>(document.data());
-    constexpr auto identifiers = Tool::DocumentIdentifiers::written;
+    constexpr auto identifiers = Editing::DocumentIdentifiers::written;
     return isNoticedBy(before,
                        [&] {
                            return Tool::readLeniently(bytes, document.size(), dictionary,
@@ -364,7 +364,7 @@ bool isNoticed(PartitionMetadata& before, const std::string& document) {
                        }) ||
            isNoticedBy(before, [&] {
                DataIO::Memory::MemoryDataSource source(bytes, document.size());
-               return Tool::readDocument(source, dictionary, identifiers);
+               return Editing::readDocument(source, dictionary, identifiers);
            });
 }
 
@@ -377,7 +377,7 @@ protected:
 };
 
 TEST_P(WhatElementsDoNotSay, comesBack) {
-    const auto comparison = Tool::compareWithRoundTrip(before());
+    const auto comparison = Editing::compareWithRoundTrip(before());
     EXPECT_THAT(comparison.differences, IsEmpty()) << linesOf(comparison.differences);
 }
 
@@ -431,7 +431,7 @@ TEST_P(WhatElementsDoNotSay, leavesThePartitionAsItWas) {
         return list;
     };
     const auto expected = values();
-    Tool::compareWithRoundTrip(before());
+    Editing::compareWithRoundTrip(before());
     EXPECT_EQ(values(), expected);
 }
 
@@ -441,7 +441,7 @@ INSTANTIATE_TEST_SUITE_P(, WhatElementsDoNotSay, ::testing::ValuesIn(allCases())
 TEST(RoundTrip, ofEveryTypeIsLossless) {
     for (const char* name : {"lowest", "highest", "typical", "empty"}) {
         const auto things = everyType(name);
-        const auto comparison = Tool::compareWithRoundTrip(things->partition());
+        const auto comparison = Editing::compareWithRoundTrip(things->partition());
         EXPECT_THAT(comparison.differences, IsEmpty()) << name << "\n"
                                                        << linesOf(comparison.differences);
         EXPECT_GT(comparison.properties, 3U) << name;
@@ -461,14 +461,14 @@ TEST(RoundTrip, keepsTheLabelOfAPropertyThatATagOfADarkSetHasInAnotherVersion) {
     things.model.set("Thing", 3)
         .createElement(label, element.metaAttribute(), 0x8002)
         .parse(Model::view("x"));
-    const auto comparison = Tool::compareWithRoundTrip(things.partition());
+    const auto comparison = Editing::compareWithRoundTrip(things.partition());
     EXPECT_THAT(comparison.differences, IsEmpty()) << linesOf(comparison.differences);
 }
 
 TEST(RoundTrip, ofAPartitionWithoutPrefaceIsRefused) {
     Model model;
     model.set("ContentStorage", 1);
-    EXPECT_THROW(Tool::compareWithRoundTrip(model.partition), Exceptions::InvalidFormat);
+    EXPECT_THROW(Editing::compareWithRoundTrip(model.partition), Exceptions::InvalidFormat);
 }
 
 TEST(RoundTrip, ofMoreNamesThanTheParserOfTheLibraryTakesIsLossless) {
@@ -499,7 +499,7 @@ TEST(RoundTrip, ofMoreNamesThanTheParserOfTheLibraryTakesIsLossless) {
             model.value(made, "P" + std::to_string(set) + "_" + std::to_string(i), Types::UInt8(1));
         }
     }
-    const auto comparison = Tool::compareWithRoundTrip(model.partition);
+    const auto comparison = Editing::compareWithRoundTrip(model.partition);
     EXPECT_THAT(comparison.differences, IsEmpty()) << linesOf(comparison.differences);
 }
 
@@ -509,14 +509,14 @@ TEST(RoundTrip, refusesWhatCannotBeWrittenToAFile) {
                                                          0x01, 0x01, 0x0d, 0x01, 0x02, 0x01,
                                                          0x01, 0x05, 0x01, 0x00};
     things.model.darkSet(primerKey, 4, "x");
-    EXPECT_THROW(Tool::compareWithRoundTrip(things.partition()), Exceptions::InvalidFormat);
+    EXPECT_THROW(Editing::compareWithRoundTrip(things.partition()), Exceptions::InvalidFormat);
 }
 
 TEST(RoundTrip, keepsReferencesToDarkSetsWithNewIdentifiersToo) {
     ThingPartition things;
     things.model.reference(*things.thing, "StrongReference", 7);
     things.model.darkGroup(7);
-    EXPECT_THAT(Tool::compareWithRoundTrip(things.partition()).differences, IsEmpty());
+    EXPECT_THAT(Editing::compareWithRoundTrip(things.partition()).differences, IsEmpty());
 }
 
 } // namespace

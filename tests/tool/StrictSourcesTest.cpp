@@ -4,6 +4,7 @@
 #include "XMLBuilder/reader/strict/ReadStrictly.h"
 #include "XMLBuilder/reader/strict/StrictText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
+#include "editing/WriteDocument.h"
 #include "host/dataio/OpenSource.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/mxf/File.h"
@@ -12,7 +13,6 @@
 #include "host/xmlutils/LoadDocument.h"
 #include "tests/support/HeaderPartition.h"
 #include "tests/support/Paths.h"
-#include "tools/corvid/WriteDocument.h"
 
 #include <algorithm>
 #include <fstream>
@@ -146,11 +146,11 @@ std::vector<std::string> documentsOf(const std::filesystem::path& clip) {
     const auto header = file.readMetadata();
     std::vector<std::string> documents;
     for (const bool values : {false, true}) {
-        Tool::DocumentContent content;
+        Editing::DocumentContent content;
         content.referencesAsValues = values;
         DataIO::Memory::MemoryDataSink text;
         XMLUtils::ReplaceInvalidCharacters invalid(0);
-        Tool::WrittenDocument(*header.metadata, content)
+        Editing::WrittenDocument(*header.metadata, content)
             .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::indented, invalid, text);
         documents.emplace_back(text.rawBuffer(), text.rawBuffer() + text.serializedSize());
     }

@@ -1,13 +1,13 @@
+#include "editing/StoredBytes.h"
+#include "editing/supplement/ListedElements.h"
+#include "editing/supplement/SupplementText.h"
 #include "host/dataio/MemorySource.h"
 #include "host/mxf/File.h"
+#include "tests/editing/Differences.h"
 #include "tests/support/HeaderPartition.h"
 #include "tests/support/Model.h"
 #include "tests/support/ThingsDictionary.h"
-#include "tests/tool/Differences.h"
-#include "tools/corvid/LenientDocument.h"
-#include "tools/corvid/StoredBytes.h"
-#include "tools/corvid/supplement/ListedElements.h"
-#include "tools/corvid/supplement/SupplementText.h"
+#include "tools/corvid/xml/LenientDocument.h"
 
 #include <gmock/gmock.h>
 
@@ -22,7 +22,7 @@ namespace {
 
 std::vector<std::string> targetsIn(std::string_view document) {
     std::vector<std::string> targets;
-    for (const auto& each : Tool::instructionsInFront(document)) {
+    for (const auto& each : Editing::instructionsInFront(document)) {
         targets.push_back(each.target + ":" + std::to_string(each.line));
     }
     return targets;
@@ -47,7 +47,7 @@ TEST(InstructionsInFront, areFoundInEveryEncoding) {
             EXPECT_THAT(targetsIn(utf16(text, bigEndian, withMark)), expected);
         }
     }
-    EXPECT_EQ(Tool::instructionsInFront(text)[2].data, " e=\"f\"");
+    EXPECT_EQ(Editing::instructionsInFront(text)[2].data, " e=\"f\"");
 }
 
 TEST(InstructionsInFront, endWithTheDocumentOrItsType) {
@@ -58,8 +58,8 @@ TEST(InstructionsInFront, endWithTheDocumentOrItsType) {
     }
 }
 
-Tool::DocumentSupplement parsed(const std::string& lines) {
-    return Tool::parseSupplement(Tool::instructionsInFront(lines + "<r/>"));
+Editing::DocumentSupplement parsed(const std::string& lines) {
+    return Editing::parseSupplement(Editing::instructionsInFront(lines + "<r/>"));
 }
 
 constexpr const char* first = "<?corvid format=\"1\"?>\n";
@@ -86,12 +86,13 @@ TEST(SupplementText, comesBackAsItWasWritten) {
         lines += "<?" + expected.back() + "?>\n";
         at = end + 1;
     }
-    EXPECT_EQ(Tool::toInstructions(parsed(lines)), expected);
+    EXPECT_EQ(Editing::toInstructions(parsed(lines)), expected);
 }
 
 TEST(SupplementText, hasNoInstructionWhereThereIsNothingToSay) {
-    EXPECT_THAT(Tool::toInstructions({}), IsEmpty());
-    EXPECT_THAT(Tool::toInstructions(parsed("<?xml version=\"1.0\"?><?other thing?>")), IsEmpty());
+    EXPECT_THAT(Editing::toInstructions({}), IsEmpty());
+    EXPECT_THAT(Editing::toInstructions(parsed("<?xml version=\"1.0\"?><?other thing?>")),
+                IsEmpty());
 }
 
 struct Refused {
@@ -188,7 +189,7 @@ protected:
             "</t:Thing></s377m:MetadataSets>";
         document_ =
             Tool::readLeniently(reinterpret_cast<const unsigned char*>(text.data()), text.size(),
-                                dictionary_, Tool::DocumentIdentifiers::written);
+                                dictionary_, Editing::DocumentIdentifiers::written);
     }
 
     std::string bytesOfThing(const char* tag) {
@@ -198,7 +199,7 @@ protected:
                     const auto* definition = element->definition();
                     if (!element->isSkipped() &&
                         Platform::toUtf8(definition->attribute("XMLTagName")) == tag) {
-                        return Tool::bytesOf(*element);
+                        return Editing::bytesOf(*element);
                     }
                 }
             }
@@ -211,10 +212,10 @@ protected:
         std::vector<std::string> items;
         for (const auto* set : *document_.metadata) {
             if (set->instanceUID() == uuid(2)) {
-                Tool::forEachElement(*set, [&](const Metadata::Element& element) {
+                Editing::forEachElement(*set, [&](const Metadata::Element& element) {
                     if (element.definition() == findThing(tag)) {
                         constexpr std::size_t collectionHead = 8;
-                        items.push_back(Tool::bytesOf(element).substr(collectionHead));
+                        items.push_back(Editing::bytesOf(element).substr(collectionHead));
                     }
                 });
             }
@@ -240,7 +241,7 @@ protected:
 
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_ =
         Model::extendedBy(thingsDictionary()).partition.partitionDictionary().dictionary();
-    Tool::DocumentMetadata document_;
+    Editing::DocumentMetadata document_;
 
     static std::string text(const std::string& tag, const std::string& content) {
         return "<e:" + tag + ">" + content + "</e:" + tag + ">";

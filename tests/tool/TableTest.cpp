@@ -1,4 +1,4 @@
-#include "tools/corvid/Table.h"
+#include "tools/corvid/terminal/Table.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "tools/corvid/ToXml.h"
 #include "host/base/Exceptions.h"
 #include "tests/tool/RunCommand.h"
-#include "tools/corvid/Messages.h"
+#include "tools/corvid/terminal/Messages.h"
 
 #include "host/dataio/Memory.h"
 

@@ -1,4 +1,4 @@
-#include "tools/corvid/WarningLog.h"
+#include "tools/corvid/terminal/WarningLog.h"
 
 #include "tools/corvid/CommandWarnings.h"
 

@@ -1,12 +1,12 @@
 #include "tools/corvid/Check.h"
 
+#include "editing/RoundTrip.h"
 #include "host/dataio/BufferedSink.h"
-#include "tools/corvid/CheckJson.h"
-#include "tools/corvid/ExitStatus.h"
-#include "tools/corvid/Messages.h"
-#include "tools/corvid/OpenOutput.h"
-#include "tools/corvid/ProgressBar.h"
-#include "tools/corvid/RoundTrip.h"
+#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/reports/CheckJson.h"
+#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/Messages.h"
+#include "tools/corvid/terminal/ProgressBar.h"
 
 #include <optional>
 #include <unistd.h>
@@ -27,7 +27,7 @@ CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, std
             mxf::File file(clip.path, dictionary, messages);
             const mxf::HeaderMetadata header = readMetadata(file, clip);
             checked.cutOffAt = header.cutOffAt;
-            checked.comparison = compareWithRoundTrip(*header.metadata, listed);
+            checked.comparison = Editing::compareWithRoundTrip(*header.metadata, listed);
         },
         messages);
     if (status == exitDone) {
@@ -42,8 +42,8 @@ CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, std
 
 /// How many differences of a kind are listed.
 std::size_t listedOfAKind(const CheckOptions& options) {
-    return options.all    ? Differences::mostListedAtAll
-           : options.json ? Differences::mostListed
+    return options.all    ? Editing::Differences::mostListedAtAll
+           : options.json ? Editing::Differences::mostListed
                           : shownOfAKind;
 }
 

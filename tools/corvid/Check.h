@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/corvid/Clip.h"
+#include "tools/corvid/input/Clip.h"
 
 namespace Corvid::Tool {
 

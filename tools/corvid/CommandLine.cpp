@@ -2,14 +2,14 @@
 
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
-#include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/FromXml.h"
-#include "tools/corvid/HelpFormatter.h"
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Schema.h"
 #include "tools/corvid/ToXml.h"
-#include "tools/corvid/UsageHelp.h"
-#include "tools/corvid/XmlModule.h"
+#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/HelpFormatter.h"
+#include "tools/corvid/terminal/UsageHelp.h"
+#include "tools/corvid/xml/XmlModule.h"
 
 #include <algorithm>
 #include <memory>
@@ -102,9 +102,9 @@ void validateInModule(const unsigned char* bytes, std::size_t length,
 }
 
 /// The same where a document is read leniently.
-DocumentMetadata readLenientlyInModule(
+Editing::DocumentMetadata readLenientlyInModule(
     DataIO::DataSource& source, const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
-    DocumentIdentifiers identifiers) {
+    Editing::DocumentIdentifiers identifiers) {
     return xmlModule().readLeniently(source, dictionary, identifiers);
 }
 
@@ -166,7 +166,7 @@ Work declareFromXml(CLI::App& verb) {
     declareDictionaries(verb, options->dictionaries);
     verb.add_flag_function(
             "--new-identifiers",
-            [options](std::int64_t) { options->identifiers = DocumentIdentifiers::fresh; },
+            [options](std::int64_t) { options->identifiers = Editing::DocumentIdentifiers::fresh; },
             "Give every set a new InstanceUID instead of the one in the document")
         ->group(processing);
     verb.add_flag_function(

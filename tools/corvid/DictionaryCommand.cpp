@@ -2,17 +2,17 @@
 
 #include "host/base/Exceptions.h"
 #include "host/base/Text.h"
-#include "tools/corvid/DefinitionUses.h"
-#include "tools/corvid/Explanation.h"
-#include "tools/corvid/JsonText.h"
-#include "tools/corvid/LabelText.h"
-#include "tools/corvid/Lines.h"
-#include "tools/corvid/NameMatch.h"
-#include "tools/corvid/OpenOutput.h"
-#include "tools/corvid/Printable.h"
-#include "tools/corvid/RegisteredName.h"
-#include "tools/corvid/Style.h"
-#include "tools/corvid/Table.h"
+#include "inspection/DefinitionUses.h"
+#include "inspection/LabelText.h"
+#include "inspection/NameMatch.h"
+#include "inspection/RegisteredName.h"
+#include "tools/corvid/dictionary/Explanation.h"
+#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/reports/JsonText.h"
+#include "tools/corvid/terminal/Lines.h"
+#include "tools/corvid/terminal/Printable.h"
+#include "tools/corvid/terminal/Style.h"
+#include "tools/corvid/terminal/Table.h"
 
 #include <algorithm>
 #include <iterator>
@@ -21,6 +21,15 @@
 namespace Corvid::Tool {
 
 namespace {
+
+using Inspection::branchesOf;
+using Inspection::DefinitionUses;
+using Inspection::Glossary;
+using Inspection::parseLabel;
+using Inspection::parseLocalTag;
+using Inspection::Subject;
+using Inspection::TypeMember;
+using Platform::folded;
 
 using Json = nlohmann::ordered_json;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/corvid/DictionaryChoice.h"
+#include "tools/corvid/input/DictionaryChoice.h"
 
 #include <string>
 

@@ -2,12 +2,14 @@
 
 #include "host/dataio/BufferedSink.h"
 #include "host/mxf/HeaderMetadataWriter.h"
-#include "tools/corvid/Clip.h"
+#include "inspection/SetValues.h"
 #include "tools/corvid/CommandWarnings.h"
-#include "tools/corvid/ExitStatus.h"
-#include "tools/corvid/Messages.h"
-#include "tools/corvid/OpenOutput.h"
-#include "tools/corvid/SetValues.h"
+#include "tools/corvid/input/Clip.h"
+#include "tools/corvid/input/DocumentFile.h"
+#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/reports/DocumentReport.h"
+#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/Messages.h"
 
 namespace Corvid::Tool {
 
@@ -34,27 +36,28 @@ mxf::PartitionPack packFor(const Metadata::MetadataSet& preface, std::uint32_t k
     pack.majorVersion = 1;
     pack.minorVersion = 3;
     pack.kagSize = kagSize;
-    if (const auto* const pattern = find(preface, Structural::operationalPattern)) {
+    if (const auto* const pattern =
+            Inspection::find(preface, Inspection::Structural::operationalPattern)) {
         pack.operationalPattern = *pattern;
     } else {
         messages.warn({CommandWarnings::noOperationalPattern,
                        "the Preface has no operational pattern, so that of the partition is "
                        "zeros"});
     }
-    const auto containers = labels(preface, Structural::essenceContainers);
+    const auto containers = Inspection::labels(preface, Inspection::Structural::essenceContainers);
     pack.essenceContainers.assign(containers.begin(), containers.end());
     return pack;
 }
 
-DocumentMetadata read(DocumentFile& file, const FromXmlOptions& options,
-                      const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
-                      Messages& messages) {
+Editing::DocumentMetadata read(DocumentFile& file, const FromXmlOptions& options,
+                               const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+                               Messages& messages) {
     if (options.lenient != nullptr) {
         return options.lenient(file, dictionary, options.identifiers);
     }
     try {
-        return readDocument(file, dictionary, options.identifiers);
-    } catch (const DocumentMistakes& refusal) {
+        return Editing::readDocument(file, dictionary, options.identifiers);
+    } catch (const Editing::DocumentMistakes& refusal) {
         report(refusal, messages);
         throw EndedWith{exitRefused};
     }
@@ -72,7 +75,7 @@ void fromXml(const FromXmlOptions& options, Messages& messages) {
     }
     const auto dictionary = loadDictionary(options.dictionaries);
     DocumentFile file(options.path);
-    const DocumentMetadata document = read(file, options, dictionary, messages);
+    const Editing::DocumentMetadata document = read(file, options, dictionary, messages);
     report(document, messages);
     const auto& preface = prefaceOf(*document.metadata, messages);
     const mxf::PartitionPack pack = packFor(preface, options.kagSize, messages);

@@ -1,21 +1,23 @@
 #pragma once
 
-#include "tools/corvid/DictionaryChoice.h"
-#include "tools/corvid/DocumentMetadata.h"
+#include "editing/DocumentMetadata.h"
+#include "tools/corvid/input/DictionaryChoice.h"
 
 namespace Corvid::Tool {
 
+class Messages;
+
 /// Reads a document as the library does. A verb that can do so is given the function: that needs
 /// Xerces-C, and the verb may not.
-using LenientReader = DocumentMetadata (*)(
+using LenientReader = Editing::DocumentMetadata (*)(
     DataIO::DataSource& source, const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
-    DocumentIdentifiers identifiers);
+    Editing::DocumentIdentifiers identifiers);
 
 /// What `corvid from-xml` can be told.
 struct FromXmlOptions {
     std::string path; ///< "-" is standard input
     DictionaryChoice dictionaries;
-    DocumentIdentifiers identifiers = DocumentIdentifiers::written;
+    Editing::DocumentIdentifiers identifiers = Editing::DocumentIdentifiers::written;
     /// Reads as the library does, which takes what it finds; null to read strictly.
     LenientReader lenient = nullptr;
     std::uint32_t kagSize = 512; ///< bytes; 1 for no alignment

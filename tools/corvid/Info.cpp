@@ -1,11 +1,12 @@
 #include "tools/corvid/Info.h"
 
 #include "host/base/Exceptions.h"
-#include "tools/corvid/ExitStatus.h"
-#include "tools/corvid/Messages.h"
-#include "tools/corvid/OpenOutput.h"
-#include "tools/corvid/Output.h"
-#include "tools/corvid/Summary.h"
+#include "inspection/Summary.h"
+#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/output/Output.h"
+#include "tools/corvid/reports/SummaryReport.h"
+#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/Messages.h"
 
 namespace Corvid::Tool {
 
@@ -13,10 +14,11 @@ namespace {
 
 using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
 
-Summary read(const ClipOptions& clip, const Dictionary& dictionary, Messages& messages) {
+Inspection::Summary read(const ClipOptions& clip, const Dictionary& dictionary,
+                         Messages& messages) {
     mxf::File file(clip.path, dictionary, messages);
     const mxf::HeaderMetadata header = readMetadata(file, clip);
-    return summarise(file, header);
+    return Inspection::summarise(file, header);
 }
 
 } // namespace
@@ -25,7 +27,7 @@ void info(const InfoOptions& options, Messages& messages) {
     messages.setFile(options.clip.path);
     protectInputs(inputsOf({options.clip.path}, options.clip.dictionaries));
     const auto dictionary = loadDictionary(options.clip.dictionaries);
-    Summary summary;
+    Inspection::Summary summary;
     try {
         summary = read(options.clip, dictionary, messages);
     } catch (const Exceptions::BaseException& error) {

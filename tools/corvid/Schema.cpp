@@ -1,9 +1,9 @@
 #include "tools/corvid/Schema.h"
 
 #include "XMLBuilder/schema/SchemaTexts.h"
-#include "tools/corvid/HiddenName.h"
-#include "tools/corvid/Messages.h"
-#include "tools/corvid/OpenOutput.h"
+#include "tools/corvid/output/HiddenName.h"
+#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/terminal/Messages.h"
 
 #include <filesystem>
 #include <memory>

@@ -1,14 +1,14 @@
 #include "tools/corvid/ToXml.h"
 
+#include "editing/WriteDocument.h"
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "tools/corvid/CommandWarnings.h"
-#include "tools/corvid/ExitStatus.h"
-#include "tools/corvid/InstanceText.h"
-#include "tools/corvid/LeftOutReferences.h"
-#include "tools/corvid/Messages.h"
-#include "tools/corvid/OpenOutput.h"
-#include "tools/corvid/WriteDocument.h"
+#include "tools/corvid/input/InstanceText.h"
+#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/reports/LeftOutReferences.h"
+#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/Messages.h"
 
 #include <memory>
 #include <optional>
@@ -50,7 +50,7 @@ private:
 /// Serialises a document with the options of the command line.
 class Writer {
 public:
-    Writer(const WrittenDocument& document, const ToXmlOptions& options)
+    Writer(const Editing::WrittenDocument& document, const ToXmlOptions& options)
         : document_(document), options_(options) {}
 
     void write(Output& output, const MetaMetadata::Dictionary& dictionary,
@@ -109,12 +109,12 @@ private:
                             invalid, sink);
     }
 
-    const WrittenDocument& document_;
+    const Editing::WrittenDocument& document_;
     const ToXmlOptions& options_;
 };
 
-DocumentContent contentOf(const ToXmlOptions& options) {
-    DocumentContent content{options.referencesAsValues, options.structuralOnly, {}};
+Editing::DocumentContent contentOf(const ToXmlOptions& options) {
+    Editing::DocumentContent content{options.referencesAsValues, options.structuralOnly, {}};
     if (!options.start.empty()) {
         content.start = parseInstanceUID(options.start);
         if (!content.start) {
@@ -127,7 +127,8 @@ DocumentContent contentOf(const ToXmlOptions& options) {
 
 /// @param text  what people named the set by, if they did.
 const Metadata::MetadataSet& findStart(const Metadata::PartitionMetadata& metadata,
-                                       const DocumentContent& content, const std::string& text) {
+                                       const Editing::DocumentContent& content,
+                                       const std::string& text) {
     if (content.start) {
         const auto found = metadata.resolve(*content.start);
         if (found.empty()) {
@@ -137,18 +138,18 @@ const Metadata::MetadataSet& findStart(const Metadata::PartitionMetadata& metada
         }
         return found.front();
     }
-    return prefaceOf(metadata);
+    return Editing::prefaceOf(metadata);
 }
 
 /// Model and document, kept until the process ends: to take tens of thousands of objects apart just
 /// before costs time and brings nothing.
 struct Leftovers {
     mxf::HeaderMetadata header;
-    std::optional<WrittenDocument> document;
+    std::optional<Editing::WrittenDocument> document;
 };
 
 void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
-    const DocumentContent content = contentOf(options);
+    const Editing::DocumentContent content = contentOf(options);
     const auto output =
         openOutput(options.output, inputsOf({options.clip.path}, options.clip.dictionaries),
                    options.force ? MayReplace::everything : MayReplace::noMxfFile);

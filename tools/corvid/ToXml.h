@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/xmlutils/EncodingType.h"
-#include "tools/corvid/Clip.h"
-#include "tools/corvid/DocumentValidator.h"
+#include "tools/corvid/input/Clip.h"
+#include "tools/corvid/xml/DocumentValidator.h"
 
 namespace Corvid::Tool {
 

@@ -1,7 +1,7 @@
 #include "tools/corvid/CommandLine.h"
-#include "tools/corvid/ExitStatus.h"
-#include "tools/corvid/Messages.h"
-#include "tools/corvid/Output.h"
+#include "tools/corvid/output/Output.h"
+#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/Messages.h"
 
 #include <csignal>
 #include <cstdlib>

@@ -1,0 +1,88 @@
+#include "editing/DocumentMetadata.h"
+
+#include "XMLBuilder/reader/strict/ReadStrictly.h"
+#include "XMLBuilder/reader/strict/Strictness.h"
+#include "editing/RenameSets.h"
+#include "editing/supplement/SupplementText.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace Corvid::Editing {
+
+namespace {
+
+/// Sets of one identifier that differ, where the instructions do not speak of them, are a mistake:
+/// at the second of them.
+void refuseUnequalCopies(const MergedCopies& copies, const DocumentSupplement& supplement,
+                         const XMLBuilder::Strictness& document, XMLBuilder::Mistakes& mistakes) {
+    for (const auto& copy : copies.unequal) {
+        const bool isTold = std::any_of(supplement.copies.begin(), supplement.copies.end(),
+                                        [&copy](const DocumentSupplement::Copies& each) {
+                                            return each.set == copy.identifier;
+                                        });
+        if (!isTold) {
+            auto mistake = document.placeOf(copy.identifier, 1);
+            mistake.text = "set " + copy.set + " " + Platform::toUtf8(copy.identifier.toString()) +
+                           ": another set has this identifier and differs";
+            mistakes.add(mistake);
+        }
+    }
+}
+
+} // namespace
+
+DocumentMistakes::DocumentMistakes(const XMLBuilder::Mistakes& mistakes)
+    : InvalidFormat(mistakes.entries().front().text +
+                        (mistakes.count() == 1
+                             ? ""
+                             : ", and " + std::to_string(mistakes.count() - 1) + " more mistakes"),
+                    CORVID_HERE),
+      mistakes_(mistakes) {}
+
+void complete(DocumentMetadata& document, const DocumentSupplement& supplement,
+              SupplementReader& reader, DocumentIdentifiers identifiers) {
+    document.supplement = reader.apply(*document.metadata);
+    document.isPartial = supplement.partial.has_value();
+    CopyCounts copies;
+    for (const auto& [set, count] : supplement.copies) {
+        copies[set] = count;
+    }
+    document.copies = mergeCopies(*document.metadata, copies);
+    if (identifiers == DocumentIdentifiers::fresh) {
+        renameSets(*document.metadata);
+    }
+}
+
+DocumentMetadata readDocument(DataIO::DataSource& source,
+                              const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
+                              DocumentIdentifiers identifiers) {
+    DocumentMetadata document;
+    document.metadata = Templates::auto_ptr<Metadata::PartitionMetadata>(
+        new Metadata::PartitionMetadata(dictionary));
+    DocumentSupplement supplement;
+    std::optional<SupplementReader> reader;
+    XMLBuilder::Mistakes mistakes;
+    XMLBuilder::StrictReading reading;
+    reading.begin = [&](const std::vector<Instruction>& instructions) {
+        supplement = parseSupplement(instructions);
+        reader.emplace(supplement);
+        reader->explainTags(document.metadata->partitionDictionary());
+        return &*reader;
+    };
+    reading.end = [&](const XMLBuilder::Strictness& strictness) {
+        if (mistakes.count() == 0) {
+            complete(document, supplement, *reader, identifiers);
+            refuseUnequalCopies(document.copies, supplement, strictness, mistakes);
+        }
+    };
+    XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
+    XMLBuilder::readStrictly(source, *document.metadata, names, reading, mistakes);
+    if (mistakes.count() != 0) {
+        throw DocumentMistakes(mistakes);
+    }
+    document.doubts = mistakes;
+    return document;
+}
+
+} // namespace Corvid::Editing

@@ -1,0 +1,132 @@
+#include "editing/MergeCopies.h"
+
+#include "host/dataio/Memory.h"
+#include "host/metadata/Names.h"
+#include "host/mxf/LocalSet.h"
+#include "host/types/UuidMap.h"
+
+#include <algorithm>
+#include <map>
+#include <optional>
+
+namespace Corvid::Editing {
+
+namespace {
+
+using Metadata::DarkMetadataSet;
+using Metadata::MetadataSet;
+using Metadata::PartitionMetadata;
+
+std::string bytesOf(const MetadataSet& set, Metadata::PartitionDictionary& primer) {
+    DataIO::Memory::MemoryDataSink sink;
+    set.serialize(sink, primer);
+    return {reinterpret_cast<const char*>(sink.rawBuffer()), sink.serializedSize()};
+}
+
+/// Key, octets of the length and value.
+std::string bytesOf(const DarkMetadataSet& set) {
+    const auto& key = set.key().bytes();
+    std::string bytes(key.begin(), key.end());
+    bytes += static_cast<char>(set.berLength());
+    return bytes.append(set.value()->begin(), set.value()->end());
+}
+
+bool isInstanceUID(Types::u16 tag, const Metadata::PartitionDictionary& primer) {
+    const auto* const label = primer.find(Types::LocalTag(tag), true);
+    return label != nullptr &&
+           label->withoutVersion() ==
+               Metadata::Structural::StructuralMetadataULs::instanceUID().withoutVersion();
+}
+
+std::optional<Types::UUID> identifierOf(const DarkMetadataSet& set,
+                                        const Metadata::PartitionDictionary& primer) {
+    std::optional<Types::UUID> identifier;
+    if (!KLV::isLocalSet(set.key())) {
+        return identifier;
+    }
+    mxf::LocalSet properties(set.key(), {set.value()->begin(), set.value()->size()});
+    while (const auto property = properties.next()) {
+        if (!identifier && Types::UUID::fits(property->value) &&
+            isInstanceUID(property->tag, primer)) {
+            identifier = Types::UUID(property->value);
+        }
+    }
+    return properties.atEnd() ? identifier : std::nullopt;
+}
+
+/// Counts equal sets of one identifier.
+class Copies {
+public:
+    explicit Copies(Types::u32 greatest) : greatest_(greatest) {}
+
+    enum class Verdict { first, another, kept, tooMany };
+    Verdict add(const std::string& content) {
+        const Types::u32 count = ++counts_[content];
+        return count > greatest_     ? Verdict::tooMany
+               : count > 1           ? Verdict::kept
+               : counts_.size() == 1 ? Verdict::first
+                                     : Verdict::another;
+    }
+
+private:
+    Types::u32 greatest_;
+    std::map<std::string, Types::u32> counts_;
+};
+
+Copies copiesOf(const Types::UUID& identifier, const CopyCounts& counts) {
+    const auto count = counts.find(identifier);
+    return Copies(count == counts.end() ? 1 : std::max(count->second, Types::u32{1}));
+}
+
+void mergeSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopies& merged) {
+    Templates::vector<const MetadataSet*> copies;
+    for (const MetadataSet* set : metadata) {
+        const auto sameIdentifier = metadata.resolve(set->instanceUID());
+        if (!set->hasInstanceUID() || sameIdentifier.size() == 1 ||
+            &sameIdentifier.front() != set) {
+            continue;
+        }
+        Copies seen = copiesOf(set->instanceUID(), counts);
+        for (const MetadataSet* copy : sameIdentifier) {
+            const auto verdict = seen.add(bytesOf(*copy, metadata.partitionDictionary()));
+            if (verdict == Copies::Verdict::tooMany) {
+                copies.push_back(copy);
+            } else if (verdict == Copies::Verdict::another) {
+                merged.unequal.push_back({className(*copy), copy->instanceUID()});
+            }
+        }
+    }
+    merged.equal += copies.size();
+    metadata.remove(copies);
+}
+
+void mergeDarkSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopies& merged) {
+    Types::UuidMap<Copies> seen;
+    for (auto set = metadata.darkBegin(); set != metadata.darkEnd();) {
+        const auto identifier = identifierOf(**set, metadata.partitionDictionary());
+        if (identifier) {
+            auto& copies = seen.tryEmplace(*identifier, copiesOf(*identifier, counts)).first;
+            const auto verdict = copies.add(bytesOf(**set));
+            if (verdict == Copies::Verdict::tooMany) {
+                ++merged.equal;
+                set = metadata.removeDark(set);
+                continue;
+            }
+            if (verdict == Copies::Verdict::another) {
+                merged.unequal.push_back({Platform::toUtf8((*set)->key().toString()), *identifier});
+            }
+        }
+        ++set;
+    }
+}
+
+} // namespace
+
+MergedCopies mergeCopies(PartitionMetadata& metadata, const CopyCounts& copies) {
+    MergedCopies merged;
+    mergeSets(metadata, copies, merged);
+    mergeDarkSets(metadata, copies, merged);
+    return merged;
+}
+
+} // namespace Corvid::Editing

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "host/metadata/PartitionMetadata.h"
+
+#include <cstddef>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace Corvid::Editing {
+
+/// Sets of one identifier that became one, and those that did not.
+struct MergedCopies {
+    /// A set that says something else than a set before it that has its InstanceUID.
+    struct Unequal {
+        std::string set; ///< what the dictionary calls its class; its key where it does not
+        Types::UUID identifier;
+    };
+
+    std::size_t equal = 0; ///< how many sets were removed because they are elsewhere
+    std::vector<Unequal> unequal;
+};
+
+/// How many equal sets have an InstanceUID.
+using CopyCounts = std::map<Types::UUID, Types::u32>;
+
+/// Keeps one of the sets that have the same InstanceUID and the same bytes: the first. A document
+/// holds a set twice when sets outside the tree of the Preface share it with that tree.
+///
+/// Dark sets are merged where they are local sets with an InstanceUID. Others have no identifier,
+/// so two of them were two in the file.
+/// @param copies  how many equal ones there are to be, where there is to be more than one.
+/// @throws LimitExceeded  a copy has a value that no local set holds.
+MergedCopies mergeCopies(Metadata::PartitionMetadata& metadata, const CopyCounts& copies = {});
+
+} // namespace Corvid::Editing

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "editing/Renaming.h"
+#include "host/metadata/PartitionMetadata.h"
+
+namespace Corvid::Editing {
+
+/// Gives every set that has an InstanceUID one that nobody else has, sets of one InstanceUID the
+/// same. References follow their targets; those that lead to no set stay, because dark sets, whose
+/// bytes are theirs to know, may be meant.
+Renaming renameSets(Metadata::PartitionMetadata& metadata);
+
+} // namespace Corvid::Editing

@@ -1,0 +1,65 @@
+#include "editing/RoundTrip.h"
+
+#include "editing/DocumentMetadata.h"
+#include "editing/RenameSets.h"
+#include "editing/WriteDocument.h"
+#include "host/base/Exceptions.h"
+#include "host/dataio/Memory.h"
+#include "host/dataio/MemorySource.h"
+#include "host/mxf/File.h"
+#include "host/mxf/HeaderMetadataWriter.h"
+#include "host/xmlutils/InvalidCharacters.h"
+
+namespace Corvid::Editing {
+
+namespace {
+
+using DataIO::Memory::MemoryDataSink;
+using PartitionHolder = Templates::auto_ptr<Metadata::PartitionMetadata>;
+using Metadata::PartitionMetadata;
+
+const std::string unreadable = "its document can't be read: ";
+
+PartitionHolder throughXml(PartitionMetadata& metadata) {
+    MemoryDataSink text;
+    XMLUtils::ReplaceInvalidCharacters invalid(0);
+    WrittenDocument(metadata, {})
+        .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::compact, invalid, text);
+    try {
+        DataIO::Memory::MemoryDataSource document(text.rawBuffer(), text.serializedSize());
+        return readDocument(document, metadata.partitionDictionary().dictionary(),
+                            DocumentIdentifiers::written)
+            .metadata;
+    } catch (const Exceptions::ParseError& error) {
+        throw Exceptions::ParseError(unreadable + Platform::toUtf8(error.message()), error.file(),
+                                     error.line());
+    } catch (const DocumentMistakes& error) {
+        throw Exceptions::InvalidFormat(unreadable + Platform::toUtf8(error.message()),
+                                        error.file(), error.line());
+    }
+}
+
+PartitionHolder throughFile(PartitionMetadata& metadata) {
+    MemoryDataSink bytes;
+    mxf::PartitionPack pack;
+    pack.status = mxf::PartitionStatus::closedComplete;
+    mxf::writeHeaderPartition(pack, mxf::HeaderMetadataWriter(metadata), bytes);
+    mxf::NoWarnings warnings;
+    mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(new DataIO::MemorySource(
+                       bytes.rawBuffer(), bytes.serializedSize(), "the file written")),
+                   metadata.partitionDictionary().dictionary(), warnings);
+    return file.readMetadata(mxf::PartitionChoice::header()).metadata;
+}
+
+} // namespace
+
+Comparison compareWithRoundTrip(PartitionMetadata& metadata, std::size_t listed) {
+    const PartitionHolder read = throughXml(metadata);
+    Comparison comparison = compare(metadata, *throughFile(*read), {}, listed);
+    const Renaming renaming = renameSets(*read);
+    comparison.differences.unite(
+        compare(metadata, *throughFile(*read), renaming, listed).differences);
+    return comparison;
+}
+
+} // namespace Corvid::Editing

@@ -1,0 +1,101 @@
+#pragma once
+
+#include "host/klv/Key.h"
+#include "host/types/Types.h"
+
+/// The few properties, sets and labels that `corvid info` looks for (SMPTE ST 377-1). What they are
+/// called is in the dictionary.
+namespace Corvid::Inspection::Structural {
+
+constexpr std::array<Types::u8, 16> sixteenBytes(Types::u64 front, Types::u64 back) {
+    std::array<Types::u8, 16> bytes{};
+    for (unsigned i = 0; i != 8; ++i) {
+        bytes[i] = static_cast<Types::u8>(front >> (56 - 8 * i));
+        bytes[8 + i] = static_cast<Types::u8>(back >> (56 - 8 * i));
+    }
+    return bytes;
+}
+
+/// A property whose values are of the class Value, or references. Its label without version byte.
+template <class Value> struct Property {
+    Types::u64 item;
+    Types::UniversalLabel label() const {
+        return Types::UniversalLabel(sixteenBytes(0x060e2b3401010100, item));
+    }
+};
+
+// clang-format off
+// Preface
+constexpr Property<Types::StrongReference> contentStorage     {0x0601010402010000};
+constexpr Property<Types::StrongReference> identifications    {0x0601010406040000};
+constexpr Property<Types::UniversalLabel>  operationalPattern {0x0102020300000000};
+constexpr Property<Types::UniversalLabel>  essenceContainers  {0x0102021002010000};
+constexpr Property<Types::UniversalLabel>  descriptiveSchemes {0x0102021002020000};
+constexpr Property<Types::UniversalLabel>  conformsTo         {0x0102021002040000};
+// Identification
+constexpr Property<Types::UTF16String>     companyName        {0x0520070102010000};
+constexpr Property<Types::UTF16String>     productName        {0x0520070103010000};
+constexpr Property<Types::ProductVersion>  productVersion     {0x0520070104000000};
+constexpr Property<Types::UTF16String>     versionString      {0x0520070105010000};
+constexpr Property<Types::UTF16String>     platform           {0x0520070106010000};
+constexpr Property<Types::ProductVersion>  toolkitVersion     {0x052007010a000000};
+constexpr Property<Types::Timestamp>       modificationDate   {0x0702011002030000};
+// Content storage and packages
+constexpr Property<Types::StrongReference> packages           {0x0601010405010000};
+constexpr Property<Types::UMID32>          packageId          {0x0101151000000000};
+constexpr Property<Types::UTF16String>     packageName        {0x0103030201000000};
+constexpr Property<Types::Timestamp>       packageCreated     {0x0702011001030000};
+constexpr Property<Types::StrongReference> tracks             {0x0601010406050000};
+constexpr Property<Types::StrongReference> descriptor         {0x0601010402030000};
+constexpr Property<Types::StrongReference> fileDescriptors    {0x06010104060b0000};
+constexpr Property<Types::StrongReference> subDescriptors     {0x0601010406100000};
+// Tracks and their components
+constexpr Property<Types::UInt32>          trackId            {0x0107010100000000};
+constexpr Property<Types::UTF16String>     trackName          {0x0107010201000000};
+constexpr Property<Types::UInt32>          trackNumber        {0x0104010300000000};
+constexpr Property<Types::StrongReference> trackSegment       {0x0601010402040000};
+constexpr Property<Types::Rational>        editRate           {0x0530040500000000};
+constexpr Property<Types::Rational>        eventEditRate      {0x0530040200000000};
+constexpr Property<Types::Position>        origin             {0x0702010301030000};
+constexpr Property<Types::UniversalLabel>  dataDefinition     {0x0407010000000000};
+constexpr Property<Types::Length>          duration           {0x0702020101030000};
+constexpr Property<Types::StrongReference> components         {0x0601010406090000};
+constexpr Property<Types::Position>        startTimecode      {0x0702010301050000};
+constexpr Property<Types::UInt16>          framesPerSecond    {0x0404010102060000};
+constexpr Property<Types::Boolean>         dropFrame          {0x0404010105000000};
+// Definitions that a file brings along
+constexpr Property<Types::UniversalLabel>  definitionId       {0x0101150300000000};
+constexpr Property<Types::UTF16String>     definitionName     {0x0107010203010000};
+// clang-format on
+
+/// The classes of sets, by the number in their key.
+enum class SetClass : Types::u8 {
+    fileDescriptor = 0x25,
+    essenceDescriptor = 0x24,
+    materialPackage = 0x36,
+    sourcePackage = 0x37,
+    timecode = 0x14,
+    definition = 0x1A,
+    definitionOfData = 0x1B,
+    dictionary = 0x22,
+};
+
+inline KLV::Key keyOf(SetClass set) {
+    return KLV::Key(
+        sixteenBytes(0x060e2b3402530101, 0x0d01010101010000 | static_cast<Types::u64>(set) << 8));
+}
+
+/// True for the key of a set that describes classes, properties and types (SMPTE ST 377-2).
+bool isOfMetaDictionary(const KLV::Key& key);
+
+/// "Picture", "Sound", "Timecode" and so on for the label of a data definition (SMPTE ST 400);
+/// dotted for one that is not registered.
+std::string trackKind(const Types::UniversalLabel& label);
+
+/// "OP1a", "OP-Atom" and so on (SMPTE ST 377-1, ST 390); empty for a label that is none.
+std::string operationalPatternName(const Types::UniversalLabel& label);
+
+/// What the label says of the pattern, in words; empty where it says nothing.
+std::string operationalPatternWords(const Types::UniversalLabel& label);
+
+} // namespace Corvid::Inspection::Structural

@@ -1,0 +1,76 @@
+#include "tools/corvid/input/Clip.h"
+
+#include "host/base/Exceptions.h"
+
+#include <charconv>
+#include <optional>
+
+namespace Corvid::Tool {
+
+namespace {
+
+std::optional<mxf::PartitionChoice> choiceOf(const std::string& text) {
+    if (text == "auto") {
+        return mxf::PartitionChoice::automatic();
+    }
+    if (text == "header") {
+        return mxf::PartitionChoice::header();
+    }
+    if (text == "footer") {
+        return mxf::PartitionChoice::footer();
+    }
+    std::uint32_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || text.empty()) {
+        return std::nullopt;
+    }
+    return mxf::PartitionChoice::numbered(number);
+}
+
+/// The partitions that say that they have metadata, for people who asked for another one.
+std::string partitionsWithMetadata(mxf::File& file) {
+    constexpr std::size_t listed = 8;
+    std::string text;
+    std::size_t count = 0;
+    const mxf::Partitions& all = file.partitions();
+    for (std::size_t i = 0; i != all.size(); ++i) {
+        if (all[i].pack.headerByteCount != 0 && ++count <= listed) {
+            text += (text.empty() ? "" : ", ") + std::to_string(i) + " (" + all[i].pack.kindName() +
+                    ")";
+        }
+    }
+    if (count > listed) {
+        text += " and " + std::to_string(count - listed) + " more";
+    }
+    return text.empty() ? "no partition says that it has metadata" : "metadata is in " + text;
+}
+
+} // namespace
+
+bool isPartitionChoice(const std::string& text) { return choiceOf(text).has_value(); }
+
+mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options) {
+    const auto choice = choiceOf(options.partition);
+    if (!choice) {
+        throw Exceptions::InvalidArgument("no partition '" + options.partition +
+                                              "', expected auto, header, footer or a number",
+                                          CORVID_HERE);
+    }
+    try {
+        return file.readMetadata(*choice);
+    } catch (const Exceptions::InvalidFormat& error) {
+        if (choice->kind() == mxf::PartitionChoice::Kind::automatic) {
+            throw;
+        }
+        throw Exceptions::InvalidFormat(
+            Platform::toUtf8(error.message()) + "; " + partitionsWithMetadata(file), CORVID_HERE);
+    }
+}
+
+std::string describe(std::size_t number, const mxf::Partition& partition) {
+    return "partition " + std::to_string(number) + " (" + partition.pack.kindName() + ", " +
+           partition.pack.statusName() + ")";
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "tools/corvid/reports/CheckReport.h"
+#include "tools/corvid/reports/JsonStream.h"
+
+namespace Corvid::Tool {
+
+/// The report of a check for programs: JSON with the keys that docs/check.md names, written file by
+/// file.
+class CheckJson {
+public:
+    /// @param sink  is borrowed.
+    explicit CheckJson(DataIO::DataSink& sink);
+
+    void add(const CheckedFile& file);
+    /// Ends the report.
+    void finish(const CheckTally& tally);
+
+private:
+    JsonStream json_;
+};
+
+} // namespace Corvid::Tool
