@@ -1,7 +1,8 @@
 # CORVID_PUBLIC_HEADERS: what applications may include and what is installed, relative to the
 # project's root. A header is here because an application needs it: to open a file, to read, make or
-# change metadata, to define sets, to read and write documents; or because such a header includes it.
-# The other headers are the libraries' own affair. tests/consumer shows that these do without them.
+# change metadata, to define sets, to read, write and compare documents, to say what a file holds; or
+# because such a header includes it. The other headers are the libraries' own affair. tests/consumer
+# shows that these do without them.
 
 set(CORVID_PUBLIC_HEADERS
   XMLBuilder/XML2Partition.h
@@ -13,6 +14,14 @@ function(corvid_public_headers folder)
   set(CORVID_PUBLIC_HEADERS ${CORVID_PUBLIC_HEADERS} PARENT_SCOPE)
 endfunction()
 
+corvid_public_headers(editing
+  DocumentMetadata.h MergedCopies.h RoundTrip.h WriteDocument.h)
+corvid_public_headers(editing/compare
+  Comparison.h Difference.h DifferenceKinds.def Differences.h)
+corvid_public_headers(editing/supplement
+  SupplementOutcome.h)
+corvid_public_headers(inspection
+  Glossary.h RegisteredName.h StructuralLabels.h Summary.h)
 corvid_public_headers(host/base
   Attached.h Exceptions.h IdentifierText.h Platform.h Templates.h Text.h)
 corvid_public_headers(host/dataio

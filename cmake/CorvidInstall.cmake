@@ -6,7 +6,8 @@ include(CMakePackageConfigHelpers)
 
 # Libraries stand beside each other; the command finds them from where it stands.
 file(RELATIVE_PATH corvid_lib_from_bin /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-set(corvid_libraries Corvid Corvid_XMLUtils Corvid_XMLBuilder)
+set(corvid_libraries
+  Corvid Corvid_XMLUtils Corvid_XMLBuilder Corvid_Editing Corvid_Inspection)
 foreach(target IN LISTS corvid_libraries)
   set_target_properties(${target} PROPERTIES INSTALL_RPATH "$ORIGIN")
   install(DIRECTORY ${PROJECT_BINARY_DIR}/generated/${target}

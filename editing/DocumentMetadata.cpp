@@ -1,12 +1,17 @@
 #include "editing/DocumentMetadata.h"
 
+#include "XMLBuilder/reader/strict/Mistakes.h"
 #include "XMLBuilder/reader/strict/ReadStrictly.h"
 #include "XMLBuilder/reader/strict/Strictness.h"
+#include "editing/CompleteDocument.h"
+#include "editing/MergeCopies.h"
 #include "editing/RenameSets.h"
+#include "editing/supplement/ApplySupplement.h"
 #include "editing/supplement/SupplementText.h"
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
 
 namespace Corvid::Editing {
 
@@ -30,15 +35,28 @@ void refuseUnequalCopies(const MergedCopies& copies, const DocumentSupplement& s
     }
 }
 
+/// In the order of the document: some are found when it has been read.
+std::vector<Mistake> inOrder(const std::vector<XMLBuilder::Mistakes::Entry>& entries) {
+    std::vector<Mistake> mistakes;
+    mistakes.reserve(entries.size());
+    for (const auto& entry : entries) {
+        mistakes.push_back({entry.line, entry.column, entry.text});
+    }
+    std::stable_sort(mistakes.begin(), mistakes.end(), [](const auto& a, const auto& b) {
+        return std::tie(a.line, a.column) < std::tie(b.line, b.column);
+    });
+    return mistakes;
+}
+
 } // namespace
 
-DocumentMistakes::DocumentMistakes(const XMLBuilder::Mistakes& mistakes)
-    : InvalidFormat(mistakes.entries().front().text +
-                        (mistakes.count() == 1
-                             ? ""
-                             : ", and " + std::to_string(mistakes.count() - 1) + " more mistakes"),
+DocumentMistakes::DocumentMistakes(std::vector<Mistake> mistakes, std::size_t count)
+    : InvalidFormat(mistakes.front().text +
+                        (count == 1 ? "" : ", and " + std::to_string(count - 1) + " more mistakes"),
                     CORVID_HERE),
-      mistakes_(mistakes) {}
+      mistakes_(std::move(mistakes)), count_(count) {}
+
+DocumentMistakes::~DocumentMistakes() = default;
 
 void complete(DocumentMetadata& document, const DocumentSupplement& supplement,
               SupplementReader& reader, DocumentIdentifiers identifiers) {
@@ -79,9 +97,9 @@ DocumentMetadata readDocument(DataIO::DataSource& source,
     XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
     XMLBuilder::readStrictly(source, *document.metadata, names, reading, mistakes);
     if (mistakes.count() != 0) {
-        throw DocumentMistakes(mistakes);
+        throw DocumentMistakes(inOrder(mistakes.entries()), mistakes.count());
     }
-    document.doubts = mistakes;
+    document.doubts = inOrder(mistakes.doubts());
     return document;
 }
 

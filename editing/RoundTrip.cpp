@@ -2,7 +2,8 @@
 
 #include "editing/DocumentMetadata.h"
 #include "editing/RenameSets.h"
-#include "editing/WriteDocument.h"
+#include "editing/WrittenDocument.h"
+#include "editing/compare/CompareRenamed.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/dataio/MemorySource.h"
@@ -55,10 +56,10 @@ PartitionHolder throughFile(PartitionMetadata& metadata) {
 
 Comparison compareWithRoundTrip(PartitionMetadata& metadata, std::size_t listed) {
     const PartitionHolder read = throughXml(metadata);
-    Comparison comparison = compare(metadata, *throughFile(*read), {}, listed);
+    Comparison comparison = compare(metadata, *throughFile(*read), listed);
     const Renaming renaming = renameSets(*read);
     comparison.differences.unite(
-        compare(metadata, *throughFile(*read), renaming, listed).differences);
+        compareRenamed(metadata, *throughFile(*read), renaming, listed).differences);
     return comparison;
 }
 

@@ -10,7 +10,7 @@ namespace Corvid::Editing {
 /// @param metadata  borrowed; afterwards as it was, but for entries that its primer pack lacked.
 /// @param listed    how many differences of a kind are listed; all are counted.
 /// @throws BaseException  to-xml or from-xml would refuse it.
-Comparison compareWithRoundTrip(Metadata::PartitionMetadata& metadata,
-                                std::size_t listed = Differences::mostListed);
+CORVID_EDITING_EXPORT Comparison compareWithRoundTrip(Metadata::PartitionMetadata& metadata,
+                                                      std::size_t listed = Differences::mostListed);
 
 } // namespace Corvid::Editing

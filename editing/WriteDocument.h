@@ -1,9 +1,7 @@
 #pragma once
 
-#include "XMLBuilder/writer/DocumentPlan.h"
+#include "Corvid_Editing/Export.h"
 #include "host/metadata/PartitionMetadata.h"
-#include "host/xmlutils/EncodingType.h"
-#include "host/xmlutils/Layout.h"
 
 #include <optional>
 
@@ -11,39 +9,24 @@ namespace Corvid::DataIO {
 class DataSink;
 }
 
-namespace Corvid::XMLUtils {
-class InvalidCharacters;
-}
-
 namespace Corvid::Editing {
 
 /// What of a partition a document is to hold, and how.
 struct DocumentContent {
-    bool referencesAsValues = false;
+    bool referencesAsValues = false;  ///< each set inside the property that refers to it
     bool structuralOnly = false;      ///< without sets that are no structural metadata
     std::optional<Types::UUID> start; ///< a set to begin with; nothing for the Preface
 };
 
-/// The first Preface.
-/// @throws InvalidFormat  there is none.
-const Metadata::MetadataSet& prefaceOf(const Metadata::PartitionMetadata& metadata);
-
-/// A document of the command: what the library makes of a partition, and the processing
-/// instructions that say what the format has no place for.
-class WrittenDocument {
-public:
-    /// @param metadata  borrowed, not to change; afterwards as it was, but for entries that its
-    ///                  primer pack lacked.
-    /// @throws InvalidFormat  there is no Preface; BaseException  as XMLBuilder/XMLBuilder.h says.
-    WrittenDocument(Metadata::PartitionMetadata& metadata, const DocumentContent& content);
-
-    /// @throws BaseException  as XMLBuilder::writeDocumentText() does.
-    void serialise(XMLUtils::EncodingType encoding, XMLUtils::Layout layout,
-                   XMLUtils::InvalidCharacters& invalid, DataIO::DataSink& sink) const;
-
-private:
-    XMLBuilder::DocumentPlan plan_;
-    std::string instructions_; ///< each on a line of its own
-};
+/// Writes a partition as a document in UTF-8, indented, with the processing instructions in front
+/// that let readDocument() give back all of the metadata.
+///
+/// @param metadata  borrowed; afterwards as it was, but for entries that its primer pack lacked.
+/// @param sink      has a part of the document after an exception. Borrowed.
+/// @throws InvalidFormat  there is no Preface to begin with, or a text has a character that XML
+///                        cannot hold.
+/// @throws InvalidArgument  no set has the InstanceUID to start from.
+CORVID_EDITING_EXPORT void writeDocument(Metadata::PartitionMetadata& metadata,
+                                         const DocumentContent& content, DataIO::DataSink& sink);
 
 } // namespace Corvid::Editing

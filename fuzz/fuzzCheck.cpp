@@ -1,7 +1,7 @@
 // What `corvid check` prints about a file, and whether its verdict is right.
 
 #include "editing/RoundTrip.h"
-#include "editing/WriteDocument.h"
+#include "editing/WrittenDocument.h"
 #include "fuzz/FuzzInput.h"
 #include "fuzz/PlainSets.h"
 #include "fuzz/Readable.h"

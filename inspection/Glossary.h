@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Corvid_Inspection/Export.h"
 #include "host/dictionary/Dictionary.h"
 #include "host/dictionary/Registers.h"
 
@@ -25,7 +26,7 @@ using Subject =
 
 /// Everything that has a name in a dictionary and in the SMPTE registers, to be found by what
 /// people have at hand of it.
-class Glossary {
+class CORVID_INSPECTION_EXPORT Glossary {
 public:
     struct Entry {
         Subject subject;
@@ -70,6 +71,6 @@ private:
 
 /// The label of a subject, or its key as it is in files; nothing for a member that stands for
 /// none.
-std::optional<Types::UniversalLabel> labelOf(const Subject& subject);
+CORVID_INSPECTION_EXPORT std::optional<Types::UniversalLabel> labelOf(const Subject& subject);
 
 } // namespace Corvid::Inspection

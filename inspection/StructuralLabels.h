@@ -1,9 +1,10 @@
 #pragma once
 
+#include "Corvid_Inspection/Export.h"
 #include "host/klv/Key.h"
 #include "host/types/Types.h"
 
-/// The few properties, sets and labels that `corvid info` looks for (SMPTE ST 377-1). What they are
+/// The few properties, sets and labels that a summary looks for (SMPTE ST 377-1). What they are
 /// called is in the dictionary.
 namespace Corvid::Inspection::Structural {
 
@@ -86,16 +87,16 @@ inline KLV::Key keyOf(SetClass set) {
 }
 
 /// True for the key of a set that describes classes, properties and types (SMPTE ST 377-2).
-bool isOfMetaDictionary(const KLV::Key& key);
+CORVID_INSPECTION_EXPORT bool isOfMetaDictionary(const KLV::Key& key);
 
 /// "Picture", "Sound", "Timecode" and so on for the label of a data definition (SMPTE ST 400);
-/// dotted for one that is not registered.
-std::string trackKind(const Types::UniversalLabel& label);
+/// empty for another label.
+CORVID_INSPECTION_EXPORT std::string trackKind(const Types::UniversalLabel& label);
 
 /// "OP1a", "OP-Atom" and so on (SMPTE ST 377-1, ST 390); empty for a label that is none.
-std::string operationalPatternName(const Types::UniversalLabel& label);
+CORVID_INSPECTION_EXPORT std::string operationalPatternName(const Types::UniversalLabel& label);
 
 /// What the label says of the pattern, in words; empty where it says nothing.
-std::string operationalPatternWords(const Types::UniversalLabel& label);
+CORVID_INSPECTION_EXPORT std::string operationalPatternWords(const Types::UniversalLabel& label);
 
 } // namespace Corvid::Inspection::Structural

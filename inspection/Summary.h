@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Corvid_Inspection/Export.h"
 #include "host/mxf/File.h"
 #include "host/types/Rational.h"
 
@@ -11,8 +12,8 @@
 
 namespace Corvid::Inspection {
 
-/// What `corvid info` says of a file. Texts are UTF-8 as in the file; empty means that it says
-/// nothing.
+/// What people want to know of a file first. Texts are UTF-8 as in the file; empty means that it
+/// says nothing.
 struct Summary {
     struct Timecode {
         Types::int64 start = 0; ///< in frames
@@ -90,13 +91,16 @@ struct Summary {
 constexpr std::size_t longestKind = 100;
 
 /// Collects it.
-/// @param metadata  of a partition of the file.
-Summary summarise(mxf::File& file, const mxf::HeaderMetadata& metadata);
+/// @param file      borrowed; its partitions are read where they have not been.
+/// @param metadata  of a partition of the file. Borrowed.
+/// @throws IOError, InvalidFormat  the partitions can't be read.
+CORVID_INSPECTION_EXPORT Summary summarise(mxf::File& file, const mxf::HeaderMetadata& metadata);
 
 /// "01:00:00:00", with ";" before the frames of drop-frame timecode (SMPTE ST 12-1).
-std::string timecodeText(const Summary::Timecode& timecode);
+CORVID_INSPECTION_EXPORT std::string timecodeText(const Summary::Timecode& timecode);
 
 /// Seconds of so many edit units; nothing where the rate is none.
-std::optional<double> seconds(Types::int64 editUnits, const std::optional<Types::Rational>& rate);
+CORVID_INSPECTION_EXPORT std::optional<double> seconds(Types::int64 editUnits,
+                                                       const std::optional<Types::Rational>& rate);
 
 } // namespace Corvid::Inspection

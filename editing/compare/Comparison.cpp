@@ -1,5 +1,6 @@
 #include "editing/compare/Comparison.h"
 
+#include "editing/compare/CompareRenamed.h"
 #include "editing/compare/DarkSetList.h"
 #include "editing/compare/SetComparison.h"
 #include "host/mxf/LocalSet.h"
@@ -250,9 +251,13 @@ void Comparer::pair(const ListedDarkSet& before, const ListedDarkSet& after) {
 
 } // namespace
 
-Comparison compare(PartitionMetadata& before, PartitionMetadata& after, const Renaming& renaming,
-                   std::size_t listed) {
+Comparison compareRenamed(PartitionMetadata& before, PartitionMetadata& after,
+                          const Renaming& renaming, std::size_t listed) {
     return Comparer(before, after, renaming, listed).run();
+}
+
+Comparison compare(PartitionMetadata& before, PartitionMetadata& after, std::size_t listed) {
+    return compareRenamed(before, after, {}, listed);
 }
 
 } // namespace Corvid::Editing

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editing/Renaming.h"
+#include "Corvid_Editing/Export.h"
 #include "editing/compare/Differences.h"
 #include "host/metadata/PartitionMetadata.h"
 
@@ -13,8 +13,8 @@ struct Comparison {
     Differences differences;
 };
 
-/// Compares the metadata of a file with what came back from its XML: set by set, property by
-/// property, value by value.
+/// Compares two states of the metadata of a file, as it was and as it came back from a document:
+/// set by set, property by property, value by value.
 ///
 /// Sets belong together by their InstanceUID, those without one by their class and order; sets
 /// that the dictionary does not know by their bytes, and by what their local tags mean. Not
@@ -22,9 +22,9 @@ struct Comparison {
 /// properties, other local tags, the octets of the length of a set that the dictionary knows.
 /// @param before, after  borrowed; their primer packs get entries where they lack some that dark
 ///     sets need.
-/// @param renaming       the InstanceUIDs that the sets were given.
 /// @param listed         how many differences of a kind are listed; all are counted.
-Comparison compare(Metadata::PartitionMetadata& before, Metadata::PartitionMetadata& after,
-                   const Renaming& renaming, std::size_t listed = Differences::mostListed);
+CORVID_EDITING_EXPORT Comparison compare(Metadata::PartitionMetadata& before,
+                                         Metadata::PartitionMetadata& after,
+                                         std::size_t listed = Differences::mostListed);
 
 } // namespace Corvid::Editing

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Corvid_Editing/Export.h"
 #include "editing/compare/Difference.h"
 
 #include <array>
@@ -11,7 +12,7 @@ namespace Corvid::Editing {
 
 /// The differences that a comparison found: each is counted, the first ones of each kind are
 /// listed. What a file may have millions of takes a few bytes each.
-class Differences {
+class CORVID_EDITING_EXPORT Differences {
 public:
     using value_type = Difference;
     using const_iterator = std::vector<Difference>::const_iterator;

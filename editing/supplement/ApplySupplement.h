@@ -1,27 +1,13 @@
 #pragma once
 
 #include "editing/supplement/DocumentSupplement.h"
+#include "editing/supplement/SupplementOutcome.h"
 #include "host/metadata/PartitionMetadata.h"
 
 #include <map>
 #include <unordered_set>
 
 namespace Corvid::Editing {
-
-/// What became of a supplement.
-struct SupplementOutcome {
-    std::size_t missingSets = 0; ///< that it speaks of and the document does not hold
-    std::size_t overruled = 0;   ///< values that the document has otherwise
-    /// The first of them, "set Preface 06.0e. ...: property ...".
-    std::vector<std::string> firstOverruled;
-
-    /// Elements of one name that nothing was read from.
-    struct LeftOut {
-        std::string firstPlace; ///< to be put in front of a message
-        std::size_t count = 0;
-    };
-    std::map<std::string, LeftOut> leftOut; ///< by name
-};
 
 /// Reads a document together with its supplement: hand it to the reader, then call apply().
 class SupplementReader final : public XMLBuilder::Supplement {

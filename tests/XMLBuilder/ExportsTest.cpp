@@ -4,57 +4,17 @@
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/LoadDocument.h"
 #include "host/xmlutils/Serialise.h"
-#include "tests/support/Paths.h"
+#include "tests/support/ExportedNames.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
-#include <cstdio>
-#include <cstdlib>
-#include <cxxabi.h>
-#include <memory>
-#include <sstream>
 #include <string>
 #include <type_traits>
 #include <vector>
 
 namespace Corvid::Testing {
 namespace {
-
-std::string outputOf(const std::string& command) {
-    const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
-    std::string output;
-    std::array<char, 4096> buffer;
-    while (const std::size_t got = std::fread(buffer.data(), 1, buffer.size(), pipe.get())) {
-        output.append(buffer.data(), got);
-    }
-    return output;
-}
-
-std::string demangled(const std::string& symbol) {
-    int status = 0;
-    const std::unique_ptr<char, void (*)(void*)> text(
-        abi::__cxa_demangle(symbol.c_str(), nullptr, nullptr, &status), std::free);
-    return text ? text.get() : symbol;
-}
-
-/// The names, without arguments, of what the library defines for others.
-std::vector<std::string> exportedNames() {
-    std::istringstream lines(
-        outputOf(CORVID_TEST_NM " -D --defined-only " CORVID_TEST_XMLBUILDER_LIBRARY));
-    std::vector<std::string> names;
-    std::string address;
-    std::string kind;
-    std::string symbol;
-    while (lines >> address >> kind >> symbol) {
-        if (kind != "A") { // the name of the version itself
-            const std::string name = demangled(symbol.substr(0, symbol.find('@')));
-            names.push_back(name.substr(0, name.find('(')));
-        }
-    }
-    return names;
-}
 
 TEST(Exports, areTheInterfaceAndNothingElse) {
     const std::string writer = "Corvid::XMLBuilder::";
@@ -68,7 +28,8 @@ TEST(Exports, areTheInterfaceAndNothingElse) {
             expected.push_back(std::string(part) + "Corvid::Exceptions::" + caught);
         }
     }
-    EXPECT_THAT(exportedNames(), testing::UnorderedElementsAreArray(expected));
+    EXPECT_THAT(exportedNames(CORVID_TEST_XMLBUILDER_LIBRARY),
+                testing::UnorderedElementsAreArray(expected));
 }
 
 using Wide = Templates::basic_string<unsigned short, Templates::char_traits<unsigned short>,

@@ -1,5 +1,7 @@
 #include "tests/editing/Differences.h"
 
+#include "editing/compare/CompareRenamed.h"
+
 #include "tests/support/ThingsDictionary.h"
 #include "tests/types/Samples.h"
 
@@ -21,7 +23,7 @@ std::vector<Kind> kindsOf(const std::vector<Editing::Difference>& differences) {
 
 std::vector<Editing::Difference> differencesOf(PartitionMetadata& before, PartitionMetadata& after,
                                                const Editing::Renaming& renaming) {
-    const auto differences = Editing::compare(before, after, renaming).differences;
+    const auto differences = Editing::compareRenamed(before, after, renaming).differences;
     return {differences.begin(), differences.end()};
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "editing/Renaming.h"
 #include "editing/compare/Comparison.h"
 #include "tests/support/Model.h"
 

@@ -1,7 +1,7 @@
 #include "XMLBuilder/XMLBuilder.h"
 #include "editing/DocumentMetadata.h"
 #include "editing/RoundTrip.h"
-#include "editing/WriteDocument.h"
+#include "editing/WrittenDocument.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/mxf/HeaderMetadataWriter.h"
@@ -181,7 +181,7 @@ void reportDamage(const Bytes& bytes, std::size_t& differences, std::size_t& siz
     Tool::CheckedFile checked;
     const auto read = readFile(bytes);
     Metadata::PartitionMetadata nothing(MetaMetadata::Dictionary::builtIn());
-    checked.comparison = Editing::compare(*read.metadata, nothing, {});
+    checked.comparison = Editing::compare(*read.metadata, nothing);
     checked.result = Tool::CheckResult::different;
     Tool::CheckJson report(sink);
     report.add(checked);

@@ -1,6 +1,6 @@
 #include "editing/RoundTrip.h"
 
-#include "editing/WriteDocument.h"
+#include "editing/WrittenDocument.h"
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/LoadDocument.h"

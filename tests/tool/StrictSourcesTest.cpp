@@ -4,7 +4,7 @@
 #include "XMLBuilder/reader/strict/ReadStrictly.h"
 #include "XMLBuilder/reader/strict/StrictText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
-#include "editing/WriteDocument.h"
+#include "editing/WrittenDocument.h"
 #include "host/dataio/OpenSource.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/mxf/File.h"

@@ -198,6 +198,16 @@ TEST_F(ToXml, writesTextThatItsTerminatorHidesAsBytes) {
     EXPECT_EQ(shop.run("corvid check hidden.mxf").status, 0);
 }
 
+TEST_F(ToXml, advisesAnotherStartWhereThereIsNoPreface) {
+    const Bytes metadata = join({standardPrimer(), set(structuralKey(contentStorageSet), 2)});
+    shop.write("bare.mxf",
+               MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
+    const Outcome outcome = shop.run("corvid to-xml bare.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("corvid: bare.mxf: the partition has no Preface; to-xml "
+                                       "--start INSTANCEUID begins with another set\n"));
+}
+
 TEST_F(ToXml, startsWithAnySetInAnyForm) {
     const Bytes bytes = uuid(2);
     std::string dotted;

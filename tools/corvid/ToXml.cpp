@@ -1,6 +1,6 @@
 #include "tools/corvid/ToXml.h"
 
-#include "editing/WriteDocument.h"
+#include "editing/WrittenDocument.h"
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "tools/corvid/CommandWarnings.h"
@@ -138,7 +138,13 @@ const Metadata::MetadataSet& findStart(const Metadata::PartitionMetadata& metada
         }
         return found.front();
     }
-    return Editing::prefaceOf(metadata);
+    const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (prefaces.empty()) {
+        throw Exceptions::InvalidFormat(
+            "the partition has no Preface; to-xml --start INSTANCEUID begins with another set",
+            CORVID_HERE);
+    }
+    return *prefaces.front();
 }
 
 /// Model and document, kept until the process ends: to take tens of thousands of objects apart just

@@ -3,6 +3,9 @@
 
 #include "XMLBuilder/XML2Partition.h"
 #include "XMLBuilder/XMLBuilder.h"
+#include "editing/DocumentMetadata.h"
+#include "editing/RoundTrip.h"
+#include "editing/WriteDocument.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/BufferedSink.h"
 #include "host/dataio/Memory.h"
@@ -24,6 +27,10 @@
 #include "host/xmlutils/InvalidCharacters.h"
 #include "host/xmlutils/LoadDocument.h"
 #include "host/xmlutils/Serialise.h"
+#include "inspection/Glossary.h"
+#include "inspection/RegisteredName.h"
+#include "inspection/StructuralLabels.h"
+#include "inspection/Summary.h"
 
 #include <xercesc/dom/DOM.hpp>
 
@@ -202,6 +209,63 @@ void useMetadata(Metadata::PartitionMetadata& partition) {
             "order");
 }
 
+void useInspection(mxf::File& file, const mxf::HeaderMetadata& metadata) {
+    namespace Structural = Inspection::Structural;
+    const Inspection::Summary summary = Inspection::summarise(file, metadata);
+    require(summary.sets == 4 && summary.setsByKind.at("Preface") == 1, "summary");
+    require(Inspection::timecodeText({25, 25, false}) == "00:00:01:00" &&
+                Inspection::seconds(50, Types::Rational(25, 1)) == 2.0,
+            "times");
+    const auto dictionary = MetaMetadata::Dictionary::builtIn();
+    const Inspection::Glossary glossary(*dictionary);
+    const auto found = glossary.find("TrackName");
+    require(found.match == Inspection::Glossary::Match::name && found.entries.size() == 1,
+            "glossary");
+    require(glossary.near("TrakName").front() == "Track Name", "near names");
+    const auto label = Inspection::labelOf(found.entries.front()->subject);
+    require(label && !Inspection::registeredName(*label).empty() &&
+                Inspection::registeredName("Preface").empty() &&
+                Inspection::branchesOf(*label).empty(),
+            "registered names");
+    require(!Structural::isOfMetaDictionary(Structural::keyOf(Structural::SetClass::timecode)) &&
+                Structural::operationalPatternName(*label).empty() &&
+                Structural::operationalPatternWords(*label).empty() &&
+                Structural::trackKind(*label).empty(),
+            "structural labels");
+}
+
+void useEditing(Metadata::PartitionMetadata& partition) {
+    require(Editing::compareWithRoundTrip(partition).differences.empty(), "round trip");
+    DataIO::Memory::MemoryDataSink written;
+    Editing::writeDocument(partition, {}, written);
+    const auto dictionary = partition.partitionDictionary().dictionary();
+    DataIO::Memory::MemoryDataSource document(written.rawBuffer(), written.serializedSize());
+    const Editing::DocumentMetadata read = Editing::readDocument(document, dictionary);
+    require(read.doubts.empty() && read.copies.equal == 0 && read.supplement.overruled == 0,
+            "document");
+    DataIO::Memory::MemoryDataSource again(written.rawBuffer(), written.serializedSize());
+    const auto fresh =
+        Editing::readDocument(again, dictionary, Editing::DocumentIdentifiers::fresh);
+    const Editing::Comparison same = Editing::compare(partition, *read.metadata);
+    const Editing::Comparison other = Editing::compare(*read.metadata, *fresh.metadata, 1);
+    require(same.differences.empty() &&
+                other.differences.count(Editing::DifferenceKind::missingSet) != 0 &&
+                std::string(describe(other.differences.begin()->kind).name) != "",
+            "comparison");
+    Editing::Differences united(1);
+    united.add(*other.differences.begin());
+    united.unite(Editing::Differences(1));
+    require(united.count() == 1 && united.leftOut() == 0, "differences");
+    try {
+        const unsigned char bad[] = "<a/>";
+        DataIO::Memory::MemoryDataSource noDocument(bad, sizeof bad - 1);
+        Editing::readDocument(noDocument, dictionary);
+        require(false, "DocumentMistakes");
+    } catch (const Editing::DocumentMistakes& refusal) {
+        require(refusal.count() != 0 && refusal.mistakes().front().line == 1, "mistakes");
+    }
+}
+
 /// @return a file that holds the metadata.
 DataIO::Memory::MemoryDataSink useFiles(Metadata::PartitionMetadata& partition) {
     DataIO::Memory::MemoryDataSink file;
@@ -217,7 +281,10 @@ DataIO::Memory::MemoryDataSink useFiles(Metadata::PartitionMetadata& partition) 
     mxf::File opened(Templates::auto_ptr<DataIO::RandomAccessSource>(
                          new DataIO::MemorySource(file.rawBuffer(), file.serializedSize())),
                      MetaMetadata::Dictionary::builtIn(), warnings);
-    require(opened.partitions().size() == 1 && opened.readMetadata().metadata->size() == 3, "file");
+    const mxf::HeaderMetadata read = opened.readMetadata();
+    require(opened.partitions().size() == 1 && read.metadata->size() == 3, "file");
+    useInspection(opened, read);
+    useEditing(*read.metadata);
     try {
         DataIO::openSource("/no such file");
         require(false, "openSource");

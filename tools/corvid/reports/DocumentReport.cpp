@@ -5,9 +5,6 @@
 #include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/terminal/Messages.h"
 
-#include <algorithm>
-#include <tuple>
-
 namespace Corvid::Tool {
 
 namespace {
@@ -44,10 +41,10 @@ void reportUnexplainedTags(const Metadata::PartitionMetadata& metadata, Messages
 }
 
 /// "line 12, column 5: ..."
-std::string textOf(const XMLBuilder::Mistakes::Entry& entry) {
-    return entry.line == 0 ? entry.text
-                           : "line " + std::to_string(entry.line) + ", column " +
-                                 std::to_string(entry.column) + ": " + entry.text;
+std::string textOf(const Editing::Mistake& mistake) {
+    return mistake.line == 0 ? mistake.text
+                             : "line " + std::to_string(mistake.line) + ", column " +
+                                   std::to_string(mistake.column) + ": " + mistake.text;
 }
 
 void report(const Editing::MergedCopies& copies, Messages& messages) {
@@ -96,7 +93,7 @@ void report(const Editing::DocumentMetadata& document, Messages& messages) {
         messages.note("the document holds a part of the metadata of its file; the rest was left "
                       "out on purpose");
     }
-    for (const auto& doubt : document.doubts.doubts()) {
+    for (const auto& doubt : document.doubts) {
         messages.warn({CommandWarnings::implausibleValue, textOf(doubt)});
     }
     report(document.supplement, messages);
@@ -105,14 +102,10 @@ void report(const Editing::DocumentMetadata& document, Messages& messages) {
 }
 
 void report(const Editing::DocumentMistakes& refusal, Messages& messages) {
-    std::vector<XMLBuilder::Mistakes::Entry> entries = refusal.mistakes().entries();
-    std::stable_sort(entries.begin(), entries.end(), [](const auto& a, const auto& b) {
-        return std::tie(a.line, a.column) < std::tie(b.line, b.column);
-    });
-    for (const auto& entry : entries) {
-        messages.error(textOf(entry));
+    for (const auto& mistake : refusal.mistakes()) {
+        messages.error(textOf(mistake));
     }
-    if (const auto rest = refusal.mistakes().count() - entries.size(); rest != 0) {
+    if (const auto rest = refusal.count() - refusal.mistakes().size(); rest != 0) {
         messages.error(std::to_string(rest) + " more mistakes");
     }
 }

@@ -1,6 +1,8 @@
 #include "tools/corvid/xml/LenientDocument.h"
 
 #include "XMLBuilder/reader/ReadDocument.h"
+#include "editing/CompleteDocument.h"
+#include "editing/supplement/ApplySupplement.h"
 #include "editing/supplement/SupplementText.h"
 
 namespace Corvid::Tool {

@@ -1,9 +1,10 @@
-#include "editing/WriteDocument.h"
+#include "editing/WrittenDocument.h"
 
 #include "XMLBuilder/writer/Document.h"
 #include "editing/supplement/CollectSupplement.h"
 #include "editing/supplement/SupplementText.h"
 #include "host/base/Exceptions.h"
+#include "host/xmlutils/InvalidCharacters.h"
 
 #include <set>
 
@@ -15,8 +16,26 @@ using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
 using XMLBuilder::DocumentPlan;
 
+const MetadataSet& prefaceOf(const PartitionMetadata& metadata) {
+    const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (prefaces.empty()) {
+        throw Exceptions::InvalidFormat("the partition has no Preface", CORVID_HERE);
+    }
+    return *prefaces.front();
+}
+
 const MetadataSet& startOf(const PartitionMetadata& metadata, const DocumentContent& content) {
-    return content.start ? metadata.resolve(*content.start).front() : prefaceOf(metadata);
+    if (!content.start) {
+        return prefaceOf(metadata);
+    }
+    const auto found = metadata.resolve(*content.start);
+    if (found.empty()) {
+        throw Exceptions::InvalidArgument("no set with the InstanceUID " +
+                                              Platform::toUtf8(content.start->toString()) +
+                                              " to start from in this partition",
+                                          CORVID_HERE);
+    }
+    return found.front();
 }
 
 /// The identifiers of the sets that a document holds.
@@ -49,16 +68,6 @@ DocumentSupplement supplementOf(const DocumentContent& content, const DocumentPl
 
 } // namespace
 
-const MetadataSet& prefaceOf(const PartitionMetadata& metadata) {
-    const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
-    if (prefaces.empty()) {
-        throw Exceptions::InvalidFormat(
-            "the partition has no Preface; to-xml --start INSTANCEUID begins with another set",
-            CORVID_HERE);
-    }
-    return *prefaces.front();
-}
-
 WrittenDocument::WrittenDocument(PartitionMetadata& metadata, const DocumentContent& content)
     : plan_(metadata, startOf(metadata, content),
             {content.referencesAsValues, content.structuralOnly}) {
@@ -71,6 +80,13 @@ void WrittenDocument::serialise(XMLUtils::EncodingType encoding, XMLUtils::Layou
                                 XMLUtils::InvalidCharacters& invalid,
                                 DataIO::DataSink& sink) const {
     XMLBuilder::writeDocumentText(plan_, encoding, layout, invalid, sink, instructions_);
+}
+
+void writeDocument(PartitionMetadata& metadata, const DocumentContent& content,
+                   DataIO::DataSink& sink) {
+    XMLUtils::RefuseInvalidCharacters refuse;
+    WrittenDocument(metadata, content)
+        .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::indented, refuse, sink);
 }
 
 } // namespace Corvid::Editing
