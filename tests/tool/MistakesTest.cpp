@@ -14,7 +14,7 @@ std::string identifier(unsigned number) {
 
 /// A document with one of everything that can be wrong.
 std::string rightDocument() {
-    return "<?xml version='1.0'?>\n"
+    return "<?xml version='1.0'?><?corvid format='1'?>\n"
            "<s377m:MetadataSets xmlns:s377m='urn:SMPTE:S377M' xmlns:rp210='urn:SMPTE:RP210' "
            "xmlns:types='urn:SMPTE:Types:MXF' xmlns:groups='urn:SMPTE:Groups:MXF' "
            "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:schemaLocation='a b'>\n"
@@ -197,6 +197,49 @@ TEST(DocumentOfPeople, mayHaveATimeThatNoCalendarHas) {
                                        "rp210:FileLastModified: no calendar has day 30 "
                                        "[implausible-value]"));
     EXPECT_EQ(shop.run("corvid from-xml --warnings-as-errors doc.xml -o none.mxf").status, 1);
+}
+
+struct Front {
+    const char* name;
+    const char* instructions; ///< in place of those of the document
+};
+void PrintTo(const Front& c, std::ostream* out) { *out << c.name; }
+
+class DocumentWithoutInstructions : public ::testing::TestWithParam<Front> {};
+
+TEST_P(DocumentWithoutInstructions, isReadWithAWarning) {
+    const Workshop shop;
+    std::string document = rightDocument();
+    const std::string there = "<?corvid format='1'?>";
+    document.replace(document.find(there), there.size(), GetParam().instructions);
+    shop.write("doc.xml", document);
+    for (const char* options : {"", " --lenient"}) {
+        const std::string line = "corvid from-xml doc.xml" + std::string(options);
+        const Outcome outcome = shop.run(line + " -o out.mxf");
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_THAT(outcome.err,
+                    HasSubstr("corvid: doc.xml: warning: the document has no processing "
+                              "instructions of corvid, so what XML has no place for is lost"));
+        EXPECT_THAT(outcome.err, HasSubstr(" [no-instructions]\n"));
+        EXPECT_EQ(shop.run(line + " --warnings-as-errors -o none.mxf").status, 1);
+        EXPECT_FALSE(shop.has("none.mxf"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, DocumentWithoutInstructions,
+                         ::testing::Values(Front{"None", ""}, Front{"AComment", "<!-- corvid -->"},
+                                           Front{"OthersOnly", "<?xml-stylesheet href='a'?>"}),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST(DocumentOfPeople, isRefusedInAnotherFormat) {
+    const Workshop shop;
+    std::string document = rightDocument();
+    document.replace(document.find("format='1'"), 10, "format='2'");
+    shop.write("doc.xml", document);
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "corvid: doc.xml: line 1: processing instruction corvid format: format "
+                           "2, expected 1, which is what this version of corvid knows\n");
 }
 
 TEST(DocumentOfPeople, mayHaveOtherPrefixes) {

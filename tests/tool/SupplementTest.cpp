@@ -89,9 +89,10 @@ TEST(SupplementText, comesBackAsItWasWritten) {
     EXPECT_EQ(Tool::toInstructions(parsed(lines)), expected);
 }
 
-TEST(SupplementText, hasNoInstructionWhereThereIsNothingToSay) {
-    EXPECT_THAT(Tool::toInstructions({}), IsEmpty());
-    EXPECT_THAT(Tool::toInstructions(parsed("<?xml version=\"1.0\"?><?other thing?>")), IsEmpty());
+TEST(SupplementText, namesItsFormatWhereThereIsNothingElseToSay) {
+    EXPECT_THAT(Tool::toInstructions({}), ElementsAre("corvid format=\"1\""));
+    EXPECT_TRUE(parsed(first).isThere);
+    EXPECT_FALSE(parsed("<?xml version=\"1.0\"?><?other thing?>").isThere);
 }
 
 struct Refused {

@@ -54,6 +54,7 @@ DocumentMistakes::DocumentMistakes(const XMLBuilder::Mistakes& mistakes)
 void complete(DocumentMetadata& document, const DocumentSupplement& supplement,
               SupplementReader& reader, DocumentIdentifiers identifiers) {
     document.supplement = reader.apply(*document.metadata);
+    document.hasInstructions = supplement.isThere;
     document.isPartial = supplement.partial.has_value();
     CopyCounts copies;
     for (const auto& [set, count] : supplement.copies) {
@@ -199,6 +200,12 @@ void report(const SupplementOutcome& supplement, Messages& messages) {
 } // namespace
 
 void report(const DocumentMetadata& document, Messages& messages) {
+    if (!document.hasInstructions) {
+        messages.warn({CommandWarnings::noInstructions,
+                       "the document has no processing instructions of corvid, so what XML has no "
+                       "place for is lost: empty values, how texts end, versions of labels and "
+                       "keys"});
+    }
     if (document.isPartial) {
         messages.note("the document holds a part of the metadata of its file; the rest was left "
                       "out on purpose");

@@ -25,8 +25,9 @@ struct DocumentMetadata {
     Templates::auto_ptr<Metadata::PartitionMetadata> metadata;
     MergedCopies copies; ///< what became of sets that the document holds more than once
     SupplementOutcome supplement;
-    bool isPartial = false;      ///< something of the file was left out of the document on purpose
-    XMLBuilder::Mistakes doubts; ///< values that fit the format but make no sense
+    bool hasInstructions = false; ///< whether any of the instructions that to-xml writes is there
+    bool isPartial = false;       ///< something of the file was left out of the document on purpose
+    XMLBuilder::Mistakes doubts;  ///< values that fit the format but make no sense
 };
 
 /// What strict reading objects to in a document.
@@ -74,8 +75,8 @@ private:
 };
 
 /// Reports what people may want to know of a document that was read: sets that it holds more than
-/// once, elements without a meaning, instructions that do not fit it, dark sets whose local tags
-/// nothing explains.
+/// once, elements without a meaning, instructions that are missing or do not fit it, dark sets
+/// whose local tags nothing explains.
 void report(const DocumentMetadata& document, Messages& messages);
 
 /// Reports each mistake as an error, in the order of the document.
