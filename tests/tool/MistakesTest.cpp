@@ -1,6 +1,8 @@
 #include "tests/tool/RunCommand.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
+#include <sstream>
 
 namespace Corvid::Testing {
 namespace {
@@ -141,23 +143,50 @@ TEST_P(DocumentMistake, isRefusedWithItsPlace) {
 INSTANTIATE_TEST_SUITE_P(, DocumentMistake, ::testing::ValuesIn(mistakes()),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(DocumentMistakes, areReportedAllAtOnce) {
+/// The messages of from-xml about a document, but for the number of the line, and that by itself.
+std::vector<std::pair<std::size_t, std::string>> messagesAbout(const std::string& document) {
     const Workshop shop;
-    std::string document = rightDocument();
-    std::vector<const Mistake*> made;
-    for (const Mistake& each : mistakes()) {
-        const bool isFree = document.find(each.there) != std::string::npos &&
-                            std::string(each.name) != "NothingForANumber";
-        if (isFree) {
-            document = withMistake(document, each);
-            made.push_back(&each);
-        }
-    }
-    ASSERT_GE(made.size(), 12U);
     shop.write("doc.xml", document);
-    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_GE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 12) << outcome.err;
+    std::istringstream lines(shop.run("corvid from-xml doc.xml -o out.mxf").err);
+    const std::string front = "corvid: doc.xml: line ";
+    std::vector<std::pair<std::size_t, std::string>> messages;
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_EQ(line.substr(0, front.size()), front);
+        std::size_t digits = 0;
+        const std::size_t number = std::stoul(line.substr(front.size()), &digits);
+        messages.emplace_back(number, line.substr(front.size() + digits));
+    }
+    return messages;
+}
+
+TEST(DocumentMistakes, areReportedAllAtOnceAsEachAlone) {
+    // The sets of a document with one of the mistakes each, behind one another.
+    const std::string end = "</s377m:MetadataSets>\n";
+    const std::string right = rightDocument();
+    const auto sets = right.find("<s377m:Preface");
+    const auto linesIn = [](const std::string& text) {
+        return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    };
+    std::string all = right.substr(0, sets);
+    std::vector<std::pair<std::size_t, std::string>> expected;
+    std::size_t number = 10;
+    for (const Mistake& mistake : mistakes()) {
+        const std::string document = withMistake(right, mistake);
+        const auto alone = messagesAbout(document);
+        ASSERT_FALSE(alone.empty()) << mistake.name;
+        for (const auto& [line, message] : alone) {
+            expected.emplace_back(line + linesIn(all) - linesIn(right.substr(0, sets)), message);
+        }
+        std::string own = document.substr(sets, document.size() - sets - end.size());
+        const std::string shared = "='00.";
+        for (auto at = own.find(shared); at != std::string::npos; at = own.find(shared, at)) {
+            own.replace(at + 2, 2, std::to_string(number));
+        }
+        ++number;
+        all += own;
+    }
+    ASSERT_GE(mistakes().size(), 20U);
+    EXPECT_THAT(messagesAbout(all + end), ::testing::ElementsAreArray(expected));
 }
 
 TEST(DocumentMistakes, areCountedBeyondAHundred) {
