@@ -61,6 +61,7 @@ DocumentMistakes::~DocumentMistakes() = default;
 void complete(DocumentMetadata& document, const DocumentSupplement& supplement,
               SupplementReader& reader, DocumentIdentifiers identifiers) {
     document.supplement = reader.apply(*document.metadata);
+    document.hasInstructions = supplement.isThere;
     document.isPartial = supplement.partial.has_value();
     CopyCounts copies;
     for (const auto& [set, count] : supplement.copies) {

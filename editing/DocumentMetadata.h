@@ -31,8 +31,9 @@ struct DocumentMetadata {
     Templates::auto_ptr<Metadata::PartitionMetadata> metadata;
     MergedCopies copies; ///< what became of sets that the document holds more than once
     SupplementOutcome supplement;
-    bool isPartial = false;      ///< something of the file was left out of the document on purpose
-    std::vector<Mistake> doubts; ///< the first values that fit the format but make no sense
+    bool hasInstructions = false; ///< whether any of the instructions that to-xml writes is there
+    bool isPartial = false;       ///< something of the file was left out of the document on purpose
+    std::vector<Mistake> doubts;  ///< the first values that fit the format but make no sense
 };
 
 /// What strict reading objects to in a document.

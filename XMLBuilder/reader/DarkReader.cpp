@@ -92,10 +92,9 @@ void readDarkSetStrictly(Reading& reading, Strictness& strictness, const Documen
     const std::u16string berText(trimmed(berLength->value));
     const std::u16string content = contentOf(element);
     const FieldBytes bytes = decodeHex(std::u16string(trimmed(content)).c_str());
-    addDarkSet(reading.partition(),
-               KLV::Key(XMLUtils::fromXml(keyText.c_str()), Types::dottedHexadecimal),
-               readNumber<int>(berText.c_str()), bytes);
-    reading.tags().keepTagsIn(element);
+    const KLV::Key darkKey(XMLUtils::fromXml(keyText.c_str()), Types::dottedHexadecimal);
+    addDarkSet(reading.partition(), darkKey, readNumber<int>(berText.c_str()), bytes);
+    reading.tags().keepTagsIn(darkKey, {bytes.data(), bytes.size()});
 }
 
 } // namespace

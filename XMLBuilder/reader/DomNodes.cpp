@@ -122,7 +122,7 @@ void DomNodes::nameTags(ExtensionTags& tags) {
     each(Names::extensionElements, [&tags](const DocumentNode& container) {
         for (const auto* child = firstElement(container); child != nullptr;
              child = nextElement(*child)) {
-            tags.keepTagOf(*child);
+            tags.keepTag(attributeValue(*child, Names::staticLocalTag));
         }
     });
     each(Names::darkMetadata, [&tags](const DocumentNode& set) { tags.keepTagsIn(set); });

@@ -24,19 +24,18 @@ KLV::Key keyOf(const DocumentNode& set) {
     }
 }
 
-Types::LocalTag tagFrom(const char16_t* text) {
-    return Types::LocalTag(XMLUtils::fromXml(text), Types::dottedHexadecimal);
+template <class Identifier> Identifier identifierFrom(std::u16string_view text) {
+    const Utf16Text copy(text.begin(), text.end());
+    return Identifier(copy.c_str(), Types::dottedHexadecimal);
 }
 
 } // namespace
 
-Types::LocalTag ExtensionTags::of(const DocumentNode& extension) {
-    if (const char16_t* tag = attributeValue(extension, Names::staticLocalTag); *tag != 0) {
-        return tags_.tagForUnknown(tagFrom(tag));
+Types::LocalTag ExtensionTags::of(std::u16string_view tag, std::u16string_view label) {
+    if (!tag.empty()) {
+        return tags_.tagForUnknown(identifierFrom<Types::LocalTag>(tag));
     }
-    const Types::UniversalLabel label(
-        XMLUtils::fromXml(attributeValue(extension, Names::universalLabel)),
-        Types::dottedHexadecimal);
+    const auto known = identifierFrom<Types::UniversalLabel>(label);
     // Most documents have no such label, and then nobody needs to know what they name.
     if (!namedAreKept_) {
         namedAreKept_ = true;
@@ -44,12 +43,17 @@ Types::LocalTag ExtensionTags::of(const DocumentNode& extension) {
             queries_->nameTags(*this);
         }
     }
-    return tags_.findOrGenerate(label);
+    return tags_.findOrGenerate(known);
 }
 
-void ExtensionTags::keepTagOf(const DocumentNode& extension) {
-    if (const char16_t* const tag = attributeValue(extension, Names::staticLocalTag); *tag != 0) {
-        keep(tag);
+void ExtensionTags::keepTag(std::u16string_view tag) {
+    if (tag.empty()) {
+        return;
+    }
+    try {
+        tags_.keep(identifierFrom<Types::LocalTag>(tag));
+    } catch (const Exceptions::InvalidFormat&) {
+        // The element is refused where it is read, if it is.
     }
 }
 
@@ -62,17 +66,13 @@ void ExtensionTags::keepTagsIn(const DocumentNode& darkSet) {
         return;
     }
     const FieldBytes bytes = decodeHex(value);
-    mxf::LocalSet properties(keyOf(darkSet), {bytes.data(), bytes.size()});
-    while (const auto property = properties.next()) {
-        tags_.keep(Types::LocalTag(property->tag));
-    }
+    keepTagsIn(keyOf(darkSet), {bytes.data(), bytes.size()});
 }
 
-void ExtensionTags::keep(const char16_t* tag) {
-    try {
-        tags_.keep(tagFrom(tag));
-    } catch (const Exceptions::InvalidFormat&) {
-        // The element is refused where it is read, if it is.
+void ExtensionTags::keepTagsIn(const KLV::Key& key, Types::ByteView bytes) {
+    mxf::LocalSet properties(key, bytes);
+    while (const auto property = properties.next()) {
+        tags_.keep(Types::LocalTag(property->tag));
     }
 }
 

@@ -1,7 +1,6 @@
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
 
 #include "XMLBuilder/reader/FromXMLElementVisitor.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MisplacedAttribute.h"
@@ -81,8 +80,7 @@ void FromXMLMetadataSetVisitor::checkSet(const MetaMetadata::MetaMetadataSet& se
 
 /// The set's identifier as the document has it; empty for none.
 std::u16string_view FromXMLMetadataSetVisitor::identifierText() const {
-    const char16_t* const text = reading_.attributeText(element_, Names::rp210, Names::instanceUID);
-    return reading_.strictness() == nullptr ? std::u16string_view(text) : trimmed(text);
+    return reading_.attributeText(element_, Names::rp210, Names::instanceUID);
 }
 
 void FromXMLMetadataSetVisitor::leaveOutTheRest(const MetaMetadata::MetaMetadataSet& setClass) {
@@ -183,7 +181,10 @@ void FromXMLMetadataSetVisitor::addExtension(Metadata::MetadataSet& set,
         definition != nullptr
             ? Element::Attribute(new MetaMetadata::MisplacedAttribute(*definition))
             : Element::Attribute(new MetaMetadata::UnknownAttribute(
-                  reading_.tags().of(extension), MetaMetadata::UnknownAttribute::unknownLabel));
+                  reading_.tags().of(
+                      reading_.attributeText(extension, Names::groups, Names::staticLocalTag),
+                      reading_.attributeText(extension, Names::groups, Names::universalLabel)),
+                  MetaMetadata::UnknownAttribute::unknownLabel));
     fill(set.createInvalidElement(attribute), extension, definition);
 }
 

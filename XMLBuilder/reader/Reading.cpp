@@ -3,6 +3,7 @@
 #include "XMLBuilder/format/InlineDepth.h"
 #include "XMLBuilder/reader/FromXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
+#include "XMLBuilder/reader/strict/StrictText.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
@@ -112,10 +113,12 @@ const DocumentNode* Reading::attribute(const DocumentNode& element, const Names:
                                   : findAttribute(element, Names::localPart(qualified), names.uri);
 }
 
-const char16_t* Reading::attributeText(const DocumentNode& element, const Names::Namespace& names,
-                                       const char16_t* qualified) const {
+std::u16string_view Reading::attributeText(const DocumentNode& element,
+                                           const Names::Namespace& names,
+                                           const char16_t* qualified) const {
     const DocumentNode* const found = attribute(element, names, qualified);
-    return found == nullptr ? u"" : found->value;
+    const std::u16string_view text = found == nullptr ? u"" : found->value;
+    return strictness_ == nullptr ? text : trimmed(text);
 }
 
 const char16_t* Reading::uriOfParts(const Names::Namespace& parts) {
@@ -131,12 +134,12 @@ const char16_t* Reading::uriOfParts(const Names::Namespace& parts) {
 
 bool Reading::mustWait(const DocumentNode& extension) const {
     return queries_ == nullptr && !isComplete_ && strictness_->findProperty(extension) == nullptr &&
-           *attributeText(extension, Names::groups, Names::staticLocalTag) == 0;
+           attributeText(extension, Names::groups, Names::staticLocalTag).empty();
 }
 
 void Reading::wait(Metadata::MetadataSet& set, const DocumentNode& extension) {
     for (const DocumentNode* each = &extension; each != nullptr; each = nextElement(*each)) {
-        tags_.keepTagOf(*each);
+        tags_.keepTag(attributeText(*each, Names::groups, Names::staticLocalTag));
         waiting_.push_back({&set, &ofWaiting_.addCopy(*each)});
     }
 }

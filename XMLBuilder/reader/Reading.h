@@ -100,9 +100,9 @@ public:
     /// The attribute of an element with a name of the format, or null.
     const DocumentNode* attribute(const DocumentNode& element, const Names::Namespace& names,
                                   const char16_t* qualified) const;
-    /// Its value; empty where there is none.
-    const char16_t* attributeText(const DocumentNode& element, const Names::Namespace& names,
-                                  const char16_t* qualified) const;
+    /// Its value, strictly without white space around it; empty where there is none.
+    std::u16string_view attributeText(const DocumentNode& element, const Names::Namespace& names,
+                                      const char16_t* qualified) const;
 
     /// The properties of a class and its ancestors, by label, as its sets list their elements.
     const std::vector<ExpectedProperty>& propertiesOf(const MetaMetadata::MetaMetadataSet& set);

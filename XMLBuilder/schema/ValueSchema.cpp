@@ -80,7 +80,13 @@ private:
     }
 
     template <class> void describe(const XMLCh* name, Bytes) { restrict(name, u"xs:hexBinary"); }
-    template <class> void describe(const XMLCh* name, Text) { restrict(name, u"xs:string"); }
+    /// A code unit of the narrow text has 8 bits.
+    template <class T> void describe(const XMLCh* name, Text) {
+        auto& type = restrict(name, u"xs:string");
+        if constexpr (std::is_same_v<T, Types::ISO7String>) {
+            types_.add(type, u"xs:pattern", {{u"value", u"[\\t\\n\\r -\u00FF]*"}});
+        }
+    }
     template <class> void describe(const XMLCh* name, CodeUnit) {
         auto& type = restrict(name, u"xs:string");
         types_.add(type, u"xs:maxLength", {{u"value", u"1"}});

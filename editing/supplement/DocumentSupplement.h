@@ -85,6 +85,8 @@ struct DocumentSupplement {
         std::optional<Types::UUID> start;
     };
 
+    /// Whether a document that was read has instructions; one that is written always has.
+    bool isThere = false;
     std::vector<PrimerEntry> primer;
     std::vector<ClassKey> classKeys;
     std::vector<SetKey> setKeys;

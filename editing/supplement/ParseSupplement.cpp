@@ -313,17 +313,17 @@ private:
 
 DocumentSupplement parseSupplement(const std::vector<Instruction>& instructions) {
     Gatherer gatherer;
-    bool isFirst = true;
+    bool& isThere = gatherer.supplement.isThere;
     for (const Instruction& instruction : instructions) {
         if (instruction.target != supplementTarget) {
             continue;
         }
         Reader line(instruction);
-        if (isFirst && line.kind() != "format") {
+        if (!isThere && line.kind() != "format") {
             line.refuse("expected after <?corvid format=\"" + std::string(supplementFormat) +
                         "\"?>");
         }
-        isFirst = false;
+        isThere = true;
         gatherer.add(line);
     }
     return std::move(gatherer.supplement);

@@ -16,7 +16,8 @@ constexpr const char* nameOf(DocumentSupplement::Form::Unit unit) {
 }
 
 /// The processing instructions of a supplement, in the order in which they are written, without
-/// "<?" and "?>"; ASCII. None for a supplement that says nothing.
+/// "<?" and "?>"; ASCII. The first names the format and is always there: a document without it has
+/// lost what the others said.
 std::vector<std::string> toInstructions(const DocumentSupplement& supplement);
 
 using XMLBuilder::Instruction;

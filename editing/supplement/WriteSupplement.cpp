@@ -57,14 +57,9 @@ private:
 } // namespace
 
 std::vector<std::string> toInstructions(const DocumentSupplement& supplement) {
-    std::vector<std::string> lines;
-    const auto add = [&lines](Writer& line) {
-        if (lines.empty()) {
-            lines.push_back(std::string(supplementTarget) + " format=\"" +
-                            std::string(supplementFormat) + "\"");
-        }
-        lines.push_back(std::move(line).text());
-    };
+    std::vector<std::string> lines = {std::string(supplementTarget) + " format=\"" +
+                                      std::string(supplementFormat) + "\""};
+    const auto add = [&lines](Writer& line) { lines.push_back(std::move(line).text()); };
     if (supplement.partial) {
         Writer line("partial");
         if (supplement.partial->structuralOnly) {

@@ -20,6 +20,7 @@ using ::testing::StartsWith;
 namespace {
 
 const std::string root =
+    "<?corvid format='1'?>"
     "<s377m:MetadataSets xmlns:s377m='urn:SMPTE:S377M' xmlns:rp210='urn:SMPTE:RP210' "
     "xmlns:groups='urn:SMPTE:Groups:MXF'>";
 const std::string identified =
@@ -311,11 +312,11 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"AnotherRoot", "<html/>",
                 "line 1, column 1: /html: is no root of a document of metadata, expected "},
         Refused{"AValueThatNoSetHolds", documentOf(preface + longName),
-                "line 1, column 405: /s377m:MetadataSets/s377m:TimelineTrack/rp210:TrackName: "
+                "line 1, column 426: /s377m:MetadataSets/s377m:TimelineTrack/rp210:TrackName: "
                 "rp210:TrackName: value of 65536 bytes"},
         Refused{"AValueOfAnotherForm",
                 documentOf("<s377m:Preface rp210:GenerationUID='x'" + identified + "/>"),
-                "line 1, column 117: /s377m:MetadataSets/s377m:Preface/@rp210:GenerationUID: 'x', "
+                "line 1, column 138: /s377m:MetadataSets/s377m:Preface/@rp210:GenerationUID: 'x', "
                 "expected 16 pairs of hexadecimal digits"},
         Refused{"APartitionPackAsDarkSet", documentOf(preface + packAsDarkSet),
                 "the dark set has the key 06.0e.2b.34.02.05.01.01.0d.01.02.01.01.03.04.00"}),

@@ -1,6 +1,8 @@
 #include "tests/tool/RunCommand.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
+#include <sstream>
 
 namespace Corvid::Testing {
 namespace {
@@ -14,7 +16,7 @@ std::string identifier(unsigned number) {
 
 /// A document with one of everything that can be wrong.
 std::string rightDocument() {
-    return "<?xml version='1.0'?>\n"
+    return "<?xml version='1.0'?><?corvid format='1'?>\n"
            "<s377m:MetadataSets xmlns:s377m='urn:SMPTE:S377M' xmlns:rp210='urn:SMPTE:RP210' "
            "xmlns:types='urn:SMPTE:Types:MXF' xmlns:groups='urn:SMPTE:Groups:MXF' "
            "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xsi:schemaLocation='a b'>\n"
@@ -141,23 +143,50 @@ TEST_P(DocumentMistake, isRefusedWithItsPlace) {
 INSTANTIATE_TEST_SUITE_P(, DocumentMistake, ::testing::ValuesIn(mistakes()),
                          [](const auto& each) { return std::string(each.param.name); });
 
-TEST(DocumentMistakes, areReportedAllAtOnce) {
+/// The messages of from-xml about a document, but for the number of the line, and that by itself.
+std::vector<std::pair<std::size_t, std::string>> messagesAbout(const std::string& document) {
     const Workshop shop;
-    std::string document = rightDocument();
-    std::vector<const Mistake*> made;
-    for (const Mistake& each : mistakes()) {
-        const bool isFree = document.find(each.there) != std::string::npos &&
-                            std::string(each.name) != "NothingForANumber";
-        if (isFree) {
-            document = withMistake(document, each);
-            made.push_back(&each);
-        }
-    }
-    ASSERT_GE(made.size(), 12U);
     shop.write("doc.xml", document);
-    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
-    EXPECT_EQ(outcome.status, 1);
-    EXPECT_GE(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 12) << outcome.err;
+    std::istringstream lines(shop.run("corvid from-xml doc.xml -o out.mxf").err);
+    const std::string front = "corvid: doc.xml: line ";
+    std::vector<std::pair<std::size_t, std::string>> messages;
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_EQ(line.substr(0, front.size()), front);
+        std::size_t digits = 0;
+        const std::size_t number = std::stoul(line.substr(front.size()), &digits);
+        messages.emplace_back(number, line.substr(front.size() + digits));
+    }
+    return messages;
+}
+
+TEST(DocumentMistakes, areReportedAllAtOnceAsEachAlone) {
+    // The sets of a document with one of the mistakes each, behind one another.
+    const std::string end = "</s377m:MetadataSets>\n";
+    const std::string right = rightDocument();
+    const auto sets = right.find("<s377m:Preface");
+    const auto linesIn = [](const std::string& text) {
+        return static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n'));
+    };
+    std::string all = right.substr(0, sets);
+    std::vector<std::pair<std::size_t, std::string>> expected;
+    std::size_t number = 10;
+    for (const Mistake& mistake : mistakes()) {
+        const std::string document = withMistake(right, mistake);
+        const auto alone = messagesAbout(document);
+        ASSERT_FALSE(alone.empty()) << mistake.name;
+        for (const auto& [line, message] : alone) {
+            expected.emplace_back(line + linesIn(all) - linesIn(right.substr(0, sets)), message);
+        }
+        std::string own = document.substr(sets, document.size() - sets - end.size());
+        const std::string shared = "='00.";
+        for (auto at = own.find(shared); at != std::string::npos; at = own.find(shared, at)) {
+            own.replace(at + 2, 2, std::to_string(number));
+        }
+        ++number;
+        all += own;
+    }
+    ASSERT_GE(mistakes().size(), 20U);
+    EXPECT_THAT(messagesAbout(all + end), ::testing::ElementsAreArray(expected));
 }
 
 TEST(DocumentMistakes, areCountedBeyondAHundred) {
@@ -197,6 +226,49 @@ TEST(DocumentOfPeople, mayHaveATimeThatNoCalendarHas) {
                                        "rp210:FileLastModified: no calendar has day 30 "
                                        "[implausible-value]"));
     EXPECT_EQ(shop.run("corvid from-xml --warnings-as-errors doc.xml -o none.mxf").status, 1);
+}
+
+struct Front {
+    const char* name;
+    const char* instructions; ///< in place of those of the document
+};
+void PrintTo(const Front& c, std::ostream* out) { *out << c.name; }
+
+class DocumentWithoutInstructions : public ::testing::TestWithParam<Front> {};
+
+TEST_P(DocumentWithoutInstructions, isReadWithAWarning) {
+    const Workshop shop;
+    std::string document = rightDocument();
+    const std::string there = "<?corvid format='1'?>";
+    document.replace(document.find(there), there.size(), GetParam().instructions);
+    shop.write("doc.xml", document);
+    for (const char* options : {"", " --lenient"}) {
+        const std::string line = "corvid from-xml doc.xml" + std::string(options);
+        const Outcome outcome = shop.run(line + " -o out.mxf");
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_THAT(outcome.err,
+                    HasSubstr("corvid: doc.xml: warning: the document has no processing "
+                              "instructions of corvid, so what XML has no place for is lost"));
+        EXPECT_THAT(outcome.err, HasSubstr(" [no-instructions]\n"));
+        EXPECT_EQ(shop.run(line + " --warnings-as-errors -o none.mxf").status, 1);
+        EXPECT_FALSE(shop.has("none.mxf"));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, DocumentWithoutInstructions,
+                         ::testing::Values(Front{"None", ""}, Front{"AComment", "<!-- corvid -->"},
+                                           Front{"OthersOnly", "<?xml-stylesheet href='a'?>"}),
+                         [](const auto& each) { return std::string(each.param.name); });
+
+TEST(DocumentOfPeople, isRefusedInAnotherFormat) {
+    const Workshop shop;
+    std::string document = rightDocument();
+    document.replace(document.find("format='1'"), 10, "format='2'");
+    shop.write("doc.xml", document);
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "corvid: doc.xml: line 1: processing instruction corvid format: format "
+                           "2, expected 1, which is what this version of corvid knows\n");
 }
 
 TEST(DocumentOfPeople, mayHaveOtherPrefixes) {

@@ -89,10 +89,10 @@ TEST(SupplementText, comesBackAsItWasWritten) {
     EXPECT_EQ(Editing::toInstructions(parsed(lines)), expected);
 }
 
-TEST(SupplementText, hasNoInstructionWhereThereIsNothingToSay) {
-    EXPECT_THAT(Editing::toInstructions({}), IsEmpty());
-    EXPECT_THAT(Editing::toInstructions(parsed("<?xml version=\"1.0\"?><?other thing?>")),
-                IsEmpty());
+TEST(SupplementText, namesItsFormatWhereThereIsNothingElseToSay) {
+    EXPECT_THAT(Editing::toInstructions({}), ElementsAre("corvid format=\"1\""));
+    EXPECT_TRUE(parsed(first).isThere);
+    EXPECT_FALSE(parsed("<?xml version=\"1.0\"?><?other thing?>").isThere);
 }
 
 struct Refused {

@@ -140,10 +140,7 @@ bool Strictness::checkExtension(const DocumentNode& element,
         return true;
     }
     if (hasName(element, Names::localPart(Names::darkElement), Names::groups.uri)) {
-        checkAttributes(
-            element, Names::groups.uri,
-            {Names::localPart(Names::staticLocalTag), Names::localPart(Names::universalLabel)});
-        return true;
+        return checkDarkElement(element);
     }
     if (mistakes_.count() < Mistakes::mostKept) {
         mistakes_.add(element, "is neither a property that the dictionary knows nor " +
@@ -154,25 +151,29 @@ bool Strictness::checkExtension(const DocumentNode& element,
     return false;
 }
 
+/// What tells the property of a dark element: its tag, or else its label.
+bool Strictness::checkDarkElement(const DocumentNode& element) {
+    const char16_t* const tagName = Names::localPart(Names::staticLocalTag);
+    const char16_t* const labelName = Names::localPart(Names::universalLabel);
+    checkAttributes(element, Names::groups.uri, {tagName, labelName});
+    const auto* const tag = findAttribute(element, tagName, Names::groups.uri);
+    const auto* const label = findAttribute(element, labelName, Names::groups.uri);
+    if ((tag == nullptr) == (label == nullptr)) {
+        mistakes_.add(element, (tag == nullptr ? "has neither " : "has both ") +
+                                   narrow(Names::staticLocalTag) +
+                                   (tag == nullptr ? " nor " : " and ") +
+                                   narrow(Names::universalLabel) + ", expected one of them");
+        return false;
+    }
+    return tag != nullptr
+               ? hasRightForm(Types::Identifiers::LocalTag, *tag, EmptyParts::missing, mistakes_)
+               : hasRightForm(Types::Identifiers::UniversalLabel, *label, EmptyParts::missing,
+                              mistakes_);
+}
+
 void Strictness::checkAttributes(const DocumentNode& element, const char16_t* uri,
                                  std::initializer_list<std::u16string_view> locals) {
-    static constexpr std::u16string_view xml = u"http://www.w3.org/XML/1998/namespace";
-    static constexpr std::u16string_view xmlns = u"http://www.w3.org/2000/xmlns/";
-    static constexpr std::u16string_view xsi = u"http://www.w3.org/2001/XMLSchema-instance";
-    for (const auto* each = element.firstAttribute; each != nullptr; each = each->next) {
-        const std::u16string_view own = uriOf(*each);
-        const bool isExpected =
-            (uri == nullptr || own == uri) &&
-            std::find(locals.begin(), locals.end(), each->local) != locals.end();
-        if (!isExpected && own != xml && own != xmlns && own != xsi) {
-            std::string expected;
-            for (const auto local : locals) {
-                expected += (expected.empty() ? ", expected " : " and ") + narrow(local);
-            }
-            mistakes_.add(*each, "is no attribute of this element" +
-                                     (expected.empty() ? ", expected none" : expected));
-        }
-    }
+    XMLBuilder::checkAttributes(element, uri, locals, mistakes_);
 }
 
 void Strictness::enterSet(const DocumentNode& element,
@@ -194,6 +195,12 @@ void Strictness::enterSet(const DocumentNode& element,
     }
 }
 
+/// Whether the dictionary has a class in a namespace.
+bool Strictness::hasSetsIn(std::u16string_view uri) const {
+    const auto first = sets_.lower_bound({uri, {}});
+    return first != sets_.end() && first->first.first == uri;
+}
+
 bool Strictness::checkLink(const DocumentNode& link) {
     const std::u16string_view local = link.local;
     const std::u16string_view suffix = Names::linkSuffix;
@@ -201,8 +208,11 @@ bool Strictness::checkLink(const DocumentNode& link) {
     const std::u16string setName(
         local.substr(0, local.size() - std::min(local.size(), suffix.size())));
     target.local = setName.c_str();
-    const bool isDangling = local == Names::localPart(Names::danglingLink);
-    const bool isKnown = isDangling || local == Names::ambiguousLink ||
+    // Where a dictionary has the prefix for another namespace, to-xml writes the link with that.
+    const bool isDangling =
+        hasName(link, Names::localPart(Names::danglingLink), Names::s377m.uri) ||
+        link.name == std::u16string_view(Names::danglingLink);
+    const bool isKnown = isDangling || (local == Names::ambiguousLink && hasSetsIn(uriOf(link))) ||
                          (local.size() > suffix.size() && local.substr(setName.size()) == suffix &&
                           findSet(target) != nullptr);
     if (!isKnown) {

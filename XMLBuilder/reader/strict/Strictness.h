@@ -45,9 +45,7 @@ public:
     /// @return whether it can be read.
     bool checkExtension(const DocumentNode& element, const MetaMetadata::MetaElement* definition);
 
-    /// Reports the attributes but those of the given local names in a namespace. Declarations and
-    /// attributes of the namespaces of XML itself are nobody's business.
-    /// @param uri  null for any.
+    /// Reports the attributes but those of the given local names in a namespace, see ValueRules.h.
     void checkAttributes(const DocumentNode& element, const char16_t* uri,
                          std::initializer_list<std::u16string_view> locals);
 
@@ -82,6 +80,8 @@ private:
         const char16_t* name;     //
     };
 
+    bool checkDarkElement(const DocumentNode& element);
+    bool hasSetsIn(std::u16string_view uri) const;
     std::string nearest(const DocumentNode& element, bool isSet) const;
 
     const MetaMetadata::Dictionary& dictionary_;

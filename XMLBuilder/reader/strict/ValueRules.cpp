@@ -82,10 +82,23 @@ public:
     template <class T> bool check(As<T>, Integer) {
         return checkNumber(node_, Range::of<decltype(std::declval<const T&>().value())>());
     }
-    bool check(As<Types::Boolean>, Integer) { return checkNumber(node_, {0, 1}); }
+    /// Nothing but these digits: the parser takes any text but "0" for true.
+    bool check(As<Types::Boolean>, Integer) {
+        return checkText(
+            node_, [](std::u16string_view text) { return text == u"0" || text == u"1"; }, "0 or 1");
+    }
     bool check(As<Types::VersionType>, PackedVersion) { return checkNumber(node_, {0, 0xFFFF}); }
     template <class T> bool check(As<T>, Bytes) { return checkBytes(node_); }
     template <class T> bool check(As<T>, Text) { return holdsTextOnly(node_, mistakes_); }
+    bool check(As<Types::ISO7String>, Text) {
+        return checkText(
+            node_,
+            [](std::u16string_view text) {
+                return std::all_of(text.begin(), text.end(),
+                                   [](char16_t unit) { return unit <= 0xFF; });
+            },
+            "characters up to U+00FF, as the value has 8 bits for each", false);
+    }
 
     bool check(As<Types::UTF16>, CodeUnit) {
         return checkText(
@@ -130,14 +143,15 @@ public:
             if (!hasName(*child, Names::localPart(component), Names::types.uri)) {
                 mistakes_.add(*child, "expected types:RGBAComponent");
                 isRight = false;
-            } else if (++count > Types::RGBALayout::placesInXml) {
-                mistakes_.add(*child, "expected at most " +
-                                          std::to_string(Types::RGBALayout::placesInXml) +
-                                          " components");
-                isRight = false;
             } else {
+                ++count;
                 isRight = checkComponent(*child) && isRight;
             }
+        }
+        if (count != Types::RGBALayout::placesInXml) {
+            mistakes_.add(node_, "has " + std::to_string(count) + " components, expected " +
+                                     std::to_string(Types::RGBALayout::placesInXml));
+            isRight = false;
         }
         return isRight;
     }
@@ -200,6 +214,7 @@ private:
             mistakes_.add(*other, "expected nothing after " + nameOfPart(qualified));
             return nullptr;
         }
+        checkAttributes(*found, nullptr, {}, mistakes_);
         return found;
     }
 
@@ -232,6 +247,7 @@ private:
             const auto tryField = [&](const auto& field) {
                 if (!isKnown && hasName(*child, Names::localPart(field.name), F::names.uri)) {
                     isKnown = true;
+                    checkAttributes(*child, nullptr, {}, mistakes_);
                     if (isThere[place]) {
                         mistakes_.add(*child, "is there twice, expected once");
                         isRight = false;
@@ -264,6 +280,7 @@ private:
         std::array<bool, 2> isThere{};
         bool isRight = true;
         refuseText(component, mistakes_);
+        checkAttributes(component, nullptr, {}, mistakes_);
         for (const auto* child = firstElement(component); child != nullptr;
              child = nextElement(*child)) {
             const auto part = std::find_if(parts.begin(), parts.end(), [&](const char16_t* name) {
@@ -275,6 +292,7 @@ private:
                 isRight = false;
             } else {
                 isThere[place] = true;
+                checkAttributes(*child, nullptr, {}, mistakes_);
                 isRight = checkNumber(*child, {0, 0xFF}) && isRight;
             }
         }
@@ -354,6 +372,27 @@ bool hasRightForm(Types::Identifiers::Identifier type, const DocumentNode& node,
 #include "host/types/ValueTypes.def"
     }
     return true;
+}
+
+void checkAttributes(const DocumentNode& element, const char16_t* uri,
+                     std::initializer_list<std::u16string_view> locals, Mistakes& mistakes) {
+    static constexpr std::u16string_view xml = u"http://www.w3.org/XML/1998/namespace";
+    static constexpr std::u16string_view xmlns = u"http://www.w3.org/2000/xmlns/";
+    static constexpr std::u16string_view xsi = u"http://www.w3.org/2001/XMLSchema-instance";
+    for (const auto* each = element.firstAttribute; each != nullptr; each = each->next) {
+        const std::u16string_view own = each->uri == nullptr ? std::u16string_view() : each->uri;
+        const bool isExpected =
+            (uri == nullptr || own == uri) &&
+            std::find(locals.begin(), locals.end(), each->local) != locals.end();
+        if (!isExpected && own != xml && own != xmlns && own != xsi) {
+            std::string expected;
+            for (const auto local : locals) {
+                expected += (expected.empty() ? ", expected " : " and ") + narrow(local);
+            }
+            mistakes.add(*each, "is no attribute of this element" +
+                                    (expected.empty() ? ", expected none" : expected));
+        }
+    }
 }
 
 bool holdsTextOnly(const DocumentNode& node, Mistakes& mistakes) {

@@ -3,6 +3,9 @@
 #include "XMLBuilder/reader/Supplement.h"
 #include "host/types/Identifiers.h"
 
+#include <initializer_list>
+#include <string_view>
+
 namespace Corvid::XMLBuilder {
 
 struct DocumentNode;
@@ -20,6 +23,11 @@ class Mistakes;
 bool hasRightForm(Types::Identifiers::Identifier type, const DocumentNode& node, EmptyParts empty,
                   Mistakes& mistakes);
 
+/// Adds a mistake for each attribute but those of the given local names in a namespace.
+/// Declarations and attributes of the namespaces of XML itself are nobody's business.
+/// @param uri  null for any.
+void checkAttributes(const DocumentNode& element, const char16_t* uri,
+                     std::initializer_list<std::u16string_view> locals, Mistakes& mistakes);
 /// Adds a mistake for each element in one that holds text only.
 bool holdsTextOnly(const DocumentNode& node, Mistakes& mistakes);
 /// Adds a mistake for text in an element that holds elements only.
