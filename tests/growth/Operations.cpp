@@ -12,11 +12,11 @@
 #include "tests/support/MxfBuilder.h"
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
+#include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Schema.h"
 #include "tools/corvid/ToXml.h"
-#include "tools/corvid/terminal/ExitStatus.h"
 #include "tools/corvid/terminal/Messages.h"
 
 #include <algorithm>

@@ -1,10 +1,11 @@
 #include "tools/corvid/terminal/Messages.h"
 
 #include "host/dataio/Memory.h"
+#include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/output/Output.h"
-#include "tools/corvid/terminal/ExitStatus.h"
 #include "tools/corvid/terminal/ProgressBar.h"
 #include "tools/corvid/terminal/Table.h"
+#include "tools/corvid/terminal/UsageError.h"
 
 #include <cerrno>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 #include "tools/corvid/output/OpenOutput.h"
 
 #include "tests/tool/RunCommand.h"
-#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/UsageError.h"
 
 #include <gmock/gmock.h>
 #include <unistd.h>

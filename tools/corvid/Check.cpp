@@ -2,9 +2,9 @@
 
 #include "editing/RoundTrip.h"
 #include "host/dataio/BufferedSink.h"
+#include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/reports/CheckJson.h"
-#include "tools/corvid/terminal/ExitStatus.h"
 #include "tools/corvid/terminal/Messages.h"
 #include "tools/corvid/terminal/ProgressBar.h"
 

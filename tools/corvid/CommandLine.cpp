@@ -6,8 +6,8 @@
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Schema.h"
 #include "tools/corvid/ToXml.h"
-#include "tools/corvid/terminal/ExitStatus.h"
 #include "tools/corvid/terminal/HelpFormatter.h"
+#include "tools/corvid/terminal/UsageError.h"
 #include "tools/corvid/terminal/UsageHelp.h"
 #include "tools/corvid/xml/XmlModule.h"
 

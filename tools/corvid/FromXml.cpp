@@ -4,12 +4,13 @@
 #include "host/mxf/HeaderMetadataWriter.h"
 #include "inspection/SetValues.h"
 #include "tools/corvid/CommandWarnings.h"
+#include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/input/Clip.h"
 #include "tools/corvid/input/DocumentFile.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/reports/DocumentReport.h"
-#include "tools/corvid/terminal/ExitStatus.h"
 #include "tools/corvid/terminal/Messages.h"
+#include "tools/corvid/terminal/UsageError.h"
 
 namespace Corvid::Tool {
 

@@ -2,10 +2,10 @@
 
 #include "host/base/Exceptions.h"
 #include "inspection/Summary.h"
+#include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/output/Output.h"
 #include "tools/corvid/reports/SummaryReport.h"
-#include "tools/corvid/terminal/ExitStatus.h"
 #include "tools/corvid/terminal/Messages.h"
 
 namespace Corvid::Tool {

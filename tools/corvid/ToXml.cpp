@@ -4,11 +4,12 @@
 #include "host/dataio/Memory.h"
 #include "host/xmlutils/InvalidCharacters.h"
 #include "tools/corvid/CommandWarnings.h"
+#include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/input/InstanceText.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/reports/LeftOutReferences.h"
-#include "tools/corvid/terminal/ExitStatus.h"
 #include "tools/corvid/terminal/Messages.h"
+#include "tools/corvid/terminal/UsageError.h"
 
 #include <memory>
 #include <optional>

@@ -1,6 +1,6 @@
 #include "tools/corvid/CommandLine.h"
+#include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/output/Output.h"
-#include "tools/corvid/terminal/ExitStatus.h"
 #include "tools/corvid/terminal/Messages.h"
 
 #include <csignal>

@@ -3,7 +3,7 @@
 #include "host/dataio/OpenSource.h"
 #include "host/mxf/HeaderMetadataReader.h"
 #include "host/mxf/Keys.h"
-#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/UsageError.h"
 
 #include <algorithm>
 #include <filesystem>

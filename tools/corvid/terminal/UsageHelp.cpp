@@ -1,7 +1,7 @@
 #include "tools/corvid/terminal/UsageHelp.h"
 
 #include "host/base/NearNames.h"
-#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/terminal/UsageError.h"
 
 namespace Corvid::Tool {
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <string>
 
 namespace Corvid::Tool {
 
@@ -13,12 +12,6 @@ enum ExitStatus : int {
     exitRefused = 1, ///< the data can't be used, or is different
     exitUsage = 2,   ///< the command line is wrong
     exitNoFile = 3,  ///< a file can't be read or written
-};
-
-/// The command line can't be meant; found when the work has begun.
-struct UsageError {
-    std::string text;
-    std::string help = {}; ///< lines that follow the message as they are
 };
 
 /// The work is done and everything about it told, but it did not go well.

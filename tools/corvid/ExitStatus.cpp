@@ -1,7 +1,8 @@
-#include "tools/corvid/terminal/ExitStatus.h"
+#include "tools/corvid/ExitStatus.h"
 
 #include "tools/corvid/output/Output.h"
 #include "tools/corvid/terminal/Messages.h"
+#include "tools/corvid/terminal/UsageError.h"
 
 #include <exception>
 #include <new>
