@@ -133,20 +133,19 @@ void HeaderLayout::add(DataIO::ReadWindow& window, const KLV::Triplet& triplet) 
     LayoutItem item;
     item.triplet = triplet;
     item.at = content_.size();
+    const auto size =
+        isFill(triplet.key) ? triplet.headSize() : static_cast<std::size_t>(item.size());
+    const auto view = window.view(triplet.offset, size);
+    if (view.size != size) {
+        refuse(triplet.offset, "the file has become shorter");
+    }
+    append(content_, {view.data, view.size});
     if (isFill(triplet.key)) {
         item.kind = LayoutItem::Kind::fill;
-    } else {
-        const auto size = static_cast<std::size_t>(item.size());
-        const auto view = window.view(triplet.offset, size);
-        if (view.size != size) {
-            refuse(triplet.offset, "the file has become shorter");
-        }
-        append(content_, {view.data, view.size});
-        if (items_.empty() && isPrimerPack(triplet.key)) {
-            item.kind = LayoutItem::Kind::primer;
-        } else if (KLV::isLocalSet(triplet.key) || isObjectRoot(triplet.key)) {
-            item.kind = LayoutItem::Kind::set;
-        }
+    } else if (items_.empty() && isPrimerPack(triplet.key)) {
+        item.kind = LayoutItem::Kind::primer;
+    } else if (KLV::isLocalSet(triplet.key) || isObjectRoot(triplet.key)) {
+        item.kind = LayoutItem::Kind::set;
     }
     items_.push_back(item);
 }
@@ -186,12 +185,15 @@ void HeaderLayout::takeSet(LayoutItem& set) {
 }
 
 Types::ByteView HeaderLayout::bytes(const LayoutItem& item) const noexcept {
-    return {content_.data() + item.at, static_cast<std::size_t>(item.size())};
+    return {content_.data() + item.at, item.kind == LayoutItem::Kind::fill
+                                           ? item.triplet.headSize()
+                                           : static_cast<std::size_t>(item.size())};
 }
 
 Types::ByteView HeaderLayout::value(const LayoutItem& item) const noexcept {
+    const Types::ByteView whole = bytes(item);
     const std::size_t head = item.triplet.headSize();
-    return {content_.data() + item.at + head, static_cast<std::size_t>(item.size()) - head};
+    return {whole.data + head, whole.size - head};
 }
 
 std::optional<std::size_t> HeaderLayout::find(const Types::UUID& instance) const {

@@ -20,7 +20,7 @@ struct LayoutItem {
 
     Kind kind = Kind::dark;
     KLV::Triplet triplet; ///< in bytes from the front of the file
-    std::size_t at = 0;   ///< of its bytes among those of the layout; fill has none there
+    std::size_t at = 0;   ///< of its bytes among those of the layout
 
     std::uint64_t offset() const noexcept { return triplet.offset; }
     std::uint64_t end() const noexcept { return triplet.end(); }
@@ -28,7 +28,7 @@ struct LayoutItem {
 };
 
 /// Which byte of one copy of header metadata is what (SMPTE ST 377-1): all KLVs from the primer
-/// pack to the end, fill included, with the bytes of all but fill.
+/// pack to the end, fill included, with the bytes of all but the values of fill.
 ///
 /// Fill and what follows the metadata are passed over: what is read of them is no more than reading
 /// ahead takes, and memory grows with the metadata only.
@@ -57,9 +57,9 @@ public:
     const Templates::vector<LayoutItem>& items() const noexcept { return items_; }
     bool hasPrimer() const noexcept { return items_.front().kind == LayoutItem::Kind::primer; }
 
-    /// Key, length and value of an item that is no fill; valid as long as the layout.
+    /// Key, length and value of an item, of fill without the value; valid as long as the layout.
     Types::ByteView bytes(const LayoutItem& item) const noexcept;
-    /// The value alone.
+    /// The value alone, empty for fill.
     Types::ByteView value(const LayoutItem& item) const noexcept;
     /// The properties of a set one after the other.
     LocalSet properties(const LayoutItem& set) const noexcept {
@@ -93,7 +93,7 @@ private:
     std::uint64_t begin_ = 0;
     std::uint64_t end_ = 0;
     Templates::vector<LayoutItem> items_;
-    Bytes content_; ///< the items but fill, one after the other
+    Bytes content_; ///< the items one after the other, fill without its value
     Templates::map<Types::u16, Types::UniversalLabel> labels_;
     Templates::map<std::array<Types::u8, 16>, Types::u16> tags_;
     Templates::map<Types::UUID, std::size_t> instances_;

@@ -12,16 +12,19 @@ constexpr std::size_t headSize = 9;
 constexpr std::size_t entrySize = 25;
 constexpr std::size_t offsetSize = 8;
 
-/// What the label of the root's property with the directory's offset ends with.
-constexpr std::array<Types::u8, 5> offsetLabelEnd = {0x06, 0x01, 0x01, 0x07, 0x07};
+/// The root's property with the directory's offset: its label without version byte, and its tag in
+/// files whose primer pack lacks it.
+constexpr std::array<Types::u8, 16> offsetLabel = {0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x00,
+                                                   0x06, 0x01, 0x01, 0x07, 0x07, 0x00, 0x00, 0x00};
+constexpr Types::u16 offsetTag = 0x0003;
 
 bool isKey(const KLV::Key& key, const std::array<unsigned char, KLV::Key::length>& bytes) {
     return key.bytes() == bytes;
 }
 
-bool holdsOffset(const Types::UniversalLabel& label) {
-    return std::equal(offsetLabelEnd.begin(), offsetLabelEnd.end(),
-                      label.bytes().end() - offsetLabelEnd.size());
+bool holdsOffset(Types::u16 tag, const HeaderLayout& layout) {
+    const auto* label = layout.label(tag);
+    return label == nullptr ? tag == offsetTag : label->withoutVersion() == offsetLabel;
 }
 
 [[noreturn]] void refuse(const LayoutItem& directory, const std::string& why) {
@@ -97,8 +100,7 @@ void ObjectDirectory::readRoot(const HeaderLayout& layout) {
     const LayoutItem& root = layout.items()[root_];
     LocalSet properties = layout.properties(root);
     while (const auto property = properties.next()) {
-        const auto* label = layout.label(property->tag);
-        if (label != nullptr && holdsOffset(*label) && property->value.size >= offsetSize) {
+        if (holdsOffset(property->tag, layout) && property->value.size >= offsetSize) {
             const Types::u8* const last = property->value.data + property->value.size - offsetSize;
             if (Types::readBigEndian<Types::u64>(last) != directory.offset()) {
                 refuse(directory, "is not where its root set says");

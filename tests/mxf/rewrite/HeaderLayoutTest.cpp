@@ -39,11 +39,10 @@ void expectWhole(const LayoutOf& of) {
     for (const LayoutItem& item : of.layout.items()) {
         EXPECT_EQ(item.offset(), next);
         next = item.end();
-        if (item.kind != Kind::fill) {
-            const auto front = of.bytes.begin() + static_cast<std::ptrdiff_t>(item.offset());
-            EXPECT_EQ(copyOf(of.layout.bytes(item)),
-                      Testing::Bytes(front, front + static_cast<std::ptrdiff_t>(item.size())));
-        }
+        const auto size = item.kind == Kind::fill ? item.triplet.headSize() : item.size();
+        const auto front = of.bytes.begin() + static_cast<std::ptrdiff_t>(item.offset());
+        EXPECT_EQ(copyOf(of.layout.bytes(item)),
+                  Testing::Bytes(front, front + static_cast<std::ptrdiff_t>(size)));
     }
     EXPECT_EQ(of.layout.end(), next);
 }
