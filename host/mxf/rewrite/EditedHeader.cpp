@@ -164,7 +164,7 @@ bool EditedHeader::lengthen(std::uint64_t bytes) {
     return true;
 }
 
-std::uint64_t EditedHeader::fit(std::uint64_t extra) {
+std::uint64_t EditedHeader::fit(std::uint64_t extra, std::uint64_t shift) {
     FillRoom room = giveRoom(slots(extra));
     if (room.gap != 0 && lengthen(room.gap)) {
         room = giveRoom(slots(extra));
@@ -173,13 +173,13 @@ std::uint64_t EditedHeader::fit(std::uint64_t extra) {
         return leastFill - room.gap;
     }
     if (room.missing == 0) {
-        place(room.sizes);
+        place(room.sizes, shift);
     }
     return room.missing;
 }
 
-void EditedHeader::place(const Templates::vector<std::uint64_t>& fill) {
-    std::uint64_t position = layout_.begin();
+void EditedHeader::place(const Templates::vector<std::uint64_t>& fill, std::uint64_t shift) {
+    std::uint64_t position = layout_.begin() + shift;
     auto next = fill.begin();
     for (Piece& piece : pieces_) {
         if (piece.isFill) {
@@ -252,10 +252,10 @@ Segments EditedHeader::segments() const {
     return segments;
 }
 
-Segments EditedHeader::segmentsOf(const HeaderLayout& layout) {
+Segments EditedHeader::segmentsOf(const HeaderLayout& layout, std::uint64_t shift) {
     Segments segments;
     for (const LayoutItem& item : layout.items()) {
-        segments.push_back({item.offset(), layout.bytes(item)});
+        segments.push_back({item.offset() + shift, layout.bytes(item)});
     }
     return segments;
 }

@@ -26,15 +26,20 @@ public:
     /// Room comes from fill, in which a gap of 1 to 16 bytes can't remain: that goes to another
     /// fill item, or else a set that changes gets a longer form of its length.
     /// @param extra  bytes that the metadata has beside those that it has in the file.
+    /// @param shift  bytes by which the place of the metadata in the file moves.
     /// @return how many bytes are missing at least; 0 where everything has its place.
-    std::uint64_t fit(std::uint64_t extra = 0);
+    std::uint64_t fit(std::uint64_t extra = 0, std::uint64_t shift = 0);
+
+    /// Whether the metadata lists where its sets are, so that it changes where it moves.
+    bool hasOffsets() const noexcept { return directory_.has_value(); }
 
     /// All bytes of the metadata but the values of fill, at their places in the file; after fit()
     /// gave 0, and valid as long as the object and the layout.
     Segments segments() const;
 
     /// The same of the metadata as the file has it.
-    static Segments segmentsOf(const HeaderLayout& layout);
+    /// @param shift  as that of fit().
+    static Segments segmentsOf(const HeaderLayout& layout, std::uint64_t shift = 0);
 
 private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
@@ -62,7 +67,7 @@ private:
     void takeDirectory(const EditIndex& plan);
     Templates::vector<FillSlot> slots(std::uint64_t extra) const;
     bool lengthen(std::uint64_t bytes);
-    void place(const Templates::vector<std::uint64_t>& fill);
+    void place(const Templates::vector<std::uint64_t>& fill, std::uint64_t shift);
     void fillDirectory();
 
     const HeaderLayout& layout_;

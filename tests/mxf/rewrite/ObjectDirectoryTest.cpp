@@ -1,68 +1,24 @@
 #include "host/mxf/rewrite/ObjectDirectory.h"
 
 #include "host/mxf/rewrite/EditedHeader.h"
-#include "tests/mxf/rewrite/LayoutOf.h"
+#include "tests/mxf/rewrite/CarryOut.h"
+#include "tests/mxf/rewrite/ObjectMetadata.h"
 
 namespace Corvid::mxf {
 namespace {
 
-using Testing::fill;
-using Testing::hex;
-using Testing::join;
-using Testing::klv;
 using Testing::LayoutOf;
 using Testing::MxfBuilder;
-using Testing::number;
-using Testing::property;
 using Testing::uuid;
 using TestBytes = Testing::Bytes;
 
-const TestBytes rootKey = hex("80.53.08.00.36.21.08.04.b3.b3.98.a5.1c.90.11.d4");
-const TestBytes directoryKey = hex("96.13.b3.8a.87.34.87.46.f1.02.96.f0.56.e0.4d.2a");
-const TestBytes offsetLabel = hex("06.0e.2b.34.01.01.01.02.06.01.01.07.07.00.00.00");
-constexpr unsigned rootInstance = 77;
+using Testing::rootInstance;
+using Parts = Testing::ObjectParts;
 
-struct Parts {
-    bool offsetInPrimer = true;
-    std::uint64_t offsetsAdd = 0; ///< makes the entries untrue
-    std::uint64_t rootAdds = 0;   ///< makes the root's offset untrue
-    std::uint64_t count = 3;      ///< of the entries, as the directory says
-    bool hasRoot = true;
-    TestBytes runIn = {};
-};
-
-/// Root (77), Preface (1) and ContentStorage (2), the directory of the three, and fill.
-TestBytes fileOf(const Parts& parts = {}) {
-    auto entries = Testing::standardLabels();
-    if (parts.offsetInPrimer) {
-        entries.emplace_back(3, offsetLabel);
-    }
-    const TestBytes primer = Testing::primer(entries);
-    const std::uint64_t begin = parts.runIn.size() + 20 + 88;
-    const std::uint64_t rootAt = begin + primer.size();
-    const auto root = [&](std::uint64_t offset) {
-        return parts.hasRoot ? klv(rootKey,
-                                   join({property(0x3C0A, uuid(rootInstance)),
-                                         property(3, join({TestBytes(16), number(offset, 8)}))}),
-                                   9)
-                             : TestBytes();
-    };
-    const TestBytes sets = Testing::smallSets();
-    const std::uint64_t prefaceAt = rootAt + root(0).size();
-    const TestBytes storage = Testing::set(Testing::structuralKey(Testing::contentStorageSet), 2);
-    const std::uint64_t directoryAt = prefaceAt + sets.size();
-    const auto entry = [&](unsigned instance, std::uint64_t offset, unsigned flags) {
-        return join({uuid(instance), number(offset + parts.offsetsAdd, 8), number(flags, 1)});
-    };
-    const TestBytes directory =
-        klv(directoryKey,
-            join({number(parts.count, 8), number(25, 1), entry(2, directoryAt - storage.size(), 9),
-                  entry(rootInstance, rootAt, 0), entry(1, prefaceAt, 5)}),
-            9);
+TestBytes fileOf(const Parts& parts = {}, const TestBytes& runIn = {}) {
     return MxfBuilder()
-        .runIn(parts.runIn)
-        .add(Testing::headerPartition(
-            join({primer, root(directoryAt + parts.rootAdds), sets, directory, fill(400)})))
+        .runIn(runIn)
+        .add(Testing::headerPartition(Testing::objectMetadata(runIn.size() + 20 + 88, parts)))
         .build();
 }
 
@@ -141,13 +97,14 @@ struct Untrue {
     const char* name;
     Parts parts;
     const char* why;
+    TestBytes runIn = {};
 };
 void PrintTo(const Untrue& c, std::ostream* out) { *out << c.name; }
 
 class RefusesObjectDirectory : public ::testing::TestWithParam<Untrue> {};
 
 TEST_P(RefusesObjectDirectory, thatIsNotTrue) {
-    const LayoutOf of(fileOf(GetParam().parts));
+    const LayoutOf of(fileOf(GetParam().parts, GetParam().runIn));
     const std::string message = Testing::messageOf([&] { EditedHeader(of.layout, {}); });
     EXPECT_NE(message.find(GetParam().why), std::string::npos) << message;
     EXPECT_NE(message.find(": the directory of the objects "), std::string::npos);
@@ -164,10 +121,31 @@ INSTANTIATE_TEST_SUITE_P(
                {true, 0, 0, ~std::uint64_t{0}},
                "does not have the length that its count asks for"},
         Untrue{"NoRoot", {true, 0, 0, 3, false}, "lists the set"},
-        Untrue{"RunIn",
-               {true, 0, 0, 3, true, TestBytes(10)},
-               "counts from the front of a file that has a run-in"}),
+        Untrue{"RunIn", {}, "counts from the front of a file that has a run-in", TestBytes(10)}),
     Testing::nameOfCase<Untrue>);
+
+TEST(ObjectDirectory, followsThePartitionThatItIsIn) {
+    const TestBytes plain = Testing::join({Testing::smallMetadata(), Testing::fill(10)});
+    const std::size_t pack = 20 + 88;
+    const TestBytes file =
+        MxfBuilder()
+            .add(Testing::headerPartition(plain))
+            .add(Testing::footerPartition(Testing::objectMetadata(2 * pack + plain.size())))
+            .withRandomIndexPack()
+            .build();
+    Testing::Rewritable of(file);
+    for (const bool isEditedToo : {false, true}) {
+        FileEdit edit;
+        edit.copies.push_back(Testing::longProperty(of.file, 0, 1, 1000));
+        if (isEditedToo) {
+            edit.copies.push_back(Testing::longProperty(of.file, 1, 1, 2000));
+        }
+        const Rewrite rewrite = of.file.plan(edit);
+        EXPECT_EQ(rewrite.insertions.size(), isEditedToo ? 2U : 1U);
+        const LayoutOf after(Testing::carryOut(file, rewrite), 1);
+        EXPECT_TRUE(ObjectDirectory::find(after.layout).has_value());
+    }
+}
 
 TEST(ObjectDirectory, refusesEditsThatItCannotFollow) {
     const LayoutOf of(fileOf());
