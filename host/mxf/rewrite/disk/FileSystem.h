@@ -32,6 +32,7 @@ public:
         read,
         write,  ///< of a file that is there; also reads
         create, ///< a file that only its owner may read, or an existing one, which becomes empty
+        share,  ///< the same that others may read as the process lets them
     };
 
     virtual ~FileSystem();

@@ -69,11 +69,7 @@ void rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& 
     }
     const std::string target = system.resolve(path);
     const std::string journalPath = Journal::pathFor(target);
-    if (system.find(journalPath)) {
-        throw Exceptions::InvalidFormat("an earlier change of " + path +
-                                            " was not finished; run corvid recover first",
-                                        CORVID_HERE);
-    }
+    requireFinished(system, path);
     const OpenFile file(system, target, Access::write);
     requireAsPlanned(file, path, planned);
     const Journal journal = Journal::of(file, rewrite);
@@ -102,6 +98,14 @@ void rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& 
 
 bool needsRecovery(FileSystem& system, const std::string& path) {
     return system.find(Journal::pathFor(system.resolve(path))).has_value();
+}
+
+void requireFinished(FileSystem& system, const std::string& path) {
+    if (needsRecovery(system, path)) {
+        throw Exceptions::InvalidFormat("an earlier change of " + path +
+                                            " was not finished; run corvid recover first",
+                                        CORVID_HERE);
+    }
 }
 
 bool recover(FileSystem& system, const std::string& path, RecoveryGoal goal) {

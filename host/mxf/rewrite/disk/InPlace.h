@@ -22,6 +22,9 @@ CORVID_EXPORT void rewriteInPlace(FileSystem& system, const std::string& path,
 /// Whether a change of the file was not finished.
 CORVID_EXPORT bool needsRecovery(FileSystem& system, const std::string& path);
 
+/// @throws InvalidFormat  a change of the file was not finished.
+CORVID_EXPORT void requireFinished(FileSystem& system, const std::string& path);
+
 /// Which state recover() makes.
 enum class RecoveryGoal : unsigned char {
     before, ///< as the file was

@@ -93,14 +93,14 @@ std::optional<FileStatus> SystemFiles::find(const std::string& path) {
 }
 
 int SystemFiles::open(const std::string& path, Access access) {
-    constexpr mode_t ownerOnly = 0600;
-    const int flags = access == Access::read    ? O_RDONLY
-                      : access == Access::write ? O_RDWR
-                                                : O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW;
-    const int file =
-        uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, ownerOnly); });
+    const bool creates = access == Access::create || access == Access::share;
+    const mode_t mode = access == Access::share ? 0666 : 0600;
+    const int flags = access == Access::read ? O_RDONLY
+                      : creates              ? O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW
+                                             : O_RDWR;
+    const int file = uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
     if (file < 0) {
-        throwSystemError((access == Access::create ? "can't make " : "can't open ") + path, errno);
+        throwSystemError((creates ? "can't make " : "can't open ") + path, errno);
     }
     names_[file] = path;
     return file;
