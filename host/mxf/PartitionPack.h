@@ -58,6 +58,16 @@ struct CORVID_EXPORT PartitionPack {
 /// included.
 constexpr std::size_t partitionPackHead = 88;
 
+/// Where fields are in a partition pack's value, in bytes from its front.
+namespace PackFields {
+constexpr std::uint64_t thisPartition = 8;
+constexpr std::uint64_t previousPartition = 16;
+constexpr std::uint64_t footerPartition = 24;
+constexpr std::uint64_t headerByteCount = 32;
+constexpr std::uint64_t operationalPattern = 64;
+constexpr std::uint64_t essenceContainers = partitionPackHead; ///< the first label
+} // namespace PackFields
+
 /// The most essence containers that are taken from a partition pack.
 constexpr std::size_t greatestEssenceContainerCount = 4096;
 

@@ -237,7 +237,7 @@ Bytes MxfBuilder::pack(std::size_t index) const {
     const std::uint64_t footer = hasFooter ? offsetOf(partitions_.size() - 1) : 0;
     const std::uint64_t previous = index == 0 ? 0 : offsetOf(index - 1);
     return klv(key,
-               join({number(1, 2), number(3, 2), number(1, 4),
+               join({number(1, 2), number(3, 2), number(spec.kagSize, 4),
                      number(spec.thisPartition.value_or(offsetOf(index)), 8),
                      number(spec.previousPartition.value_or(previous), 8),
                      number(spec.footerPartition.value_or(footer), 8),

@@ -90,6 +90,7 @@ struct PartitionSpec {
     Bytes operationalPattern = hex("06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01.00");
     std::vector<Bytes> essenceContainers;
     std::uint32_t bodySid = 0;
+    std::uint32_t kagSize = 1;
     std::optional<std::uint64_t> thisPartition;
     std::optional<std::uint64_t> previousPartition;
     std::optional<std::uint64_t> footerPartition;

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "host/mxf/rewrite/Bytes.h"
+
+#include <optional>
+#include <string>
+
+namespace Corvid::mxf {
+
+/// What a file system says of a file.
+struct FileStatus {
+    std::uint64_t size = 0; ///< in bytes
+    std::uint64_t inode = 0;
+    std::uint64_t links = 1;
+    std::int64_t modified = 0; ///< in nanoseconds since 1970
+    std::int64_t changed = 0;  ///< of content or attributes, likewise
+
+    friend bool operator==(const FileStatus& a, const FileStatus& b) noexcept {
+        return a.size == b.size && a.inode == b.inode && a.modified == b.modified &&
+               a.changed == b.changed;
+    }
+    friend bool operator!=(const FileStatus& a, const FileStatus& b) noexcept { return !(a == b); }
+};
+
+/// The calls by which files are changed. What they do is on the disk only after sync() and
+/// syncFolderOf().
+///
+/// All throw IOError where the system refuses, with the path and the system's reason.
+class CORVID_EXPORT FileSystem {
+public:
+    enum class Access : unsigned char {
+        read,
+        write,  ///< of a file that is there; also reads
+        create, ///< a file that only its owner may read, or an existing one, which becomes empty
+        share,  ///< the same that others may read as the process lets them
+    };
+
+    virtual ~FileSystem();
+
+    /// The path without symbolic links, which names what is changed.
+    virtual std::string resolve(const std::string& path) = 0;
+    /// Nothing where there is no such file.
+    virtual std::optional<FileStatus> find(const std::string& path) = 0;
+
+    /// @return a number for the calls below, until close().
+    virtual int open(const std::string& path, Access access) = 0;
+    virtual void close(int file) noexcept = 0;
+    virtual FileStatus status(int file) = 0;
+    /// @return how many bytes were read; fewer than count only at the end of the file.
+    virtual std::size_t readAt(int file, std::uint64_t offset, Types::u8* to,
+                               std::size_t count) = 0;
+    virtual void writeAt(int file, std::uint64_t offset, Types::ByteView bytes) = 0;
+    virtual void resize(int file, std::uint64_t size) = 0;
+    /// Returns when content and size of the file are on the disk.
+    virtual void sync(int file) = 0;
+
+    /// Copies bytes from one file to another, past holes if there are any.
+    virtual void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
+                           std::uint64_t size) = 0;
+    /// Gives a file the owner, mode, access lists and extended attributes of another.
+    virtual void copyAttributes(int from, int to) = 0;
+
+    /// Renames a file to a name that is not in use.
+    virtual void renameToNew(const std::string& from, const std::string& to) = 0;
+    /// Renames a file; what had the name goes.
+    virtual void renameOver(const std::string& from, const std::string& to) = 0;
+    virtual void remove(const std::string& path) = 0;
+    /// Returns when the names in the folder of the path are on the disk.
+    virtual void syncFolderOf(const std::string& path) = 0;
+};
+
+/// An open file that closes itself.
+class CORVID_EXPORT OpenFile {
+public:
+    OpenFile(FileSystem& system, const std::string& path, FileSystem::Access access)
+        : system_(system), number_(system.open(path, access)) {}
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    ~OpenFile() { system_.close(number_); }
+
+    int number() const noexcept { return number_; }
+    FileStatus status() const { return system_.status(number_); }
+    /// Reads exactly so many bytes.
+    /// @throws IOError  the file is shorter.
+    Bytes read(std::uint64_t offset, std::uint64_t size) const;
+    void write(const ByteRanges& ranges) const;
+    void resize(std::uint64_t size) const { system_.resize(number_, size); }
+    void sync() const { system_.sync(number_); }
+
+private:
+    FileSystem& system_;
+    int number_;
+};
+
+} // namespace Corvid::mxf

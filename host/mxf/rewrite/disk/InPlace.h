@@ -1,0 +1,40 @@
+#pragma once
+
+#include "host/mxf/rewrite/Rewrite.h"
+#include "host/mxf/rewrite/disk/FileSystem.h"
+
+namespace Corvid::mxf {
+
+/// Changes a file where it is. Before its first byte changes, what brings it back is on the disk.
+///
+/// Where the process or the machine dies meanwhile, recover() finishes it one way or the other;
+/// where a write fails, the file is brought back at once.
+/// @param path     symbolic links are followed.
+/// @param planned  what the file's status was when the rewrite was planned.
+/// @throws InvalidFormat    an earlier change was not finished.
+/// @throws InvalidArgument  the file has changed since the rewrite was planned, or the rewrite
+///                          inserts bytes.
+/// @throws IOError          reading or writing fails; the message says so where the file could not
+///                          be brought back.
+CORVID_EXPORT void rewriteInPlace(FileSystem& system, const std::string& path,
+                                  const Rewrite& rewrite, const FileStatus& planned);
+
+/// Whether a change of the file was not finished.
+CORVID_EXPORT bool needsRecovery(FileSystem& system, const std::string& path);
+
+/// @throws InvalidFormat  a change of the file was not finished.
+CORVID_EXPORT void requireFinished(FileSystem& system, const std::string& path);
+
+/// Which state recover() makes.
+enum class RecoveryGoal : unsigned char {
+    before, ///< as the file was
+    after,  ///< as it was to be
+};
+
+/// Finishes a change that was not finished. May itself be interrupted and done again.
+/// @return false where nothing was to be done.
+/// @throws InvalidFormat  the recovery file is damaged, or of another file; then nothing changes.
+/// @throws IOError        reading or writing fails.
+CORVID_EXPORT bool recover(FileSystem& system, const std::string& path, RecoveryGoal goal);
+
+} // namespace Corvid::mxf

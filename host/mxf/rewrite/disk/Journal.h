@@ -1,0 +1,41 @@
+#pragma once
+
+#include "host/mxf/rewrite/Rewrite.h"
+#include "host/mxf/rewrite/disk/FileSystem.h"
+
+#include <array>
+
+namespace Corvid::mxf {
+
+/// What brings a file back that was changed halfway, or forward.
+///
+/// It is on the disk beside the file from before the first byte changes until after the last one
+/// is on the disk.
+struct CORVID_EXPORT Journal {
+    using Hash = std::array<Types::u8, 32>; ///< BLAKE2b
+
+    FileStatus status; ///< of the file before
+    std::uint64_t newSize = 0;
+    Hash front{};      ///< of the bytes at the file's front that do not change
+    ByteRanges before; ///< the bytes that change, as they were
+    ByteRanges after;  ///< and as they will be
+
+    /// What takes a file through a rewrite in place.
+    /// @throws InvalidArgument  the rewrite inserts bytes, or is of a file of another size.
+    /// @throws IOError          the file can't be read.
+    static Journal of(const OpenFile& file, const Rewrite& rewrite);
+
+    /// Reads what coded() gave.
+    /// @throws InvalidFormat  the bytes are not such a journal, or not all of it.
+    static Journal parse(const Bytes& bytes);
+    /// The bytes of it, with a hash at the end.
+    Bytes coded() const;
+
+    /// Whether a file is the one of the journal, whatever part of the changes it has.
+    bool isOf(const OpenFile& file) const;
+
+    /// Where the journal of a file is.
+    static std::string pathFor(const std::string& path);
+};
+
+} // namespace Corvid::mxf

@@ -1,0 +1,127 @@
+#include "host/mxf/rewrite/disk/NewFile.h"
+
+#include "host/base/Exceptions.h"
+#include "host/mxf/rewrite/disk/InPlace.h"
+
+#include <algorithm>
+
+namespace Corvid::mxf {
+
+namespace {
+
+using Access = FileSystem::Access;
+
+/// The bytes that are copied between two reports of the progress.
+constexpr std::uint64_t pieceSize = 64 * 1024 * 1024;
+
+/// A name beside a file for what will take its place.
+std::string temporaryName(const std::string& path) {
+    const auto slash = path.rfind('/');
+    const std::size_t name = slash == std::string::npos ? 0 : slash + 1;
+    return path.substr(0, name) + "." + path.substr(name) + ".corvid-new";
+}
+
+void requireAsPlanned(const FileStatus& found, const FileStatus& planned, const std::string& path) {
+    if (found != planned) {
+        throw Exceptions::InvalidArgument(
+            path + " has changed since it was read, so nothing was written", CORVID_HERE);
+    }
+}
+
+class Copy {
+public:
+    Copy(FileSystem& system, const OpenFile& from, const OpenFile& to, const Rewrite& rewrite,
+         const CopyProgress& progress)
+        : system_(system), from_(from), to_(to), rewrite_(rewrite), progress_(progress) {}
+
+    void run() {
+        to_.resize(rewrite_.newSize());
+        std::uint64_t position = 0;
+        std::uint64_t shift = 0;
+        for (const Insertion& insertion : rewrite_.insertions) {
+            copy(position, insertion.offset, shift);
+            position = insertion.offset;
+            shift += insertion.size;
+        }
+        copy(position, rewrite_.oldSize, shift);
+        to_.write(rewrite_.writes);
+        to_.sync();
+    }
+
+private:
+    void copy(std::uint64_t begin, std::uint64_t end, std::uint64_t shift) {
+        while (begin != end) {
+            const std::uint64_t size = std::min(end - begin, pieceSize);
+            system_.copyRange(from_.number(), begin, to_.number(), begin + shift, size);
+            begin += size;
+            if (progress_) {
+                progress_(begin, rewrite_.oldSize);
+            }
+        }
+    }
+
+    FileSystem& system_;
+    const OpenFile& from_;
+    const OpenFile& to_;
+    const Rewrite& rewrite_;
+    const CopyProgress& progress_;
+};
+
+void removeQuietly(FileSystem& system, const std::string& path) {
+    try {
+        if (system.find(path)) {
+            system.remove(path);
+        }
+    } catch (const Exceptions::IOError&) {
+        return;
+    }
+}
+
+/// @param keepAttributes  whether the new file gets those of the old one.
+void write(FileSystem& system, const std::string& from, const std::string& to,
+           const Rewrite& rewrite, const FileStatus& planned, bool keepAttributes,
+           const CopyProgress& progress) {
+    const std::string temporary = temporaryName(to);
+    requireFinished(system, from);
+    const OpenFile old(system, from, Access::read);
+    requireAsPlanned(old.status(), planned, from);
+    const auto removeOnFailure = [&](auto call) {
+        try {
+            call();
+        } catch (...) {
+            removeQuietly(system, temporary);
+            throw;
+        }
+    };
+    removeOnFailure([&] {
+        const OpenFile file(system, temporary, keepAttributes ? Access::create : Access::share);
+        if (keepAttributes) {
+            system.copyAttributes(old.number(), file.number());
+        }
+        Copy(system, old, file, rewrite, progress).run();
+        requireAsPlanned(old.status(), planned, from);
+        system.renameOver(temporary, to);
+    });
+    system.syncFolderOf(to);
+}
+
+} // namespace
+
+void writeNewFile(FileSystem& system, const std::string& from, const std::string& to,
+                  const Rewrite& rewrite, const FileStatus& planned, const CopyProgress& progress) {
+    write(system, system.resolve(from), to, rewrite, planned, false, progress);
+}
+
+void replaceFile(FileSystem& system, const std::string& path, const Rewrite& rewrite,
+                 const FileStatus& planned, bool breakLinks, const CopyProgress& progress) {
+    if (planned.links > 1 && !breakLinks) {
+        throw Exceptions::InvalidArgument(
+            path + " has " + std::to_string(planned.links) +
+                " hard links, and the others would keep the old file, so nothing was written",
+            CORVID_HERE);
+    }
+    const std::string target = system.resolve(path);
+    write(system, target, target, rewrite, planned, true, progress);
+}
+
+} // namespace Corvid::mxf

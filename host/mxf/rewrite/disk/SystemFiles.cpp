@@ -1,0 +1,272 @@
+#include "host/mxf/rewrite/disk/SystemFiles.h"
+
+#include "host/dataio/FileDescriptor.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+#include <unistd.h>
+
+namespace Corvid::mxf {
+
+namespace {
+
+using DataIO::throwSystemError;
+
+/// Calls until no signal interrupts.
+template <class Call> auto uninterrupted(Call call) {
+    auto result = call();
+    while (result < 0 && errno == EINTR) {
+        result = call();
+    }
+    return result;
+}
+
+std::int64_t nanoseconds(const timespec& time) {
+    return std::int64_t{time.tv_sec} * 1000000000 + time.tv_nsec;
+}
+
+FileStatus statusOf(const struct stat& found) {
+    FileStatus status;
+    status.size = static_cast<std::uint64_t>(found.st_size);
+    status.inode = found.st_ino;
+    status.links = found.st_nlink;
+    status.modified = nanoseconds(found.st_mtim);
+    status.changed = nanoseconds(found.st_ctim);
+    return status;
+}
+
+std::string folderOf(const std::string& path) {
+    const auto slash = path.rfind('/');
+    return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
+}
+
+off_t offsetOf(std::uint64_t offset) { return static_cast<off_t>(offset); }
+
+/// The names of the extended attributes of a file, each with a zero at its end.
+std::string attributeNames(int file, const std::string& name) {
+    std::string names;
+    ssize_t size = 0;
+    do {
+        size = ::flistxattr(file, nullptr, 0);
+        if (size <= 0) {
+            break;
+        }
+        names.resize(static_cast<std::size_t>(size));
+        size = ::flistxattr(file, names.data(), names.size());
+    } while (size < 0 && errno == ERANGE);
+    if (size < 0 && errno != ENOTSUP) {
+        throwSystemError("can't read the extended attributes of " + name, errno);
+    }
+    names.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    return names;
+}
+
+} // namespace
+
+const std::string& SystemFiles::nameOf(int file) const { return names_.at(file); }
+
+std::string SystemFiles::resolve(const std::string& path) {
+    const std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr),
+                                                          &std::free);
+    if (!resolved) {
+        throwSystemError("can't open " + path, errno);
+    }
+    return resolved.get();
+}
+
+std::optional<FileStatus> SystemFiles::find(const std::string& path) {
+    struct stat found {};
+    if (::stat(path.c_str(), &found) != 0) {
+        if (errno == ENOENT) {
+            return std::nullopt;
+        }
+        throwSystemError("can't look for " + path, errno);
+    }
+    return statusOf(found);
+}
+
+int SystemFiles::open(const std::string& path, Access access) {
+    const bool creates = access == Access::create || access == Access::share;
+    const mode_t mode = access == Access::share ? 0666 : 0600;
+    const int flags = access == Access::read ? O_RDONLY
+                      : creates              ? O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW
+                                             : O_RDWR;
+    const int file = uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
+    if (file < 0) {
+        throwSystemError((creates ? "can't make " : "can't open ") + path, errno);
+    }
+    names_[file] = path;
+    return file;
+}
+
+void SystemFiles::close(int file) noexcept {
+    ::close(file);
+    names_.erase(file);
+}
+
+FileStatus SystemFiles::status(int file) {
+    struct stat found {};
+    if (::fstat(file, &found) != 0) {
+        throwSystemError("can't look at " + nameOf(file), errno);
+    }
+    return statusOf(found);
+}
+
+std::size_t SystemFiles::readAt(int file, std::uint64_t offset, Types::u8* to, std::size_t count) {
+    std::size_t got = 0;
+    while (got != count) {
+        const ssize_t n = uninterrupted(
+            [&] { return ::pread(file, to + got, count - got, offsetOf(offset + got)); });
+        if (n < 0) {
+            throwSystemError("can't read " + nameOf(file), errno);
+        }
+        if (n == 0) {
+            break;
+        }
+        got += static_cast<std::size_t>(n);
+    }
+    return got;
+}
+
+void SystemFiles::writeAt(int file, std::uint64_t offset, Types::ByteView bytes) {
+    std::size_t done = 0;
+    while (done != bytes.size) {
+        const ssize_t n = uninterrupted([&] {
+            return ::pwrite(file, bytes.data + done, bytes.size - done, offsetOf(offset + done));
+        });
+        if (n < 0) {
+            throwSystemError("can't write " + nameOf(file), errno);
+        }
+        done += static_cast<std::size_t>(n);
+    }
+}
+
+void SystemFiles::resize(int file, std::uint64_t size) {
+    if (uninterrupted([&] { return ::ftruncate(file, offsetOf(size)); }) != 0) {
+        throwSystemError("can't set the size of " + nameOf(file), errno);
+    }
+}
+
+void SystemFiles::sync(int file) {
+    if (uninterrupted([&] { return ::fsync(file); }) != 0) {
+        throwSystemError("can't write " + nameOf(file) + " to the disk", errno);
+    }
+}
+
+void SystemFiles::copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
+                            std::uint64_t size) {
+    const std::uint64_t end = offset + size;
+    constexpr std::size_t bufferSize = 1024 * 1024;
+    Bytes buffer;
+    bool canCopy = true;
+    for (std::uint64_t position = offset; position < end;) {
+        // Where a file system does not know its holes, all is data.
+        const off_t data = ::lseek(from, offsetOf(position), SEEK_DATA);
+        if (data < 0 && errno == ENXIO) {
+            return;
+        }
+        const off_t hole = data < 0 ? -1 : ::lseek(from, data, SEEK_HOLE);
+        std::uint64_t next = data < 0 ? position : static_cast<std::uint64_t>(data);
+        const std::uint64_t stop = hole < 0 ? end : std::min(end, static_cast<std::uint64_t>(hole));
+        while (next < stop) {
+            const auto wanted =
+                static_cast<std::size_t>(std::min<std::uint64_t>(stop - next, INT_MAX));
+            if (canCopy) {
+                loff_t in = offsetOf(next);
+                loff_t out = offsetOf(toOffset + (next - offset));
+                const ssize_t n = uninterrupted(
+                    [&] { return ::copy_file_range(from, &in, to, &out, wanted, 0); });
+                if (n > 0) {
+                    next += static_cast<std::uint64_t>(n);
+                    continue;
+                }
+                if (n < 0 && (errno == ENOSPC || errno == EIO || errno == EDQUOT)) {
+                    throwSystemError("can't write " + nameOf(to), errno);
+                }
+                canCopy = false;
+            }
+            buffer.resize(bufferSize);
+            const std::size_t got =
+                readAt(from, next, buffer.data(), std::min(wanted, buffer.size()));
+            if (got == 0) {
+                throwSystemError("can't read " + nameOf(from), EIO);
+            }
+            writeAt(to, toOffset + (next - offset), {buffer.data(), got});
+            next += got;
+        }
+        position = std::max(stop, next);
+    }
+}
+
+void SystemFiles::copyAttributes(int from, int to) {
+    struct stat found {};
+    struct stat own {};
+    if (::fstat(from, &found) != 0 || ::fstat(to, &own) != 0) {
+        throwSystemError("can't look at " + nameOf(from), errno);
+    }
+    if ((found.st_uid != own.st_uid || found.st_gid != own.st_gid) &&
+        ::fchown(to, found.st_uid, found.st_gid) != 0) {
+        throwSystemError("can't give " + nameOf(to) + " the owner of " + nameOf(from), errno);
+    }
+    if (::fchmod(to, found.st_mode & 07777) != 0) {
+        throwSystemError("can't give " + nameOf(to) + " the mode of " + nameOf(from), errno);
+    }
+    const std::string names = attributeNames(from, nameOf(from));
+    for (std::size_t at = 0; at < names.size();) {
+        const std::string name = names.c_str() + at;
+        at += name.size() + 1;
+        constexpr std::size_t greatestAttribute = 65536;
+        Bytes value(greatestAttribute);
+        const ssize_t size = ::fgetxattr(from, name.c_str(), value.data(), value.size());
+        if (size < 0 ||
+            ::fsetxattr(to, name.c_str(), value.data(), static_cast<std::size_t>(size), 0) != 0) {
+            throwSystemError("can't give " + nameOf(to) + " the attribute " + name + " of " +
+                                 nameOf(from),
+                             errno);
+        }
+    }
+}
+
+void SystemFiles::renameToNew(const std::string& from, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) {
+        return;
+    }
+    if (errno == EINVAL || errno == ENOSYS) { // the file system can't
+        if (::link(from.c_str(), to.c_str()) == 0) {
+            remove(from);
+            return;
+        }
+    }
+    throwSystemError("can't rename " + from + " to " + to, errno);
+}
+
+void SystemFiles::renameOver(const std::string& from, const std::string& to) {
+    if (::rename(from.c_str(), to.c_str()) != 0) {
+        throwSystemError("can't rename " + from + " to " + to, errno);
+    }
+}
+
+void SystemFiles::remove(const std::string& path) {
+    if (::unlink(path.c_str()) != 0) {
+        throwSystemError("can't remove " + path, errno);
+    }
+}
+
+void SystemFiles::syncFolderOf(const std::string& path) {
+    const std::string folder = folderOf(path);
+    const auto file = DataIO::FileDescriptor::owning(
+        uninterrupted([&] { return ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
+    // Some file systems have no sync of folders; their names are as safe as they can be.
+    if (!file.isOpen() || (::fsync(file.number()) != 0 && errno != EINVAL)) {
+        throwSystemError("can't write the folder " + folder + " to the disk", errno);
+    }
+}
+
+} // namespace Corvid::mxf

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "host/mxf/rewrite/disk/FileSystem.h"
+
+namespace Corvid::mxf {
+
+/// The files of the operating system.
+class CORVID_EXPORT SystemFiles : public FileSystem {
+public:
+    std::string resolve(const std::string& path) override;
+    std::optional<FileStatus> find(const std::string& path) override;
+    int open(const std::string& path, Access access) override;
+    void close(int file) noexcept override;
+    FileStatus status(int file) override;
+    std::size_t readAt(int file, std::uint64_t offset, Types::u8* to, std::size_t count) override;
+    void writeAt(int file, std::uint64_t offset, Types::ByteView bytes) override;
+    void resize(int file, std::uint64_t size) override;
+    void sync(int file) override;
+    /// Holes stay holes, and blocks are shared where the file system can.
+    void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
+                   std::uint64_t size) override;
+    void copyAttributes(int from, int to) override;
+    void renameToNew(const std::string& from, const std::string& to) override;
+    void renameOver(const std::string& from, const std::string& to) override;
+    void remove(const std::string& path) override;
+    void syncFolderOf(const std::string& path) override;
+
+private:
+    const std::string& nameOf(int file) const;
+
+    Templates::map<int, std::string> names_; ///< of the open files, for messages
+};
+
+} // namespace Corvid::mxf

@@ -1,0 +1,397 @@
+#include "host/mxf/rewrite/disk/InPlace.h"
+
+#include "host/mxf/rewrite/disk/Journal.h"
+#include "host/mxf/rewrite/disk/SystemFiles.h"
+#include "tests/mxf/ReadBack.h"
+#include "tests/mxf/rewrite/disk/ModelFiles.h"
+#include "tests/support/Paths.h"
+
+#include <fstream>
+#include <iterator>
+#include <unistd.h>
+
+namespace Corvid::mxf {
+namespace {
+
+using Testing::Crash;
+using Testing::Disk;
+using Testing::messageOf;
+using Testing::ModelFiles;
+
+const std::string clip = "clip.mxf";
+const std::string journalName = ".clip.mxf.corvid-recovery";
+
+Bytes pattern(std::size_t size) {
+    Bytes bytes(size);
+    for (std::size_t i = 0; i != size; ++i) {
+        bytes[i] = static_cast<Types::u8>(i * 7 + 1);
+    }
+    return bytes;
+}
+
+const Bytes oldBytes = pattern(300);
+
+Disk diskWithClip() {
+    Disk disk;
+    disk.names[clip] = 1;
+    disk.files[1] = oldBytes;
+    return disk;
+}
+
+Bytes after(Bytes bytes, const Rewrite& rewrite) {
+    bytes.resize(rewrite.newSize());
+    for (const ByteRange& range : rewrite.writes) {
+        std::copy(range.bytes.begin(), range.bytes.end(),
+                  bytes.begin() + static_cast<std::ptrdiff_t>(range.offset));
+    }
+    return bytes;
+}
+
+struct Case {
+    const char* name;
+    Rewrite rewrite;
+};
+void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
+
+Rewrite rewriteOf(ByteRanges writes) { return {oldBytes.size(), {}, std::move(writes)}; }
+
+/// Changes the clip, and dies on the way if the model says so.
+/// @return whether it died.
+bool change(ModelFiles& files, const Rewrite& rewrite) {
+    try {
+        rewriteInPlace(files, clip, rewrite, *files.find(clip));
+    } catch (const Crash&) {
+        return true;
+    }
+    return false;
+}
+
+/// Whether every disk that a dead machine can leave is old or new, or becomes so by recovery.
+/// @param finished  the change was reported as done.
+bool isSafe(const ModelFiles& files, const Bytes& wanted, bool finished, unsigned depth) {
+    for (const Disk& image : files.images()) {
+        if (image.names.count(clip) == 0) {
+            return false;
+        }
+        for (const RecoveryGoal goal : {RecoveryGoal::before, RecoveryGoal::after}) {
+            ModelFiles again(image);
+            if (!needsRecovery(again, clip)) {
+                const Bytes& content = image.content(clip);
+                if (content != wanted && (finished || content != oldBytes)) {
+                    return false;
+                }
+                continue;
+            }
+            const Bytes& expected = goal == RecoveryGoal::before ? oldBytes : wanted;
+            try {
+                recover(again, clip, goal);
+            } catch (const Exceptions::BaseException&) {
+                return false;
+            }
+            if (again.now().content(clip) != expected || needsRecovery(again, clip)) {
+                return false;
+            }
+            // The machine may die again, while it recovers.
+            for (std::size_t dieAt = 1; depth != 0; ++dieAt) {
+                ModelFiles dying(image);
+                dying.dieAt = dieAt;
+                try {
+                    recover(dying, clip, goal);
+                    break;
+                } catch (const Crash&) {
+                    if (!isSafe(dying, wanted, false, depth - 1)) {
+                        return false;
+                    }
+                }
+            }
+        }
+    }
+    return true;
+}
+
+class RewriteInPlace : public ::testing::TestWithParam<Case> {};
+
+TEST_P(RewriteInPlace, changesTheFileAndLeavesNothingElse) {
+    ModelFiles files(diskWithClip());
+    EXPECT_FALSE(change(files, GetParam().rewrite));
+    EXPECT_EQ(files.now().content(clip), after(oldBytes, GetParam().rewrite));
+    EXPECT_EQ(files.now().names.size(), 1U);
+    EXPECT_FALSE(recover(files, clip, RecoveryGoal::before));
+}
+
+TEST_P(RewriteInPlace, leavesOldOrNewWhereverTheMachineDies) {
+    const Bytes wanted = after(oldBytes, GetParam().rewrite);
+    std::size_t deaths = 0;
+    for (std::size_t dieAt = 1;; ++dieAt) {
+        ModelFiles files(diskWithClip());
+        files.dieAt = dieAt;
+        const bool died = change(files, GetParam().rewrite);
+        EXPECT_TRUE(isSafe(files, wanted, !died, 1)) << "in call " << dieAt;
+        if (!died) {
+            break;
+        }
+        ++deaths;
+    }
+    EXPECT_GE(deaths, 9U);
+}
+
+TEST_P(RewriteInPlace, needsEachOfItsSyncs) {
+    const Bytes wanted = after(oldBytes, GetParam().rewrite);
+    ModelFiles whole(diskWithClip());
+    change(whole, GetParam().rewrite);
+    ASSERT_EQ(whole.syncs, 4U);
+    for (std::size_t liar = 1; liar != whole.syncs; ++liar) {
+        bool safe = true;
+        for (std::size_t dieAt = 1; safe; ++dieAt) {
+            ModelFiles files(diskWithClip());
+            files.dieAt = dieAt;
+            files.syncThatLies = liar;
+            const bool died = change(files, GetParam().rewrite);
+            safe = isSafe(files, wanted, !died, 0);
+            if (!died) {
+                break;
+            }
+        }
+        EXPECT_FALSE(safe) << "sync " << liar;
+    }
+    // Without the last, the clip is safe, but a recovery file may come back after success.
+    ModelFiles files(diskWithClip());
+    files.syncThatLies = whole.syncs;
+    change(files, GetParam().rewrite);
+    bool comesBack = false;
+    for (const Disk& image : files.images()) {
+        comesBack = comesBack || image.names.count(journalName) != 0;
+    }
+    EXPECT_TRUE(comesBack);
+}
+
+TEST_P(RewriteInPlace, bringsTheFileBackWhereACallFails) {
+    const Bytes wanted = after(oldBytes, GetParam().rewrite);
+    ModelFiles whole(diskWithClip());
+    change(whole, GetParam().rewrite);
+    for (std::size_t failAt = 1; failAt <= whole.calls; ++failAt) {
+        ModelFiles files(diskWithClip());
+        files.failAt = failAt;
+        EXPECT_NE(messageOf([&] { change(files, GetParam().rewrite); }), "");
+        const bool isDone = failAt >= whole.calls - 1; // the journal could not go
+        EXPECT_EQ(files.now().content(clip), isDone ? wanted : oldBytes) << failAt;
+        const bool journalCouldNotGo = failAt == whole.calls - 1;
+        EXPECT_EQ(files.now().names.size(), journalCouldNotGo ? 2U : 1U) << failAt;
+    }
+}
+
+TEST_P(RewriteInPlace, saysHowToGoOnWhereTheFileCannotBeBroughtBack) {
+    const Bytes wanted = after(oldBytes, GetParam().rewrite);
+    ModelFiles files(diskWithClip());
+    files.failAt = 8;
+    files.failsOn = true;
+    EXPECT_EQ(messageOf([&] { change(files, GetParam().rewrite); }),
+              "no space left; clip.mxf is changed in part, run corvid recover");
+    files.failAt = 0;
+    EXPECT_TRUE(needsRecovery(files, clip));
+    EXPECT_EQ(messageOf([&] { change(files, GetParam().rewrite); }),
+              "an earlier change of clip.mxf was not finished; run corvid recover first");
+    EXPECT_TRUE(recover(files, clip, RecoveryGoal::after));
+    EXPECT_EQ(files.now().content(clip), wanted);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , RewriteInPlace,
+    ::testing::Values(
+        Case{"OneRange", rewriteOf({{100, Bytes(5, 0xAA)}, {200, Bytes(1, 0xBB)}})},
+        Case{"RangesOfManySectors", rewriteOf({{3, Bytes(70, 0xAA)}, {250, Bytes(50, 0xBB)}})},
+        Case{"PastTheEnd", rewriteOf({{10, Bytes(2, 0xAA)}, {290, Bytes(60, 0xBB)}})}),
+    Testing::nameOfCase<Case>);
+
+TEST(InPlace, touchesNothingWhereNothingIsToBeDone) {
+    ModelFiles files(diskWithClip());
+    change(files, rewriteOf({}));
+    EXPECT_EQ(files.calls, 0U);
+}
+
+TEST(InPlace, refusesAFileThatHasChangedSinceThePlan) {
+    for (const int what : {0, 1, 2, 3}) {
+        ModelFiles files(diskWithClip());
+        FileStatus planned = *files.find(clip);
+        what == 0   ? ++planned.size
+        : what == 1 ? ++planned.inode
+        : what == 2 ? static_cast<std::uint64_t>(++planned.modified)
+                    : static_cast<std::uint64_t>(++planned.changed);
+        EXPECT_EQ(messageOf([&] {
+                      rewriteInPlace(files, clip, rewriteOf({{1, Bytes(1)}}), planned);
+                  }),
+                  "clip.mxf has changed since it was read, so nothing was written");
+        EXPECT_EQ(files.calls, 0U);
+    }
+}
+
+TEST(InPlace, refusesAFileThatChangesWhileTheRecoveryFileIsWritten) {
+    /// Somebody else writes as soon as the recovery file is complete.
+    class Changing : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        void syncFolderOf(const std::string& path) override {
+            ModelFiles::syncFolderOf(path);
+            const Bytes byte(1, 0x11);
+            writeAt(1, 0, viewOf(byte));
+        }
+    };
+    Changing files(diskWithClip());
+    EXPECT_EQ(messageOf([&] {
+                  change(files, rewriteOf({{100, Bytes(1)}}));
+              }),
+              "clip.mxf has changed since it was read, so nothing was written");
+    EXPECT_EQ(files.now().content(clip)[100], oldBytes[100]);
+    EXPECT_EQ(files.now().names.size(), 1U);
+}
+
+TEST(InPlace, replacesAnUnfinishedRecoveryFile) {
+    Disk disk = diskWithClip();
+    disk.names[journalName + ".new"] = 2;
+    disk.files[2] = pattern(5000);
+    ModelFiles files(disk);
+    EXPECT_FALSE(needsRecovery(files, clip));
+    change(files, rewriteOf({{1, Bytes(1)}}));
+    EXPECT_EQ(files.now().names.size(), 1U);
+}
+
+/// A disk as it is when the machine dies in the midst of the change.
+Disk halfChanged() {
+    ModelFiles files(diskWithClip());
+    files.dieAt = 8;
+    EXPECT_TRUE(change(files, rewriteOf({{100, Bytes(5, 0xAA)}, {200, Bytes(1, 0xBB)}})));
+    const Disk disk = files.now();
+    EXPECT_EQ(disk.names.count(journalName), 1U);
+    EXPECT_NE(disk.content(clip), oldBytes);
+    return disk;
+}
+
+struct Refused {
+    const char* name;
+    void (*harm)(Disk& disk);
+    const char* message;
+};
+void PrintTo(const Refused& c, std::ostream* out) { *out << c.name; }
+
+class RefusesRecovery : public ::testing::TestWithParam<Refused> {};
+
+TEST_P(RefusesRecovery, andChangesNothing) {
+    Disk disk = halfChanged();
+    GetParam().harm(disk);
+    ModelFiles files(disk);
+    for (const RecoveryGoal goal : {RecoveryGoal::before, RecoveryGoal::after}) {
+        EXPECT_EQ(messageOf([&] { recover(files, clip, goal); }), GetParam().message);
+    }
+    EXPECT_EQ(files.calls, 0U);
+}
+
+Bytes& journalOn(Disk& disk) { return disk.files[disk.names[journalName]]; }
+Bytes& clipOn(Disk& disk) { return disk.files[disk.names[clip]]; }
+
+constexpr const char* otherFile =
+    ".clip.mxf.corvid-recovery is not of clip.mxf as it is, so nothing was changed: the file has "
+    "been replaced or changed since";
+
+INSTANTIATE_TEST_SUITE_P(
+    , RefusesRecovery,
+    ::testing::Values(
+        Refused{"AnEmptyJournal", [](Disk& disk) { journalOn(disk).clear(); },
+                "the recovery file is none of Corvid"},
+        Refused{"ACutJournal", [](Disk& disk) { journalOn(disk).pop_back(); },
+                "the recovery file is damaged: its hash is not that of its content"},
+        Refused{"AJournalWithAnotherByte", [](Disk& disk) { journalOn(disk)[60] ^= 1; },
+                "the recovery file is damaged: its hash is not that of its content"},
+        Refused{"AnotherFile",
+                [](Disk& disk) {
+                    disk.files[9] = clipOn(disk);
+                    disk.names[clip] = 9;
+                },
+                otherFile},
+        Refused{"AShorterFile", [](Disk& disk) { clipOn(disk).pop_back(); }, otherFile},
+        Refused{"ALongerFile", [](Disk& disk) { clipOn(disk).push_back(0); }, otherFile},
+        Refused{"OtherBytes", [](Disk& disk) { clipOn(disk)[50] ^= 1; }, otherFile}),
+    Testing::nameOfCase<Refused>);
+
+TEST(Journal, isReadAsItWasWritten) {
+    ModelFiles files(diskWithClip());
+    const OpenFile file(files, clip, FileSystem::Access::read);
+    const Journal journal = Journal::of(file, rewriteOf({{10, Bytes(5, 1)}, {298, Bytes(9, 2)}}));
+    const Bytes coded = journal.coded();
+    const Journal read = Journal::parse(coded);
+    EXPECT_EQ(read.coded(), coded);
+    EXPECT_EQ(read.newSize, 307U);
+    EXPECT_EQ(read.before.back().bytes, (Bytes{oldBytes[298], oldBytes[299]}));
+    for (std::size_t size = 0; size != coded.size(); ++size) {
+        const Bytes cut(coded.begin(), coded.begin() + static_cast<std::ptrdiff_t>(size));
+        EXPECT_NE(messageOf([&] { Journal::parse(cut); }), "");
+    }
+}
+
+TEST(Journal, isHiddenBesideItsFile) {
+    EXPECT_EQ(Journal::pathFor("/a/b.mxf"), "/a/.b.mxf.corvid-recovery");
+    EXPECT_EQ(Journal::pathFor("b.mxf"), ".b.mxf.corvid-recovery");
+}
+
+TEST(InPlace, changesARealFileThroughALink) {
+    const Testing::TemporaryDir folder;
+    const std::string path = (folder.path() / "clip.mxf").string();
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(oldBytes.data()), 300);
+    const std::string link = (folder.path() / "link.mxf").string();
+    std::filesystem::create_symlink("clip.mxf", link);
+    SystemFiles files;
+    const Rewrite rewrite = rewriteOf({{100, Bytes(5, 0xAA)}, {290, Bytes(60, 0xBB)}});
+    const FileStatus status = *files.find(path);
+    rewriteInPlace(files, link, rewrite, status);
+    std::ifstream stream(path, std::ios::binary);
+    const Bytes content(std::istreambuf_iterator<char>(stream), {});
+    EXPECT_EQ(content, after(oldBytes, rewrite));
+    EXPECT_EQ(files.find(path)->inode, status.inode);
+    EXPECT_FALSE(needsRecovery(files, link));
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2);
+    EXPECT_NE(messageOf([&] { rewriteInPlace(files, link, rewrite, status); }), "");
+}
+
+TEST(InPlace, recoversARealFile) {
+    const Testing::TemporaryDir folder;
+    const std::string path = (folder.path() / "clip.mxf").string();
+    std::ofstream(path, std::ios::binary)
+        .write(reinterpret_cast<const char*>(oldBytes.data()), 300);
+    SystemFiles files;
+    const Rewrite rewrite = rewriteOf({{100, Bytes(5, 0xAA)}, {290, Bytes(60, 0xBB)}});
+    for (const RecoveryGoal goal : {RecoveryGoal::before, RecoveryGoal::after}) {
+        {
+            const OpenFile file(files, path, FileSystem::Access::write);
+            const Bytes journal = Journal::of(file, rewrite).coded();
+            const OpenFile there(files, Journal::pathFor(path), FileSystem::Access::create);
+            files.writeAt(there.number(), 0, viewOf(journal));
+            files.writeAt(file.number(), 100, viewOf(Bytes(3, 0xAA)));
+        }
+        EXPECT_TRUE(needsRecovery(files, path));
+        EXPECT_TRUE(recover(files, path, goal));
+        std::ifstream stream(path, std::ios::binary);
+        EXPECT_EQ(Bytes(std::istreambuf_iterator<char>(stream), {}),
+                  goal == RecoveryGoal::before ? oldBytes : after(oldBytes, rewrite));
+        EXPECT_FALSE(recover(files, path, goal));
+    }
+}
+
+TEST(SystemFiles, sayWhatFails) {
+    const Testing::TemporaryDir folder;
+    const std::string path = (folder.path() / "none.mxf").string();
+    SystemFiles files;
+    EXPECT_EQ(messageOf([&] { files.resolve(path); }),
+              "can't open " + path + ": No such file or directory");
+    EXPECT_EQ(messageOf([&] { files.open(path, FileSystem::Access::read); }),
+              "can't open " + path + ": No such file or directory");
+    EXPECT_EQ(messageOf([&] { files.remove(path); }),
+              "can't remove " + path + ": No such file or directory");
+    EXPECT_FALSE(files.find(path));
+    std::ofstream(path) << "x";
+    std::ofstream(path + "2") << "y";
+    EXPECT_EQ(messageOf([&] { files.renameToNew(path, path + "2"); }),
+              "can't rename " + path + " to " + path + "2: File exists");
+}
+
+} // namespace
+} // namespace Corvid::mxf

@@ -1,0 +1,262 @@
+#pragma once
+
+#include "host/base/Exceptions.h"
+#include "host/mxf/rewrite/disk/FileSystem.h"
+
+#include <algorithm>
+#include <map>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace Corvid::Testing {
+
+/// What is on a disk: names in one folder, and files by their numbers.
+struct Disk {
+    std::map<std::string, std::uint64_t> names;
+    std::map<std::uint64_t, mxf::Bytes> files;
+
+    const mxf::Bytes& content(const std::string& name) const { return files.at(names.at(name)); }
+};
+
+/// What the model throws where the machine dies. It is none of the library's exceptions, so nothing
+/// is done about it.
+struct Crash {};
+
+/// A file system in memory that forgets what was not synced.
+///
+/// Every change waits, cut into sectors, until the file or the folder is synced. When the machine
+/// dies, any part of what waits is on the disk.
+class ModelFiles : public mxf::FileSystem {
+public:
+    static constexpr std::uint64_t sectorSize = 16;
+
+    /// The machine dies in the call with this number, from 1; 0 for never.
+    std::size_t dieAt = 0;
+    /// The sync with this number, from 1, does nothing; 0 for none.
+    std::size_t syncThatLies = 0;
+    /// The call with this number, from 1, fails as on a full disk; 0 for none.
+    std::size_t failAt = 0;
+    /// All calls from failAt on fail.
+    bool failsOn = false;
+    std::size_t calls = 0; ///< those that change something
+    std::size_t syncs = 0;
+
+    explicit ModelFiles(Disk disk) : durable_(disk), now_(std::move(disk)) {}
+
+    const Disk& now() const { return now_; }
+
+    /// What may be on the disk if the machine dies: nothing of what waits, all, all but one change,
+    /// one change, the first ones, and any others.
+    std::vector<Disk> images(unsigned others = 30) const {
+        std::vector<Disk> result;
+        const std::size_t count = waiting_.size();
+        const auto add = [&](auto takes) {
+            Disk disk = durable_;
+            for (std::size_t i = 0; i != count; ++i) {
+                if (takes(i)) {
+                    apply(disk, waiting_[i]);
+                }
+            }
+            result.push_back(std::move(disk));
+        };
+        add([](std::size_t) { return true; });
+        add([](std::size_t) { return false; });
+        for (std::size_t one = 0; one != count; ++one) {
+            add([one](std::size_t i) { return i == one; });
+            add([one](std::size_t i) { return i != one; });
+            add([one](std::size_t i) { return i < one; });
+        }
+        std::mt19937 random(static_cast<unsigned>(count));
+        for (unsigned i = 0; i != (count < 2 ? 0 : others); ++i) {
+            add([&](std::size_t) { return random() % 2 == 0; });
+        }
+        return result;
+    }
+
+    std::string resolve(const std::string& path) override { return path; }
+
+    std::optional<mxf::FileStatus> find(const std::string& path) override {
+        const auto found = now_.names.find(path);
+        return found == now_.names.end() ? std::nullopt : std::optional(statusOf(found->second));
+    }
+
+    int open(const std::string& path, Access access) override {
+        const auto found = now_.names.find(path);
+        if (access == Access::create || access == Access::share) {
+            step();
+            std::uint64_t file = 0;
+            if (found == now_.names.end()) {
+                file = std::max(durable_.files.empty() ? 0 : durable_.files.rbegin()->first,
+                                now_.files.rbegin()->first) +
+                       1;
+                // An empty file is there at once, its name is not.
+                durable_.files[file];
+                now_.files[file];
+                wait({Op::Kind::name, file, 0, {}, 0, path, {}});
+            } else {
+                file = found->second;
+                wait({Op::Kind::resize, file, 0, {}, 0, {}, {}});
+            }
+            return static_cast<int>(file);
+        }
+        if (found == now_.names.end()) {
+            fail("can't open " + path);
+        }
+        return static_cast<int>(found->second);
+    }
+    void close(int) noexcept override {}
+    mxf::FileStatus status(int file) override { return statusOf(static_cast<std::uint64_t>(file)); }
+
+    std::size_t readAt(int file, std::uint64_t offset, Types::u8* to, std::size_t count) override {
+        const mxf::Bytes& bytes = at(file);
+        const std::size_t from = std::min<std::size_t>(offset, bytes.size());
+        const std::size_t got = std::min(count, bytes.size() - from);
+        std::copy_n(bytes.begin() + static_cast<std::ptrdiff_t>(from), got, to);
+        return got;
+    }
+
+    void writeAt(int file, std::uint64_t offset, Types::ByteView bytes) override {
+        step();
+        for (std::size_t done = 0; done != bytes.size;) {
+            const std::uint64_t place = offset + done;
+            const auto count = static_cast<std::size_t>(
+                std::min<std::uint64_t>(bytes.size - done, sectorSize - place % sectorSize));
+            wait({Op::Kind::write,
+                  static_cast<std::uint64_t>(file),
+                  place,
+                  mxf::Bytes(bytes.data + done, bytes.data + done + count),
+                  0,
+                  {},
+                  {}});
+            done += count;
+        }
+        ++times_[static_cast<std::uint64_t>(file)];
+    }
+    void resize(int file, std::uint64_t size) override {
+        step();
+        if (at(file).size() != size) {
+            wait({Op::Kind::resize, static_cast<std::uint64_t>(file), 0, {}, size, {}, {}});
+        }
+    }
+    void sync(int file) override {
+        step();
+        if (++syncs != syncThatLies) {
+            settle([file](const Op& op) {
+                return !op.isOfNames() && op.file == static_cast<std::uint64_t>(file);
+            });
+        }
+    }
+    void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
+                   std::uint64_t size) override {
+        mxf::Bytes bytes(size);
+        readAt(from, offset, bytes.data(), bytes.size());
+        writeAt(to, toOffset, mxf::viewOf(bytes));
+    }
+    void copyAttributes(int, int) override { step(); }
+
+    void renameToNew(const std::string& from, const std::string& to) override {
+        if (now_.names.count(to) != 0) {
+            fail("can't rename to " + to);
+        }
+        renameOver(from, to);
+    }
+    void renameOver(const std::string& from, const std::string& to) override {
+        step();
+        wait({Op::Kind::name, now_.names.at(from), 0, {}, 0, to, from});
+    }
+    void remove(const std::string& path) override {
+        step();
+        wait({Op::Kind::name, 0, 0, {}, 0, {}, path});
+    }
+    void syncFolderOf(const std::string&) override {
+        step();
+        if (++syncs != syncThatLies) {
+            settle([](const Op& op) { return op.isOfNames(); });
+        }
+    }
+
+private:
+    struct Op {
+        enum class Kind : unsigned char { write, resize, name };
+        Kind kind;
+        std::uint64_t file;
+        std::uint64_t offset;
+        mxf::Bytes bytes;
+        std::uint64_t size;
+        std::string name; ///< that the file gets; may be empty
+        std::string gone; ///< that is no longer there; may be empty
+
+        bool isOfNames() const { return kind == Kind::name; }
+    };
+
+    static void apply(Disk& disk, const Op& op) {
+        switch (op.kind) {
+        case Op::Kind::write: {
+            mxf::Bytes& file = disk.files[op.file];
+            file.resize(std::max<std::size_t>(file.size(), op.offset + op.bytes.size()));
+            std::copy(op.bytes.begin(), op.bytes.end(),
+                      file.begin() + static_cast<std::ptrdiff_t>(op.offset));
+            return;
+        }
+        case Op::Kind::resize:
+            disk.files[op.file].resize(op.size);
+            return;
+        case Op::Kind::name:
+            disk.names.erase(op.gone);
+            if (!op.name.empty()) {
+                disk.names[op.name] = op.file;
+            }
+            return;
+        }
+    }
+
+    void wait(Op op) {
+        apply(now_, op);
+        waiting_.push_back(std::move(op));
+    }
+
+    template <class Which> void settle(Which which) {
+        std::vector<Op> left;
+        for (const Op& op : waiting_) {
+            if (which(op)) {
+                apply(durable_, op);
+            } else {
+                left.push_back(op);
+            }
+        }
+        waiting_ = std::move(left);
+    }
+
+    /// The machine dies when a call begins, so that all images of the call before are seen.
+    void step() {
+        ++calls;
+        if (dieAt != 0 && calls >= dieAt) {
+            throw Crash(); // what is called on the way out does nothing either
+        }
+        if (failAt != 0 && (calls == failAt || (failsOn && calls > failAt))) {
+            fail("no space left");
+        }
+    }
+
+    [[noreturn]] static void fail(const std::string& why) {
+        throw Exceptions::IOError(why, CORVID_HERE);
+    }
+
+    const mxf::Bytes& at(int file) const { return now_.files.at(static_cast<std::uint64_t>(file)); }
+    mxf::FileStatus statusOf(std::uint64_t file) const {
+        mxf::FileStatus status;
+        status.size = now_.files.at(file).size();
+        status.inode = file;
+        const auto time = times_.find(file);
+        status.modified = status.changed = time == times_.end() ? 0 : time->second;
+        return status;
+    }
+
+    Disk durable_;
+    Disk now_;
+    std::vector<Op> waiting_;
+    std::map<std::uint64_t, std::int64_t> times_;
+};
+
+} // namespace Corvid::Testing

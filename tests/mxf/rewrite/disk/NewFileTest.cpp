@@ -1,0 +1,285 @@
+#include "host/mxf/rewrite/disk/NewFile.h"
+
+#include "host/mxf/rewrite/disk/SystemFiles.h"
+#include "tests/mxf/ReadBack.h"
+#include "tests/mxf/rewrite/disk/ModelFiles.h"
+#include "tests/support/Paths.h"
+
+#include <fstream>
+#include <iterator>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+namespace Corvid::mxf {
+namespace {
+
+using Testing::Crash;
+using Testing::Disk;
+using Testing::messageOf;
+using Testing::ModelFiles;
+
+const std::string clip = "clip.mxf";
+const std::string other = "other.mxf";
+
+Bytes pattern(std::size_t size) {
+    Bytes bytes(size);
+    for (std::size_t i = 0; i != size; ++i) {
+        bytes[i] = static_cast<Types::u8>(i * 7 + 1);
+    }
+    return bytes;
+}
+
+const Bytes oldBytes = pattern(300);
+/// Inserts in two places, and writes before, in and after them.
+const Rewrite rewrite = {300,
+                         {{100, 40}, {200, 20}},
+                         {{5, Bytes(1, 0xAA)}, {95, Bytes(50, 0xBB)}, {250, Bytes(9, 0xCC)}}};
+
+Bytes newBytes() {
+    Bytes bytes;
+    const auto part = [&bytes](std::size_t begin, std::size_t end) {
+        append(bytes, {oldBytes.data() + begin, end - begin});
+    };
+    part(0, 100);
+    bytes.resize(140);
+    part(100, 200);
+    bytes.resize(260);
+    part(200, 300);
+    for (const ByteRange& range : rewrite.writes) {
+        std::copy(range.bytes.begin(), range.bytes.end(),
+                  bytes.begin() + static_cast<std::ptrdiff_t>(range.offset));
+    }
+    return bytes;
+}
+
+Disk diskWithClips() {
+    Disk disk;
+    disk.names = {{clip, 1}, {other, 2}};
+    disk.files[1] = oldBytes;
+    disk.files[2] = Bytes(10, 0x99);
+    return disk;
+}
+
+enum class Way : unsigned char { newName, existingName, inItsPlace };
+
+std::string nameOf(Way way) {
+    return way == Way::newName ? "new.mxf" : way == Way::existingName ? other : clip;
+}
+
+/// @return whether the machine died.
+bool carryOut(ModelFiles& files, Way way) {
+    try {
+        if (way == Way::inItsPlace) {
+            replaceFile(files, clip, rewrite, *files.find(clip));
+        } else {
+            writeNewFile(files, clip, nameOf(way), rewrite, *files.find(clip));
+        }
+    } catch (const Crash&) {
+        return true;
+    }
+    return false;
+}
+
+class NewFile : public ::testing::TestWithParam<Way> {};
+
+/// Whether the name has the whole new file, or what it had before, and the clip is whole.
+bool isSafe(const Disk& disk, Way way, bool finished) {
+    const std::string name = nameOf(way);
+    if (disk.names.count(clip) == 0 || disk.names.count(other) == 0) {
+        return false;
+    }
+    if (way != Way::inItsPlace && disk.content(clip) != oldBytes) {
+        return false;
+    }
+    const Disk before = diskWithClips();
+    const bool isThere = disk.names.count(name) != 0;
+    if (isThere && disk.content(name) == newBytes()) {
+        return true;
+    }
+    if (finished) {
+        return false;
+    }
+    return isThere ? before.names.count(name) != 0 && disk.content(name) == before.content(name)
+                   : before.names.count(name) == 0;
+}
+
+TEST_P(NewFile, isWhole) {
+    ModelFiles files(diskWithClips());
+    EXPECT_FALSE(carryOut(files, GetParam()));
+    EXPECT_EQ(files.now().content(nameOf(GetParam())), newBytes());
+    EXPECT_EQ(files.now().names.size(), GetParam() == Way::newName ? 3U : 2U);
+    EXPECT_TRUE(isSafe(files.now(), GetParam(), true));
+}
+
+TEST_P(NewFile, isThereWholeOrNotAtAllWhereverTheMachineDies) {
+    for (std::size_t dieAt = 1;; ++dieAt) {
+        ModelFiles files(diskWithClips());
+        files.dieAt = dieAt;
+        const bool died = carryOut(files, GetParam());
+        for (const Disk& disk : files.images()) {
+            EXPECT_TRUE(isSafe(disk, GetParam(), !died)) << "in call " << dieAt;
+        }
+        if (!died) {
+            EXPECT_GT(dieAt, 9U);
+            break;
+        }
+    }
+}
+
+TEST_P(NewFile, needsEachOfItsSyncs) {
+    ModelFiles whole(diskWithClips());
+    carryOut(whole, GetParam());
+    EXPECT_EQ(whole.syncs, 2U);
+    for (std::size_t liar = 1; liar <= whole.syncs; ++liar) {
+        bool safe = true;
+        for (std::size_t dieAt = 1; safe; ++dieAt) {
+            ModelFiles files(diskWithClips());
+            files.dieAt = dieAt;
+            files.syncThatLies = liar;
+            const bool died = carryOut(files, GetParam());
+            for (const Disk& disk : files.images()) {
+                safe = safe && isSafe(disk, GetParam(), !died);
+            }
+            if (!died) {
+                break;
+            }
+        }
+        EXPECT_FALSE(safe) << "sync " << liar;
+    }
+}
+
+TEST_P(NewFile, leavesNothingWhereACallFails) {
+    ModelFiles whole(diskWithClips());
+    carryOut(whole, GetParam());
+    for (std::size_t failAt = 1; failAt != whole.calls; ++failAt) {
+        ModelFiles files(diskWithClips());
+        files.failAt = failAt;
+        EXPECT_EQ(messageOf([&] { carryOut(files, GetParam()); }), "no space left");
+        EXPECT_EQ(files.now().names, diskWithClips().names) << failAt;
+        EXPECT_TRUE(isSafe(files.now(), GetParam(), false));
+    }
+}
+
+std::string nameOfWay(const ::testing::TestParamInfo<Way>& way) {
+    return way.param == Way::newName        ? "UnderANewName"
+           : way.param == Way::existingName ? "UnderAnExistingName"
+                                            : "InThePlaceOfTheOld";
+}
+
+INSTANTIATE_TEST_SUITE_P(, NewFile,
+                         ::testing::Values(Way::newName, Way::existingName, Way::inItsPlace),
+                         nameOfWay);
+
+TEST(NewFileChecks, refuseAFileThatHasChangedSinceThePlan) {
+    ModelFiles files(diskWithClips());
+    FileStatus planned = *files.find(clip);
+    ++planned.modified;
+    const char* const message = "clip.mxf has changed since it was read, so nothing was written";
+    EXPECT_EQ(messageOf([&] { writeNewFile(files, clip, "x", rewrite, planned); }), message);
+    EXPECT_EQ(messageOf([&] { replaceFile(files, clip, rewrite, planned); }), message);
+    EXPECT_EQ(files.calls, 0U);
+}
+
+TEST(NewFileChecks, refuseAFileWhoseChangeWasNotFinished) {
+    Disk disk = diskWithClips();
+    disk.names["." + clip + ".corvid-recovery"] = 2;
+    ModelFiles files(disk);
+    EXPECT_EQ(messageOf([&] { carryOut(files, Way::newName); }),
+              "an earlier change of clip.mxf was not finished; run corvid recover first");
+    EXPECT_EQ(files.calls, 0U);
+}
+
+TEST(NewFileChecks, refuseToBreakHardLinksUnasked) {
+    ModelFiles files(diskWithClips());
+    FileStatus planned = *files.find(clip);
+    planned.links = 3;
+    EXPECT_EQ(messageOf([&] { replaceFile(files, clip, rewrite, planned); }),
+              "clip.mxf has 3 hard links, and the others would keep the old file, so nothing was "
+              "written");
+    EXPECT_EQ(files.calls, 0U);
+    replaceFile(files, clip, rewrite, planned, true);
+    EXPECT_EQ(files.now().content(clip), newBytes());
+}
+
+TEST(NewFileChecks, reportProgressAndLetItGiveUp) {
+    ModelFiles files(diskWithClips());
+    std::vector<std::uint64_t> reports;
+    writeNewFile(files, clip, "new.mxf", rewrite, *files.find(clip),
+                 [&](std::uint64_t done, std::uint64_t all) {
+                     EXPECT_EQ(all, 300U);
+                     reports.push_back(done);
+                 });
+    EXPECT_EQ(reports, (std::vector<std::uint64_t>{100, 200, 300}));
+    struct Enough {};
+    EXPECT_THROW(writeNewFile(files, clip, "newer.mxf", rewrite, *files.find(clip),
+                              [](std::uint64_t, std::uint64_t) { throw Enough(); }),
+                 Enough);
+    EXPECT_EQ(files.now().names.size(), 3U);
+}
+
+Bytes contentOf(const std::filesystem::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return Bytes(std::istreambuf_iterator<char>(stream), {});
+}
+
+class RealFiles : public ::testing::Test {
+protected:
+    RealFiles() : path((folder.path() / "clip.mxf").string()) {
+        std::ofstream(path, std::ios::binary)
+            .write(reinterpret_cast<const char*>(oldBytes.data()), 300);
+    }
+
+    Testing::TemporaryDir folder;
+    std::string path;
+    SystemFiles files;
+};
+
+TEST_F(RealFiles, areWrittenUnderAnotherName) {
+    const std::string to = (folder.path() / "new.mxf").string();
+    writeNewFile(files, path, to, rewrite, *files.find(path));
+    EXPECT_EQ(contentOf(to), newBytes());
+    EXPECT_EQ(contentOf(path), oldBytes);
+    struct stat like {};
+    struct stat made {};
+    EXPECT_EQ(::stat(path.c_str(), &like), 0);
+    EXPECT_EQ(::stat(to.c_str(), &made), 0);
+    EXPECT_EQ(like.st_mode, made.st_mode);
+}
+
+TEST_F(RealFiles, keepTheirAttributesInTheirPlace) {
+    std::filesystem::permissions(path, std::filesystem::perms(0640));
+    const bool hasAttributes = ::setxattr(path.c_str(), "user.reel", "A001", 4, 0) == 0;
+    const std::string link = (folder.path() / "link.mxf").string();
+    std::filesystem::create_symlink("clip.mxf", link);
+    const FileStatus before = *files.find(path);
+    replaceFile(files, link, rewrite, before);
+    EXPECT_EQ(contentOf(path), newBytes());
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_NE(files.find(path)->inode, before.inode);
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+    if (hasAttributes) {
+        char value[8] = {};
+        EXPECT_EQ(::getxattr(path.c_str(), "user.reel", value, sizeof value), 4);
+        EXPECT_STREQ(value, "A001");
+    }
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 2);
+}
+
+TEST_F(RealFiles, keepTheirHoles) {
+    constexpr std::uint64_t size = std::uint64_t{1} << 33; // 8 GiB, of which 300 bytes are there
+    std::filesystem::resize_file(path, size);
+    const std::string to = (folder.path() / "new.mxf").string();
+    Rewrite large = rewrite;
+    large.oldSize = size;
+    large.writes.push_back({size + 50, Bytes(5, 0xDD)});
+    writeNewFile(files, path, to, large, *files.find(path));
+    EXPECT_EQ(std::filesystem::file_size(to), size + 60);
+    struct stat made {};
+    EXPECT_EQ(::stat(to.c_str(), &made), 0);
+    EXPECT_LT(made.st_blocks, 1000);
+    const OpenFile file(files, to, FileSystem::Access::read);
+    EXPECT_EQ(file.read(size + 48, 8), (Bytes{0, 0, 0xDD, 0xDD, 0xDD, 0xDD, 0xDD, 0}));
+}
+
+} // namespace
+} // namespace Corvid::mxf
