@@ -17,17 +17,13 @@ namespace Corvid::Editing {
 
 namespace {
 
-/// Sets of one identifier that differ, where the instructions do not speak of them, are a mistake:
-/// at the second of them.
-void refuseUnequalCopies(const MergedCopies& copies, const DocumentSupplement& supplement,
-                         const XMLBuilder::Strictness& document, XMLBuilder::Mistakes& mistakes) {
+/// Sets of one identifier that differ are a mistake, where the instructions do not speak of them.
+void refuseUnequalCopies(const MergedCopies& copies, const XMLBuilder::Strictness& document,
+                         XMLBuilder::Mistakes& mistakes) {
     for (const auto& copy : copies.unequal) {
-        const bool isTold = std::any_of(supplement.copies.begin(), supplement.copies.end(),
-                                        [&copy](const DocumentSupplement::Copies& each) {
-                                            return each.set == copy.identifier;
-                                        });
-        if (!isTold) {
-            auto mistake = document.placeOf(copy.identifier, 1);
+        if (!copy.isExpected) {
+            auto mistake = copy.isDark ? document.placeOfDarkSet(copy.nth)
+                                       : document.placeOf(copy.identifier, copy.nth);
             mistake.text = "set " + copy.set + " " + Platform::toUtf8(copy.identifier.toString()) +
                            ": another set has this identifier and differs";
             mistakes.add(mistake);
@@ -89,10 +85,17 @@ DocumentMetadata readDocument(DataIO::DataSource& source,
         reader->explainTags(document.metadata->partitionDictionary());
         return &*reader;
     };
+    reading.stray = [&](const Instruction& instruction) {
+        if (instruction.target == supplementTarget) {
+            mistakes.add({instruction.line, instruction.column,
+                          "processing instruction " + instruction.target +
+                              " is after the start of the root, expected in front of it"});
+        }
+    };
     reading.end = [&](const XMLBuilder::Strictness& strictness) {
         if (mistakes.count() == 0) {
             complete(document, supplement, *reader, identifiers);
-            refuseUnequalCopies(document.copies, supplement, strictness, mistakes);
+            refuseUnequalCopies(document.copies, strictness, mistakes);
         }
     };
     XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);

@@ -87,13 +87,16 @@ void mergeSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopi
             continue;
         }
         Copies seen = copiesOf(set->instanceUID(), counts);
+        std::size_t nth = 0;
         for (const MetadataSet* copy : sameIdentifier) {
             const auto verdict = seen.add(bytesOf(*copy, metadata.partitionDictionary()));
             if (verdict == Copies::Verdict::tooMany) {
                 copies.push_back(copy);
             } else if (verdict == Copies::Verdict::another) {
-                merged.unequal.push_back({className(*copy), copy->instanceUID()});
+                merged.unequal.push_back({className(*copy), copy->instanceUID(), false, nth,
+                                          counts.count(copy->instanceUID()) != 0});
             }
+            ++nth;
         }
     }
     merged.equal += copies.size();
@@ -102,7 +105,8 @@ void mergeSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopi
 
 void mergeDarkSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopies& merged) {
     Types::UuidMap<Copies> seen;
-    for (auto set = metadata.darkBegin(); set != metadata.darkEnd();) {
+    std::size_t nth = 0;
+    for (auto set = metadata.darkBegin(); set != metadata.darkEnd(); ++nth) {
         const auto identifier = identifierOf(**set, metadata.partitionDictionary());
         if (identifier) {
             auto& copies = seen.tryEmplace(*identifier, copiesOf(*identifier, counts)).first;
@@ -113,7 +117,8 @@ void mergeDarkSets(PartitionMetadata& metadata, const CopyCounts& counts, Merged
                 continue;
             }
             if (verdict == Copies::Verdict::another) {
-                merged.unequal.push_back({Platform::toUtf8((*set)->key().toString()), *identifier});
+                merged.unequal.push_back({Platform::toUtf8((*set)->key().toString()), *identifier,
+                                          true, nth, counts.count(*identifier) != 0});
             }
         }
         ++set;

@@ -95,6 +95,7 @@ void readDarkSetStrictly(Reading& reading, Strictness& strictness, const Documen
     const KLV::Key darkKey(XMLUtils::fromXml(keyText.c_str()), Types::dottedHexadecimal);
     addDarkSet(reading.partition(), darkKey, readNumber<int>(berText.c_str()), bytes);
     reading.tags().keepTagsIn(darkKey, {bytes.data(), bytes.size()});
+    strictness.enterDarkSet(element);
 }
 
 } // namespace

@@ -83,6 +83,10 @@ const std::vector<Mistake>& mistakes() {
          "/s377m:MetadataSets: has text 'here' between sets, expected none"},
         {"TextBetweenProperties", "<rp210:TrackName>", "here<rp210:TrackName>",
          "/s377m:TimelineTrack: has text 'here' between its elements, expected none"},
+        {"InstructionAfterTheStart", "<s377m:ContentStorage ",
+         "<?corvid form text='terminated'?><s377m:ContentStorage ",
+         "line 8, column 1: processing instruction corvid is after the start of the root, expected "
+         "in front of it"},
         {"NoNumber", "> +2 <", ">wide<",
          "rp210:TrackID: 'wide', expected a whole number from 0 to 4294967295"},
         {"Fraction", "> +2 <", ">1.5<", "rp210:TrackID: '1.5', expected a whole number"},
@@ -227,6 +231,50 @@ TEST(DocumentOfPeople, mayHaveATimeThatNoCalendarHas) {
                                        "[implausible-value]"));
     EXPECT_EQ(shop.run("corvid from-xml --warnings-as-errors doc.xml -o none.mxf").status, 1);
 }
+
+std::string track(const std::string& name) {
+    return "<s377m:TimelineTrack rp210:InstanceUID='" + identifier(7) + "'><rp210:TrackName>" +
+           name + "</rp210:TrackName></s377m:TimelineTrack>\n";
+}
+std::string darkSet(const std::string& byte) {
+    return "<groups:FloatingDarkMetadata><groups:DarkMetadata groups:BEROctetCount='4' "
+           "groups:Key='06.0e.2b.34.02.53.01.01.0e.7f.7f.7f.01.02.03.00'>"
+           "3C0A0010000000000000000000000000000000073C080001" +
+           byte + "</groups:DarkMetadata></groups:FloatingDarkMetadata>\n";
+}
+
+struct Copies {
+    const char* name;
+    std::string sets;
+    const char* says;
+};
+void PrintTo(const Copies& c, std::ostream* out) { *out << c.name; }
+
+class DocumentWithCopies : public ::testing::TestWithParam<Copies> {};
+
+TEST_P(DocumentWithCopies, isRefusedAtTheOneThatDiffers) {
+    const Workshop shop;
+    std::string document = rightDocument();
+    document.insert(document.find("</s377m:MetadataSets>"), GetParam().sets);
+    shop.write("doc.xml", document);
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_EQ(outcome.err, "corvid: doc.xml: " + std::string(GetParam().says) +
+                               ": another set has this identifier and differs\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , DocumentWithCopies,
+    ::testing::Values(Copies{"Second", track("a") + track("b"),
+                             "line 19, column 1: set TimelineTrack "
+                             "00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.07"},
+                      Copies{"Third", track("a") + track("a") + track("b"),
+                             "line 20, column 1: set TimelineTrack "
+                             "00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.07"},
+                      Copies{"ThirdDarkSet", darkSet("01") + darkSet("01") + darkSet("02"),
+                             "line 20, column 30: set 06.0e.2b.34.02.53.01.01.0e.7f.7f.7f.01.02.03."
+                             "00 00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.07"}),
+    [](const auto& each) { return std::string(each.param.name); });
 
 struct Front {
     const char* name;

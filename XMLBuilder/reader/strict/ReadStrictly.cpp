@@ -3,7 +3,6 @@
 #include "XMLBuilder/reader/DarkReader.h"
 #include "XMLBuilder/reader/ReadSet.h"
 #include "XMLBuilder/reader/Reading.h"
-#include "XMLBuilder/reader/strict/StreamParser.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/metadata/PartitionMetadata.h"
 
@@ -20,9 +19,12 @@ public:
                  const StrictReading& around, Mistakes& mistakes)
         : partition_(partition), names_(names), around_(around), mistakes_(mistakes) {}
 
-    void instruction(const std::string& target, const std::string& data,
-                     std::size_t line) override {
-        instructions_.push_back({target, data, line});
+    void instruction(const Instruction& instruction) override {
+        if (!reading_) {
+            instructions_.push_back(instruction);
+        } else if (around_.stray) {
+            around_.stray(instruction);
+        }
     }
 
     void beginRoot(const DocumentNode& root) override {

@@ -2,6 +2,7 @@
 
 #include "XMLBuilder/reader/InstanceNameTable.h"
 #include "XMLBuilder/reader/strict/Mistakes.h"
+#include "XMLBuilder/reader/strict/StreamParser.h"
 
 #include <functional>
 #include <string>
@@ -20,18 +21,13 @@ namespace Corvid::XMLBuilder {
 class Strictness;
 class Supplement;
 
-/// A processing instruction of a document.
-struct Instruction {
-    std::string target;
-    std::string data;     ///< UTF-8
-    std::size_t line = 0; ///< from 1
-};
-
 /// What the caller does around a document that is read strictly.
 struct StrictReading {
     /// Called when the root begins, with the instructions in front of it.
     /// @return what they say, or null. Borrowed until the document is read.
     std::function<Supplement*(const std::vector<Instruction>&)> begin;
+    /// Called for each later instruction. Null for nothing.
+    std::function<void(const Instruction&)> stray;
     /// Called when the document is read and the targets of links are looked for. Null for nothing.
     std::function<void(const Strictness&)> end;
 };

@@ -315,9 +315,8 @@ void Parser::flushText(bool isLast) {
 
 void Parser::instruction(const char* target, const char* data) {
     ++events_;
-    if (root_ == nullptr) {
-        handler_.instruction(target, data, XML_GetCurrentLineNumber(parser_.get()));
-    }
+    handler_.instruction({target, data, XML_GetCurrentLineNumber(parser_.get()),
+                          XML_GetCurrentColumnNumber(parser_.get()) + 1});
 }
 
 void Parser::refuse(const std::string& what) {

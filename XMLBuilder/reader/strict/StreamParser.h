@@ -12,15 +12,21 @@ class DataSource;
 
 namespace Corvid::XMLBuilder {
 
+/// A processing instruction of a document.
+struct Instruction {
+    std::string target;     ///< UTF-8
+    std::string data;       ///< what follows the target and white space; UTF-8
+    std::size_t line = 0;   ///< from 1
+    std::size_t column = 0; ///< from 1; 0 where it is not known
+};
+
 /// Gets a document piece by piece.
 class StreamHandler {
 public:
     virtual ~StreamHandler() = default;
 
-    /// A processing instruction in front of the root.
-    /// @param data  what follows the target and white space; UTF-8, as the target.
-    virtual void instruction(const std::string& target, const std::string& data,
-                             std::size_t line) = 0;
+    /// A processing instruction, wherever it is.
+    virtual void instruction(const Instruction& instruction) = 0;
     /// The root begins.
     /// @param root  without children; stays until the end of the document.
     virtual void beginRoot(const DocumentNode& root) = 0;

@@ -59,9 +59,16 @@ public:
     /// Looks for the targets of all links. To be called when the document is read.
     void finish();
 
+    /// A dark set was read.
+    void enterDarkSet(const DocumentNode& element) {
+        darkSets_.push_back({element.line, element.column, ""});
+    }
     /// Where the set with an identifier is, in the order of the document, for messages.
     /// @param nth  among those with the identifier, from 0.
     Mistakes::Entry placeOf(const Types::UUID& identifier, std::size_t nth) const;
+    /// Where a dark set is.
+    /// @param nth  among all of them, from 0.
+    Mistakes::Entry placeOfDarkSet(std::size_t nth) const { return darkSets_.at(nth); }
 
 private:
     using ExpandedName = std::pair<std::u16string_view, std::u16string_view>; // URI, local name
@@ -89,6 +96,7 @@ private:
     Mistakes& mistakes_;
     std::map<ExpandedName, const MetaMetadata::MetaMetadataSet*> sets_;
     std::map<ExpandedName, const MetaMetadata::MetaElement*> properties_;
+    std::vector<Mistakes::Entry> darkSets_; ///< without text
     std::vector<Named> named_;
     std::vector<Link> links_;
     bool isSorted_ = false;
