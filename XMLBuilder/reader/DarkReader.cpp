@@ -8,6 +8,7 @@
 #include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
+#include "host/klv/BerInput.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/XmlText.h"
 
@@ -67,6 +68,19 @@ const DocumentNode* attributeOfDarkSet(const DocumentNode& element, const char16
     return findAttribute(element, Names::localPart(qualified), element.uri);
 }
 
+bool isOctetCount(const DocumentNode& attribute, Mistakes& mistakes) {
+    if (!hasRightForm(Types::Identifiers::UInt8, attribute, EmptyParts::missing, mistakes)) {
+        return false;
+    }
+    const auto octets = readNumber<unsigned>(std::u16string(trimmed(attribute.value)).c_str());
+    const bool isRight = octets >= 1 && octets <= KLV::BerLength::greatestOctets;
+    if (!isRight) {
+        mistakes.add(attribute, quoted(attribute.value) + ", expected a whole number from 1 to " +
+                                    std::to_string(KLV::BerLength::greatestOctets));
+    }
+    return isRight;
+}
+
 void readDarkSetStrictly(Reading& reading, Strictness& strictness, const DocumentNode& element) {
     strictness.checkAttributes(
         element, element.uri,
@@ -81,8 +95,7 @@ void readDarkSetStrictly(Reading& reading, Strictness& strictness, const Documen
     Mistakes& mistakes = strictness.mistakes();
     bool isRight =
         hasRightForm(Types::Identifiers::UniversalLabel, *key, EmptyParts::missing, mistakes);
-    isRight = hasRightForm(Types::Identifiers::UInt8, *berLength, EmptyParts::missing, mistakes) &&
-              isRight;
+    isRight = isOctetCount(*berLength, mistakes) && isRight;
     isRight = hasRightForm(Types::Identifiers::DataStream, element, EmptyParts::values, mistakes) &&
               isRight;
     if (!isRight) {

@@ -316,6 +316,13 @@ INSTANTIATE_TEST_SUITE_P(
         Structure{"ADarkSet", inside(floating(dark(darkKey + darkLength))), Taken::byBoth},
         Structure{"ADarkSetWithoutKey", inside(floating(dark(darkLength))), Taken::byNeither},
         Structure{"ADarkSetWithoutLength", inside(floating(dark(darkKey))), Taken::byNeither},
+        // The schema knows the type of the number only. A length has 1 to 9 octets.
+        Structure{"ALengthOfNoOctets",
+                  inside(floating(dark(darkKey + " groups:BEROctetCount='0'"))), Taken::bySchema},
+        Structure{"ALengthOfTenOctets",
+                  inside(floating(dark(darkKey + " groups:BEROctetCount='10'"))), Taken::bySchema},
+        Structure{"ALengthOfNineOctets",
+                  inside(floating(dark(darkKey + " groups:BEROctetCount='9'"))), Taken::byBoth},
         Structure{"AnElementInADarkSet", inside(floating(dark(darkKey + darkLength, "<e:UInt8/>"))),
                   Taken::byNeither},
         Structure{"ADarkSetOfAnotherName", inside(floating("<groups:Dark/>")), Taken::byNeither},

@@ -3,6 +3,7 @@
 #include "XMLBuilder/reader/NodePool.h"
 #include "XMLBuilder/reader/strict/NameTable.h"
 #include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/strict/SurrogateCheck.h"
 #include "host/base/Exceptions.h"
 #include "host/base/KeyedHash.h"
 #include "host/base/Text.h"
@@ -14,6 +15,7 @@
 #include <cstring>
 #include <exception>
 #include <expat.h>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -39,6 +41,10 @@ Encoding recognise(const unsigned char* first, std::size_t count) {
     const auto startsDocument = [](unsigned char byte) { return byte == '<' || isXmlSpace(byte); };
     if (count < 2 || (count >= 4 && first[2] == 0 && first[3] == 0)) {
         return {};
+    }
+    // expat would read the text as what a declaration says in spite of the mark.
+    if (count >= 3 && first[0] == 0xEF && first[1] == 0xBB && first[2] == 0xBF) {
+        return {"UTF-8", 3};
     }
     if (first[0] == 0xFF && first[1] == 0xFE) {
         return {"UTF-16LE", 2};
@@ -79,6 +85,8 @@ private:
     void checkUri(const char* uri);
     bool takeEncoding(std::string_view name, XML_Encoding& info);
     [[noreturn]] void refuse(const std::string& what);
+    [[noreturn]] static void refuseAt(std::size_t line, std::size_t column,
+                                      const std::string& what);
     [[noreturn]] void refuseSyntax();
 
     DocumentNode& addElement(NodePool& pool, const char* name, const char** attributes,
@@ -106,6 +114,7 @@ private:
     StreamHandler& handler_;
     std::exception_ptr failure_;
     std::string wrongEncoding_;
+    std::optional<SurrogateCheck> surrogates_; ///< nothing where the document is not in UTF-16
     std::size_t block_ = blockSize;
     std::uint64_t events_ = 0;
 
@@ -128,6 +137,9 @@ Parser::Parser(const char* encoding, StreamHandler& handler) : handler_(handler)
     parser_.reset(XML_ParserCreateNS(encoding, NameTable::separator));
     if (parser_ == nullptr) {
         throw std::bad_alloc();
+    }
+    if (encoding != nullptr && encoding != std::string_view("UTF-8")) {
+        surrogates_.emplace(encoding == std::string_view("UTF-16BE"));
     }
     XML_Parser parser = parser_.get();
     unsigned long salt = 0;
@@ -320,10 +332,14 @@ void Parser::instruction(const char* target, const char* data) {
 }
 
 void Parser::refuse(const std::string& what) {
-    throw Exceptions::ParseError(
-        "line " + std::to_string(XML_GetCurrentLineNumber(parser_.get())) + ", column " +
-            std::to_string(XML_GetCurrentColumnNumber(parser_.get()) + 1) + ": " + what,
-        CORVID_HERE);
+    refuseAt(XML_GetCurrentLineNumber(parser_.get()), XML_GetCurrentColumnNumber(parser_.get()) + 1,
+             what);
+}
+
+void Parser::refuseAt(std::size_t line, std::size_t column, const std::string& what) {
+    throw Exceptions::ParseError("line " + std::to_string(line) + ", column " +
+                                     std::to_string(column) + ": " + what,
+                                 CORVID_HERE);
 }
 
 void Parser::refuseSyntax() {
@@ -343,6 +359,14 @@ void Parser::refuseSyntax() {
     case XML_ERROR_NO_ELEMENTS:
         refuse(innermost.empty() ? "the document ends before its root element"
                                  : "the document ends in the element '" + innermost + "'");
+    case XML_ERROR_INVALID_TOKEN:
+        refuse("expected other markup here, or a character that XML allows and that the encoding "
+               "of the document has");
+    case XML_ERROR_UNCLOSED_TOKEN:
+    case XML_ERROR_PARTIAL_CHAR:
+        refuse("the document ends in the midst of markup or of a character");
+    case XML_ERROR_JUNK_AFTER_DOC_ELEMENT:
+        refuse("expected nothing after the end of the root");
     default:
         refuse(XML_ErrorString(error));
     }
@@ -360,6 +384,10 @@ void Parser::parse(std::basic_string_view<unsigned char> front, DataIO::DataSour
             front.size() + source.read(buffer + front.size(), block_ - front.size());
         front = {};
         isFinal = size < block_;
+        if (surrogates_ && !surrogates_->goesOn({buffer, size})) {
+            refuseAt(surrogates_->line(), surrogates_->column(),
+                     "half of a surrogate pair, expected both");
+        }
         const std::uint64_t before = events_;
         const XML_Status status =
             XML_ParseBuffer(parser_.get(), static_cast<int>(size), isFinal ? XML_TRUE : XML_FALSE);
