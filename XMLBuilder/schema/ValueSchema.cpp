@@ -80,11 +80,11 @@ private:
     }
 
     template <class> void describe(const XMLCh* name, Bytes) { restrict(name, u"xs:hexBinary"); }
-    /// A code unit of the narrow text has 8 bits.
+    /// A code unit of the narrow text has 8 bits. U+FFFD stands for one that XML can't hold.
     template <class T> void describe(const XMLCh* name, Text) {
         auto& type = restrict(name, u"xs:string");
         if constexpr (std::is_same_v<T, Types::ISO7String>) {
-            types_.add(type, u"xs:pattern", {{u"value", u"[\\t\\n\\r -\u00FF]*"}});
+            types_.add(type, u"xs:pattern", {{u"value", u"[\\t\\n\\r -\u00FF\uFFFD]*"}});
         }
     }
     template <class> void describe(const XMLCh* name, CodeUnit) {

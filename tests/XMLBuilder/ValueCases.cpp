@@ -186,9 +186,10 @@ std::vector<Case> valueCases() {
         inBytes(inProperty("Unknown", {}, {})),
         inProperty("UTF16String", {"", " ", " any\n text ", "0", "&lt;&amp;", "\xC3\xA9"},
                    {"<types:Code>0</types:Code>"}),
-        inProperty("ISO7String",
-                   {"", " ", " any\n text ", "0", "~", "\x7F", "\xC2\x80", "\xC3\xBF"},
-                   {"<types:Code>0</types:Code>", "\xC4\x80", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"}),
+        inProperty(
+            "ISO7String",
+            {"", " ", " any\n text ", "0", "~", "\x7F", "\xC2\x80", "\xC3\xBF", "\xEF\xBF\xBD"},
+            {"<types:Code>0</types:Code>", "\xC4\x80", "\xE2\x82\xAC", "\xF0\x9F\x98\x80"}),
         inProperty("UTF16", {"", " ", "\n", "A", "\xE2\x82\xAC", "\xEF\xBF\xBD"},
                    {"AB", "A ", "\xF0\x9F\x98\x80"}),
         identifier("UUID", 16),

@@ -90,12 +90,13 @@ public:
     bool check(As<Types::VersionType>, PackedVersion) { return checkNumber(node_, {0, 0xFFFF}); }
     template <class T> bool check(As<T>, Bytes) { return checkBytes(node_); }
     template <class T> bool check(As<T>, Text) { return holdsTextOnly(node_, mistakes_); }
+    /// U+FFFD is what to-xml writes for a character that XML can't hold.
     bool check(As<Types::ISO7String>, Text) {
         return checkText(
             node_,
             [](std::u16string_view text) {
                 return std::all_of(text.begin(), text.end(),
-                                   [](char16_t unit) { return unit <= 0xFF; });
+                                   [](char16_t unit) { return unit <= 0xFF || unit == 0xFFFD; });
             },
             "characters up to U+00FF, as the value has 8 bits for each", false);
     }
