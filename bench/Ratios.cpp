@@ -40,7 +40,9 @@ double Ratios::median(const std::string& benchmark, const std::string& counter) 
 double Ratios::valueOf(const Figure& figure) const {
     const double whole = median(figure.benchmark, figure.counter);
     const double start = figure.start.empty() ? 0 : median(figure.start, figure.counter);
-    return whole < 0 || start < 0 ? -1 : (whole - start) / figure.per + figure.plus;
+    const double also = figure.also.empty() ? 0 : median(figure.also, figure.counter);
+    return whole < 0 || start < 0 || also < 0 ? -1
+                                              : (whole + also - start) / figure.per + figure.plus;
 }
 
 void Ratios::print(const std::string& what, const Figure& figure, const Figure& yardstick,
@@ -48,18 +50,31 @@ void Ratios::print(const std::string& what, const Figure& figure, const Figure& 
     print(what, valueOf(figure), valueOf(yardstick), limit);
 }
 
+void Ratios::tell(const std::string& what, const Figure& figure, const Figure& yardstick) {
+    printRatio(what, valueOf(figure), valueOf(yardstick));
+    std::cout << std::endl;
+}
+
 void Ratios::print(const std::string& what, double figure, double yardstick, double limit) {
-    std::cout << "ratio: " << std::left << std::setw(62) << what << std::right << std::fixed
-              << std::setprecision(2);
-    if (figure < 0 || yardstick <= 0) {
-        std::cout << "  not measured" << std::endl;
+    if (!printRatio(what, figure, yardstick)) {
+        std::cout << std::endl;
         return;
     }
-    const double ratio = figure / yardstick;
-    const bool missed = ratio > limit;
-    std::cout << std::setw(6) << ratio << "  limit " << limit << (missed ? "  MISSED" : "  kept")
-              << std::endl;
+    const bool missed = figure / yardstick > limit;
+    std::cout << "  limit " << limit << (missed ? "  MISSED" : "  kept") << std::endl;
     missed_ = missed_ || missed;
+}
+
+bool Ratios::printRatio(const std::string& what, double figure, double yardstick) {
+    std::cout << "ratio: " << std::left << std::setw(62) << what << std::right << std::fixed
+              << std::setprecision(2);
+    const bool isMeasured = figure >= 0 && yardstick > 0;
+    if (isMeasured) {
+        std::cout << std::setw(6) << figure / yardstick;
+    } else {
+        std::cout << "  not measured";
+    }
+    return isMeasured;
 }
 
 int runBenchmarks(int argc, char** argv, const std::function<void(Ratios&)>& printRatios) {

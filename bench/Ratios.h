@@ -23,12 +23,16 @@ public:
         double plus = 0;          ///< and this is added
         std::string counter = {}; ///< empty for the time
         std::string start = {};   ///< a benchmark whose figure is subtracted first, or empty
+        std::string also = {};    ///< a benchmark whose figure is added first, or empty
     };
 
     /// Prints the ratio of two medians and the limit that it is to keep; says so where the
     /// benchmarks were not run.
     void print(const std::string& what, const Figure& figure, const Figure& yardstick,
                double limit);
+
+    /// Prints the ratio of two medians, which has no limit.
+    void tell(const std::string& what, const Figure& figure, const Figure& yardstick);
 
     /// Prints the ratio of two figures and the limit that it is to keep.
     /// @param figure  negative, or `yardstick` 0 or less, where it was not measured.
@@ -42,6 +46,8 @@ private:
     /// none.
     double median(const std::string& benchmark, const std::string& counter) const;
     double valueOf(const Figure& figure) const;
+    /// Begins a line. @return false where it says that there is no ratio.
+    static bool printRatio(const std::string& what, double figure, double yardstick);
 
     std::map<std::string, std::vector<double>> values_; ///< by benchmark, or benchmark:counter
     bool missed_ = false;

@@ -24,6 +24,22 @@ constexpr int seldom = 9;
 
 std::string toXml(std::size_t sets) { return "to-xml_" + std::to_string(sets); }
 
+/// A way to go through a document, or to write it, that is none of ours.
+struct Rival {
+    const char* name;
+    const char* what;
+};
+constexpr Rival rivals[] = {
+#ifdef CORVID_BENCH_LIBXML2
+    {"libxml2", "libxml2's SAX parse"},
+#endif
+    {"expat", "expat's parse"},
+#ifdef CORVID_BENCH_PUGIXML
+    {"pugixml", "pugixml's parse to a DOM"},
+#endif
+    {"copy", "reading and writing the bytes"},
+};
+
 void printRatios(Bench::Ratios& ratios) {
     const std::string cpu = "cpu_ms";
     ratios.print("corvid to-xml, 50 sets, to corvid info, processor time",
@@ -49,11 +65,29 @@ void printRatios(Bench::Ratios& ratios) {
     }
     ratios.print("corvid to-xml to Xerces-C's SAX parse, 100,000 sets", {toXml(large), 1, 0, cpu},
                  {"sax_100000", 1, 0, cpu}, 1.5);
+    ratios.print("corvid from-xml, 50 sets, to XML platform up and down",
+                 {"from-xml_50", 1, 0, cpu}, {"platform", 1, 0, cpu}, 0.5);
+    ratios.print("corvid from-xml to Xerces-C's parse to a DOM, 100,000 sets",
+                 {"from-xml_100000", 1, 0, cpu}, {"dom_100000", 1, 0, cpu}, 0.6);
+    ratios.print("peak memory of from-xml to the model alone, 100,000 sets",
+                 {"from-xml_100000", 1, 0, "peak_MiB"}, {"model_100000", 1, 0, "peak_MiB"}, 1.3);
+    ratios.print("corvid check to to-xml and from-xml, 100,000 sets", {"check_100000", 1, 0, cpu},
+                 {toXml(large), 1, 0, cpu, {}, "from-xml_100000"}, 1.6);
     ratios.print("peak memory of to-xml to the model alone, 100,000 sets",
                  {toXml(large), 1, 0, "peak_MiB"}, {"model_100000", 1, 0, "peak_MiB"}, 1.15);
     ratios.print("peak memory of to-xml to 1.5 x document + 20 MB, 100,000 sets",
                  {toXml(100000), 1, 0, "peak_MiB"},
                  {"dom_100000", 1 / 1.5, 20e6 / (1 << 20), "peak_MiB"}, 1.0);
+}
+
+/// What others need for the same document, for information.
+void tellRivals(Bench::Ratios& ratios) {
+    for (const Rival& rival : rivals) {
+        ratios.tell("corvid to-xml to " + std::string(rival.what) + ", 100,000 sets",
+                    {toXml(large), 1, 0, "cpu_ms"}, {rival.name, 1, 0, "cpu_ms"});
+        ratios.tell("corvid from-xml to " + std::string(rival.what) + ", 100,000 sets",
+                    {"from-xml_100000", 1, 0, "cpu_ms"}, {rival.name, 1, 0, "cpu_ms"});
+    }
 }
 
 /// What the process does whose memory is measured: it has the metadata of a file and nothing else.
@@ -76,10 +110,19 @@ int runAll(int argc, char** argv) {
         addRuns(toXml(sets), {command, "to-xml", files.mxf(sets), "-o", files.xml(sets)},
                 sets > 1000 ? seldom : often);
     }
+    addRuns("from-xml_50", {command, "from-xml", files.xml(small), "-o", "/dev/null"}, often);
+    addRuns("from-xml_100000", {command, "from-xml", files.xml(large), "-o", "/dev/null"}, seldom);
+    addRuns("check_100000", {command, "check", files.mxf(large)}, seldom);
+    for (const Rival& rival : rivals) {
+        addRuns(rival.name, {CORVID_BENCH_RIVALS, rival.name, files.xml(large)}, seldom);
+    }
     addRuns("sax_100000", {yardstick, "sax", files.xml(large)}, seldom);
     addRuns("model_100000", {argv[0], "--model", files.mxf(large)}, seldom);
     addRuns("dom_100000", {yardstick, "dom", files.xml(large)}, seldom);
-    return Bench::runBenchmarks(argc, argv, printRatios);
+    return Bench::runBenchmarks(argc, argv, [](Bench::Ratios& ratios) {
+        printRatios(ratios);
+        tellRivals(ratios);
+    });
 }
 
 } // namespace

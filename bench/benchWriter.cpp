@@ -5,6 +5,8 @@
 
 #include <benchmark/benchmark.h>
 #include <map>
+#include <string>
+#include <vector>
 #include <xercesc/dom/DOM.hpp>
 
 namespace {
@@ -53,6 +55,84 @@ void cloneNode(benchmark::State& state) {
     measure(state, [&] { return Document(original->cloneNode(true)); });
 }
 
+/// A document as the calls that make it, one after the other.
+class BareCalls {
+public:
+    explicit BareCalls(const xercesc::DOMDocument& document) {
+        const auto& root = *document.getDocumentElement();
+        rootUri_ = root.getNamespaceURI();
+        rootName_ = root.getNodeName();
+        addContent(root);
+    }
+
+    Document run() const {
+        auto& implementation = *xercesc::DOMImplementationRegistry::getDOMImplementation(u"Core");
+        Document made(implementation.createDocument(rootUri_.c_str(), rootName_.c_str(), nullptr));
+        auto& document = static_cast<xercesc::DOMDocument&>(*made);
+        xercesc::DOMNode* open = document.getDocumentElement();
+        for (const Call& call : calls_) {
+            switch (call.kind) {
+            case Call::start:
+                open = open->appendChild(
+                    document.createElementNS(call.uri.c_str(), call.name.c_str()));
+                break;
+            case Call::attribute:
+                static_cast<xercesc::DOMElement*>(open)->setAttributeNS(
+                    call.uri.c_str(), call.name.c_str(), call.value.c_str());
+                break;
+            case Call::text:
+                open->appendChild(document.createTextNode(call.value.c_str()));
+                break;
+            case Call::end:
+                open = open->getParentNode();
+                break;
+            }
+        }
+        return made;
+    }
+
+private:
+    struct Call {
+        enum Kind { start, attribute, text, end } kind;
+        std::u16string uri;
+        std::u16string name;
+        std::u16string value;
+    };
+
+    /// Documents with links are four levels deep.
+    void addContent(const xercesc::DOMNode& element) {
+        const auto& attributes = *element.getAttributes();
+        for (XMLSize_t i = 0; i != attributes.getLength(); ++i) {
+            const auto& each = *attributes.item(i);
+            calls_.push_back(
+                {Call::attribute, each.getNamespaceURI(), each.getNodeName(), each.getNodeValue()});
+        }
+        for (const auto* child = element.getFirstChild(); child != nullptr;
+             child = child->getNextSibling()) {
+            if (child->getNodeType() == xercesc::DOMNode::TEXT_NODE) {
+                calls_.push_back({Call::text, {}, {}, child->getNodeValue()});
+            } else {
+                calls_.push_back({Call::start, child->getNamespaceURI(), child->getNodeName(), {}});
+                addContent(*child);
+                calls_.push_back({Call::end, {}, {}, {}});
+            }
+        }
+    }
+
+    std::u16string rootUri_;
+    std::u16string rootName_;
+    std::vector<Call> calls_;
+};
+
+void bareCalls(benchmark::State& state) {
+    const Document original = Model::of(state).write();
+    const BareCalls calls(static_cast<const xercesc::DOMDocument&>(*original));
+    if (!calls.run()->isEqualNode(original.get())) {
+        state.SkipWithError("the bare calls make another document");
+    }
+    measure(state, [&] { return calls.run(); });
+}
+
 constexpr std::int64_t few = 1000;
 constexpr std::int64_t many = 100000;
 
@@ -61,12 +141,17 @@ void scale(benchmark::internal::Benchmark* benchmark) {
 }
 BENCHMARK(partition2XML)->Apply(scale);
 BENCHMARK(cloneNode)->Apply(scale);
+BENCHMARK(bareCalls)->Apply(scale);
 
 void printRatios(Bench::Ratios& ratios) {
     ratios.print("partition2XML to cloneNode(true), 1,000 sets", {"partition2XML/1000"},
                  {"cloneNode/1000"}, 1.0);
     ratios.print("partition2XML to cloneNode(true), 100,000 sets", {"partition2XML/100000"},
                  {"cloneNode/100000"}, 1.0);
+    ratios.print("partition2XML to bare calls, 1,000 sets", {"partition2XML/1000"},
+                 {"bareCalls/1000"}, 1.1);
+    ratios.print("partition2XML to bare calls, 100,000 sets", {"partition2XML/100000"},
+                 {"bareCalls/100000"}, 1.1);
     ratios.print("partition2XML per set, of 100,000 to of 1,000 sets",
                  {"partition2XML/100000", static_cast<double>(many) / few}, {"partition2XML/1000"},
                  1.2);

@@ -28,7 +28,7 @@ void printRatios(Bench::Ratios& ratios) {
                                          0, counter, nameOf(verb, smallest)};
         };
         ratios.print("corvid " + verb + " per set, 1,000,000 to 1,000 sets, processor time",
-                     perSet(most, "cpu_ms"), perSet(few, "cpu_ms"), 1.25);
+                     perSet(most, "cpu_ms"), perSet(few, "cpu_ms"), 1.3);
         ratios.print("corvid " + verb + " per set, 1,000,000 to 100,000 sets, memory",
                      perSet(most, "peak_MiB"), perSet(many, "peak_MiB"), 1.1);
     }

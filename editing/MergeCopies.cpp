@@ -79,6 +79,9 @@ Copies copiesOf(const Types::UUID& identifier, const CopyCounts& counts) {
 }
 
 void mergeSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopies& merged) {
+    if (!metadata.isAmbiguous()) {
+        return;
+    }
     Templates::vector<const MetadataSet*> copies;
     for (const MetadataSet* set : metadata) {
         const auto sameIdentifier = metadata.resolve(set->instanceUID());

@@ -8,7 +8,7 @@
 #include <deque>
 #include <memory_resource>
 #include <string_view>
-#include <vector>
+#include <unordered_map>
 
 namespace Corvid::XMLBuilder {
 
@@ -29,23 +29,24 @@ public:
     using Entries = std::deque<Entry>;
 
     /// @throws IOError  the system's random source gives nothing.
-    explicit InstanceNameTable(WrittenIdentifiers written = WrittenIdentifiers::replaced);
+    explicit InstanceNameTable(WrittenIdentifiers written = WrittenIdentifiers::replaced)
+        : written_(written) {}
     InstanceNameTable(const InstanceNameTable&) = delete;
     InstanceNameTable& operator=(const InstanceNameTable&) = delete;
 
     /// The InstanceUID of a written identifier. If it has none yet, it gets itself where those that
     /// are written are kept, else the one that make() returns.
     template <class Make> const Types::UUID& findOrAdd(const char16_t* written, Make make) {
-        const std::u16string_view name = written;
-        const auto hash = static_cast<std::uint32_t>(hash_(name));
-        if (const Types::UUID* const known = find(name, hash)) {
-            return *known;
+        const Name name{hash_(written), written};
+        const auto known = byName_.find(name);
+        if (known != byName_.end()) {
+            return *known->second;
         }
         Types::UUID identifier;
         if (written_ == WrittenIdentifiers::replaced || !parse(written, identifier)) {
             identifier = make();
         }
-        return add(name, hash, identifier);
+        return add(name, identifier);
     }
 
     /// In the order in which they came up.
@@ -54,27 +55,30 @@ public:
     std::size_t size() const noexcept { return entries_.size(); }
 
 private:
-    /// Where an entry is found by the hash of its name, or by those that follow, up to a free one.
-    /// The nodes of a std::unordered_map lie all over the memory, and nearly every look-up waits
-    /// for two of them.
-    struct Slot {
-        std::uint32_t hash = 0;
-        std::uint32_t number = 0; ///< of the entry, from 1; 0 where the slot is free
+    /// With its hash: a map would work it out again for the names beside the one it looks for.
+    struct Name {
+        std::uint64_t hash;
+        std::u16string_view text;
+
+        friend bool operator==(const Name& a, const Name& b) noexcept {
+            return a.hash == b.hash && a.text == b.text;
+        }
+    };
+    struct HashOf {
+        std::size_t operator()(const Name& name) const noexcept { return name.hash; }
     };
 
     /// @return false where the text is not that of an identifier, which stays as it was.
     static bool parse(const char16_t* text, Types::UUID& identifier);
 
-    const Types::UUID* find(std::u16string_view name, std::uint32_t hash) const;
-    const Types::UUID& add(std::u16string_view name, std::uint32_t hash,
-                           const Types::UUID& identifier);
-    void widen();
+    const Types::UUID& add(const Name& name, const Types::UUID& identifier);
 
     WrittenIdentifiers written_;
-    KeyedHash hash_;
+    KeyedHash hash_{KeyedHash::randomKey()};
+    /// Nothing is given back before the end, and what is looked up lies close together.
+    std::pmr::monotonic_buffer_resource memory_;
     Entries entries_;
-    std::vector<Slot> slots_; ///< a power of two of them, at least half of them free
-    std::pmr::monotonic_buffer_resource texts_;
+    std::pmr::unordered_map<Name, const Types::UUID*, HashOf> byName_{&memory_};
 };
 
 } // namespace Corvid::XMLBuilder

@@ -254,6 +254,7 @@ private:
 DocumentPlan::DocumentPlan(Metadata::PartitionMetadata& partition, const MetadataSet& start,
                            Manner manner)
     : partition_(partition), manner_(manner) {
+    mainPass_.places.reserve(partition.size());
     Walk(*this, mainPass_, false).from(start);
     planDarkSets();
     planFloatingSets();

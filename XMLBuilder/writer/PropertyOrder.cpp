@@ -18,6 +18,8 @@ std::uint32_t orderOf(const Metadata::Element* element) {
 
 void listProperties(const Metadata::MetadataSet& set,
                     std::vector<const Metadata::Element*>& properties) {
+    const auto invalid = static_cast<std::size_t>(set.invalidEnd() - set.invalidBegin());
+    properties.reserve(properties.size() + invalid + set.made().size());
     properties.insert(properties.end(), set.invalidBegin(), set.invalidEnd());
     const auto firstOfClass = static_cast<std::ptrdiff_t>(properties.size());
     for (const auto& [label, element] : set.made()) {

@@ -4,35 +4,31 @@
 
 namespace Corvid::XMLBuilder {
 
-namespace {
-
-/// A qualified name taken apart.
-XMLUtils::MarkupWriter::Name split(const DocumentSink::Name& name, DocumentSink::Text& local) {
-    const DocumentSink::Text qualified = name.qualified;
-    const auto colon = qualified.find(u':');
-    if (colon == DocumentSink::Text::npos) {
-        local = qualified;
-        return {qualified, u"", name.uri};
+const TextSink::Parts& TextSink::partsOf(const Name& name) {
+    const auto [place, isNew] = parts_.try_emplace(name);
+    auto& [written, local] = place->second;
+    if (isNew) {
+        const Text qualified = name.qualified;
+        const auto colon = qualified.find(u':');
+        const bool hasPrefix = colon != Text::npos;
+        local = hasPrefix ? qualified.substr(colon + 1) : qualified;
+        written = {qualified, hasPrefix ? qualified.substr(0, colon) : Text(u""), name.uri};
     }
-    local = qualified.substr(colon + 1);
-    return {qualified, qualified.substr(0, colon), name.uri};
+    return place->second;
 }
-
-} // namespace
 
 void TextSink::startElement(const Name& name, const Attribute* attributes, std::size_t count) {
     startContent(false);
     attributes_.clear();
-    Text local;
     for (std::size_t i = 0; i != count; ++i) {
-        const auto attribute = split(attributes[i].name, local);
+        const Parts& attribute = partsOf(attributes[i].name);
         // Of two with one name the later one comes first, as in a DOM.
         const auto place = std::lower_bound(
-            attributes_.begin(), attributes_.end(), attribute.qualified,
+            attributes_.begin(), attributes_.end(), attribute.name.qualified,
             [](const auto& each, Text qualified) { return each.name.qualified < qualified; });
-        attributes_.insert(place, {attribute, local, attributes[i].value});
+        attributes_.insert(place, {attribute.name, attribute.local, attributes[i].value});
     }
-    markup_.startElement(split(name, local), attributes_.data(), count);
+    markup_.startElement(partsOf(name).name, attributes_.data(), count);
     isStarted_ = false;
 }
 

@@ -75,12 +75,14 @@ public:
         findWhatIsUsual();
         // As a document has them, so that the same document always has the same instructions.
         copyNumbers_ = numberCopies(metadata_, order_.sets, order_.outside, part_);
+        const bool mayHaveNamesakes = metadata_.isAmbiguous();
         for (const MetadataSet* set : order_.sets) {
             if (part_ && !part_->isWritten(*set)) {
                 continue;
             }
-            const auto namesakes =
-                set->hasInstanceUID() ? metadata_.resolve(set->instanceUID()) : Metadata::Targets();
+            const auto namesakes = mayHaveNamesakes && set->hasInstanceUID()
+                                       ? metadata_.resolve(set->instanceUID())
+                                       : Metadata::Targets();
             if (namesakes.size() > 1 && &namesakes.front() == set) {
                 countCopies(namesakes);
             }

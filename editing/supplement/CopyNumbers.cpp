@@ -91,6 +91,9 @@ private:
 CopyNumbers numberCopies(const Metadata::PartitionMetadata& metadata,
                          const Templates::vector<const MetadataSet*>& order, std::size_t outside,
                          const std::optional<DocumentPart>& part) {
+    if (!metadata.isAmbiguous()) {
+        return {};
+    }
     CopyCount count(metadata, part && part->structuralOnly);
     const auto outsideBegin = order.end() - static_cast<std::ptrdiff_t>(outside);
     if (part) {

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "host/base/Templates.h"
 #include "host/dataio/DataSink.h"
+
+#include <vector>
 
 namespace Corvid::DataIO {
 
@@ -22,7 +23,7 @@ private:
     static constexpr std::size_t capacity = std::size_t{64} * 1024;
 
     DataSink& target_;
-    Templates::vector<unsigned char> bytes_;
+    std::vector<unsigned char> bytes_;
 };
 
 } // namespace Corvid::DataIO

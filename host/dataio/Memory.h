@@ -1,8 +1,9 @@
 #pragma once
 
-#include "host/base/Templates.h"
 #include "host/dataio/DataSink.h"
 #include "host/dataio/DataSource.h"
+
+#include <vector>
 
 namespace Corvid::DataIO::Memory {
 
@@ -33,7 +34,7 @@ public:
     std::size_t serializedSize() const noexcept { return bytes_.size(); }
 
 private:
-    Templates::vector<unsigned char> bytes_;
+    std::vector<unsigned char> bytes_;
 };
 
 } // namespace Corvid::DataIO::Memory

@@ -30,12 +30,18 @@ PartitionMetadata::Sets PartitionMetadata::find(const KLV::Key& key) const {
     return found;
 }
 
-Targets PartitionMetadata::resolve(const Types::UUID& uuid) const {
+const ReferenceIndex& PartitionMetadata::references() const {
     if (!references_) {
         references_ = std::make_unique<ReferenceIndex>(sets_);
     }
-    return references_->find(uuid);
+    return *references_;
 }
+
+Targets PartitionMetadata::resolve(const Types::UUID& uuid) const {
+    return references().find(uuid);
+}
+
+bool PartitionMetadata::isAmbiguous() const { return references().isAmbiguous(); }
 
 void PartitionMetadata::forgetReferences() const noexcept { references_.reset(); }
 
@@ -46,6 +52,7 @@ Targets PartitionMetadata::resolve(const Types::Reference& reference) const {
 std::size_t PartitionMetadata::calculateSerializationOrder(
     Templates::vector<const MetadataSet*>& order, bool withFloating, bool structuralOnly) const {
     std::unordered_set<const MetadataSet*> seen;
+    seen.reserve(sets_.size());
     const auto append = [&](const MetadataSet* set) {
         if (!structuralOnly || KLV::isStructuralMetadataSet(set->key())) {
             order.push_back(set);

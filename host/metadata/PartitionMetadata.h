@@ -41,6 +41,9 @@ public:
     /// @throws IOError  an index had to be made, and the system's random source gives nothing.
     Targets resolve(const Types::Reference& reference) const;
     Targets resolve(const Types::UUID& uuid) const;
+    /// Whether two sets have the same InstanceUID.
+    /// @throws IOError  as resolve().
+    bool isAmbiguous() const;
 
     /// Appends the sets in the order in which a file is to hold them: the tree that the references
     /// of the first Preface span, depth first, then the sets outside of it as they came.
@@ -87,6 +90,7 @@ public:
     void forgetReferences() const noexcept;
 
 private:
+    const ReferenceIndex& references() const;
     template <class Set> Set& own(Templates::auto_ptr<Set> set);
 
     PartitionDictionary dictionary_;

@@ -18,6 +18,8 @@ public:
     explicit ReferenceIndex(const Sets& sets);
 
     Targets find(const Types::UUID& uuid) const;
+    /// Whether two sets have the same InstanceUID.
+    bool isAmbiguous() const noexcept { return identifiers_.size() != sets_.size(); }
 
 private:
     Types::UuidNumbers identifiers_;

@@ -238,6 +238,12 @@ private:
             warn(WarningKinds::noPreface, start_.triplet.offset,
                  "the header metadata has no Preface");
         }
+        if (result_->isAmbiguous()) {
+            warnOfSharedIdentifiers();
+        }
+    }
+
+    void warnOfSharedIdentifiers() {
         std::size_t i = 0;
         for (const Metadata::MetadataSet* set : *result_) {
             const auto targets =

@@ -165,6 +165,9 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
     MetadataSet& set = partition_.createEmptyMetadataSet(triplet.key, *definition);
     set.setBerLength(triplet.length.octets);
     set.setPropertyBerLength(found.lengths.octets());
+    // A property that comes again or is none of the class is kept elsewhere, so a class bounds
+    // them.
+    set.reserve(std::min(found.properties, definition->attributes().size()));
     fill(set, value, triplet.valueOffset());
     if (!set.hasInstanceUID()) {
         warn(WarningKinds::noInstanceUID, place, "has no InstanceUID, so no reference leads to it");

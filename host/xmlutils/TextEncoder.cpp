@@ -3,6 +3,8 @@
 #include "host/dataio/DataSink.h"
 
 #include <algorithm>
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <iterator>
 
@@ -12,12 +14,32 @@ namespace {
 
 constexpr std::size_t bufferSize = 64 * 1024;
 constexpr std::size_t longestUnit = 4;
+constexpr std::size_t blockSize = 8;
 
 bool machineIsBigEndian() noexcept {
     const unsigned short probe = 1;
     unsigned char first = 0;
     std::memcpy(&first, &probe, 1);
     return first == 0;
+}
+
+/// Encodes eight units at once where all of them are ASCII, which nearly all text is.
+bool encodeAscii(const char16_t* text, unsigned char* to) noexcept {
+    std::array<char16_t, blockSize> units;
+    std::memcpy(units.data(), text, sizeof units);
+    unsigned all = 0;
+    for (const char16_t unit : units) {
+        all |= unit;
+    }
+    if (all >= 0x80) {
+        return false;
+    }
+    std::array<unsigned char, blockSize> bytes;
+    for (std::size_t i = 0; i != blockSize; ++i) {
+        bytes[i] = static_cast<unsigned char>(units[i]);
+    }
+    std::memcpy(to, bytes.data(), sizeof bytes);
+    return true;
 }
 
 } // namespace
@@ -37,12 +59,7 @@ void TextEncoder::byteOrderMark() {
     }
 }
 
-void TextEncoder::ascii(std::string_view text) {
-    if (form_ == Form::utf8 && text.size() <= buffer_.size() - used_) {
-        std::memcpy(buffer_.data() + used_, text.data(), text.size());
-        used_ += text.size();
-        return;
-    }
+void TextEncoder::asciiAsUnits(std::string_view text) {
     char16_t wide[64];
     while (!text.empty()) {
         const std::size_t count = std::min(text.size(), std::size(wide));
@@ -80,6 +97,10 @@ void TextEncoder::toUtf8(const char16_t* text, std::size_t count) {
     while (text != end) {
         const char16_t* const stop = text + std::min(room(), static_cast<std::size_t>(end - text));
         unsigned char* to = buffer_.data() + used_;
+        while (stop - text >= std::ptrdiff_t{blockSize} && encodeAscii(text, to)) {
+            text += blockSize;
+            to += blockSize;
+        }
         // The second unit of a pair may lie behind `stop`: the first one's four bytes pay for both.
         while (text < stop) {
             const unsigned long unit = *text++;

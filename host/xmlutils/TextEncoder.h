@@ -3,6 +3,7 @@
 #include "host/xmlutils/EncodingType.h"
 
 #include <cstddef>
+#include <cstring>
 #include <string_view>
 #include <vector>
 
@@ -22,8 +23,16 @@ public:
     /// Writes the byte order mark that a file in this encoding begins with, if it has one.
     void byteOrderMark();
 
-    /// Writes characters of 7 bits.
-    void ascii(std::string_view text);
+    /// Writes characters of 7 bits. In the header, because most are one or two that the caller has
+    /// written out.
+    void ascii(std::string_view text) {
+        if (form_ == Form::utf8 && text.size() <= buffer_.size() - used_) {
+            std::memcpy(buffer_.data() + used_, text.data(), text.size());
+            used_ += text.size();
+        } else {
+            asciiAsUnits(text);
+        }
+    }
 
     /// @param text  `count` code units; every surrogate in it is one of a pair.
     void units(const char16_t* text, std::size_t count);
@@ -34,6 +43,7 @@ public:
 private:
     enum class Form { utf8, utf16LE, utf16BE };
 
+    void asciiAsUnits(std::string_view text);
     std::size_t room();
     void toUtf8(const char16_t* text, std::size_t count);
     void toUtf16(const char16_t* text, std::size_t count);

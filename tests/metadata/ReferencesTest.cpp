@@ -30,6 +30,19 @@ TEST_F(ReferencesTest, leadToNoneOneOrSeveralSetsInThePartitionsOrder) {
     EXPECT_EQ(&partition.resolve(uuidOf(2)).front(), &first);
 }
 
+TEST_F(ReferencesTest, areAmbiguousWhereTwoSetsHaveOneInstanceUid) {
+    EXPECT_FALSE(partition.isAmbiguous());
+    makeSet(otherKey(), 1);
+    auto& second = makeSet(otherKey(), 2);
+    EXPECT_FALSE(partition.isAmbiguous());
+    auto& third = makeSet(prefaceKey(), 2);
+    EXPECT_TRUE(partition.isAmbiguous());
+    for (auto* const set : {&second, &third}) {
+        dynamic_cast<SimpleElement&>(*set->find(instanceUID())).set({});
+    }
+    EXPECT_FALSE(partition.isAmbiguous()) << "two sets without any are no two of one";
+}
+
 TEST_F(ReferencesTest, followSetsThatAreMadeLater) {
     EXPECT_EQ(targets(7), Sets{});
     auto& set = makeSet(otherKey(), 7);

@@ -10,7 +10,7 @@ namespace Corvid::Testing::MemoryBounds {
 inline constexpr std::size_t fileToMetadata = 64;
 inline constexpr std::size_t fileToText = 320;
 inline constexpr std::size_t fileToDocument = 640;
-inline constexpr std::size_t check = 800;
+inline constexpr std::size_t check = 560;
 inline constexpr std::size_t documentToMetadata = 96;
 inline constexpr std::size_t constant = std::size_t{8} << 20;
 /// Sizes from which on the bounds are tested; less is a matter of the constant.

@@ -139,6 +139,23 @@ TEST(Serialise, crossesThePiecesOfItsBufferAtEveryPlace) {
     }
 }
 
+TEST(Serialise, keepsACharacterAtAnyPlaceAmongLetters) {
+    const Parser parser = makeParser();
+    for (const std::u16string odd : {u"\u0080", u"\u07FF", u"\u0800", u"\uFFFD", u"\U00010437"}) {
+        for (std::size_t letters = 0; letters != 20; ++letters) {
+            for (std::size_t place = 0; place <= letters; ++place) {
+                std::u16string value(letters, u'~');
+                value.insert(place, odd);
+                const Document document = makeRootedDocument();
+                addElement(*document->getDocumentElement(), u"p:v", value.c_str());
+                ASSERT_EQ(meaningOf(*load(written(*document, EncodingType::utf8), *parser)),
+                          meaningOf(*document))
+                    << letters << " letters, at " << place;
+            }
+        }
+    }
+}
+
 class FailingSink : public DataIO::DataSink {
 public:
     void write(const unsigned char*, std::size_t) override {
