@@ -1,43 +1,74 @@
 #include "XMLBuilder/format/DefinitionName.h"
 
-#include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/format/NumberInput.h"
-#include "host/dictionary/MetaDefinition.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/dictionary/MetaMetadataSet.h"
+#include "host/xmlutils/XmlText.h"
+
+#include <algorithm>
+#include <memory>
+#include <string_view>
 
 namespace Corvid::XMLBuilder {
 
-namespace {
-
-std::u16string textOf(const MetaMetadata::MetaDefinition& definition, const char* attribute) {
-    const unsigned short* text = definition.attribute(attribute);
-    std::u16string copy;
-    for (; text != nullptr && *text != 0; ++text) {
-        copy += static_cast<char16_t>(*text);
-    }
-    return copy;
+const char16_t* textOf(const MetaMetadata::MetaDefinition& definition, const char* attribute) {
+    const unsigned short* const text = definition.attribute(attribute);
+    return text == nullptr ? u"" : XMLUtils::toXml(text);
 }
 
-std::unique_ptr<DefinitionName> makeName(const MetaMetadata::MetaDefinition& definition) {
-    auto name = std::make_unique<DefinitionName>();
-    name->uri = textOf(definition, "XMLNamespaceURI");
-    name->prefix = textOf(definition, "XMLDefaultPrefix");
-    name->qualified = name->prefix + u':' + textOf(definition, "XMLTagName");
-    name->link = name->qualified + Names::linkSuffix;
-    name->item = name->prefix + u":Element";
-    name->identifies =
-        name->qualified == Names::instanceUID || name->qualified == Names::generationUID;
-    if (definition.attribute("SchemaIndex") != nullptr) {
-        name->order = readNumber<std::uint32_t>(textOf(definition, "SchemaIndex").c_str());
-    }
-    return name;
-}
-
-} // namespace
+DefinitionName::DefinitionName(const MetaMetadata::MetaDefinition& definition)
+    : names{textOf(definition, "XMLNamespaceURI"), textOf(definition, "XMLDefaultPrefix")},
+      local(textOf(definition, "XMLTagName")),
+      qualified(std::u16string(names.prefix) + u':' + local.text) {}
 
 DefinitionName::~DefinitionName() = default;
 
-const DefinitionName& nameOf(const MetaMetadata::MetaDefinition& definition) {
-    return definition.documentName().get<DefinitionName>([&] { return makeName(definition); });
+PropertyName::PropertyName(const MetaMetadata::MetaElement& of)
+    : DefinitionName(of), definition(of), item(std::u16string(names.prefix) + u":Element"),
+      isWrittenAsAttribute(qualified == Names::instanceUID || qualified == Names::generationUID) {
+    if (of.attribute("SchemaIndex") != nullptr) {
+        order = readNumber<std::uint32_t>(textOf(of, "SchemaIndex"));
+    }
+    const std::u16string_view name = local.text;
+    if (name == Names::localPart(Names::instanceUID)) {
+        place = Place::instanceAttribute;
+        attribute = Names::instanceUID;
+    } else if (name == Names::localPart(Names::generationUID)) {
+        place = Place::otherAttribute;
+        attribute = Names::generationUID;
+    }
+}
+
+ClassProperties::ClassProperties(const MetaMetadata::MetaMetadataSet& setClass) {
+    byLabel.reserve(setClass.attributes().size());
+    for (const auto& attribute : setClass.attributes()) {
+        byLabel.push_back(&nameOf(*attribute->facts().definition));
+    }
+    std::sort(byLabel.begin(), byLabel.end(), [](const auto* a, const auto* b) {
+        return a->definition.label() < b->definition.label();
+    });
+    std::copy_if(byLabel.begin(), byLabel.end(), std::back_inserter(inDocuments),
+                 [](const auto* each) { return each->order.has_value(); });
+    std::sort(inDocuments.begin(), inDocuments.end(),
+              [](const auto* a, const auto* b) { return *a->order < *b->order; });
+}
+
+ClassName::ClassName(const MetaMetadata::MetaMetadataSet& of)
+    : DefinitionName(of), definition(of), link(qualified + Names::linkSuffix) {}
+
+const ClassProperties& ClassName::properties() const {
+    return properties_.get<ClassProperties>(
+        [this] { return std::make_unique<ClassProperties>(definition); });
+}
+
+const PropertyName& nameOf(const MetaMetadata::MetaElement& definition) {
+    return definition.documentName().get<PropertyName>(
+        [&] { return std::make_unique<PropertyName>(definition); });
+}
+
+const ClassName& nameOf(const MetaMetadata::MetaMetadataSet& definition) {
+    return definition.documentName().get<ClassName>(
+        [&] { return std::make_unique<ClassName>(definition); });
 }
 
 } // namespace Corvid::XMLBuilder

@@ -7,14 +7,6 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-std::uint32_t hashOf(const char16_t* text) noexcept {
-    std::uint32_t hash = 2166136261U; // FNV-1a
-    for (; *text != 0; ++text) {
-        hash = (hash ^ *text) * 16777619U;
-    }
-    return hash;
-}
-
 const DocumentNode* namedFrom(const DocumentNode* element, const char16_t* name,
                               const char16_t* uri) {
     while (element != nullptr && !hasName(*element, name, uri)) {
@@ -25,14 +17,11 @@ const DocumentNode* namedFrom(const DocumentNode* element, const char16_t* name,
 
 } // namespace
 
-ChildStep::ChildStep(const char16_t* prefix, const char16_t* name, bool isPlain) noexcept
-    : prefix_(prefix), name_(name), hash_(hashOf(name)), plain_(isPlain) {}
-
 void ChildSteps::reset(const DocumentNode& context) {
     entries_.clear();
     hashes_ = 0;
     for (const auto* child = firstElement(context); child != nullptr; child = nextElement(*child)) {
-        const std::uint32_t hash = hashOf(child->local);
+        const std::uint32_t hash = HashedName::of(child->local);
         entries_.push_back({hash, static_cast<std::uint32_t>(entries_.size()), child});
         hashes_ |= bitOf(hash);
     }
@@ -41,11 +30,11 @@ void ChildSteps::reset(const DocumentNode& context) {
     });
 }
 
-const DocumentNode* ChildSteps::first(const ChildStep& step, const char16_t* uri) const {
-    auto entry = std::lower_bound(entries_.begin(), entries_.end(), step.hash_,
+const DocumentNode* ChildSteps::first(const HashedName& name, const char16_t* uri) const {
+    auto entry = std::lower_bound(entries_.begin(), entries_.end(), name.hash,
                                   [](const Entry& a, std::uint32_t hash) { return a.hash < hash; });
-    for (; entry != entries_.end() && entry->hash == step.hash_; ++entry) {
-        if (hasName(*entry->element, step.name_, uri)) {
+    for (; entry != entries_.end() && entry->hash == name.hash; ++entry) {
+        if (hasName(*entry->element, name.text, uri)) {
             return entry->element;
         }
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XMLBuilder/format/HashedName.h"
 #include "XMLBuilder/reader/DocumentNode.h"
 
 #include <cstdint>
@@ -7,35 +8,9 @@
 
 namespace Corvid::XMLBuilder {
 
-/// A step to children by name, "./prefix:name", prepared to be taken many times.
-///
-/// Plain is a step whose prefix and name are names without colon (NCName). Any other text is an
-/// XPath expression of its own, right or wrong, and left to XQilla.
-class ChildStep {
-public:
-    /// @param prefix  zero-terminated; borrowed.
-    /// @param name    zero-terminated; borrowed.
-    ChildStep(const char16_t* prefix, const char16_t* name, bool isPlain) noexcept;
-
-    const char16_t* prefix() const noexcept { return prefix_; }
-    const char16_t* name() const noexcept { return name_; }
-    bool isPlain() const noexcept { return plain_; }
-
-private:
-    friend class ChildSteps;
-
-    const char16_t* prefix_;
-    const char16_t* name_;
-    std::uint32_t hash_;
-    bool plain_;
-};
-
-/// Answers child steps from one node.
-///
-/// Evaluating an expression with XQilla costs some hundred times what looking at the children does.
-/// So the two shapes that nearly every query has, any child element and children of one name, are
-/// answered here, and only the rest goes to XQilla. Both ways give the same nodes: children match
-/// by their expanded names, in document order.
+/// Finds child elements of a node by name, as the XPath expression "./prefix:name" does: by their
+/// expanded names, in document order. Evaluating it with XQilla takes some hundred times as long as
+/// looking at the children.
 class ChildSteps {
 public:
     /// Looks at the children once.
@@ -45,15 +20,13 @@ public:
     /// How many child elements there are.
     std::size_t count() const noexcept { return entries_.size(); }
 
-    /// False only where the step leads nowhere: the quick answer for most of what a set may hold.
-    bool mayHave(const ChildStep& step) const noexcept {
-        return (hashes_ & bitOf(step.hash_)) != 0;
+    /// False only where no child has the name: the quick answer for most of what a set may hold.
+    bool mayHave(const HashedName& name) const noexcept {
+        return (hashes_ & bitOf(name.hash)) != 0;
     }
 
-    /// The first child element that the step leads to, or null.
-    /// @param step  plain.
-    /// @param uri   what its prefix means.
-    const DocumentNode* first(const ChildStep& step, const char16_t* uri) const;
+    /// The first child element of a local name in a namespace, or null.
+    const DocumentNode* first(const HashedName& name, const char16_t* uri) const;
 
     /// The first child element of an expanded name, or null, without looking at all children first.
     static const DocumentNode* first(const DocumentNode& context, const char16_t* name,
@@ -83,16 +56,9 @@ class DomQueries {
 public:
     virtual ~DomQueries() = default;
 
-    /// Whether a step of a prefix and a name is plain.
-    virtual bool isPlain(const char16_t* prefix, const char16_t* name) const = 0;
-
-    /// The first node that any step leads to, or null, as XQilla finds it; the element or
-    /// attribute, or a node without content in place of another kind.
-    /// @param context  also the node whose namespaces hold.
-    /// @param uri      what the step's prefix means although it is not declared, or null.
-    /// @throws         what XQilla throws for an expression that can't be compiled.
-    virtual const DocumentNode* evaluate(const DocumentNode& context, const ChildStep& step,
-                                         const char16_t* uri) = 0;
+    /// Throws what evaluating an XPath expression throws whose prefix no element around the context
+    /// declares.
+    virtual void refusePrefix(const DocumentNode& context, const char16_t* prefix) const = 0;
 
     /// Has all local tags kept that the document names.
     virtual void nameTags(ExtensionTags& tags) = 0;

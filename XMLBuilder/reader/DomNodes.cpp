@@ -5,8 +5,6 @@
 
 #include <memory>
 #include <string>
-#include <xercesc/util/XMLChar.hpp>
-#include <xercesc/util/XMLString.hpp>
 
 #ifdef CORVID_WITH_XQILLA
 #include <xqilla/xqilla-dom3.hpp>
@@ -128,13 +126,6 @@ void DomNodes::nameTags(ExtensionTags& tags) {
     each(Names::darkMetadata, [&tags](const DocumentNode& set) { tags.keepTagsIn(set); });
 }
 
-bool DomNodes::isPlain(const char16_t* prefix, const char16_t* name) const {
-    const auto isNCName = [](const char16_t* text) {
-        return xercesc::XMLChar1_0::isValidNCName(text, xercesc::XMLString::stringLen(text));
-    };
-    return isNCName(prefix) && isNCName(name);
-}
-
 #ifdef CORVID_WITH_XQILLA
 
 namespace {
@@ -146,42 +137,21 @@ template <class T> using Released = std::unique_ptr<T, Release>;
 
 } // namespace
 
-const DocumentNode* DomNodes::evaluate(const DocumentNode& context, const ChildStep& step,
-                                       const char16_t* uri) {
+void DomNodes::refusePrefix(const DocumentNode& context, const char16_t* prefix) const {
     const DOMNode* const from = domOf(context);
     xercesc::DOMDocument& document = *from->getOwnerDocument();
     const Released<xercesc::DOMXPathNSResolver> names(document.createNSResolver(from));
-    if (uri != nullptr) {
-        static_cast<XQillaNSResolver&>(*names).addNamespaceBinding(step.prefix(), uri);
-    }
-    const std::u16string text = std::u16string(u"./") + step.prefix() + u':' + step.name();
+    const std::u16string text = std::u16string(u"./") + prefix + u":Element";
     const Released<xercesc::DOMXPathExpression> expression(
         document.createExpression(text.c_str(), names.get()));
     const Released<xercesc::DOMXPathResult> result(
         expression->evaluate(from, xercesc::DOMXPathResult::FIRST_RESULT_TYPE, nullptr));
-    const DOMNode* const node = result->isNode() ? result->getNodeValue() : nullptr;
-    if (node == nullptr) {
-        return nullptr;
-    }
-    for (const auto* child = context.firstChild; child != nullptr; child = child->next) {
-        if (child->origin == node) {
-            return child;
-        }
-    }
-    return &addTree(ofChild_, *node, &root_);
 }
 
 #else
 
-const DocumentNode* DomNodes::evaluate(const DocumentNode& context, const ChildStep& step,
-                                       const char16_t* uri) {
-    if (step.isPlain() && uri != nullptr) {
-        return ChildSteps::first(context, step.name(), uri);
-    }
-    const short code = step.isPlain()
-                           ? static_cast<short>(xercesc::DOMException::NAMESPACE_ERR)
-                           : static_cast<short>(xercesc::DOMXPathException::INVALID_EXPRESSION_ERR);
-    throw xercesc::DOMXPathException(code, 0);
+void DomNodes::refusePrefix(const DocumentNode&, const char16_t*) const {
+    throw xercesc::DOMXPathException(static_cast<short>(xercesc::DOMException::NAMESPACE_ERR), 0);
 }
 
 #endif

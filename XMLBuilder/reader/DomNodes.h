@@ -19,9 +19,7 @@ public:
     /// A child of the root with all that it holds, until the next call.
     const DocumentNode& copyOf(const xercesc::DOMNode& child);
 
-    bool isPlain(const char16_t* prefix, const char16_t* name) const override;
-    const DocumentNode* evaluate(const DocumentNode& context, const ChildStep& step,
-                                 const char16_t* uri) override;
+    void refusePrefix(const DocumentNode& context, const char16_t* prefix) const override;
     void nameTags(ExtensionTags& tags) override;
 
 private:

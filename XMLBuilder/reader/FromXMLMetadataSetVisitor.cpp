@@ -50,16 +50,16 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     if (reading_.supplement() != nullptr) {
         supplemented_ = reading_.supplement()->enter(set, identifierText());
     }
-    const auto& properties = reading_.propertiesOf(*set.metaMetadataSet());
+    const auto& properties = nameOf(*set.metaMetadataSet()).properties().byLabel;
     const auto written = open.children().count() + attributeCount(element_);
     set.reserve(std::min(written, properties.size()));
     read_.reserve(open.children().count());
     // The set has an element for each, but makes those that are asked for only.
-    for (const ExpectedProperty& property : properties) {
-        if (property.name.place == PropertyName::Place::child) {
-            readProperty(set, property, open);
+    for (const PropertyName* const property : properties) {
+        if (property->place == PropertyName::Place::child) {
+            readProperty(set, *property, open);
         } else {
-            readAttribute(set, property);
+            readAttribute(set, *property);
         }
     }
     readExtensions(set, open);
@@ -98,17 +98,15 @@ void FromXMLMetadataSetVisitor::leaveOutTheRest(const MetaMetadata::MetaMetadata
 }
 
 void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
-                                             const ExpectedProperty& property, OpenSet& open) {
-    const ChildStep& step = property.name.step;
-    if (step.isPlain() && !open.children().mayHave(step)) {
+                                             const PropertyName& property, OpenSet& open) {
+    if (!open.children().mayHave(property.local)) {
         return;
     }
-    const char16_t* const declared =
-        reading_.strictness() == nullptr ? open.prefixes().uriOf(step.prefix()) : property.name.uri;
+    const char16_t* const uri = reading_.strictness() == nullptr
+                                    ? open.prefixes().uriOf(property.names.prefix)
+                                    : property.names.uri;
     const DocumentNode* const node =
-        step.isPlain() ? open.children().first(step, declared == nullptr ? fallbackUri : declared)
-                       : reading_.queries()->evaluate(element_, step,
-                                                      declared == nullptr ? fallbackUri : nullptr);
+        open.children().first(property.local, uri == nullptr ? fallbackUri : uri);
     if (node != nullptr) {
         read_.push_back(node);
         if (reading_.strictness() != nullptr) {
@@ -119,14 +117,13 @@ void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
 }
 
 void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
-                                              const ExpectedProperty& property) {
-    const auto* attribute =
-        reading_.attribute(element_, Names::rp210, property.name.attribute.c_str());
+                                              const PropertyName& property) {
+    const auto* attribute = reading_.attribute(element_, Names::rp210, property.attribute);
     if (attribute == nullptr) {
         return;
     }
     Element& element = *set.find(property.definition.label());
-    if (property.name.place == PropertyName::Place::otherAttribute) {
+    if (property.place == PropertyName::Place::otherAttribute) {
         fill(element, *attribute, &property.definition);
         return;
     }
@@ -139,14 +136,14 @@ void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
 }
 
 void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set, OpenSet& open) {
-    static const ChildStep step(Names::groups.prefix, Names::localPart(Names::extensionElements),
-                                true);
-    const char16_t* const uri =
-        reading_.strictness() == nullptr ? open.prefixes().uriOf(step.prefix()) : Names::groups.uri;
+    static constexpr HashedName name(Names::localPart(Names::extensionElements));
+    const char16_t* const uri = reading_.strictness() == nullptr
+                                    ? open.prefixes().uriOf(Names::groups.prefix)
+                                    : Names::groups.uri;
     if (uri == nullptr) {
         return;
     }
-    const DocumentNode* container = open.children().first(step, uri);
+    const DocumentNode* container = open.children().first(name, uri);
     if (container == nullptr) {
         return;
     }
@@ -166,7 +163,7 @@ void FromXMLMetadataSetVisitor::readExtensions(Metadata::MetadataSet& set, OpenS
 
 void FromXMLMetadataSetVisitor::readExtension(Metadata::MetadataSet& set,
                                               const DocumentNode& extension) {
-    const auto* definition = definitionOf(extension);
+    const auto* definition = reading_.findProperty(extension);
     Strictness* const strictness = reading_.strictness();
     if (strictness != nullptr && !strictness->checkExtension(extension, definition)) {
         return;
@@ -186,25 +183,6 @@ void FromXMLMetadataSetVisitor::addExtension(Metadata::MetadataSet& set,
                       reading_.attributeText(extension, Names::groups, Names::universalLabel)),
                   MetaMetadata::UnknownAttribute::unknownLabel));
     fill(set.createInvalidElement(attribute), extension, definition);
-}
-
-const MetaMetadata::MetaElement* FromXMLMetadataSetVisitor::definitionOf(
-    const DocumentNode& extension) {
-    if (reading_.strictness() != nullptr) {
-        return reading_.strictness()->findProperty(extension);
-    }
-    // Only what the root declares counts here.
-    const std::u16string_view name = extension.name;
-    const std::size_t colon = name.find(u':');
-    const bool prefixed = colon != std::u16string_view::npos;
-    std::u16string qualified;
-    if (prefixed) {
-        const std::u16string declaration = u"xmlns:" + std::u16string(name.substr(0, colon));
-        qualified = attributeValue(reading_.root(), declaration);
-    }
-    qualified += u':';
-    qualified += prefixed ? name.substr(colon + 1) : name;
-    return reading_.findMetaElementByQualifiedName(qualified);
 }
 
 } // namespace Corvid::XMLBuilder

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XMLBuilder/format/DefinitionName.h"
 #include "XMLBuilder/reader/Reading.h"
 #include "XMLBuilder/reader/ValueParser.h"
 #include "host/metadata/Visitors.h"
@@ -34,11 +35,9 @@ private:
     void fill(Metadata::Element& element, const DocumentNode& node,
               const MetaMetadata::MetaElement* definition);
     EmptyParts emptyPartsOf(const Metadata::Element& element) const;
-    void readProperty(Metadata::MetadataSet& set, const ExpectedProperty& property, OpenSet& open);
-    void readAttribute(Metadata::MetadataSet& set, const ExpectedProperty& property);
+    void readProperty(Metadata::MetadataSet& set, const PropertyName& property, OpenSet& open);
+    void readAttribute(Metadata::MetadataSet& set, const PropertyName& property);
     void readExtensions(Metadata::MetadataSet& set, OpenSet& open);
-    /// The dictionary's definition of an extension element, or null.
-    const MetaMetadata::MetaElement* definitionOf(const DocumentNode& extension);
 
     void checkSet(const MetaMetadata::MetaMetadataSet& setClass);
     std::u16string_view identifierText() const;

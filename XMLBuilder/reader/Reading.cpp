@@ -1,26 +1,15 @@
 #include "XMLBuilder/reader/Reading.h"
 
 #include "XMLBuilder/format/InlineDepth.h"
-#include "XMLBuilder/reader/FromXMLMetaAttributeVisitor.h"
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
 #include "XMLBuilder/reader/strict/StrictText.h"
 #include "host/base/Exceptions.h"
-#include "host/dictionary/MetaElement.h"
-#include "host/dictionary/MetaMetadataSet.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/XmlText.h"
-
-#include <algorithm>
 
 namespace Corvid::XMLBuilder {
 
 namespace {
-
-/// A text that the dictionary lacks counts as empty.
-const char16_t* textOf(const MetaMetadata::MetaDefinition& definition, const char* name) {
-    const unsigned short* text = definition.attribute(name);
-    return text == nullptr ? u"" : XMLUtils::toXml(text);
-}
 
 /// The front of a name: nobody needs more to find it, and it is read for each message.
 std::string narrow(const char16_t* name) {
@@ -34,47 +23,14 @@ std::string narrow(const char16_t* name) {
 
 } // namespace
 
-PropertyName::PropertyName(const MetaMetadata::MetaElement& definition, const DomQueries* queries)
-    : step(textOf(definition, "XMLDefaultPrefix"), textOf(definition, "XMLTagName"),
-           queries == nullptr || queries->isPlain(textOf(definition, "XMLDefaultPrefix"),
-                                                  textOf(definition, "XMLTagName"))),
-      place(Place::child), uri(textOf(definition, "XMLNamespaceURI")) {
-    const std::u16string_view tag = step.name();
-    if (tag == Names::localPart(Names::instanceUID)) {
-        place = Place::instanceAttribute;
-        attribute = Names::instanceUID;
-    } else if (tag == Names::localPart(Names::generationUID)) {
-        place = Place::otherAttribute;
-        attribute = Names::generationUID;
-    }
-}
-
 Reading::Reading(const DocumentNode& root, DomQueries* queries,
                  Metadata::PartitionMetadata& partition, InstanceNameTable& names,
                  Supplement* supplement, Strictness* strictness)
     : root_(root), queries_(queries), partition_(partition),
-      dictionary_(partition.partitionDictionary().dictionary()), sets_(*dictionary_), names_(names),
+      dictionary_(partition.partitionDictionary().dictionary()),
+      definitions_(namesOf(*dictionary_)), names_(names),
       tags_(partition.partitionDictionary(), queries), supplement_(supplement),
       strictness_(strictness), prefixesOfRoot_(root) {}
-
-const std::vector<ExpectedProperty>& Reading::propertiesOf(
-    const MetaMetadata::MetaMetadataSet& set) {
-    const auto [entry, isNew] = properties_.try_emplace(&set);
-    if (isNew) {
-        std::vector<const MetaMetadata::MetaElement*> definitions;
-        for (const auto& attribute : set.attributes()) {
-            FromXMLMetaAttributeVisitor finder;
-            attribute->accept(finder);
-            definitions.push_back(finder.metaElement());
-        }
-        std::sort(definitions.begin(), definitions.end(),
-                  [](const auto* a, const auto* b) { return a->label() < b->label(); });
-        for (const auto* definition : definitions) {
-            entry->second.emplace_back(*definition, queries_);
-        }
-    }
-    return entry->second;
-}
 
 void Reading::leaveOut(const DocumentNode& element) const {
     if (supplement_ != nullptr) {
@@ -82,23 +38,22 @@ void Reading::leaveOut(const DocumentNode& element) const {
     }
 }
 
-const MetaMetadata::MetaElement* Reading::findMetaElementByQualifiedName(
-    const std::u16string& qualified) {
-    // Made by the first extension element: most documents have none.
-    if (byQualifiedName_.empty()) {
-        const auto end = dictionary_->metaElementEnd();
-        for (auto element = dictionary_->metaElementBegin(); element != end; ++element) {
-            byQualifiedName_.try_emplace(std::u16string(textOf(**element, "XMLNamespaceURI")) +
-                                             u':' + textOf(**element, "XMLTagName"),
-                                         *element);
-        }
-    }
-    const auto entry = byQualifiedName_.find(qualified);
-    return entry == byQualifiedName_.end() ? nullptr : entry->second;
+const MetaMetadata::MetaMetadataSet* Reading::findSet(const DocumentNode& element) const {
+    return strictness_ == nullptr ? definitions_.findSet(element.local)
+                                  : strictness_->findSet(element);
 }
 
-const MetaMetadata::MetaMetadataSet* Reading::findSet(const DocumentNode& element) const {
-    return strictness_ == nullptr ? sets_.find(element.local) : strictness_->findSet(element);
+const MetaMetadata::MetaElement* Reading::findProperty(const DocumentNode& extension) const {
+    if (strictness_ != nullptr) {
+        return strictness_->findProperty(extension);
+    }
+    const std::u16string_view name = extension.name;
+    const std::size_t colon = name.find(u':');
+    if (colon == std::u16string_view::npos) {
+        return definitions_.findProperty(u"", name);
+    }
+    const std::u16string declaration = u"xmlns:" + std::u16string(name.substr(0, colon));
+    return definitions_.findProperty(attributeValue(root_, declaration), name.substr(colon + 1));
 }
 
 bool Reading::isNamed(const DocumentNode& node, const Names::Namespace& names,
@@ -128,7 +83,7 @@ const char16_t* Reading::uriOfParts(const Names::Namespace& parts) {
     if (const char16_t* const uri = prefixesOfRoot_.uriOf(parts.prefix)) {
         return uri;
     }
-    queries_->evaluate(root_, ChildStep(parts.prefix, u"Element", true), nullptr);
+    queries_->refusePrefix(root_, parts.prefix);
     return u"";
 }
 

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "XMLBuilder/format/DictionaryNames.h"
 #include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/reader/ChildSteps.h"
 #include "XMLBuilder/reader/ExtensionTags.h"
 #include "XMLBuilder/reader/InstanceNameTable.h"
 #include "XMLBuilder/reader/NodePool.h"
 #include "XMLBuilder/reader/PrefixScope.h"
-#include "XMLBuilder/reader/SetDefinitionIndex.h"
 #include "XMLBuilder/reader/Supplement.h"
 #include "XMLBuilder/reader/strict/Strictness.h"
 #include "host/base/Exceptions.h"
@@ -14,9 +14,7 @@
 
 #include <cstddef>
 #include <deque>
-#include <map>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Corvid::MetaMetadata {
@@ -30,32 +28,6 @@ class PartitionMetadata;
 } // namespace Corvid::Metadata
 
 namespace Corvid::XMLBuilder {
-
-/// How a property is looked for in the element of its set.
-struct PropertyName {
-    enum class Place {
-        child,             ///< a child element
-        instanceAttribute, ///< the attribute that identifies the set
-        otherAttribute,    ///< another attribute
-    };
-
-    /// @param queries  null where all names are plain. Borrowed.
-    PropertyName(const MetaMetadata::MetaElement& definition, const DomQueries* queries);
-
-    ChildStep step;
-    Place place;
-    std::u16string attribute; ///< the qualified name of the attribute; empty for a child
-    const char16_t* uri;      ///< the namespace that the dictionary gives
-};
-
-/// A property that a set may have, prepared to be looked for in many sets.
-struct ExpectedProperty {
-    ExpectedProperty(const MetaMetadata::MetaElement& element, const DomQueries* queries)
-        : definition(element), name(element, queries) {}
-
-    const MetaMetadata::MetaElement& definition;
-    PropertyName name;
-};
 
 /// What is being read, for messages.
 struct ReadingPlace {
@@ -104,14 +76,9 @@ public:
     std::u16string_view attributeText(const DocumentNode& element, const Names::Namespace& names,
                                       const char16_t* qualified) const;
 
-    /// The properties of a class and its ancestors, by label, as its sets list their elements.
-    const std::vector<ExpectedProperty>& propertiesOf(const MetaMetadata::MetaMetadataSet& set);
-
-    /// The property that has the name in XML: namespace and tag, first in the order of the
-    /// dictionary, or null.
-    /// @param qualified  namespace, colon, tag.
-    const MetaMetadata::MetaElement* findMetaElementByQualifiedName(
-        const std::u16string& qualified);
+    /// The property that an extension element is named after, or null: by its expanded name, for
+    /// which only the declarations of the root count unless the document is read strictly.
+    const MetaMetadata::MetaElement* findProperty(const DocumentNode& extension) const;
 
     /// The namespaces of prefixes at the root.
     PrefixScope& prefixesOfRoot() noexcept { return prefixesOfRoot_; }
@@ -166,15 +133,12 @@ private:
     DomQueries* queries_;
     Metadata::PartitionMetadata& partition_;
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
-    SetDefinitionIndex sets_;
+    const DictionaryNames& definitions_;
     InstanceNameTable& names_;
     ExtensionTags tags_;
     Supplement* supplement_;
     Strictness* strictness_;
     PrefixScope prefixesOfRoot_;
-    std::unordered_map<const MetaMetadata::MetaMetadataSet*, std::vector<ExpectedProperty>>
-        properties_;
-    std::map<std::u16string, const MetaMetadata::MetaElement*> byQualifiedName_;
     ReadingPlace place_;
     std::deque<ChildSteps> children_; ///< one for each depth, kept for the next set there
     OpenSet* innermost_ = nullptr;    ///< the set that is being read; null outside of sets

@@ -4,7 +4,6 @@
 #include "XMLBuilder/schema/FrameSchema.h"
 #include "XMLBuilder/schema/ValueSchema.h"
 #include "host/dictionary/Dictionary.h"
-#include "host/dictionary/MetaAttribute.h"
 #include "host/xmlutils/XmlText.h"
 
 #include <algorithm>
@@ -38,26 +37,26 @@ std::u16string describeProperty(const MetaElement& property) {
     return text;
 }
 
-void addProperty(SchemaDocument& document, const MetaElement& property,
-                 const DefinitionName& name) {
+void addProperty(SchemaDocument& document, const PropertyName& name) {
+    const MetaElement& property = name.definition;
     const Identifiers::Identifier type = property.dataType();
     const Identifiers::Identifier itemType =
         property.isCollection()
             ? static_cast<const MetaMetadata::MetaCollectionElement&>(property).dataSubType()
             : type;
-    if (name.identifies) {
-        document.define(u"xs:attribute", name.localPart(),
+    if (name.isWrittenAsAttribute) {
+        document.define(u"xs:attribute", name.local.text,
                         {{u"type", schemaTypeOf(type, document)}});
         return;
     }
-    auto& element = document.define(u"xs:element", name.localPart());
+    auto& element = document.define(u"xs:element", name.local.text);
     document.annotate(element, describeProperty(property));
     if (isReference(itemType)) {
         const auto reference = document.refer(
             Names::groups, property.isCollection() ? Frame::references : Frame::reference);
         element.setAttribute(u"type", reference.c_str());
     } else if (!property.isCollection()) {
-        element.setAttribute(u"type", schemaTypeOf(type, name.localPart(), document).c_str());
+        element.setAttribute(u"type", schemaTypeOf(type, name.local.text, document).c_str());
     } else {
         auto& items = document.add(document.add(element, u"xs:complexType"), u"xs:sequence");
         document.add(items, u"xs:element",
@@ -68,57 +67,38 @@ void addProperty(SchemaDocument& document, const MetaElement& property,
     }
 }
 
-/// The properties of a set as they follow one another in its element; those without a place in
-/// documents are left out.
-std::vector<const MetaElement*> inDocumentOrder(const MetaMetadataSet& set) {
-    std::vector<std::pair<std::uint32_t, const MetaElement*>> ordered;
-    for (const auto& attribute : set.attributes()) {
-        // A set's attributes are all of this kind.
-        const auto& property =
-            static_cast<const MetaMetadata::MetaAttribute&>(*attribute).metaElement();
-        if (const auto order = nameOf(property).order) {
-            ordered.emplace_back(*order, &property);
-        }
-    }
-    std::sort(ordered.begin(), ordered.end());
-    std::vector<const MetaElement*> properties;
-    properties.reserve(ordered.size());
-    for (const auto& [index, property] : ordered) {
-        properties.push_back(property);
-    }
-    return properties;
-}
-
 /// The properties of a set's type, and which of them its ancestor's brings along.
 struct TypeContent {
-    explicit TypeContent(const MetaMetadataSet& set) : properties(inDocumentOrder(set)) {
+    explicit TypeContent(const ClassName& name) : properties(name.properties().inDocuments) {
         // Xerces-C loses the ancestor's part where a type extends one of a namespace that imports
         // its own.
-        if (set.parent() == nullptr || nameOf(set).uri != nameOf(*set.parent()).uri) {
+        const MetaMetadataSet* const parent = name.definition.parent();
+        if (parent == nullptr || std::u16string_view(name.names.uri) != nameOf(*parent).names.uri) {
             return;
         }
         // What extends a type comes after all that it has, so the ancestor's must come first.
-        const auto before = inDocumentOrder(*set.parent());
+        const auto& before = nameOf(*parent).properties().inDocuments;
         if (before.size() <= properties.size() &&
             std::equal(before.begin(), before.end(), properties.begin())) {
-            base = set.parent();
+            base = &nameOf(*parent);
             inherited = before.size();
         }
     }
 
-    std::vector<const MetaElement*> properties;
-    const MetaMetadataSet* base = nullptr;
+    const std::vector<const PropertyName*>& properties;
+    const ClassName* base = nullptr;
     std::size_t inherited = 0;
 };
 
-void addType(SchemaDocument& document, const MetaMetadataSet& set, const DefinitionName& name) {
-    const TypeContent content(set);
-    DOMElement* type = &document.define(u"xs:complexType", name.localPart());
-    document.annotate(*type, u"set " + toText(set.key().toString(Types::dottedHexadecimal)));
+void addType(SchemaDocument& document, const ClassName& name) {
+    const TypeContent content(name);
+    DOMElement* type = &document.define(u"xs:complexType", name.local.text);
+    document.annotate(*type,
+                      u"set " + toText(name.definition.key().toString(Types::dottedHexadecimal)));
     if (content.base != nullptr) {
-        const DefinitionName& base = nameOf(*content.base);
-        type = &document.add(document.add(*type, u"xs:complexContent"), u"xs:extension",
-                             {{u"base", document.refer(base.names(), base.localPart())}});
+        type = &document.add(
+            document.add(*type, u"xs:complexContent"), u"xs:extension",
+            {{u"base", document.refer(content.base->names, content.base->local.text)}});
     }
     auto& sequence = document.add(*type, u"xs:sequence");
     if (content.base == nullptr) {
@@ -128,9 +108,9 @@ void addType(SchemaDocument& document, const MetaMetadataSet& set, const Definit
     }
     const auto begin = content.properties.begin() + static_cast<std::ptrdiff_t>(content.inherited);
     for (auto property = begin; property != content.properties.end(); ++property) {
-        const DefinitionName& each = nameOf(**property);
-        const std::u16string reference = document.refer(each.names(), each.localPart());
-        if (each.identifies) {
+        const PropertyName& each = **property;
+        const std::u16string reference = document.refer(each.names, each.local.text);
+        if (each.isWrittenAsAttribute) {
             document.add(
                 *type, u"xs:attribute",
                 {{u"ref", reference}, {u"use", isInstanceUID(each) ? u"required" : u"optional"}});
@@ -144,22 +124,22 @@ void addType(SchemaDocument& document, const MetaMetadataSet& set, const Definit
 
 void describeProperties(SchemaSet& schemas, const MetaMetadata::Dictionary& dictionary) {
     for (auto i = dictionary.metaElementBegin(); i != dictionary.metaElementEnd(); ++i) {
-        const DefinitionName& name = nameOf(**i);
-        addProperty(schemas.of(name.names()), **i, name);
+        const PropertyName& name = nameOf(**i);
+        addProperty(schemas.of(name.names), name);
     }
 }
 
 void describeSets(SchemaSet& schemas, const MetaMetadata::Dictionary& dictionary) {
     std::set<std::u16string> uris;
     for (auto i = dictionary.metaMetadataSetBegin(); i != dictionary.metaMetadataSetEnd(); ++i) {
-        const DefinitionName& name = nameOf(**i);
-        auto& document = schemas.of(name.names());
+        const ClassName& name = nameOf(**i);
+        auto& document = schemas.of(name.names);
         const std::u16string link = document.refer(Names::groups, Frame::link);
-        addType(document, **i, name);
-        document.define(u"xs:element", name.localPart(),
-                        {{u"type", document.refer(name.names(), name.localPart())}});
+        addType(document, name);
+        document.define(u"xs:element", name.local.text,
+                        {{u"type", document.refer(name.names, name.local.text)}});
         document.define(u"xs:element", Names::localPart(name.link.c_str()), {{u"type", link}});
-        if (uris.insert(name.uri).second) {
+        if (uris.insert(name.names.uri).second) {
             document.define(u"xs:element", Names::ambiguousLink, {{u"type", link}});
         }
     }

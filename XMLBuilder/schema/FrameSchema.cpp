@@ -54,9 +54,9 @@ private:
         auto& sets = groups_.add(groups_.define(u"xs:group", anySet), u"xs:choice");
         for (auto i = dictionary_.metaMetadataSetBegin(); i != dictionary_.metaMetadataSetEnd();
              ++i) {
-            const DefinitionName& name = nameOf(**i);
+            const ClassName& name = nameOf(**i);
             groups_.add(sets, u"xs:element",
-                        {{u"ref", groups_.refer(name.names(), name.localPart())}});
+                        {{u"ref", groups_.refer(name.names, name.local.text)}});
         }
         root_.define(u"xs:element", Names::localPart(Names::danglingLink),
                      {{u"type", root_.refer(Names::groups, Frame::link)}});
@@ -92,7 +92,7 @@ private:
     static std::u16string namespacesOf(Iterator begin, Iterator end,
                                        std::set<std::u16string> uris = {}) {
         for (; begin != end; ++begin) {
-            uris.insert(nameOf(**begin).uri);
+            uris.insert(nameOf(**begin).names.uri);
         }
         std::u16string list;
         for (const auto& uri : uris) {

@@ -91,10 +91,9 @@ private:
         return step_.element->metaAttribute()->facts();
     }
 
-    void use(const MetaMetadata::MetaDefinition& definition) {
-        const DefinitionName& name = nameOf(definition);
+    void use(const DefinitionName& name) {
         if (used_.insert(&name).second) {
-            plan_.namespaces_.insert(name.uri.c_str(), name.prefix.c_str());
+            plan_.namespaces_.insert(name.names);
         }
     }
 
@@ -105,8 +104,9 @@ private:
             plan_.namespaces_.insert(Names::groups);
             return false;
         }
-        use(*facts().definition);
-        return nameOf(*facts().definition).identifies;
+        const PropertyName& name = nameOf(*facts().definition);
+        use(name);
+        return name.isWrittenAsAttribute;
     }
 
     void place() {
@@ -212,7 +212,7 @@ private:
                     " sets, write the references as links instead",
                 CORVID_HERE);
         }
-        use(*definition);
+        use(nameOf(*definition));
         if (isSideBySide) {
             add(set);
         }

@@ -24,7 +24,8 @@ const MetaMetadata::AttributeFacts& factsOf(const Element& element) {
 
 void ToXMLElementVisitor::visit(const Metadata::SimpleElement& element) {
     const auto* const definition = factsOf(element).definition;
-    if (element.isSkipped() || (definition != nullptr && nameOf(*definition).identifies)) {
+    if (element.isSkipped() ||
+        (definition != nullptr && nameOf(*definition).isWrittenAsAttribute)) {
         return;
     }
     start(element);
@@ -60,11 +61,11 @@ void ToXMLElementVisitor::writeValues(const Metadata::CollectionElement& element
         return;
     }
     start(element);
-    const DefinitionName& name = nameOf(*factsOf(element).definition);
+    const PropertyName& name = nameOf(*factsOf(element).definition);
     const Types::Collection& items = *element.value();
     ToXMLBaseTypeVisitor writer(sink_);
     for (Types::u32 i = 0; i != items.size(); ++i) {
-        sink_.startElement({name.uri.c_str(), name.item.c_str()});
+        sink_.startElement({name.names.uri, name.item.c_str()});
         items.at(i).accept(writer);
         sink_.endElement();
     }
@@ -95,9 +96,9 @@ void ToXMLElementVisitor::writeReference(const Element& element, std::uint32_t i
     } else if (isDarkGroup(target)) {
         writeDangling(element, item, reference);
     } else {
-        const DefinitionName& name = nameOf(*target.metaMetadataSet());
+        const ClassName& name = nameOf(*target.metaMetadataSet());
         writeLink(sink_,
-                  {name.uri.c_str(), targets.size() > 1 ? Names::ambiguousLink : name.link.c_str()},
+                  {name.names.uri, targets.size() > 1 ? Names::ambiguousLink : name.link.c_str()},
                   reference);
     }
 }
@@ -117,8 +118,8 @@ void ToXMLElementVisitor::start(const Element& element) {
     if (facts.definition == nullptr) {
         startUnknown(Types::LocalTag(facts.localTag));
     } else {
-        const DefinitionName& name = nameOf(*facts.definition);
-        sink_.startElement({name.uri.c_str(), name.qualified.c_str()});
+        const PropertyName& name = nameOf(*facts.definition);
+        sink_.startElement({name.names.uri, name.qualified.c_str()});
     }
 }
 

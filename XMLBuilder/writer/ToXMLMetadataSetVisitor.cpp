@@ -17,10 +17,11 @@ namespace {
 using Metadata::Element;
 using Kind = MetaMetadata::AttributeFacts::Kind;
 
-/// The definition of an element that becomes an attribute of its set, or null.
-const MetaMetadata::MetaElement* identifierDefinition(const Element& element) {
+/// The name of an element that becomes an attribute of its set, or null.
+const PropertyName* attributeName(const Element& element) {
     const auto* const definition = element.metaAttribute()->facts().definition;
-    return definition != nullptr && nameOf(*definition).identifies ? definition : nullptr;
+    return definition != nullptr && nameOf(*definition).isWrittenAsAttribute ? &nameOf(*definition)
+                                                                             : nullptr;
 }
 
 } // namespace
@@ -54,9 +55,9 @@ void ToXMLMetadataSetVisitor::start(const Metadata::MetadataSet& set,
                                     const Properties& properties) {
     identifiers_.clear();
     for (const Element* const element : properties) {
-        const auto* const definition = identifierDefinition(*element);
+        const PropertyName* const name = attributeName(*element);
         const auto* const simple =
-            definition == nullptr ? nullptr : dynamic_cast<const Metadata::SimpleElement*>(element);
+            name == nullptr ? nullptr : dynamic_cast<const Metadata::SimpleElement*>(element);
         if (simple == nullptr || simple->isSkipped()) {
             continue;
         }
@@ -65,13 +66,13 @@ void ToXMLMetadataSetVisitor::start(const Metadata::MetadataSet& set,
         simple->value()->accept(writer);
         // A program can give the property a value that is no identifier: it has no place here.
         if (!text.empty()) {
-            const DefinitionName& name = nameOf(*definition);
             const auto same =
                 std::find_if(identifiers_.begin(), identifiers_.end(), [&](const auto& each) {
-                    return each.name->uri == name.uri && each.name->qualified == name.qualified;
+                    return each.name->qualified == name->qualified &&
+                           each.name->names.uri == std::u16string_view(name->names.uri);
                 });
             if (same == identifiers_.end()) {
-                identifiers_.push_back({&name, std::move(text)});
+                identifiers_.push_back({name, std::move(text)});
             } else {
                 same->text = std::move(text);
             }
@@ -79,10 +80,10 @@ void ToXMLMetadataSetVisitor::start(const Metadata::MetadataSet& set,
     }
     attributes_.clear();
     for (const auto& [name, text] : identifiers_) {
-        attributes_.push_back({{name->uri.c_str(), name->qualified.c_str()}, text});
+        attributes_.push_back({{name->names.uri, name->qualified.c_str()}, text});
     }
-    const DefinitionName& name = nameOf(*set.metaMetadataSet());
-    sink_.startElement({name.uri.c_str(), name.qualified.c_str()}, attributes_.data(),
+    const ClassName& name = nameOf(*set.metaMetadataSet());
+    sink_.startElement({name.names.uri, name.qualified.c_str()}, attributes_.data(),
                        attributes_.size());
 }
 

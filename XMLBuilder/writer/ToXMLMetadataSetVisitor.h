@@ -9,7 +9,7 @@
 
 namespace Corvid::XMLBuilder {
 
-struct DefinitionName;
+struct PropertyName;
 
 /// Writes a set as an element; where references are values, with the sets inside it for which this
 /// is the place. Calls nest with these, which the plan has bounded.
@@ -31,7 +31,7 @@ private:
     const WriterPass& pass_;
     DocumentSink& sink_;
     struct Identifier {
-        const DefinitionName* name;
+        const PropertyName* name;
         std::u16string text;
     };
 

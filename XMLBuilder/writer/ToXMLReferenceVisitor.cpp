@@ -16,8 +16,8 @@ void ToXMLReferenceVisitor::visit(const Types::StrongReference&) {
 
 void ToXMLReferenceVisitor::visit(const Types::WeakReference& reference) {
     if (const auto* const definition = target_.metaMetadataSet()) {
-        const DefinitionName& name = nameOf(*definition);
-        writeLink(sink_, {name.uri.c_str(), name.link.c_str()}, reference);
+        const ClassName& name = nameOf(*definition);
+        writeLink(sink_, {name.names.uri, name.link.c_str()}, reference);
     }
 }
 

@@ -65,6 +65,7 @@ struct Dictionary::Content {
     SortedIndex<LabelMatch, LabelMatchLess> setsByKey;
     SortedIndex<LabelMatch, LabelMatchLess> elementsByLabel;
     SortedIndex<unsigned short, std::less<unsigned short>> elementsByTag;
+    Platform::Attached documentNames;
 };
 
 std::unique_ptr<MetaElement> Dictionary::Content::makeElement(const ElementRow& row) const {
@@ -173,6 +174,10 @@ const MetaElement* Dictionary::findElement(const Types::UniversalLabel& label) c
 const MetaElement* Dictionary::findElementByStaticTag(unsigned short tag) const noexcept {
     const std::uint32_t row = content_->elementsByTag.find(tag);
     return row == noRow ? nullptr : content_->elements[row];
+}
+
+const Platform::Attached& Dictionary::documentNames() const noexcept {
+    return content_->documentNames;
 }
 
 } // namespace Corvid::MetaMetadata

@@ -58,6 +58,9 @@ public:
     /// The property that the standard gives that local tag for good, or null.
     const MetaElement* findElementByStaticTag(unsigned short tag) const noexcept;
 
+    /// For the library of the document format: the definitions by their names in documents.
+    const Platform::Attached& documentNames() const noexcept;
+
 private:
     struct Content;
     explicit Dictionary(std::unique_ptr<Content> content) noexcept;

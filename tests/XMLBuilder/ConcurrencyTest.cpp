@@ -1,3 +1,5 @@
+#include "XMLBuilder/format/DefinitionName.h"
+#include "XMLBuilder/format/DictionaryNames.h"
 #include "tests/XMLBuilder/Things.h"
 #include "tests/support/Paths.h"
 
@@ -7,6 +9,7 @@
 #include <functional>
 #include <future>
 #include <mutex>
+#include <set>
 #include <thread>
 
 namespace Corvid::Testing {
@@ -191,6 +194,37 @@ public:
 private:
     std::function<void()> observer_;
 };
+
+TEST(Concurrency, makesTheNamesOfAFreshDictionaryOnce) {
+    constexpr int rounds = 20;
+    for (int round = 0; round != rounds; ++round) {
+        const auto dictionary = MetaMetadata::Dictionary::extend(
+            *MetaMetadata::Dictionary::builtIn(), MetaMetadata::Dictionary::Texts());
+        std::mutex mutex;
+        std::set<const void*> names;
+        std::set<std::string> texts;
+        const auto convert = [&] {
+            Model model(dictionary);
+            fill(model);
+            const Utf16Text text = textOf(model);
+            Model copy(dictionary);
+            EXPECT_EQ(getPartitionMetadataFromString(text, &copy.partition).size(), 5U);
+            const auto& all = XMLBuilder::namesOf(*dictionary);
+            const auto* const preface = all.findSet(u"urn:SMPTE:S377M", u"Preface");
+            ASSERT_NE(preface, nullptr);
+            const auto* const version = all.findProperty(u"urn:SMPTE:RP210", u"FormatVersion");
+            ASSERT_NE(version, nullptr);
+            const std::lock_guard<std::mutex> lock(mutex);
+            names.insert({&all, &XMLBuilder::nameOf(*preface),
+                          &XMLBuilder::nameOf(*preface).properties(),
+                          &XMLBuilder::nameOf(*version)});
+            texts.insert(Platform::toUtf8(text));
+        };
+        runSideBySide(1, {convert, convert, convert, convert, convert, convert});
+        EXPECT_EQ(names.size(), 4U);
+        EXPECT_EQ(texts.size(), 1U);
+    }
+}
 
 TEST_F(SideBySide, onlyOneWriterWritesAtATime) {
     std::atomic<int> writing{0};

@@ -17,8 +17,6 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-using MetaMetadata::MetaDefinition;
-
 std::u16string_view uriOf(const DocumentNode& node) { return node.uri == nullptr ? u"" : node.uri; }
 
 /// The identifier that a text is, or nothing.
@@ -33,33 +31,19 @@ std::optional<Types::UUID> parseIdentifier(std::u16string_view text) {
 
 bool lessById(const Types::UUID& a, const Types::UUID& b) { return a.bytes() < b.bytes(); }
 
-template <class Map, class Begin, class End> void index(Map& map, Begin begin, End end) {
-    for (auto each = begin; each != end; ++each) {
-        const DefinitionName& name = nameOf(**each);
-        map.try_emplace({name.uri, name.localPart()}, *each);
-    }
-}
-
-template <class Map> auto findIn(const Map& map, const DocumentNode& element) {
-    const auto found = map.find({uriOf(element), element.local});
-    return found == map.end() ? nullptr : found->second;
-}
-
 } // namespace
 
 Strictness::Strictness(const MetaMetadata::Dictionary& dictionary, const Supplement* supplement,
                        Mistakes& mistakes)
-    : dictionary_(dictionary), supplement_(supplement), mistakes_(mistakes) {
-    index(sets_, dictionary.metaMetadataSetBegin(), dictionary.metaMetadataSetEnd());
-    index(properties_, dictionary.metaElementBegin(), dictionary.metaElementEnd());
-}
+    : dictionary_(dictionary), definitions_(namesOf(dictionary)), supplement_(supplement),
+      mistakes_(mistakes) {}
 
 const MetaMetadata::MetaMetadataSet* Strictness::findSet(const DocumentNode& element) const {
-    return findIn(sets_, element);
+    return definitions_.findSet(uriOf(element), element.local);
 }
 
 const MetaMetadata::MetaElement* Strictness::findProperty(const DocumentNode& element) const {
-    return findIn(properties_, element);
+    return definitions_.findProperty(uriOf(element), element.local);
 }
 
 void Strictness::checkRoot(const DocumentNode& root) {
@@ -81,20 +65,20 @@ void Strictness::refuseStrayText(const DocumentNode& text) {
 std::string Strictness::nearest(const DocumentNode& element, bool isSet) const {
     Platform::NearNames near(narrow(std::u16string_view(element.local).substr(0, 256)));
     std::string elsewhere;
-    const auto offer = [&](const MetaDefinition& definition) {
-        const DefinitionName& name = nameOf(definition);
-        if (std::u16string_view(name.localPart()) == element.local && name.uri != uriOf(element)) {
-            elsewhere = narrow(name.uri);
+    const auto offer = [&](const DefinitionName& name) {
+        if (name.local.text == std::u16string_view(element.local) &&
+            name.names.uri != uriOf(element)) {
+            elsewhere = narrow(name.names.uri);
         } else {
-            near.offer(narrow(name.localPart()));
+            near.offer(narrow(name.local.text));
         }
     };
     if (isSet) {
         std::for_each(dictionary_.metaMetadataSetBegin(), dictionary_.metaMetadataSetEnd(),
-                      [&](const auto* set) { offer(*set); });
+                      [&](const auto* set) { offer(nameOf(*set)); });
     } else {
         std::for_each(dictionary_.metaElementBegin(), dictionary_.metaElementEnd(),
-                      [&](const auto* property) { offer(*property); });
+                      [&](const auto* property) { offer(nameOf(*property)); });
     }
     if (!elsewhere.empty()) {
         return "; that name is in the namespace " + elsewhere + ", here it is in " +
@@ -126,7 +110,7 @@ void Strictness::refuseProperty(const DocumentNode& element,
         mistakes_.add(element, "is no property of " + narrow(nameOf(setClass).qualified) +
                                    "; what a file has beyond its class is in " +
                                    narrow(Names::extensionElements));
-    } else if (nameOf(*property).identifies) {
+    } else if (nameOf(*property).isWrittenAsAttribute) {
         mistakes_.add(element, "is an attribute of its set, expected no element");
     } else {
         mistakes_.add(element, "is in its set more than once, expected once");
@@ -195,12 +179,6 @@ void Strictness::enterSet(const DocumentNode& element,
     }
 }
 
-/// Whether the dictionary has a class in a namespace.
-bool Strictness::hasSetsIn(std::u16string_view uri) const {
-    const auto first = sets_.lower_bound({uri, {}});
-    return first != sets_.end() && first->first.first == uri;
-}
-
 bool Strictness::checkLink(const DocumentNode& link) {
     const std::u16string_view local = link.local;
     const std::u16string_view suffix = Names::linkSuffix;
@@ -212,7 +190,7 @@ bool Strictness::checkLink(const DocumentNode& link) {
     const bool isDangling =
         hasName(link, Names::localPart(Names::danglingLink), Names::s377m.uri) ||
         link.name == std::u16string_view(Names::danglingLink);
-    const bool isKnown = isDangling || (local == Names::ambiguousLink && hasSetsIn(uriOf(link))) ||
+    const bool isKnown = isDangling || (local == Names::ambiguousLink && definitions_.hasSetsIn(uriOf(link))) ||
                          (local.size() > suffix.size() && local.substr(setName.size()) == suffix &&
                           findSet(target) != nullptr);
     if (!isKnown) {

@@ -1,13 +1,12 @@
 #pragma once
 
+#include "XMLBuilder/format/DictionaryNames.h"
 #include "XMLBuilder/reader/Supplement.h"
 #include "XMLBuilder/reader/strict/Mistakes.h"
 #include "host/dictionary/Dictionary.h"
 #include "host/types/IdentifierTypes.h"
 
-#include <map>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 namespace Corvid::MetaMetadata {
@@ -71,8 +70,6 @@ public:
     Mistakes::Entry placeOfDarkSet(std::size_t nth) const { return darkSets_.at(nth); }
 
 private:
-    using ExpandedName = std::pair<std::u16string_view, std::u16string_view>; // URI, local name
-
     struct Named {
         Types::UUID identifier;
         std::size_t line;
@@ -88,14 +85,12 @@ private:
     };
 
     bool checkDarkElement(const DocumentNode& element);
-    bool hasSetsIn(std::u16string_view uri) const;
     std::string nearest(const DocumentNode& element, bool isSet) const;
 
     const MetaMetadata::Dictionary& dictionary_;
+    const DictionaryNames& definitions_;
     const Supplement* supplement_;
     Mistakes& mistakes_;
-    std::map<ExpandedName, const MetaMetadata::MetaMetadataSet*> sets_;
-    std::map<ExpandedName, const MetaMetadata::MetaElement*> properties_;
     std::vector<Mistakes::Entry> darkSets_; ///< without text
     std::vector<Named> named_;
     std::vector<Link> links_;
