@@ -1,7 +1,7 @@
 #include "XMLBuilder/XML2Partition.h"
 
-#include "XMLBuilder/reader/ReadDocument.h"
-#include "XMLBuilder/reader/TranslateExceptions.h"
+#include "XMLBuilder/reader/dom/ReadDocument.h"
+#include "XMLBuilder/reader/dom/TranslateExceptions.h"
 #include "host/xmlutils/UnicodeString.h"
 
 namespace Corvid::XML2Partition {

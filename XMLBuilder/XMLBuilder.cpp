@@ -2,7 +2,7 @@
 
 #include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/writer/Document.h"
-#include "XMLBuilder/writer/DomSink.h"
+#include "XMLBuilder/writer/sinks/DomSink.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/Serialise.h"

@@ -2,7 +2,7 @@
 
 #include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/Namespaces.h"
-#include "XMLBuilder/reader/ChildSteps.h"
+#include "XMLBuilder/reader/nodes/ChildSteps.h"
 #include "host/base/Exceptions.h"
 #include "host/mxf/LocalSet.h"
 #include "host/xmlutils/XmlText.h"

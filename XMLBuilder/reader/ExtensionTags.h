@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/format/Namespaces.h"
-#include "XMLBuilder/reader/ChildSteps.h"
+#include "XMLBuilder/reader/nodes/ChildSteps.h"
 #include "host/klv/Key.h"
 #include "host/metadata/PartitionDictionary.h"
 

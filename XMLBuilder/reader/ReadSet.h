@@ -1,7 +1,7 @@
 #pragma once
 
-#include "XMLBuilder/reader/ReadDocument.h"
 #include "XMLBuilder/reader/Reading.h"
+#include "XMLBuilder/reader/SetList.h"
 
 namespace Corvid::XMLBuilder {
 

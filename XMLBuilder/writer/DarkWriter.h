@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/writer/DocumentPlan.h"
-#include "XMLBuilder/writer/DocumentSink.h"
+#include "XMLBuilder/writer/sinks/DocumentSink.h"
 
 namespace Corvid::XMLBuilder {
 

@@ -1,8 +1,8 @@
 #include "XMLBuilder/writer/Document.h"
 
 #include "XMLBuilder/writer/DarkWriter.h"
-#include "XMLBuilder/writer/TextSink.h"
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
+#include "XMLBuilder/writer/sinks/TextSink.h"
 #include "host/metadata/MetadataSet.h"
 #include "host/xmlutils/TextEncoder.h"
 

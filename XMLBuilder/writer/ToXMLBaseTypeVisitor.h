@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/writer/DocumentSink.h"
+#include "XMLBuilder/writer/sinks/DocumentSink.h"
 #include "host/types/Types.h"
 
 #include <string>

@@ -2,6 +2,7 @@
 
 #include "host/base/Exceptions.h"
 #include "host/xmlutils/ParserSafety.h"
+#include "host/xmlutils/Utf16Form.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -15,8 +16,13 @@ namespace {
 
 using Exceptions::IOError;
 
-bool startsDocument(unsigned char byte) {
-    return byte == '<' || byte == ' ' || byte == '\t' || byte == '\n' || byte == '\r';
+/// Names the encoding of a document where its bytes are UTF-16.
+void setEncoding(xercesc::InputSource& input, Utf16Form::Order order) {
+    if (order != Utf16Form::Order::none) {
+        input.setEncoding(order == Utf16Form::Order::lowFirst
+                              ? xercesc::XMLUni::fgUTF16LEncodingString
+                              : xercesc::XMLUni::fgUTF16BEncodingString);
+    }
 }
 
 std::size_t readInto(std::ifstream& file, unsigned char* to, std::size_t count,
@@ -30,29 +36,6 @@ std::size_t readInto(std::ifstream& file, unsigned char* to, std::size_t count,
 
 } // namespace
 
-Utf16Form recogniseUtf16(const unsigned char* first, std::size_t count) {
-    // Zeros behind what looks like one code unit make it one of UTF-32, which Xerces-C knows.
-    const bool isWider = count >= 4 && first[2] == 0 && first[3] == 0;
-    if (count < 2 || isWider) {
-        return {};
-    }
-    const XMLCh* const low = xercesc::XMLUni::fgUTF16LEncodingString;
-    const XMLCh* const high = xercesc::XMLUni::fgUTF16BEncodingString;
-    if (first[0] == 0xFF && first[1] == 0xFE) {
-        return {low, 2};
-    }
-    if (first[0] == 0xFE && first[1] == 0xFF) {
-        return {high, 2};
-    }
-    if (startsDocument(first[0]) && first[1] == 0) {
-        return {low, 0};
-    }
-    if (first[0] == 0 && startsDocument(first[1])) {
-        return {high, 0};
-    }
-    return {};
-}
-
 std::unique_ptr<xercesc::InputSource> openBuffer(const unsigned char* bytes, std::size_t length) {
     if (length == 0) {
         throwParseError(1, 1, "empty document, expected a root element");
@@ -65,9 +48,7 @@ std::unique_ptr<xercesc::InputSource> openBuffer(const unsigned char* bytes, std
     auto input = std::make_unique<xercesc::MemBufInputSource>(bytes + form.markSize,
                                                               length - form.markSize, u"");
     input->setCopyBufToStream(false);
-    if (form.encoding != nullptr) {
-        input->setEncoding(form.encoding);
-    }
+    setEncoding(*input, form.order);
     return input;
 }
 
@@ -115,9 +96,7 @@ FileInput::FileInput(const Utf16Text& path) : name_(Platform::toUtf8(path)) {
     headEnd_ = readInto(file_, head_.data(), head_.size(), name_);
     const Utf16Form form = recogniseUtf16(head_.data(), headEnd_);
     headBegin_ = form.markSize;
-    if (form.encoding != nullptr) {
-        setEncoding(form.encoding);
-    }
+    XMLUtils::setEncoding(*this, form.order);
 }
 
 FileInput::~FileInput() = default;

@@ -11,19 +11,6 @@
 
 namespace Corvid::XMLUtils {
 
-/// What the first bytes of a document say about its encoding.
-struct Utf16Form {
-    /// As Xerces-C names it; null when the bytes are no UTF-16.
-    const XMLCh* encoding = nullptr;
-    /// The size of the byte order mark, which is no part of the text.
-    std::size_t markSize = 0;
-};
-
-/// Recognises UTF-16 by its first bytes: a byte order mark, or a character with which a document
-/// can start, `<` or white space, in two bytes.
-/// @param first  the first bytes, four if there are as many.
-Utf16Form recogniseUtf16(const unsigned char* first, std::size_t count);
-
 /// A document in memory; its encoding is recognised.
 /// @param bytes  borrowed, longer than the source.
 /// @throws xercesc::SAXParseException  there are none.

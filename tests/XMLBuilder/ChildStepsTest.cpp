@@ -1,6 +1,6 @@
-#include "XMLBuilder/reader/ChildSteps.h"
+#include "XMLBuilder/reader/nodes/ChildSteps.h"
 
-#include "XMLBuilder/reader/PrefixScope.h"
+#include "XMLBuilder/reader/nodes/PrefixScope.h"
 #include "tests/XMLBuilder/ParsedDocument.h"
 
 #include <gtest/gtest.h>

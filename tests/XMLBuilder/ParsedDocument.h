@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/reader/DomNodes.h"
+#include "XMLBuilder/reader/dom/DomNodes.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/LoadDocument.h"
 #include "tests/XMLBuilder/XmlOf.h"

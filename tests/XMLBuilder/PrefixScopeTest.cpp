@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/PrefixScope.h"
+#include "XMLBuilder/reader/nodes/PrefixScope.h"
 
 #include "tests/XMLBuilder/ParsedDocument.h"
 

@@ -1,5 +1,5 @@
 #include "XMLBuilder/format/InlineDepth.h"
-#include "XMLBuilder/reader/ReadDocument.h"
+#include "XMLBuilder/reader/dom/ReadDocument.h"
 #include "host/types/UID.h"
 #include "tests/XMLBuilder/Things.h"
 

@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/TranslateExceptions.h"
+#include "XMLBuilder/reader/dom/TranslateExceptions.h"
 
 #include "host/xmlutils/Initializer.h"
 #include "tests/XMLBuilder/Things.h"

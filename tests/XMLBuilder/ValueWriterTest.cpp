@@ -1,6 +1,6 @@
-#include "XMLBuilder/writer/DomSink.h"
 #include "XMLBuilder/writer/NamespaceMap.h"
 #include "XMLBuilder/writer/ToXMLBaseTypeVisitor.h"
+#include "XMLBuilder/writer/sinks/DomSink.h"
 #include "host/xmlutils/Initializer.h"
 #include "tests/XMLBuilder/XmlOf.h"
 

@@ -1,6 +1,6 @@
-#include "XMLBuilder/reader/DomNodes.h"
 #include "XMLBuilder/reader/ReadSet.h"
 #include "XMLBuilder/reader/Reading.h"
+#include "XMLBuilder/reader/dom/DomNodes.h"
 #include "XMLBuilder/reader/strict/ReadStrictly.h"
 #include "XMLBuilder/reader/strict/StrictText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/reader/NodePool.h"
+#include "XMLBuilder/reader/nodes/NodePool.h"
 #include "host/base/KeyedHash.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/reader/DocumentNode.h"
+#include "XMLBuilder/reader/nodes/DocumentNode.h"
 
 #include <cstddef>
 #include <memory>

@@ -1,6 +1,6 @@
 #include "tools/corvid/xml/LenientDocument.h"
 
-#include "XMLBuilder/reader/ReadDocument.h"
+#include "XMLBuilder/reader/dom/ReadDocument.h"
 #include "editing/CompleteDocument.h"
 #include "editing/supplement/ApplySupplement.h"
 #include "editing/supplement/SupplementText.h"

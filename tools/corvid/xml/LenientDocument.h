@@ -13,7 +13,7 @@ constexpr std::size_t greatestDocument = std::size_t{1024} * 1024 * 1024;
 /// one that is no text of a UUID gets a new one, wherever it is the same.
 ///
 /// Needs Xerces-C; see XmlModule.h.
-/// @throws BaseException  as XMLBuilder/reader/ReadDocument.h says, but messages do not name the
+/// @throws BaseException  as XMLBuilder/reader/dom/ReadDocument.h says, but messages do not name the
 ///     parser; LimitExceeded as mergeCopies().
 Editing::DocumentMetadata readLeniently(
     const unsigned char* bytes, std::size_t length,

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/format/HashedName.h"
-#include "XMLBuilder/reader/DocumentNode.h"
+#include "XMLBuilder/reader/nodes/DocumentNode.h"
 
 #include <cstdint>
 #include <vector>

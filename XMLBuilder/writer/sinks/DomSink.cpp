@@ -1,4 +1,4 @@
-#include "XMLBuilder/writer/DomSink.h"
+#include "XMLBuilder/writer/sinks/DomSink.h"
 
 #include <string>
 #include <xercesc/util/PlatformUtils.hpp>

@@ -1,4 +1,4 @@
-#include "XMLBuilder/writer/TextSink.h"
+#include "XMLBuilder/writer/sinks/TextSink.h"
 
 #include <algorithm>
 

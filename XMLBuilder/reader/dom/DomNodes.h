@@ -1,7 +1,7 @@
 #pragma once
 
-#include "XMLBuilder/reader/ChildSteps.h"
-#include "XMLBuilder/reader/NodePool.h"
+#include "XMLBuilder/reader/nodes/ChildSteps.h"
+#include "XMLBuilder/reader/nodes/NodePool.h"
 
 #include <xercesc/dom/DOM.hpp>
 

@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/TranslateExceptions.h"
+#include "XMLBuilder/reader/dom/TranslateExceptions.h"
 
 #include "XMLBuilder/format/NumberText.h"
 #include "host/base/Exceptions.h"

@@ -1,4 +1,6 @@
-#include "XMLBuilder/reader/NodePool.h"
+#include "XMLBuilder/reader/nodes/NodePool.h"
+
+#include "XMLBuilder/reader/nodes/NodeList.h"
 
 namespace Corvid::XMLBuilder {
 
@@ -13,11 +15,9 @@ DocumentNode& NodePool::addShallowCopy(const DocumentNode& node, const DocumentN
     copy.firstChild = nullptr;
     copy.firstAttribute = nullptr;
     copy.value = copied(node.value);
-    DocumentNode* last = nullptr;
+    NodeList attributes(copy.firstAttribute);
     for (const auto* each = node.firstAttribute; each != nullptr; each = each->next) {
-        DocumentNode& attribute = addShallowCopy(*each, &copy);
-        (last == nullptr ? copy.firstAttribute : last->next) = &attribute;
-        last = &attribute;
+        attributes.append(addShallowCopy(*each, &copy));
     }
     return copy;
 }
@@ -41,9 +41,9 @@ DocumentNode& NodePool::addCopy(const DocumentNode& element) {
     struct Level {
         DocumentNode* copy;
         const DocumentNode* nextChild;
-        DocumentNode* lastChild;
+        NodeList children;
     };
-    std::vector<Level> open{{&copy, element.firstChild, nullptr}};
+    std::vector<Level> open{{&copy, element.firstChild, NodeList(copy.firstChild)}};
     while (!open.empty()) {
         Level& level = open.back();
         const DocumentNode* const child = level.nextChild;
@@ -53,9 +53,8 @@ DocumentNode& NodePool::addCopy(const DocumentNode& element) {
         }
         level.nextChild = child->next;
         DocumentNode& made = addShallowCopy(*child, level.copy);
-        (level.lastChild == nullptr ? level.copy->firstChild : level.lastChild->next) = &made;
-        level.lastChild = &made;
-        open.push_back({&made, child->firstChild, nullptr});
+        level.children.append(made);
+        open.push_back({&made, child->firstChild, NodeList(made.firstChild)});
     }
     return copy;
 }

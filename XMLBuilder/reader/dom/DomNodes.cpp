@@ -1,7 +1,8 @@
-#include "XMLBuilder/reader/DomNodes.h"
+#include "XMLBuilder/reader/dom/DomNodes.h"
 
 #include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/reader/ExtensionTags.h"
+#include "XMLBuilder/reader/nodes/NodeList.h"
 
 #include <memory>
 #include <string>
@@ -52,11 +53,9 @@ DocumentNode& addNode(NodePool& pool, const DOMNode& node, const DocumentNode* p
     }
     const auto& attributes = *static_cast<const DOMElement&>(node).getAttributes();
     const XMLSize_t count = attributes.getLength();
-    DocumentNode* last = nullptr;
+    NodeList list(copy.firstAttribute);
     for (XMLSize_t i = 0; i != count; ++i) {
-        DocumentNode& attribute = addNode(pool, *attributes.item(i), &copy);
-        (last == nullptr ? copy.firstAttribute : last->next) = &attribute;
-        last = &attribute;
+        list.append(addNode(pool, *attributes.item(i), &copy));
     }
     return copy;
 }
@@ -68,11 +67,12 @@ const DocumentNode& addTree(NodePool& pool, const DOMNode& top, const DocumentNo
     struct Level {
         DocumentNode* element;
         const DOMNode* nextChild;
-        DocumentNode* lastChild;
+        NodeList children;
     };
     const auto levelOf = [](DocumentNode& element, const DOMNode& node) {
         const bool isElement = element.kind == DocumentNode::Kind::element;
-        return Level{&element, isElement ? node.getFirstChild() : nullptr, nullptr};
+        return Level{&element, isElement ? node.getFirstChild() : nullptr,
+                     NodeList(element.firstChild)};
     };
     std::vector<Level> open{levelOf(made, top)};
     while (!open.empty()) {
@@ -84,12 +84,7 @@ const DocumentNode& addTree(NodePool& pool, const DOMNode& top, const DocumentNo
         }
         level.nextChild = node->getNextSibling();
         DocumentNode& child = addNode(pool, *node, level.element);
-        if (level.lastChild == nullptr) {
-            level.element->firstChild = &child;
-        } else {
-            level.lastChild->next = &child;
-        }
-        level.lastChild = &child;
+        level.children.append(child);
         if (child.kind == DocumentNode::Kind::element) {
             open.push_back(levelOf(child, *node));
         }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/writer/DocumentSink.h"
+#include "XMLBuilder/writer/sinks/DocumentSink.h"
 #include "host/base/Templates.h"
 
 #include <xercesc/dom/DOM.hpp>

@@ -1,8 +1,8 @@
-#include "XMLBuilder/reader/ReadDocument.h"
+#include "XMLBuilder/reader/dom/ReadDocument.h"
 
-#include "XMLBuilder/reader/DomNodes.h"
 #include "XMLBuilder/reader/ReadSet.h"
-#include "XMLBuilder/reader/TranslateExceptions.h"
+#include "XMLBuilder/reader/dom/DomNodes.h"
+#include "XMLBuilder/reader/dom/TranslateExceptions.h"
 #include "host/base/Exceptions.h"
 #include "host/xmlutils/Initializer.h"
 #include "host/xmlutils/LoadDocument.h"

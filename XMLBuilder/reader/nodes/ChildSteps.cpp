@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/ChildSteps.h"
+#include "XMLBuilder/reader/nodes/ChildSteps.h"
 
 #include <algorithm>
 #include <tuple>

@@ -1,21 +1,18 @@
 #pragma once
 
 #include "XMLBuilder/reader/InstanceNameTable.h"
+#include "XMLBuilder/reader/SetList.h"
 #include "host/base/Text.h"
 
 #include <cstddef>
 
 namespace Corvid::Metadata {
-class MetadataSet;
 class PartitionMetadata;
-} // namespace Corvid::Metadata
+}
 
 namespace Corvid::XMLBuilder {
 
 class Supplement;
-
-/// Sets that live in a partition.
-using SetList = Templates::list<Metadata::MetadataSet*, Platform::malloc_alloc>;
 
 /// Whether the messages of failures tell the set and the property that could not be read.
 enum class Places : unsigned char {
