@@ -3,10 +3,26 @@
 #include "XMLBuilder/Errors.h"
 #include "host/base/Exceptions.h"
 
+#include <algorithm>
 #include <string>
-#include <string_view>
 
 namespace Corvid::XMLBuilder {
+
+bool isHex(std::u16string_view text) noexcept {
+    return text.size() % 2 == 0 && std::all_of(text.begin(), text.end(), isHexDigit);
+}
+
+bool isDottedHex(std::u16string_view text, std::size_t bytes) noexcept {
+    if (bytes == 0 || text.size() != 3 * bytes - 1) {
+        return false;
+    }
+    for (std::size_t i = 0; i != text.size(); ++i) {
+        if (i % 3 == 2 ? text[i] != u'.' : !isHexDigit(text[i])) {
+            return false;
+        }
+    }
+    return true;
+}
 
 FieldBytes decodeHex(const char16_t* text) {
     const std::u16string_view digits = text;

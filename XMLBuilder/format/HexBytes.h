@@ -3,10 +3,20 @@
 #include "XMLBuilder/format/CompoundFields.h"
 #include "host/base/Hex.h"
 
+#include <cstddef>
+#include <string_view>
+
 namespace Corvid::XMLBuilder {
 
 /// True for a digit of either case.
 constexpr bool isHexDigit(char16_t unit) noexcept { return Hex::valueOf(unit) != Hex::none; }
+
+/// Whether a text is pairs of hexadecimal digits; so is an empty one.
+bool isHex(std::u16string_view text) noexcept;
+
+/// Whether a text is so many pairs of hexadecimal digits with full stops between them, and not
+/// empty.
+bool isDottedHex(std::u16string_view text, std::size_t bytes) noexcept;
 
 /// The bytes of pairs of hexadecimal digits.
 /// @param text  of even length, digits only; zero-terminated.

@@ -7,9 +7,6 @@
 #include "host/mxf/LocalSet.h"
 #include "host/xmlutils/XmlText.h"
 
-#include <algorithm>
-#include <string_view>
-
 namespace Corvid::XMLBuilder {
 
 namespace {
@@ -59,10 +56,8 @@ void ExtensionTags::keepTag(std::u16string_view tag) {
 
 void ExtensionTags::keepTagsIn(const DocumentNode& darkSet) {
     const char16_t* const value = firstValue(darkSet);
-    const std::u16string_view text = value;
     // Bytes that can't be read are refused where the set is read.
-    if (text.empty() || text.size() % 2 != 0 ||
-        !std::all_of(text.begin(), text.end(), isHexDigit)) {
+    if (*value == 0 || !isHex(value)) {
         return;
     }
     const FieldBytes bytes = decodeHex(value);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/reader/Reading.h"
-#include "XMLBuilder/reader/ValueParser.h"
+#include "XMLBuilder/reader/values/ValueParser.h"
 #include "host/metadata/Elements.h"
 #include "host/types/Identifiers.h"
 

@@ -2,7 +2,7 @@
 
 #include "XMLBuilder/format/DefinitionName.h"
 #include "XMLBuilder/reader/Reading.h"
-#include "XMLBuilder/reader/ValueParser.h"
+#include "XMLBuilder/reader/values/ValueParser.h"
 #include "host/metadata/Visitors.h"
 
 #include <string>

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XMLBuilder/format/EmptyParts.h"
 #include "host/metadata/PartitionDictionary.h"
 
 #include <array>
@@ -27,12 +28,6 @@ PropertyIdentity identityOf(const Types::LocalTag& tag);
 /// @param tags  of the partition that the property is in.
 PropertyIdentity identityOf(const MetaMetadata::AbstractMetaAttribute& attribute,
                             const Metadata::PartitionDictionary& tags);
-
-/// What an empty element stands for, or an empty part of a value.
-enum class EmptyParts : unsigned char {
-    missing, ///< nothing: no value is made, or a value that needs the part is refused
-    values,  ///< text or bytes of no length
-};
 
 /// What is known of a document besides its elements.
 class Supplement {

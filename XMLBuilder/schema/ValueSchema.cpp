@@ -1,15 +1,9 @@
 #include "XMLBuilder/schema/ValueSchema.h"
 
-#include "XMLBuilder/format/CompoundFields.h"
-#include "XMLBuilder/format/ValueForms.h"
-#include "host/base/Text.h"
-#include "host/xmlutils/XmlText.h"
+#include "XMLBuilder/format/NumberText.h"
+#include "XMLBuilder/forms/ValueForms.h"
 
-#include <cstddef>
-#include <initializer_list>
-#include <limits>
 #include <string>
-#include <type_traits>
 
 namespace Corvid::XMLBuilder {
 
@@ -17,136 +11,60 @@ namespace {
 
 using xercesc::DOMElement;
 
-std::u16string fromAscii(const char* text) {
-    return {text, text + std::char_traits<char>::length(text)};
-}
-
-template <class Number> std::u16string toText(Number number) {
-    return fromAscii(std::to_string(number).c_str());
-}
-
 constexpr const XMLCh* basicOrExtendedUmid = u"UMID32or64";
 
-/// The value type that is named like a number, in whose range the others have theirs.
-template <class Number> std::u16string integerType() {
-    return (std::is_signed_v<Number> ? u"Int" : u"UInt") + toText(8 * sizeof(Number));
-}
-
-/// The type of what a part of a compound value holds.
-template <class Content> std::u16string contentType() {
-    if constexpr (std::is_base_of_v<Types::DataType, Content>) {
-        return u"DataStream";
-    } else {
-        return integerType<Content>();
-    }
-}
-
-/// Describes each type in the form that it has.
-class Describer : ValueForms {
+/// Defines a type for each value type, as its form describes it.
+class Describer {
 public:
     explicit Describer(SchemaSet& schemas) : schemas_(schemas), types_(schemas.of(Names::types)) {}
 
     void describeAll() {
-#define CORVID_VALUE_TYPE(Class, Id, Form) describe<Types::Class>(u"" #Class, Form{});
+#define CORVID_VALUE_TYPE(Class, Id, Form)                                                         \
+    define(u"" #Class, ValueForms::Form::describe(As<Types::Class>{}));
 #include "host/types/ValueTypes.def"
-        describeIdentifier(basicOrExtendedUmid,
-                           {Types::UMID32::fixedSize, Types::UMID64::fixedSize});
+        define(basicOrExtendedUmid, ValueForms::IdentifierText::describe(
+                                        {Types::UMID32::fixedSize, Types::UMID64::fixedSize}));
     }
 
 private:
-    DOMElement& restrict(const XMLCh* name, const std::u16string& base) {
-        auto& type = types_.define(u"xs:simpleType", name);
-        return types_.add(type, u"xs:restriction", {{u"base", base}});
-    }
-
-    /// Restricts xs:integer and not xs:unsignedByte and the like, in which some validators refuse
-    /// a sign and white space.
-    template <class T> void describe(const XMLCh* name, Integer) {
-        using Number = std::decay_t<decltype(std::declval<const T&>().value())>;
-        if constexpr (std::is_same_v<Number, bool>) {
-            types_.add(restrict(name, u"xs:string"), u"xs:pattern", {{u"value", u"[01]"}});
-        } else if (integerType<Number>() != name) {
-            restrict(name, types_.refer(Names::types, integerType<Number>()));
-        } else {
-            using Limits = std::numeric_limits<Number>;
-            auto& range = restrict(name, u"xs:integer");
-            types_.add(range, u"xs:minInclusive", {{u"value", toText(Limits::min())}});
-            types_.add(range, u"xs:maxInclusive", {{u"value", toText(Limits::max())}});
+    void define(const XMLCh* name, const SimpleType& type) {
+        const bool isOfXml = type.base.compare(0, 3, u"xs:") == 0;
+        auto& restriction =
+            types_.add(types_.define(u"xs:simpleType", name), u"xs:restriction",
+                       {{u"base", isOfXml ? type.base : types_.refer(Names::types, type.base)}});
+        for (const auto& facet : type.facets) {
+            types_.add(restriction, facet.name, {{u"value", facet.value}});
         }
     }
 
-    template <class> void describe(const XMLCh* name, PackedVersion) {
-        restrict(name, types_.refer(Names::types, integerType<Types::u16>()));
-    }
-
-    template <class> void describe(const XMLCh* name, Bytes) { restrict(name, u"xs:hexBinary"); }
-    /// A code unit of the narrow text has 8 bits. U+FFFD stands for one that XML can't hold.
-    template <class T> void describe(const XMLCh* name, Text) {
-        auto& type = restrict(name, u"xs:string");
-        if constexpr (std::is_same_v<T, Types::ISO7String>) {
-            types_.add(type, u"xs:pattern", {{u"value", u"[\\t\\n\\r -\u00FF\uFFFD]*"}});
-        }
-    }
-    template <class> void describe(const XMLCh* name, CodeUnit) {
-        auto& type = restrict(name, u"xs:string");
-        types_.add(type, u"xs:maxLength", {{u"value", u"1"}});
-        // A character beyond U+FFFF has two code units, but in some validators a length of 1.
-        types_.add(type, u"xs:pattern", {{u"value", u"[^\U00010000-\U0010FFFF]?"}});
-    }
-
-    /// @param sizes  how many bytes it may have.
-    void describeIdentifier(const XMLCh* name, std::initializer_list<std::size_t> sizes) {
-        auto& type = restrict(name, u"xs:token");
-        for (const std::size_t size : sizes) {
-            types_.add(
-                type, u"xs:pattern",
-                {{u"value", u"[0-9a-fA-F]{2}(\\.[0-9a-fA-F]{2}){" + toText(size - 1) + u"}"}});
-        }
-    }
-    template <class T> void describe(const XMLCh* name, IdentifierText) {
-        describeIdentifier(name, {T::fixedSize});
-    }
-    template <class T> void describe(const XMLCh* name, AttributeIdentifier) {
-        describe<T>(name, IdentifierText{});
-    }
-
-    /// References are links or sets, collections have a type for each of their properties.
-    template <class> void describe(const XMLCh*, ReferenceText) {}
-    template <class> void describe(const XMLCh*, Collection) {}
-
-    template <class T> void describe(const XMLCh* name, Compound) {
-        auto& type = types_.define(u"xs:complexType", name);
-        auto& parts = types_.add(type, u"xs:sequence");
-        if constexpr (std::is_same_v<T, Types::RGBALayout>) {
-            const std::u16string places = toText(T::placesInXml);
-            auto& component = types_.add(
+    void define(const XMLCh* name, const CompoundType& type) {
+        auto& outer = types_.add(types_.define(u"xs:complexType", name), u"xs:sequence");
+        auto& document = schemas_.of(type.names);
+        auto& parts = type.wrapper == nullptr ? outer : addWrapper(outer, type, document);
+        for (const auto& part : type.parts) {
+            document.add(
                 parts, u"xs:element",
-                {{u"name", u"RGBAComponent"}, {u"minOccurs", places}, {u"maxOccurs", places}});
-            auto& inner = types_.add(types_.add(component, u"xs:complexType"), u"xs:sequence");
-            const std::u16string byte = types_.refer(Names::types, integerType<Types::u8>());
-            for (const XMLCh* part : {u"Code", u"Depth"}) {
-                types_.add(inner, u"xs:element", {{u"name", part}, {u"type", byte}});
-            }
-        } else {
-            using F = Fields<T>;
-            auto& document = schemas_.of(F::names);
-            DOMElement* sequence = &parts;
-            if (F::wrapper.name != nullptr) {
-                const std::u16string wrapper = Names::localPart(F::wrapper.name);
-                types_.add(parts, u"xs:element", {{u"ref", types_.refer(F::names, wrapper)}});
-                auto& inner =
-                    document.add(document.define(u"xs:element", wrapper), u"xs:complexType");
-                sequence = &document.add(inner, u"xs:sequence");
-            }
-            const auto addPart = [&](const auto& field) {
-                using Content = typename StoredContent<T, decltype(field.get)>::Type;
-                document.add(*sequence, u"xs:element",
-                             {{u"name", Names::localPart(field.name)},
-                              {u"type", document.refer(Names::types, contentType<Content>())}});
-            };
-            std::apply([&](const auto&... field) { (addPart(field), ...); }, F::list);
+                {{u"name", part.name}, {u"type", document.refer(Names::types, part.type)}});
         }
     }
+
+    /// The sequence in the element around the parts. One that is there once is an element of its
+    /// namespace, as documents have it.
+    DOMElement& addWrapper(DOMElement& outer, const CompoundType& type, SchemaDocument& document) {
+        const std::u16string name = Names::localPart(type.wrapper);
+        DOMElement* wrapper = nullptr;
+        if (type.times == 1) {
+            types_.add(outer, u"xs:element", {{u"ref", types_.refer(type.names, name)}});
+            wrapper = &document.define(u"xs:element", name);
+        } else {
+            const std::u16string times = DecimalText(type.times).c_str();
+            wrapper = &types_.add(outer, u"xs:element",
+                                  {{u"name", name}, {u"minOccurs", times}, {u"maxOccurs", times}});
+        }
+        return document.add(document.add(*wrapper, u"xs:complexType"), u"xs:sequence");
+    }
+
+    void define(const XMLCh*, NoType) {}
 
     SchemaSet& schemas_;
     SchemaDocument& types_;
@@ -157,7 +75,8 @@ private:
 void describeValues(SchemaSet& schemas) { Describer(schemas).describeAll(); }
 
 std::u16string schemaTypeOf(Types::Identifiers::Identifier type, SchemaDocument& document) {
-    return document.refer(Names::types, fromAscii(Types::Identifiers::typeName(type)));
+    const std::string name = Types::Identifiers::typeName(type);
+    return document.refer(Names::types, std::u16string(name.begin(), name.end()));
 }
 
 std::u16string schemaTypeOf(Types::Identifiers::Identifier type, const std::u16string& localName,

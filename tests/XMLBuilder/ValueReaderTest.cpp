@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/ValueParser.h"
+#include "XMLBuilder/reader/values/ValueParser.h"
 
 #include "tests/XMLBuilder/ParsedDocument.h"
 #include "tests/XMLBuilder/Things.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/reader/Supplement.h"
+#include "XMLBuilder/format/EmptyParts.h"
 #include "host/types/Identifiers.h"
 
 #include <initializer_list>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/reader/Reading.h"
-#include "host/types/DataType.h"
+#include "XMLBuilder/reader/values/ValueInput.h"
 #include "host/types/Identifiers.h"
 
 namespace Corvid::XMLBuilder {
@@ -18,9 +18,7 @@ namespace Corvid::XMLBuilder {
 ///                        value that must be there is missing.
 /// @throws LimitExceeded  the value has more bytes than a property of a local set can hold
 ///                        (SMPTE ST 377-1).
-Templates::auto_ptr<Types::SimpleDataType> parseValue(Reading& reading,
-                                                      Types::Identifiers::Identifier type,
-                                                      const DocumentNode& node,
-                                                      EmptyParts empty = EmptyParts::missing);
+ParsedValue parseValue(Reading& reading, Types::Identifiers::Identifier type,
+                       const DocumentNode& node, EmptyParts empty = EmptyParts::missing);
 
 } // namespace Corvid::XMLBuilder
