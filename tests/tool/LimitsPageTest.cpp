@@ -9,6 +9,9 @@
 #include "host/mxf/PrimerPack.h"
 #include "host/mxf/RandomIndexPack.h"
 #include "host/mxf/SetReader.h"
+#include "host/mxf/rewrite/InPlaceForm.h"
+#include "host/mxf/rewrite/RewritableFile.h"
+#include "host/mxf/rewrite/disk/Journal.h"
 #include "host/types/ByteRuns.h"
 #include "host/xmlutils/LoadDocument.h"
 #include "inspection/Summary.h"
@@ -62,6 +65,9 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(mxf::, greatestRandomIndexPack),
         CORVID_LIMIT(mxf::, greatestWalk),
         CORVID_LIMIT(mxf::, greatestEssenceContainerCount),
+        CORVID_LIMIT(mxf::, greatestGrowthStep),
+        CORVID_LIMIT(mxf::, greatestTail),
+        CORVID_LIMIT(mxf::Journal::, greatestRuns),
         CORVID_LIMIT(Tool::, greatestDictionary),
         CORVID_LIMIT(MetaMetadata::, deepestInheritance),
         CORVID_LIMIT(MetaMetadata::, mostNamespaces),

@@ -22,6 +22,18 @@ struct FileStatus {
     friend bool operator!=(const FileStatus& a, const FileStatus& b) noexcept { return !(a == b); }
 };
 
+/// Bytes of a file that are there, between holes.
+struct DataRun {
+    std::uint64_t begin = 0; ///< in bytes from the front of the file
+    std::uint64_t end = 0;   ///< after the last one
+
+    friend bool operator==(const DataRun& a, const DataRun& b) noexcept {
+        return a.begin == b.begin && a.end == b.end;
+    }
+};
+
+using DataRuns = Templates::vector<DataRun>;
+
 /// The calls by which files are changed. What they do is on the disk only after sync() and
 /// syncFolderOf().
 ///
@@ -53,6 +65,19 @@ public:
     virtual void resize(int file, std::uint64_t size) = 0;
     /// Returns when content and size of the file are on the disk.
     virtual void sync(int file) = 0;
+
+    /// The size of the blocks that can be inserted into a file, in bytes; 0 where none can.
+    virtual std::uint64_t insertionBlock(int file) = 0;
+    /// Inserts a hole; what follows moves towards the end. Offset and size are whole blocks.
+    /// @return false where the file system refuses; then nothing has changed.
+    virtual bool insert(int file, std::uint64_t offset, std::uint64_t size) = 0;
+    /// Takes out blocks; what follows moves towards the front.
+    virtual void collapse(int file, std::uint64_t offset, std::uint64_t size) = 0;
+    /// Makes a hole of blocks.
+    virtual void clear(int file, std::uint64_t offset, std::uint64_t size) = 0;
+    /// The first run of data that ends after an offset, as far as it is after it; nothing where
+    /// only a hole follows.
+    virtual std::optional<DataRun> nextData(int file, std::uint64_t offset) = 0;
 
     /// Copies bytes from one file to another, past holes if there are any.
     virtual void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
@@ -86,6 +111,7 @@ public:
     void write(const ByteRanges& ranges) const;
     void resize(std::uint64_t size) const { system_.resize(number_, size); }
     void sync() const { system_.sync(number_); }
+    FileSystem& system() const noexcept { return system_; }
 
 private:
     FileSystem& system_;

@@ -1,6 +1,7 @@
 #include "host/mxf/rewrite/disk/InPlace.h"
 
 #include "host/base/Exceptions.h"
+#include "host/mxf/rewrite/disk/Blocks.h"
 #include "host/mxf/rewrite/disk/Journal.h"
 
 namespace Corvid::mxf {
@@ -8,6 +9,7 @@ namespace Corvid::mxf {
 namespace {
 
 using Access = FileSystem::Access;
+using Phase = Journal::Phase;
 
 void requireAsPlanned(const OpenFile& file, const std::string& path, const FileStatus& planned) {
     if (file.status() != planned) {
@@ -16,84 +18,156 @@ void requireAsPlanned(const OpenFile& file, const std::string& path, const FileS
     }
 }
 
-std::string unfinishedName(const std::string& path) { return path + ".new"; }
+/// A file and the journal beside it.
+class Change {
+public:
+    /// @param path  of the file, without symbolic links.
+    Change(FileSystem& system, const OpenFile& file, Journal journal, const std::string& path)
+        : system_(system), file_(file), journal_(std::move(journal)), path_(Journal::pathFor(path)),
+          unfinishedPath_(path_ + ".new") {}
 
-/// Makes the journal appear on the disk as a whole.
-void store(FileSystem& system, const Bytes& journal, const std::string& path) {
-    const std::string unfinished = unfinishedName(path);
-    {
-        const OpenFile file(system, unfinished, Access::create);
-        system.writeAt(file.number(), 0, viewOf(journal));
-        file.sync();
+    /// Makes the journal appear on the disk as a whole.
+    void begin() {
+        writeJournal();
+        system_.renameToNew(unfinishedPath_, path_);
+        system_.syncFolderOf(path_);
     }
-    system.renameToNew(unfinished, path);
-    system.syncFolderOf(path);
-}
 
-void drop(FileSystem& system, const std::string& path) {
-    system.remove(path);
-    system.syncFolderOf(path);
-}
-
-/// Removes what is left of a journal that was not needed. That it stays is no harm: the file is as
-/// it was.
-void forget(FileSystem& system, const std::string& path) {
-    for (const std::string& name : {path, unfinishedName(path)}) {
-        try {
-            if (system.find(name)) {
-                system.remove(name);
+    /// Makes the file what it is to be.
+    /// @return false where the file system inserts no blocks; then nothing has changed.
+    bool forward() {
+        const Insertion& insertion = journal_.insertion;
+        if (insertion.size != 0) {
+            if (!system_.insert(file_.number(), insertion.offset, insertion.size)) {
+                return false;
             }
-        } catch (const Exceptions::IOError&) {
-            return;
+            // What is written next counts on the blocks.
+            file_.sync();
+            enter(Phase::writing);
+        }
+        file_.resize(journal_.newSize);
+        file_.write(journal_.after);
+        file_.sync();
+        return true;
+    }
+
+    /// Makes the file what it was.
+    void back() {
+        if (journal_.insertion.size != 0) {
+            takeOut();
+        }
+        file_.write(journal_.before);
+        file_.resize(journal_.status.size);
+        file_.sync();
+    }
+
+    /// Lets forward() begin again, after back().
+    void beginAgain() {
+        if (journal_.insertion.size != 0) {
+            journal_.data = dataFrom(file_, journal_.insertion.offset);
+            enter(Phase::inserting);
         }
     }
-}
 
-void bring(const OpenFile& file, const Journal& journal, RecoveryGoal goal) {
-    if (goal == RecoveryGoal::before) {
-        file.write(journal.before);
-        file.resize(journal.status.size);
-    } else {
-        file.resize(journal.newSize);
-        file.write(journal.after);
+    void end() {
+        system_.remove(path_);
+        system_.syncFolderOf(path_);
     }
-    file.sync();
-}
+
+    /// Removes what is left of a journal that was not needed. That it stays is no harm: the file is
+    /// as it was.
+    void forget() {
+        for (const std::string& name : {path_, unfinishedPath_}) {
+            try {
+                if (system_.find(name)) {
+                    system_.remove(name);
+                }
+            } catch (const Exceptions::IOError&) {
+                return;
+            }
+        }
+    }
+
+private:
+    void writeJournal() {
+        const OpenFile file(system_, unfinishedPath_, Access::create);
+        system_.writeAt(file.number(), 0, viewOf(journal_.coded()));
+        file.sync();
+    }
+
+    void enter(Phase phase) {
+        journal_.phase = phase;
+        writeJournal();
+        system_.renameOver(unfinishedPath_, path_);
+        system_.syncFolderOf(path_);
+    }
+
+    /// Takes the inserted blocks out, however many of them are there.
+    void takeOut() {
+        const Insertion& insertion = journal_.insertion;
+        if (journal_.phase == Phase::writing) {
+            // A hole again, as it was inserted: so it can be found when it is taken out in part.
+            file_.resize(journal_.status.size + insertion.size);
+            system_.clear(file_.number(), insertion.offset, insertion.size);
+            file_.sync();
+            journal_.data =
+                withoutHole(dataFrom(file_, insertion.offset), insertion.offset, insertion.size);
+            enter(Phase::removing);
+        }
+        // The file is longer from the beginning of an insertion to the end of its removal.
+        if (file_.status().size != journal_.status.size) {
+            const auto hole =
+                findHole(journal_.data, dataFrom(file_, insertion.offset), insertion.size);
+            if (hole) {
+                system_.collapse(file_.number(), *hole, insertion.size);
+            }
+            file_.resize(journal_.status.size);
+            file_.sync();
+        }
+    }
+
+    FileSystem& system_;
+    const OpenFile& file_;
+    Journal journal_;
+    std::string path_;
+    std::string unfinishedPath_;
+};
 
 } // namespace
 
-void rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& rewrite,
+bool rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& rewrite,
                     const FileStatus& planned) {
     if (rewrite.isEmpty()) {
-        return;
+        return true;
     }
     const std::string target = system.resolve(path);
-    const std::string journalPath = Journal::pathFor(target);
     requireFinished(system, path);
     const OpenFile file(system, target, Access::write);
     requireAsPlanned(file, path, planned);
-    const Journal journal = Journal::of(file, rewrite);
+    Change change(system, file, Journal::of(file, rewrite), target);
     try {
-        store(system, journal.coded(), journalPath);
+        change.begin();
         requireAsPlanned(file, path, planned);
     } catch (const Exceptions::BaseException&) {
-        forget(system, journalPath);
+        change.forget();
         throw;
     }
+    bool isDone = false;
     try {
-        bring(file, journal, RecoveryGoal::after);
-    } catch (const Exceptions::IOError& error) {
+        isDone = change.forward();
+    } catch (const Exceptions::BaseException& error) {
         const std::string reason = Platform::toUtf8(error.message());
         try {
-            bring(file, journal, RecoveryGoal::before);
-            drop(system, journalPath);
-        } catch (const Exceptions::IOError&) {
+            change.back();
+            change.end();
+        } catch (const Exceptions::BaseException&) {
             throw Exceptions::IOError(
                 reason + "; " + path + " is changed in part, run corvid recover", CORVID_HERE);
         }
         throw;
     }
-    drop(system, journalPath);
+    change.end();
+    return isDone;
 }
 
 bool needsRecovery(FileSystem& system, const std::string& path) {
@@ -115,7 +189,7 @@ bool recover(FileSystem& system, const std::string& path, RecoveryGoal goal) {
     if (!found) {
         return false;
     }
-    const Journal journal =
+    Journal journal =
         Journal::parse(OpenFile(system, journalPath, Access::read).read(0, found->size));
     const OpenFile file(system, target, Access::write);
     if (!journal.isOf(file)) {
@@ -124,8 +198,20 @@ bool recover(FileSystem& system, const std::string& path, RecoveryGoal goal) {
                 " as it is, so nothing was changed: the file has been replaced or changed since",
             CORVID_HERE);
     }
-    bring(file, journal, goal);
-    drop(system, journalPath);
+    const bool inserts = journal.insertion.size != 0;
+    Change change(system, file, std::move(journal), target);
+    if (goal == RecoveryGoal::before || inserts) {
+        change.back();
+    }
+    if (goal == RecoveryGoal::after) {
+        change.beginAgain();
+        if (!change.forward()) {
+            throw Exceptions::IOError("the file system does not insert blocks into " + path +
+                                          ", so it is as it was before the change",
+                                      CORVID_HERE);
+        }
+    }
+    change.end();
     return true;
 }
 

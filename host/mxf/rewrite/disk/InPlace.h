@@ -10,13 +10,16 @@ namespace Corvid::mxf {
 /// Where the process or the machine dies meanwhile, recover() finishes it one way or the other;
 /// where a write fails, the file is brought back at once.
 /// @param path     symbolic links are followed.
+/// @param rewrite  of inPlaceForm().
 /// @param planned  what the file's status was when the rewrite was planned.
+/// @return false where the file system does not insert blocks as the rewrite asks; then nothing has
+///         changed.
 /// @throws InvalidFormat    an earlier change was not finished.
-/// @throws InvalidArgument  the file has changed since the rewrite was planned, or the rewrite
-///                          inserts bytes.
+/// @throws InvalidArgument  the file has changed since the rewrite was planned.
+/// @throws LimitExceeded    the file has too many holes to insert blocks before them.
 /// @throws IOError          reading or writing fails; the message says so where the file could not
 ///                          be brought back.
-CORVID_EXPORT void rewriteInPlace(FileSystem& system, const std::string& path,
+CORVID_EXPORT bool rewriteInPlace(FileSystem& system, const std::string& path,
                                   const Rewrite& rewrite, const FileStatus& planned);
 
 /// Whether a change of the file was not finished.

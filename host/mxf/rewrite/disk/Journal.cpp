@@ -1,6 +1,7 @@
 #include "host/mxf/rewrite/disk/Journal.h"
 
 #include "host/base/Exceptions.h"
+#include "host/mxf/rewrite/disk/Blocks.h"
 #include "host/types/FixedBytes.h"
 
 #include <algorithm>
@@ -38,6 +39,14 @@ public:
         }
     }
 
+    void take(const DataRuns& runs) {
+        take(runs.size());
+        for (const DataRun& run : runs) {
+            take(run.begin);
+            take(run.end);
+        }
+    }
+
     Bytes bytes;
 };
 
@@ -69,15 +78,27 @@ public:
         }
         return result;
     }
+    DataRuns runs() {
+        DataRuns result;
+        for (Types::u64 count = number(); count != 0; --count) {
+            const Types::u64 begin = number();
+            result.push_back({begin, number()});
+        }
+        return result;
+    }
 
 private:
     Types::ByteView left_;
 };
 
 /// The hash of a file's front without the bytes that change.
-Journal::Hash frontOf(const OpenFile& file, std::uint64_t size, const ByteRanges& changes) {
-    Bytes front = file.read(0, std::min(size, frontSize));
-    for (const ByteRange& change : changes) {
+Journal::Hash frontOf(const OpenFile& file, const Journal& journal) {
+    std::uint64_t size = std::min(journal.status.size, frontSize);
+    if (journal.insertion.size != 0) {
+        size = std::min(size, journal.insertion.offset);
+    }
+    Bytes front = file.read(0, size);
+    for (const ByteRange& change : journal.after) {
         const std::uint64_t begin = std::min<std::uint64_t>(change.offset, front.size());
         const std::uint64_t end = std::min<std::uint64_t>(change.end(), front.size());
         std::fill(front.begin() + static_cast<std::ptrdiff_t>(begin),
@@ -86,42 +107,73 @@ Journal::Hash frontOf(const OpenFile& file, std::uint64_t size, const ByteRanges
     return hashOf(viewOf(front));
 }
 
+/// Adds the bytes of a file between two offsets, as far as they are there.
+void addBefore(ByteRanges& before, const OpenFile& file, std::uint64_t begin, std::uint64_t end,
+               std::uint64_t size) {
+    end = std::min(end, size);
+    if (begin < end) {
+        before.push_back({begin, file.read(begin, end - begin)});
+    }
+}
+
 } // namespace
 
 Journal Journal::of(const OpenFile& file, const Rewrite& rewrite) {
     Journal journal;
     journal.status = file.status();
     journal.newSize = rewrite.newSize();
-    if (!rewrite.insertions.empty() || rewrite.oldSize != journal.status.size) {
+    if (rewrite.insertions.size() > 1 || rewrite.oldSize != journal.status.size) {
         throw Exceptions::InvalidArgument("the rewrite is not one of this file in place",
                                           CORVID_HERE);
     }
+    if (!rewrite.insertions.empty()) {
+        journal.insertion = rewrite.insertions.front();
+        journal.data = dataFrom(file, journal.insertion.offset);
+        if (journal.data.size() > greatestRuns) {
+            throw Exceptions::LimitExceeded("the file has more than " +
+                                                std::to_string(greatestRuns) + " runs of data",
+                                            CORVID_HERE);
+        }
+    }
+    const std::uint64_t begin = journal.insertion.offset;
+    const std::uint64_t size = journal.insertion.size;
+    const std::uint64_t oldSize = rewrite.oldSize;
     for (const ByteRange& range : rewrite.writes) {
-        const std::uint64_t end = std::min(range.end(), rewrite.oldSize);
-        if (range.offset < end) {
-            journal.before.push_back({range.offset, file.read(range.offset, end - range.offset)});
+        if (size == 0) {
+            addBefore(journal.before, file, range.offset, range.end(), oldSize);
+        } else {
+            addBefore(journal.before, file, range.offset, std::min(range.end(), begin), oldSize);
+            if (range.end() > begin + size) {
+                addBefore(journal.before, file, std::max(range.offset, begin + size) - size,
+                          range.end() - size, oldSize);
+            }
         }
     }
     journal.after = rewrite.writes;
-    journal.front = frontOf(file, rewrite.oldSize, journal.after);
+    journal.front = frontOf(file, journal);
     return journal;
 }
 
 Bytes Journal::coded() const {
-    Writer writer;
-    append(writer.bytes, {magic.data(), magic.size()});
-    writer.take(version);
-    writer.take(status.size);
-    writer.take(status.inode);
-    writer.take(static_cast<Types::u64>(status.modified));
-    writer.take(static_cast<Types::u64>(status.changed));
-    writer.take(newSize);
-    append(writer.bytes, {front.data(), front.size()});
-    writer.take(before);
-    writer.take(after);
-    const Hash hash = hashOf(viewOf(writer.bytes));
-    append(writer.bytes, {hash.data(), hash.size()});
-    return std::move(writer.bytes);
+    Writer content;
+    append(content.bytes, {magic.data(), magic.size()});
+    content.take(version);
+    content.take(status.size);
+    content.take(status.inode);
+    content.take(static_cast<Types::u64>(status.modified));
+    content.take(static_cast<Types::u64>(status.changed));
+    content.take(newSize);
+    append(content.bytes, {front.data(), front.size()});
+    content.take(before);
+    content.take(after);
+    content.take(static_cast<Types::u64>(phase));
+    content.take(insertion.offset);
+    content.take(insertion.size);
+    content.take(data);
+
+    const Hash hash = hashOf(viewOf(content.bytes));
+    append(content.bytes, {hash.data(), hash.size()});
+    return std::move(content.bytes);
 }
 
 Journal Journal::parse(const Bytes& bytes) {
@@ -129,26 +181,30 @@ Journal Journal::parse(const Bytes& bytes) {
         !std::equal(magic.begin(), magic.end(), bytes.begin())) {
         refuse("is none of Corvid");
     }
-    const Types::ByteView content{bytes.data(), bytes.size() - sizeof(Hash)};
-    const Hash hash = hashOf(content);
-    if (!std::equal(hash.begin(), hash.end(), content.data + content.size)) {
+    const Types::ByteView whole{bytes.data(), bytes.size() - sizeof(Hash)};
+    const Hash hash = hashOf(whole);
+    if (!std::equal(hash.begin(), hash.end(), whole.data + whole.size)) {
         refuse("is damaged: its hash is not that of its content");
     }
-    Reader reader(content);
-    reader.bytes(magic.size());
-    if (reader.number() != version) {
+    Reader content(whole);
+    content.bytes(magic.size());
+    if (content.number() != version) {
         refuse("is of another version of Corvid");
     }
     Journal journal;
-    journal.status.size = reader.number();
-    journal.status.inode = reader.number();
-    journal.status.modified = static_cast<std::int64_t>(reader.number());
-    journal.status.changed = static_cast<std::int64_t>(reader.number());
-    journal.newSize = reader.number();
-    const Types::ByteView front = reader.bytes(journal.front.size());
+    journal.status.size = content.number();
+    journal.status.inode = content.number();
+    journal.status.modified = static_cast<std::int64_t>(content.number());
+    journal.status.changed = static_cast<std::int64_t>(content.number());
+    journal.newSize = content.number();
+    const Types::ByteView front = content.bytes(journal.front.size());
     std::copy_n(front.data, front.size, journal.front.begin());
-    journal.before = reader.ranges();
-    journal.after = reader.ranges();
+    journal.before = content.ranges();
+    journal.after = content.ranges();
+    journal.phase = static_cast<Phase>(content.number());
+    journal.insertion.offset = content.number();
+    journal.insertion.size = content.number();
+    journal.data = content.runs();
     return journal;
 }
 
@@ -156,7 +212,7 @@ bool Journal::isOf(const OpenFile& file) const {
     const FileStatus found = file.status();
     // While it is written, a file that becomes longer may have any size in between.
     return found.inode == status.inode && found.size >= status.size && found.size <= newSize &&
-           frontOf(file, status.size, after) == front;
+           frontOf(file, *this) == front;
 }
 
 std::string Journal::pathFor(const std::string& path) {

@@ -17,13 +17,27 @@ struct CORVID_EXPORT Journal {
     FileStatus status; ///< of the file before
     std::uint64_t newSize = 0;
     Hash front{};      ///< of the bytes at the file's front that do not change
-    ByteRanges before; ///< the bytes that change, as they were
+    ByteRanges before; ///< the bytes that change, as they were and where
     ByteRanges after;  ///< and as they will be
 
+    /// How far a change with an insertion is.
+    enum class Phase : unsigned char {
+        inserting, ///< nothing is written, and the blocks may be inserted in part
+        writing,   ///< the blocks are inserted
+        removing,  ///< the blocks are cleared, and may be taken out in part
+    };
+    Phase phase = Phase::inserting;
+    Insertion insertion; ///< of blocks, before anything is written; its size is 0 for none
+    DataRuns data;       ///< from the insertion on, in whole blocks, where nothing is inserted
+
     /// What takes a file through a rewrite in place.
-    /// @throws InvalidArgument  the rewrite inserts bytes, or is of a file of another size.
+    /// @throws InvalidArgument  the rewrite is not of inPlaceForm(), or of a file of another size.
+    /// @throws LimitExceeded    the file has more than greatestRuns runs of data.
     /// @throws IOError          the file can't be read.
     static Journal of(const OpenFile& file, const Rewrite& rewrite);
+
+    /// The most runs of data that a file may have after an insertion.
+    static constexpr std::size_t greatestRuns = 100000;
 
     /// Reads what coded() gave.
     /// @throws InvalidFormat  the bytes are not such a journal, or not all of it.

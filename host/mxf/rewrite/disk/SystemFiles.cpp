@@ -1,5 +1,6 @@
 #include "host/mxf/rewrite/disk/SystemFiles.h"
 
+#include "host/base/Exceptions.h"
 #include "host/dataio/FileDescriptor.h"
 
 #include <algorithm>
@@ -8,8 +9,11 @@
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <linux/falloc.h>
+#include <linux/magic.h>
 #include <memory>
 #include <sys/stat.h>
+#include <sys/statfs.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
@@ -18,6 +22,8 @@ namespace Corvid::mxf {
 namespace {
 
 using DataIO::throwSystemError;
+
+constexpr unsigned long xfsMagic = 0x58465342; ///< which linux/magic.h lacks
 
 /// Calls until no signal interrupts.
 template <class Call> auto uninterrupted(Call call) {
@@ -160,48 +166,103 @@ void SystemFiles::sync(int file) {
     }
 }
 
+std::uint64_t SystemFiles::insertionBlock(int file) {
+    struct statfs found {};
+    if (::fstatfs(file, &found) != 0) {
+        throwSystemError("can't look at the file system of " + nameOf(file), errno);
+    }
+    const bool inserts =
+        found.f_type == EXT4_SUPER_MAGIC || static_cast<unsigned long>(found.f_type) == xfsMagic;
+    return inserts ? static_cast<std::uint64_t>(found.f_bsize) : 0;
+}
+
+bool SystemFiles::insert(int file, std::uint64_t offset, std::uint64_t size) {
+    if (uninterrupted([&] {
+            return ::fallocate(file, FALLOC_FL_INSERT_RANGE, offsetOf(offset), offsetOf(size));
+        }) == 0) {
+        return true;
+    }
+    if (errno == EOPNOTSUPP || errno == EINVAL) {
+        return false;
+    }
+    throwSystemError("can't insert blocks into " + nameOf(file), errno);
+}
+
+void SystemFiles::collapse(int file, std::uint64_t offset, std::uint64_t size) {
+    if (uninterrupted([&] {
+            return ::fallocate(file, FALLOC_FL_COLLAPSE_RANGE, offsetOf(offset), offsetOf(size));
+        }) != 0) {
+        throwSystemError("can't take blocks out of " + nameOf(file), errno);
+    }
+}
+
+void SystemFiles::clear(int file, std::uint64_t offset, std::uint64_t size) {
+    if (uninterrupted([&] {
+            return ::fallocate(file, FALLOC_FL_PUNCH_HOLE | FALLOC_FL_KEEP_SIZE, offsetOf(offset),
+                               offsetOf(size));
+        }) != 0) {
+        throwSystemError("can't clear blocks of " + nameOf(file), errno);
+    }
+}
+
+std::optional<DataRun> SystemFiles::nextData(int file, std::uint64_t offset) {
+    const off_t data = ::lseek(file, offsetOf(offset), SEEK_DATA);
+    if (data < 0 && errno == ENXIO) {
+        return std::nullopt;
+    }
+    // Where a file system does not know its holes, all is data.
+    const off_t hole = data < 0 ? ::lseek(file, 0, SEEK_END) : ::lseek(file, data, SEEK_HOLE);
+    if (hole < 0) {
+        throwSystemError("can't look for the data of " + nameOf(file), errno);
+    }
+    const DataRun run{data < 0 ? offset : static_cast<std::uint64_t>(data),
+                      static_cast<std::uint64_t>(hole)};
+    return run.begin < run.end ? std::optional(run) : std::nullopt;
+}
+
 void SystemFiles::copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
                             std::uint64_t size) {
     const std::uint64_t end = offset + size;
-    constexpr std::size_t bufferSize = 1024 * 1024;
-    Bytes buffer;
-    bool canCopy = true;
-    for (std::uint64_t position = offset; position < end;) {
-        // Where a file system does not know its holes, all is data.
-        const off_t data = ::lseek(from, offsetOf(position), SEEK_DATA);
-        if (data < 0 && errno == ENXIO) {
+    std::uint64_t position = offset;
+    while (position < end) {
+        const auto run = nextData(from, position);
+        if (!run || run->begin >= end) {
             return;
         }
-        const off_t hole = data < 0 ? -1 : ::lseek(from, data, SEEK_HOLE);
-        std::uint64_t next = data < 0 ? position : static_cast<std::uint64_t>(data);
-        const std::uint64_t stop = hole < 0 ? end : std::min(end, static_cast<std::uint64_t>(hole));
-        while (next < stop) {
-            const auto wanted =
-                static_cast<std::size_t>(std::min<std::uint64_t>(stop - next, INT_MAX));
-            if (canCopy) {
-                loff_t in = offsetOf(next);
-                loff_t out = offsetOf(toOffset + (next - offset));
-                const ssize_t n = uninterrupted(
-                    [&] { return ::copy_file_range(from, &in, to, &out, wanted, 0); });
-                if (n > 0) {
-                    next += static_cast<std::uint64_t>(n);
-                    continue;
-                }
-                if (n < 0 && (errno == ENOSPC || errno == EIO || errno == EDQUOT)) {
-                    throwSystemError("can't write " + nameOf(to), errno);
-                }
-                canCopy = false;
-            }
-            buffer.resize(bufferSize);
-            const std::size_t got =
-                readAt(from, next, buffer.data(), std::min(wanted, buffer.size()));
-            if (got == 0) {
-                throwSystemError("can't read " + nameOf(from), EIO);
-            }
-            writeAt(to, toOffset + (next - offset), {buffer.data(), got});
-            next += got;
+        const std::uint64_t stop = std::min(run->end, end);
+        copyData(from, run->begin, to, toOffset + (run->begin - offset), stop - run->begin);
+        position = stop;
+    }
+}
+
+void SystemFiles::copyData(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
+                           std::uint64_t size) {
+    constexpr std::size_t bufferSize = 1024 * 1024;
+    std::uint64_t done = 0;
+    while (done != size) {
+        loff_t in = offsetOf(offset + done);
+        loff_t out = offsetOf(toOffset + done);
+        const auto wanted = static_cast<std::size_t>(std::min<std::uint64_t>(size - done, INT_MAX));
+        const ssize_t n =
+            uninterrupted([&] { return ::copy_file_range(from, &in, to, &out, wanted, 0); });
+        if (n < 0 && (errno == ENOSPC || errno == EIO || errno == EDQUOT || errno == EFBIG)) {
+            throwSystemError("can't write " + nameOf(to), errno);
         }
-        position = std::max(stop, next);
+        if (n <= 0) {
+            break; // not between these files
+        }
+        done += static_cast<std::uint64_t>(n);
+    }
+    Bytes buffer(static_cast<std::size_t>(std::min<std::uint64_t>(size - done, bufferSize)));
+    while (done != size) {
+        const std::size_t got =
+            readAt(from, offset + done, buffer.data(),
+                   static_cast<std::size_t>(std::min<std::uint64_t>(size - done, buffer.size())));
+        if (got == 0) {
+            throw Exceptions::IOError(nameOf(from) + " has become shorter", CORVID_HERE);
+        }
+        writeAt(to, toOffset + done, {buffer.data(), got});
+        done += got;
     }
 }
 

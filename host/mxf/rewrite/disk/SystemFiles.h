@@ -16,6 +16,13 @@ public:
     void writeAt(int file, std::uint64_t offset, Types::ByteView bytes) override;
     void resize(int file, std::uint64_t size) override;
     void sync(int file) override;
+    /// Only of file systems that insert blocks by changing their own tables: others offer the call
+    /// and copy behind it.
+    std::uint64_t insertionBlock(int file) override;
+    bool insert(int file, std::uint64_t offset, std::uint64_t size) override;
+    void collapse(int file, std::uint64_t offset, std::uint64_t size) override;
+    void clear(int file, std::uint64_t offset, std::uint64_t size) override;
+    std::optional<DataRun> nextData(int file, std::uint64_t offset) override;
     /// Holes stay holes, and blocks are shared where the file system can.
     void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
                    std::uint64_t size) override;
@@ -27,6 +34,8 @@ public:
 
 private:
     const std::string& nameOf(int file) const;
+    void copyData(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
+                  std::uint64_t size);
 
     Templates::map<int, std::string> names_; ///< of the open files, for messages
 };

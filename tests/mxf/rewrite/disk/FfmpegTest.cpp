@@ -3,6 +3,7 @@
 #include "host/mxf/rewrite/disk/SystemFiles.h"
 
 #include "host/dataio/OpenSource.h"
+#include "host/mxf/rewrite/InPlaceForm.h"
 #include "tests/mxf/rewrite/CarryOut.h"
 #include "tests/support/Paths.h"
 
@@ -80,10 +81,10 @@ protected:
         return edit;
     }
 
-    Rewrite planned(const std::u16string& name) const {
+    Rewrite planned(const std::u16string& name, std::uint64_t blockSize = 1) const {
         const auto source = DataIO::openSource(path_);
         RewritableFile file(*source);
-        return file.plan(companyName(file, name), {512, 1});
+        return file.plan(companyName(file, name), {512, blockSize});
     }
 
     /// @param name  what the company's name begins with.
@@ -114,6 +115,27 @@ TEST_P(Ffmpeg, decodesTheSameAfterTheMetadataHasGrown) {
     const std::string to = (folder_.path() / "new.mxf").string();
     writeNewFile(files_, path_, to, rewrite, *files_.find(path_));
     expectName(to, std::string(100, 'x'));
+}
+
+TEST_P(Ffmpeg, decodesTheSameAfterBlocksWereInserted) {
+    const std::uint64_t block =
+        files_.insertionBlock(OpenFile(files_, path_, FileSystem::Access::read).number());
+    if (block == 0) {
+        GTEST_SKIP() << "the file system of temporary files inserts no blocks";
+    }
+    const Rewrite rewrite = planned(std::u16string(15000, u'x'), block);
+    const auto source = DataIO::openSource(path_);
+    const auto form = inPlaceForm(rewrite, *source, block);
+    ASSERT_TRUE(form);
+    EXPECT_EQ(form->insertions.size(), 1U);
+    const FileStatus before = *files_.find(path_);
+    const std::string copy = (folder_.path() / "copy.mxf").string();
+    writeNewFile(files_, path_, copy, rewrite, before);
+    EXPECT_TRUE(rewriteInPlace(files_, path_, *form, before));
+    EXPECT_EQ(files_.find(path_)->inode, before.inode);
+    expectName(path_, std::string(100, 'x'));
+    // Both ways make the same file.
+    EXPECT_EQ(outputOf("cmp " + path_ + " " + copy + " 2>&1"), "");
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -3,10 +3,14 @@
 #include "host/base/Exceptions.h"
 #include "host/mxf/rewrite/disk/FileSystem.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <map>
 #include <random>
+#include <set>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace Corvid::Testing {
@@ -15,8 +19,14 @@ namespace Corvid::Testing {
 struct Disk {
     std::map<std::string, std::uint64_t> names;
     std::map<std::uint64_t, mxf::Bytes> files;
+    /// The numbers of the blocks of each file that are holes, and zeros.
+    std::map<std::uint64_t, std::set<std::uint64_t>> holes;
 
     const mxf::Bytes& content(const std::string& name) const { return files.at(names.at(name)); }
+
+    friend bool operator<(const Disk& a, const Disk& b) {
+        return std::tie(a.names, a.files, a.holes) < std::tie(b.names, b.files, b.holes);
+    }
 };
 
 /// What the model throws where the machine dies. It is none of the library's exceptions, so nothing
@@ -30,6 +40,9 @@ struct Crash {};
 class ModelFiles : public mxf::FileSystem {
 public:
     static constexpr std::uint64_t sectorSize = 16;
+    static constexpr std::uint64_t blockSize = 32;
+    /// Whether blocks can be inserted.
+    bool inserts = true;
 
     /// The machine dies in the call with this number, from 1; 0 for never.
     std::size_t dieAt = 0;
@@ -48,8 +61,8 @@ public:
 
     /// What may be on the disk if the machine dies: nothing of what waits, all, all but one change,
     /// one change, the first ones, and any others.
-    std::vector<Disk> images(unsigned others = 30) const {
-        std::vector<Disk> result;
+    std::set<Disk> images(unsigned others = 30) const {
+        std::set<Disk> result;
         const std::size_t count = waiting_.size();
         const auto add = [&](auto takes) {
             Disk disk = durable_;
@@ -58,7 +71,7 @@ public:
                     apply(disk, waiting_[i]);
                 }
             }
-            result.push_back(std::move(disk));
+            result.insert(std::move(disk));
         };
         add([](std::size_t) { return true; });
         add([](std::size_t) { return false; });
@@ -66,6 +79,22 @@ public:
             add([one](std::size_t i) { return i == one; });
             add([one](std::size_t i) { return i != one; });
             add([one](std::size_t i) { return i < one; });
+        }
+        // Blocks move in steps, of which some are done.
+        for (std::size_t one = 0; one != count; ++one) {
+            const Op& op = waiting_[one];
+            if (op.kind == Op::Kind::insert || op.kind == Op::Kind::collapse) {
+                Disk begun = durable_;
+                for (std::size_t i = 0; i != one; ++i) {
+                    apply(begun, waiting_[i]);
+                }
+                const std::uint64_t blocks = blocksIn(begun.files[op.file].size());
+                for (std::uint64_t hole = op.offset / blockSize; hole <= blocks; ++hole) {
+                    Disk disk = begun;
+                    moveBlocks(disk, op, hole);
+                    result.insert(std::move(disk));
+                }
+            }
         }
         std::mt19937 random(static_cast<unsigned>(count));
         for (unsigned i = 0; i != (count < 2 ? 0 : others); ++i) {
@@ -147,6 +176,58 @@ public:
             });
         }
     }
+    std::uint64_t insertionBlock(int) override { return inserts ? blockSize : 0; }
+    bool insert(int file, std::uint64_t offset, std::uint64_t size) override {
+        step();
+        if (!inserts) {
+            return false;
+        }
+        EXPECT_EQ(offset % blockSize, 0U);
+        EXPECT_EQ(size % blockSize, 0U);
+        EXPECT_LT(offset, at(file).size());
+        wait({Op::Kind::insert, static_cast<std::uint64_t>(file), offset, {}, size, {}, {}});
+        return true;
+    }
+    void collapse(int file, std::uint64_t offset, std::uint64_t size) override {
+        step();
+        EXPECT_EQ(offset % blockSize, 0U);
+        EXPECT_EQ(size % blockSize, 0U);
+        EXPECT_LT(offset + size, at(file).size());
+        wait({Op::Kind::collapse, static_cast<std::uint64_t>(file), offset, {}, size, {}, {}});
+    }
+    void clear(int file, std::uint64_t offset, std::uint64_t size) override {
+        step();
+        for (std::uint64_t done = 0; done != size; done += blockSize) {
+            wait({Op::Kind::clear,
+                  static_cast<std::uint64_t>(file),
+                  offset + done,
+                  {},
+                  blockSize,
+                  {},
+                  {}});
+        }
+    }
+    std::optional<mxf::DataRun> nextData(int file, std::uint64_t offset) override {
+        const auto number = static_cast<std::uint64_t>(file);
+        const auto found = now_.holes.find(number);
+        const auto isData = [&](std::uint64_t block) {
+            return found == now_.holes.end() || found->second.count(block) == 0;
+        };
+        const std::uint64_t blocks = blocksIn(at(file).size());
+        std::uint64_t begin = offset / blockSize;
+        while (begin < blocks && !isData(begin)) {
+            ++begin;
+        }
+        std::uint64_t end = begin;
+        while (end < blocks && isData(end)) {
+            ++end;
+        }
+        return offset >= at(file).size() || begin >= blocks
+                   ? std::nullopt
+                   : std::optional(
+                         mxf::DataRun{std::max(begin * blockSize, offset),
+                                      std::min<std::uint64_t>(end * blockSize, at(file).size())});
+    }
     void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
                    std::uint64_t size) override {
         mxf::Bytes bytes(size);
@@ -178,7 +259,7 @@ public:
 
 private:
     struct Op {
-        enum class Kind : unsigned char { write, resize, name };
+        enum class Kind : unsigned char { write, resize, clear, insert, collapse, name };
         Kind kind;
         std::uint64_t file;
         std::uint64_t offset;
@@ -190,6 +271,47 @@ private:
         bool isOfNames() const { return kind == Kind::name; }
     };
 
+    static std::uint64_t blocksIn(std::uint64_t size) { return (size + blockSize - 1) / blockSize; }
+
+    static void putHole(Disk& disk, std::uint64_t number, std::uint64_t block, std::uint64_t size) {
+        mxf::Bytes& file = disk.files[number];
+        const auto place = std::min<std::uint64_t>(block * blockSize, file.size());
+        file.insert(file.begin() + static_cast<std::ptrdiff_t>(place), size, Types::u8{0});
+        std::set<std::uint64_t> holes;
+        for (const std::uint64_t each : disk.holes[number]) {
+            holes.insert(each < block ? each : each + size / blockSize);
+        }
+        for (std::uint64_t i = 0; i != size / blockSize; ++i) {
+            holes.insert(block + i);
+        }
+        disk.holes[number] = holes;
+    }
+
+    static void takeOut(Disk& disk, std::uint64_t number, std::uint64_t offset,
+                        std::uint64_t size) {
+        mxf::Bytes& file = disk.files[number];
+        const auto from = file.begin() + static_cast<std::ptrdiff_t>(offset);
+        file.erase(from, from + static_cast<std::ptrdiff_t>(size));
+        std::set<std::uint64_t> holes;
+        for (const std::uint64_t each : disk.holes[number]) {
+            if (each * blockSize < offset) {
+                holes.insert(each);
+            } else if (each * blockSize >= offset + size) {
+                holes.insert(each - size / blockSize);
+            }
+        }
+        disk.holes[number] = holes;
+    }
+
+    /// An insertion that has come to a block from the end, or a removal that has come to it from
+    /// its place.
+    static void moveBlocks(Disk& disk, const Op& op, std::uint64_t block) {
+        if (op.kind == Op::Kind::collapse) {
+            takeOut(disk, op.file, op.offset, op.size);
+        }
+        putHole(disk, op.file, std::min(block, blocksIn(disk.files[op.file].size())), op.size);
+    }
+
     static void apply(Disk& disk, const Op& op) {
         switch (op.kind) {
         case Op::Kind::write: {
@@ -197,10 +319,35 @@ private:
             file.resize(std::max<std::size_t>(file.size(), op.offset + op.bytes.size()));
             std::copy(op.bytes.begin(), op.bytes.end(),
                       file.begin() + static_cast<std::ptrdiff_t>(op.offset));
+            disk.holes[op.file].erase(op.offset / blockSize);
             return;
         }
-        case Op::Kind::resize:
-            disk.files[op.file].resize(op.size);
+        case Op::Kind::resize: {
+            mxf::Bytes& file = disk.files[op.file];
+            for (std::uint64_t block = blocksIn(file.size()); block < blocksIn(op.size); ++block) {
+                disk.holes[op.file].insert(block);
+            }
+            file.resize(op.size);
+            auto& holes = disk.holes[op.file];
+            holes.erase(holes.lower_bound(blocksIn(op.size)), holes.end());
+            return;
+        }
+        case Op::Kind::clear: {
+            mxf::Bytes& file = disk.files[op.file];
+            for (std::uint64_t i = op.offset;
+                 i < std::min<std::uint64_t>(op.offset + op.size, file.size()); ++i) {
+                file[i] = 0;
+            }
+            if (op.offset < file.size()) {
+                disk.holes[op.file].insert(op.offset / blockSize);
+            }
+            return;
+        }
+        case Op::Kind::insert:
+            moveBlocks(disk, op, op.offset / blockSize);
+            return;
+        case Op::Kind::collapse:
+            takeOut(disk, op.file, op.offset, op.size);
             return;
         case Op::Kind::name:
             disk.names.erase(op.gone);
