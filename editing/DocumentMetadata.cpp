@@ -57,8 +57,11 @@ DocumentMistakes::~DocumentMistakes() = default;
 void complete(DocumentMetadata& document, const DocumentSupplement& supplement,
               SupplementReader& reader, DocumentIdentifiers identifiers) {
     document.supplement = reader.apply(*document.metadata);
-    document.hasInstructions = supplement.isThere;
-    document.isPartial = supplement.partial.has_value();
+    document.content.hasInstructions = supplement.isThere;
+    if (supplement.partial) {
+        document.content.structuralOnly = supplement.partial->structuralOnly;
+        document.content.start = supplement.partial->start;
+    }
     CopyCounts copies;
     for (const auto& [set, count] : supplement.copies) {
         copies[set] = count;
@@ -93,6 +96,7 @@ DocumentMetadata readDocument(DataIO::DataSource& source,
         }
     };
     reading.end = [&](const XMLBuilder::Strictness& strictness) {
+        document.content.referencesAsValues = strictness.hasSetsAsValues();
         if (mistakes.count() == 0) {
             complete(document, supplement, *reader, identifiers);
             refuseUnequalCopies(document.copies, strictness, mistakes);

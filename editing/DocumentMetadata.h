@@ -2,6 +2,7 @@
 
 #include "Corvid_Editing/Export.h"
 #include "editing/MergedCopies.h"
+#include "editing/WriteDocument.h"
 #include "editing/supplement/SupplementOutcome.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/DataSource.h"
@@ -31,9 +32,11 @@ struct DocumentMetadata {
     Templates::auto_ptr<Metadata::PartitionMetadata> metadata;
     MergedCopies copies; ///< what became of sets that the document holds more than once
     SupplementOutcome supplement;
-    bool hasInstructions = false; ///< whether any of the instructions that to-xml writes is there
-    bool isPartial = false;       ///< something of the file was left out of the document on purpose
-    std::vector<Mistake> doubts;  ///< the first values that fit the format but make no sense
+    DocumentContent content;     ///< how the metadata became a document
+    std::vector<Mistake> doubts; ///< the first values that fit the format but make no sense
+
+    /// Whether something of the file was left out of the document on purpose.
+    bool isPartial() const noexcept { return content.structuralOnly || content.start; }
 };
 
 /// What strict reading objects to in a document.

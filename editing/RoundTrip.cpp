@@ -1,15 +1,12 @@
 #include "editing/RoundTrip.h"
 
-#include "editing/DocumentMetadata.h"
 #include "editing/RenameSets.h"
-#include "editing/WrittenDocument.h"
+#include "editing/ThroughXml.h"
 #include "editing/compare/CompareRenamed.h"
-#include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 #include "host/dataio/MemorySource.h"
 #include "host/mxf/File.h"
 #include "host/mxf/HeaderMetadataWriter.h"
-#include "host/xmlutils/InvalidCharacters.h"
 
 namespace Corvid::Editing {
 
@@ -18,27 +15,6 @@ namespace {
 using DataIO::Memory::MemoryDataSink;
 using PartitionHolder = Templates::auto_ptr<Metadata::PartitionMetadata>;
 using Metadata::PartitionMetadata;
-
-const std::string unreadable = "its document can't be read: ";
-
-PartitionHolder throughXml(PartitionMetadata& metadata) {
-    MemoryDataSink text;
-    XMLUtils::ReplaceInvalidCharacters invalid(0);
-    WrittenDocument(metadata, {})
-        .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::compact, invalid, text);
-    try {
-        DataIO::Memory::MemoryDataSource document(text.rawBuffer(), text.serializedSize());
-        return readDocument(document, metadata.partitionDictionary().dictionary(),
-                            DocumentIdentifiers::written)
-            .metadata;
-    } catch (const Exceptions::ParseError& error) {
-        throw Exceptions::ParseError(unreadable + Platform::toUtf8(error.message()), error.file(),
-                                     error.line());
-    } catch (const DocumentMistakes& error) {
-        throw Exceptions::InvalidFormat(unreadable + Platform::toUtf8(error.message()),
-                                        error.file(), error.line());
-    }
-}
 
 PartitionHolder throughFile(PartitionMetadata& metadata) {
     MemoryDataSink bytes;
@@ -55,7 +31,7 @@ PartitionHolder throughFile(PartitionMetadata& metadata) {
 } // namespace
 
 Comparison compareWithRoundTrip(PartitionMetadata& metadata, std::size_t listed) {
-    const PartitionHolder read = throughXml(metadata);
+    const PartitionHolder read = throughXml(metadata, {});
     Comparison comparison = compare(metadata, *throughFile(*read), listed);
     const Renaming renaming = renameSets(*read);
     comparison.differences.unite(

@@ -16,6 +16,7 @@ struct DocumentContent {
     bool referencesAsValues = false;  ///< each set inside the property that refers to it
     bool structuralOnly = false;      ///< without sets that are no structural metadata
     std::optional<Types::UUID> start; ///< a set to begin with; nothing for the Preface
+    bool hasInstructions = true;      ///< says also what the format has no place for
 };
 
 /// Writes a partition as a document in UTF-8, indented, with the processing instructions in front

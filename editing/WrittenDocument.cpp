@@ -71,8 +71,10 @@ DocumentSupplement supplementOf(const DocumentContent& content, const DocumentPl
 WrittenDocument::WrittenDocument(PartitionMetadata& metadata, const DocumentContent& content)
     : plan_(metadata, startOf(metadata, content),
             {content.referencesAsValues, content.structuralOnly}) {
-    for (const std::string& instruction : toInstructions(supplementOf(content, plan_))) {
-        instructions_ += "\n<?" + instruction + "?>";
+    if (content.hasInstructions) {
+        for (const std::string& instruction : toInstructions(supplementOf(content, plan_))) {
+            instructions_ += "\n<?" + instruction + "?>";
+        }
     }
 }
 

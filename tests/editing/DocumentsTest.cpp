@@ -55,7 +55,7 @@ TEST_F(Documents, mayBeginWithAnySetThatIsThere) {
     content.start = uuid(2);
     const std::string document = written(model.partition, content);
     EXPECT_THAT(document, HasSubstr("<s377m:ContentStorage "));
-    EXPECT_TRUE(read(document).isPartial);
+    EXPECT_TRUE(read(document).isPartial());
     content.start = uuid(3);
     EXPECT_THROW(written(model.partition, content), Exceptions::InvalidArgument);
 }

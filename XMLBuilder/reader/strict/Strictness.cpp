@@ -19,6 +19,14 @@ namespace {
 
 std::u16string_view uriOf(const DocumentNode& node) { return node.uri == nullptr ? u"" : node.uri; }
 
+/// Whether an element is inside the property of a set; a set may also be in the container of
+/// floating ones, directly in the root.
+bool isInSet(const DocumentNode& element) {
+    const DocumentNode* const property = element.parent;
+    const DocumentNode* const set = property == nullptr ? nullptr : property->parent;
+    return set != nullptr && set->parent != nullptr;
+}
+
 /// The identifier that a text is, or nothing.
 std::optional<Types::UUID> parseIdentifier(std::u16string_view text) {
     const Utf16Text copy(text.begin(), text.end());
@@ -164,6 +172,7 @@ void Strictness::enterSet(const DocumentNode& element,
                           const MetaMetadata::MetaMetadataSet& setClass,
                           const DocumentNode* identifier) {
     refuseText(element, mistakes_);
+    hasSetsAsValues_ = hasSetsAsValues_ || isInSet(element);
     if (identifier == nullptr) {
         if (supplement_ == nullptr || !supplement_->mayBeNameless(setClass)) {
             mistakes_.add(element, "has no " + narrow(Names::instanceUID) + ", expected one");

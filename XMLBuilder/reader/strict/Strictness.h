@@ -52,6 +52,8 @@ public:
     /// @param identifier  null where it has none.
     void enterSet(const DocumentNode& element, const MetaMetadata::MetaMetadataSet& setClass,
                   const DocumentNode* identifier);
+    /// Whether a set was inside the property that owns it.
+    bool hasSetsAsValues() const noexcept { return hasSetsAsValues_; }
     /// Checks the name and the attributes of a link.
     /// @return whether it can be followed.
     bool checkLink(const DocumentNode& link);
@@ -95,6 +97,7 @@ private:
     std::vector<Named> named_;
     std::vector<Link> links_;
     bool isSorted_ = false;
+    bool hasSetsAsValues_ = false;
 };
 
 } // namespace Corvid::XMLBuilder

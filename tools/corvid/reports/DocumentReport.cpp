@@ -89,13 +89,13 @@ void report(const Editing::SupplementOutcome& supplement, Messages& messages) {
 } // namespace
 
 void report(const Editing::DocumentMetadata& document, Messages& messages) {
-    if (!document.hasInstructions) {
+    if (!document.content.hasInstructions) {
         messages.warn({CommandWarnings::noInstructions,
                        "the document has no processing instructions of corvid, so what XML has no "
                        "place for is lost: empty values, how texts end, versions of labels and "
                        "keys"});
     }
-    if (document.isPartial) {
+    if (document.isPartial()) {
         messages.note("the document holds a part of the metadata of its file; the rest was left "
                       "out on purpose");
     }

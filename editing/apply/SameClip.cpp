@@ -1,0 +1,84 @@
+#include "editing/apply/SameClip.h"
+
+#include "editing/change/Owners.h"
+#include "editing/change/StoredProperties.h"
+#include "host/base/Exceptions.h"
+#include "host/dictionary/MetaElement.h"
+#include "host/metadata/MetadataSet.h"
+
+#include <algorithm>
+
+namespace Corvid::Editing {
+
+namespace {
+
+constexpr Types::u16 identificationsTag = 0x3B06; ///< SMPTE ST 377-1
+
+const mxf::LayoutItem* findPreface(const mxf::HeaderLayout& layout) {
+    for (const mxf::LayoutItem& item : layout.items()) {
+        if (item.kind == mxf::LayoutItem::Kind::set &&
+            KLV::matches(item.triplet.key,
+                         Metadata::Structural::StructuralMetadataKeys::preface())) {
+            return &item;
+        }
+    }
+    return nullptr;
+}
+
+std::vector<Types::UUID> identificationsOf(const mxf::HeaderLayout& layout,
+                                           const mxf::LayoutItem& preface,
+                                           const MetaMetadata::Dictionary& dictionary) {
+    const auto& label = dictionary.findElementByStaticTag(identificationsTag)->label();
+    const auto properties = storedProperties(layout, preface, dictionary);
+    const auto found = properties.find({XMLBuilder::identityOf(label)});
+    return found == properties.end() ? std::vector<Types::UUID>()
+                                     : targetsOf(label, found->second.value, dictionary);
+}
+
+[[noreturn]] void refuseOther() {
+    throw Exceptions::InvalidFormat("the document is of another clip: its sets have other "
+                                    "InstanceUIDs",
+                                    CORVID_HERE);
+}
+
+void requireKnownSets(const mxf::HeaderLayout& clip, const mxf::HeaderLayout& document) {
+    std::size_t known = 0;
+    std::size_t unknown = 0;
+    for (const mxf::LayoutItem& item : document.items()) {
+        if (item.kind == mxf::LayoutItem::Kind::set) {
+            if (const auto instance = document.instanceUID(item)) {
+                ++(clip.find(*instance) ? known : unknown);
+            }
+        }
+    }
+    if (unknown > known) {
+        refuseOther();
+    }
+}
+
+} // namespace
+
+void requireSameClip(const mxf::HeaderLayout& clip, const mxf::HeaderLayout& document,
+                     const MetaMetadata::Dictionary& dictionary) {
+    requireKnownSets(clip, document);
+    const auto* const ofClip = findPreface(clip);
+    const auto* const ofDocument = findPreface(document);
+    if (ofClip == nullptr || ofDocument == nullptr) {
+        return; // a document may begin with another set
+    }
+    if (clip.instanceUID(*ofClip) != document.instanceUID(*ofDocument)) {
+        refuseOther();
+    }
+    const auto inClip = identificationsOf(clip, *ofClip, dictionary);
+    const auto inDocument = identificationsOf(document, *ofDocument, dictionary);
+    if (inDocument.size() < inClip.size() &&
+        std::equal(inDocument.begin(), inDocument.end(), inClip.begin())) {
+        throw Exceptions::InvalidFormat(
+            "the document is of an older state of the clip, which has been modified " +
+                std::to_string(inClip.size() - inDocument.size()) +
+                " times since; to-xml makes a document of its present state",
+            CORVID_HERE);
+    }
+}
+
+} // namespace Corvid::Editing

@@ -1,0 +1,76 @@
+#pragma once
+
+#include "XMLBuilder/reader/Supplement.h"
+#include "host/klv/Key.h"
+#include "host/mxf/rewrite/Bytes.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace Corvid::Editing {
+
+/// Which property of a set: one of the same in every copy of header metadata, whatever its tag.
+struct PropertyPlace {
+    XMLBuilder::PropertyIdentity identity{};
+    std::size_t occurrence = 0; ///< where the set has several with that identity: 0 is the first
+
+    friend bool operator<(const PropertyPlace& a, const PropertyPlace& b) noexcept {
+        return a.identity < b.identity || (a.identity == b.identity && a.occurrence < b.occurrence);
+    }
+};
+
+/// Whether copies of header metadata that are changed alike must have the same old value.
+enum class OldValue : unsigned char {
+    same,     ///< they must
+    any,      ///< they need not, as copies that are open and closed differ in dates
+    extended, ///< they need not, and get the last item of the new value at the end of theirs
+};
+
+/// A property that is there before, after, or both.
+struct ChangedProperty {
+    PropertyPlace place;
+    std::string name; ///< in the dictionary; else its label, else its tag. UTF-8
+    std::optional<Types::UniversalLabel> label; ///< nothing where no more than the tag is known
+    std::optional<mxf::Bytes> before;           ///< its value; nothing where it is not there
+    std::optional<mxf::Bytes> after;
+    OldValue oldValue = OldValue::same;
+};
+
+/// Which set of a copy of header metadata.
+struct SetPlace {
+    KLV::Key key;                        ///< its version byte and coding take no part
+    std::optional<Types::UUID> instance; ///< nothing for a set without InstanceUID
+    std::size_t nth = 0;                 ///< among those with the same key and InstanceUID, from 0
+    std::size_t alike = 1;               ///< how many of those there are before
+};
+
+/// A set that is there before, after, or both.
+struct ChangedSet {
+    enum class Kind : unsigned char { changed, added, removed };
+
+    Kind kind = Kind::changed;
+    SetPlace place;
+    std::string name;                 ///< of its class in the dictionary, else its key. UTF-8
+    std::optional<Types::UUID> owner; ///< of an added set: the set that refers to it strongly
+    /// Those that differ; all of a set that is added or removed. The InstanceUID is not among them.
+    std::vector<ChangedProperty> properties;
+};
+
+/// A KLV that is no set or can't be taken apart, and is there before, after, or both.
+struct ChangedDark {
+    KLV::Key key;
+    std::optional<mxf::Bytes> before; ///< its value; nothing where it is not there
+    std::optional<mxf::Bytes> after;
+};
+
+/// What makes one header metadata of another, in the order of the one after; what is removed is
+/// last.
+struct Changes {
+    std::vector<ChangedSet> sets;
+    std::vector<ChangedDark> dark;
+
+    bool empty() const noexcept { return sets.empty() && dark.empty(); }
+};
+
+} // namespace Corvid::Editing
