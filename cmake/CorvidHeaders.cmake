@@ -16,6 +16,10 @@ endfunction()
 
 corvid_public_headers(editing
   DocumentMetadata.h MergedCopies.h RoundTrip.h WriteDocument.h)
+corvid_public_headers(editing/apply
+  CarryOut.h ClipEditor.h)
+corvid_public_headers(editing/change
+  Changes.h Modification.h)
 corvid_public_headers(editing/compare
   Comparison.h Difference.h DifferenceKinds.def Differences.h)
 corvid_public_headers(editing/supplement
@@ -40,6 +44,10 @@ corvid_public_headers(host/metadata
 corvid_public_headers(host/mxf
   File.h HeaderMetadataReader.h HeaderMetadataWriter.h PartitionPack.h Partitions.h PrimerPack.h
   WarningKinds.def Warnings.h)
+corvid_public_headers(host/mxf/rewrite
+  Bytes.h Rewrite.h)
+corvid_public_headers(host/mxf/rewrite/disk
+  FileSystem.h InPlace.h NewFile.h SystemFiles.h)
 corvid_public_headers(host/types
   ByteRuns.h Collections.h DataType.h Factories.h FixedBytes.h IdentifierBytes.h IdentifierTypes.h
   Identifiers.h Integers.h Jpeg2000.h RGBALayout.h Rational.h References.h Strings.h Timestamp.h

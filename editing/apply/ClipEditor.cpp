@@ -1,15 +1,19 @@
 #include "editing/apply/ClipEditor.h"
 
+#include "XMLBuilder/reader/Supplement.h"
 #include "editing/DocumentMetadata.h"
 #include "editing/ThroughXml.h"
 #include "editing/apply/SameClip.h"
 #include "editing/change/CodedMetadata.h"
 #include "editing/change/FindChanges.h"
 #include "editing/change/Guard.h"
+#include "editing/change/History.h"
 #include "editing/change/PlaceChanges.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/metadata/MetadataSet.h"
+#include "host/mxf/File.h"
+#include "host/mxf/rewrite/RewritableFile.h"
 
 #include <algorithm>
 
@@ -49,47 +53,81 @@ Templates::vector<Types::UniversalLabel> labelsIn(const mxf::Bytes& value, std::
 
 } // namespace
 
+/// What reads the clip, and what plans its rewriting.
+struct ClipEditor::Content {
+    Content(DataIO::RandomAccessSource& clip,
+            const Templates::SharedPtr<MetaMetadata::Dictionary>& definitions,
+            mxf::WarningSink& warnings)
+        : dictionary(definitions),
+          reader(Templates::auto_ptr<DataIO::RandomAccessSource>(new SharedSource(clip)),
+                 definitions, warnings),
+          source(clip), file(clip) {
+        mxf::HeaderMetadata read = reader.readMetadata();
+        chosen = read.partition;
+        first = std::move(read.metadata);
+    }
+
+    Templates::auto_ptr<Metadata::PartitionMetadata> readMetadata();
+    EditPlan plan(Metadata::PartitionMetadata& before, Metadata::PartitionMetadata& wanted,
+                  const EditOptions& options, bool isDocument);
+    void choosePartitions(EditPlan& plan, const CopyChoice& choice);
+    mxf::FileEdit place(const EditPlan& plan);
+    void placeInPacks(const EditPlan& plan, mxf::FileEdit& edit) const;
+    std::string nameOf(std::size_t partition) const;
+
+    Templates::SharedPtr<MetaMetadata::Dictionary> dictionary;
+    mxf::File reader;
+    DataIO::RandomAccessSource& source;
+    mxf::RewritableFile file;
+    std::size_t chosen = 0;
+    Templates::auto_ptr<Metadata::PartitionMetadata> first; ///< what the first reading gave
+};
+
 ClipEditor::ClipEditor(DataIO::RandomAccessSource& source,
                        const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                        mxf::WarningSink& warnings)
-    : dictionary_(dictionary),
-      reader_(Templates::auto_ptr<DataIO::RandomAccessSource>(new SharedSource(source)), dictionary,
-              warnings),
-      source_(source), file_(source) {
-    mxf::HeaderMetadata read = reader_.readMetadata();
-    chosen_ = read.partition;
-    first_ = std::move(read.metadata);
-}
+    : content_(std::make_unique<Content>(source, dictionary, warnings)) {}
 
 ClipEditor::~ClipEditor() = default;
 
+const mxf::Partitions& ClipEditor::partitions() const noexcept {
+    return content_->file.partitions();
+}
+
+std::size_t ClipEditor::chosen() const noexcept { return content_->chosen; }
+
 Templates::auto_ptr<Metadata::PartitionMetadata> ClipEditor::readMetadata() {
-    if (first_) {
-        return std::move(first_);
-    }
-    return reader_.readMetadata(mxf::PartitionChoice::numbered(chosen_)).metadata;
+    return content_->readMetadata();
 }
 
 EditPlan ClipEditor::plan(DocumentMetadata& document, const EditOptions& options) {
     const auto metadata = readMetadata();
     const auto before = throughXml(*metadata, document.content);
-    return plan(*before, *document.metadata, options, true);
+    return content_->plan(*before, *document.metadata, options, true);
 }
 
 EditPlan ClipEditor::plan(Metadata::PartitionMetadata& wanted, const EditOptions& options) {
-    return plan(*readMetadata(), wanted, options, false);
+    return content_->plan(*readMetadata(), wanted, options, false);
 }
 
-EditPlan ClipEditor::plan(Metadata::PartitionMetadata& before, Metadata::PartitionMetadata& wanted,
-                          const EditOptions& options, bool isDocument) {
+Templates::auto_ptr<Metadata::PartitionMetadata> ClipEditor::Content::readMetadata() {
+    if (first) {
+        return std::move(first);
+    }
+    return reader.readMetadata(mxf::PartitionChoice::numbered(chosen)).metadata;
+}
+
+EditPlan ClipEditor::Content::plan(Metadata::PartitionMetadata& before,
+                                   Metadata::PartitionMetadata& wanted, const EditOptions& options,
+                                   bool isDocument) {
     const CodedMetadata old(before);
     const CodedMetadata after(wanted);
     if (isDocument) {
-        requireSameClip(old.layout(), after.layout(), *dictionary_);
+        requireSameClip(old.layout(), after.layout(), *dictionary);
     }
     EditPlan plan;
-    plan.changes = findChanges(old.layout(), after.layout(), *dictionary_);
-    plan.rewrite.oldSize = source_.size();
+    plan.changes = findChanges(old.layout(), after.layout(), *dictionary);
+    plan.rewrite.oldSize = source.size();
     if (plan.isEmpty()) {
         return plan;
     }
@@ -97,23 +135,23 @@ EditPlan ClipEditor::plan(Metadata::PartitionMetadata& before, Metadata::Partiti
         refuseTechnical(plan.changes);
     }
     if (options.modification) {
-        addHistory(plan.changes, old.layout(), after.layout(), *options.modification, *dictionary_);
+        addHistory(plan.changes, old.layout(), after.layout(), *options.modification, *dictionary);
     }
     choosePartitions(plan, options.copies);
-    plan.rewrite = file_.plan(place(plan), options.growth);
+    plan.rewrite = file.plan(place(plan), {options.reserve, options.blockSize});
     return plan;
 }
 
-void ClipEditor::choosePartitions(EditPlan& plan, const CopyChoice& choice) {
+void ClipEditor::Content::choosePartitions(EditPlan& plan, const CopyChoice& choice) {
     using Kind = CopyChoice::Kind;
-    const mxf::Partitions& all = partitions();
+    const mxf::Partitions& all = file.partitions();
     for (std::size_t i = 0; i != all.size(); ++i) {
         const auto kind = all[i].pack.kind;
         const bool isWanted = choice.kind == Kind::all ||
                               (choice.kind == Kind::header && kind == mxf::PartitionKind::header) ||
                               (choice.kind == Kind::footer && kind == mxf::PartitionKind::footer) ||
                               (choice.kind == Kind::number && i == choice.number);
-        if (file_.hasMetadata(i)) {
+        if (file.hasMetadata(i)) {
             if (isWanted) {
                 plan.copies.push_back(i);
             } else if (all[i].pack.isClosed()) {
@@ -131,26 +169,26 @@ void ClipEditor::choosePartitions(EditPlan& plan, const CopyChoice& choice) {
     }
 }
 
-std::string ClipEditor::nameOf(std::size_t partition) const {
+std::string ClipEditor::Content::nameOf(std::size_t partition) const {
     return "partition " + std::to_string(partition) + " (" +
-           partitions()[partition].pack.kindName() + ")";
+           file.partitions()[partition].pack.kindName() + ")";
 }
 
-mxf::FileEdit ClipEditor::place(const EditPlan& plan) {
-    const mxf::HeaderLayout& chosen = file_.layout(chosen_);
+mxf::FileEdit ClipEditor::Content::place(const EditPlan& plan) {
+    const mxf::HeaderLayout& copy = file.layout(chosen);
     mxf::FileEdit edit;
     for (const std::size_t partition : plan.copies) {
-        edit.copies.push_back({partition, placeChanges(plan.changes, file_.layout(partition),
-                                                       chosen, nameOf(partition), *dictionary_)});
+        edit.copies.push_back({partition, placeChanges(plan.changes, file.layout(partition), copy,
+                                                       nameOf(partition), *dictionary)});
     }
     placeInPacks(plan, edit);
     return edit;
 }
 
 /// What the packs say of operational pattern and essence containers follows the Preface.
-void ClipEditor::placeInPacks(const EditPlan& plan, mxf::FileEdit& edit) const {
+void ClipEditor::Content::placeInPacks(const EditPlan& plan, mxf::FileEdit& edit) const {
     const auto identityOf = [this](Types::u16 tag) {
-        return XMLBuilder::identityOf(dictionary_->findElementByStaticTag(tag)->label());
+        return XMLBuilder::identityOf(dictionary->findElementByStaticTag(tag)->label());
     };
     mxf::PackEdit pack;
     for (const ChangedSet& set : plan.changes.sets) {
@@ -171,7 +209,7 @@ void ClipEditor::placeInPacks(const EditPlan& plan, mxf::FileEdit& edit) const {
         }
     }
     if (pack.operationalPattern || pack.essenceContainers) {
-        for (std::size_t i = 0; i != partitions().size(); ++i) {
+        for (std::size_t i = 0; i != file.partitions().size(); ++i) {
             const bool isEdited =
                 std::find(plan.copies.begin(), plan.copies.end(), i) != plan.copies.end();
             if (isEdited || plan.left.empty()) {

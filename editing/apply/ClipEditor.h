@@ -1,10 +1,12 @@
 #pragma once
 
 #include "editing/change/Changes.h"
-#include "editing/change/History.h"
+#include "editing/change/Modification.h"
 #include "host/metadata/PartitionMetadata.h"
-#include "host/mxf/File.h"
-#include "host/mxf/rewrite/RewritableFile.h"
+#include "host/mxf/Partitions.h"
+#include "host/mxf/rewrite/Rewrite.h"
+
+#include <memory>
 
 namespace Corvid::Editing {
 
@@ -18,13 +20,20 @@ struct CopyChoice {
     std::size_t number = 0; ///< of a partition, in the order of the file
 };
 
+/// The most bytes that an edit reserves.
+constexpr std::uint64_t greatestReserve = 64 * 1024 * 1024;
+
 /// How an edit is made.
 struct EditOptions {
     CopyChoice copies;
-    bool allowsTechnical = false; ///< see Guard.h
+    /// Changes also what wires the file together or describes its essence: see
+    /// editing/change/TechnicalProperties.def.
+    bool allowsTechnical = false;
     /// What is recorded in the file; nothing leaves its history alone.
     std::optional<Modification> modification;
-    mxf::Growth growth;
+    std::uint64_t reserve = 8192; ///< bytes of fill for later edits, where metadata must grow
+    /// Bytes of which growth is a multiple: what the file system can insert, see blockSizeOf().
+    std::uint64_t blockSize = 1;
 };
 
 /// What an edit does to a clip.
@@ -42,20 +51,21 @@ struct EditPlan {
 ///
 /// The edit is made for the copy that is read by default, the last complete one, and applied to all
 /// others by sets and properties. What does not change keeps its bytes and its place.
-class ClipEditor {
+class CORVID_EDITING_EXPORT ClipEditor {
 public:
     /// @param source    borrowed; must outlive the object, and must not change meanwhile.
-    /// @param warnings  as for mxf::File.
-    /// @throws BaseException  as mxf::File and mxf::RewritableFile.
+    /// @param warnings  gets what is wrong with the file. Borrowed; must outlive the object.
+    /// @throws InvalidFormat  it is no MXF file, or has no header metadata; InvalidLength, IOError,
+    ///                        LimitExceeded  as mxf::File.
     ClipEditor(DataIO::RandomAccessSource& source,
                const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
                mxf::WarningSink& warnings);
     ~ClipEditor();
 
     /// The partitions of the file, in its order.
-    const mxf::Partitions& partitions() const noexcept { return file_.partitions(); }
+    const mxf::Partitions& partitions() const noexcept;
     /// The partition whose copy edits are made for.
-    std::size_t chosen() const noexcept { return chosen_; }
+    std::size_t chosen() const noexcept;
 
     /// Reads the metadata of that copy, anew with each call: to be changed and given to plan().
     Templates::auto_ptr<Metadata::PartitionMetadata> readMetadata();
@@ -64,7 +74,8 @@ public:
     /// @param document  read strictly, with the identifiers that are written in it. Borrowed.
     /// @throws InvalidFormat  the document is of another clip or of an older state of this one; it
     ///                        changes what is technical; a copy differs where it is to change; or
-    ///                        as mxf::RewritableFile::plan(), which also throws LimitExceeded.
+    ///                        metadata must grow, but the offsets in the file are not certain.
+    /// @throws LimitExceeded  a value or set is too long, or growth would be.
     EditPlan plan(DocumentMetadata& document, const EditOptions& options);
 
     /// Plans what makes the file say what metadata says that readMetadata() gave.
@@ -73,19 +84,8 @@ public:
     EditPlan plan(Metadata::PartitionMetadata& wanted, const EditOptions& options);
 
 private:
-    EditPlan plan(Metadata::PartitionMetadata& before, Metadata::PartitionMetadata& wanted,
-                  const EditOptions& options, bool isDocument);
-    void choosePartitions(EditPlan& plan, const CopyChoice& choice);
-    mxf::FileEdit place(const EditPlan& plan);
-    void placeInPacks(const EditPlan& plan, mxf::FileEdit& edit) const;
-    std::string nameOf(std::size_t partition) const;
-
-    Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
-    mxf::File reader_;
-    DataIO::RandomAccessSource& source_;
-    mxf::RewritableFile file_;
-    std::size_t chosen_ = 0;
-    Templates::auto_ptr<Metadata::PartitionMetadata> first_; ///< what the first reading gave
+    struct Content;
+    std::unique_ptr<Content> content_;
 };
 
 } // namespace Corvid::Editing

@@ -74,9 +74,9 @@ void requireSameClip(const mxf::HeaderLayout& clip, const mxf::HeaderLayout& doc
     if (inDocument.size() < inClip.size() &&
         std::equal(inDocument.begin(), inDocument.end(), inClip.begin())) {
         throw Exceptions::InvalidFormat(
-            "the document is of an older state of the clip, which has been modified " +
-                std::to_string(inClip.size() - inDocument.size()) +
-                " times since; to-xml makes a document of its present state",
+            "the document is of an older state of the clip: it lacks Identification " +
+                Platform::toUtf8(inClip[inDocument.size()].toString()) +
+                " and what was modified then; to-xml makes a document of the present state",
             CORVID_HERE);
     }
 }

@@ -1,18 +1,23 @@
 #pragma once
 
-#include "XMLBuilder/reader/Supplement.h"
 #include "host/klv/Key.h"
 #include "host/mxf/rewrite/Bytes.h"
+#include "host/types/IdentifierTypes.h"
 
+#include <array>
 #include <optional>
 #include <string>
 #include <vector>
 
 namespace Corvid::Editing {
 
+/// What distinguishes the properties of a set: 'l' and the label, with its version byte as zero, or
+/// 't' and the tag where no label is known.
+using PropertyIdentity = std::array<Types::u8, 17>;
+
 /// Which property of a set: one of the same in every copy of header metadata, whatever its tag.
 struct PropertyPlace {
-    XMLBuilder::PropertyIdentity identity{};
+    PropertyIdentity identity{};
     std::size_t occurrence = 0; ///< where the set has several with that identity: 0 is the first
 
     friend bool operator<(const PropertyPlace& a, const PropertyPlace& b) noexcept {

@@ -1,24 +1,11 @@
 #pragma once
 
 #include "editing/change/Changes.h"
+#include "editing/change/Modification.h"
 #include "host/dictionary/Dictionary.h"
 #include "host/mxf/rewrite/HeaderLayout.h"
-#include "host/types/Timestamp.h"
 
 namespace Corvid::Editing {
-
-/// Who changes a file, and when.
-struct Modification {
-    std::string company; ///< UTF-8, as the other texts
-    std::string product;
-    std::string version;
-    std::string platform;
-    Types::UUID productUID;
-    Types::Timestamp time; ///< UTC
-};
-
-/// Now, in UTC.
-Types::Timestamp currentTime();
 
 /// Adds to changes what an application owes a file that it modifies (SMPTE ST 377-1): an
 /// Identification of its own, the Preface's LastModifiedDate, the modification dates of packages

@@ -31,7 +31,7 @@ StoredProperties storedProperties(const mxf::HeaderLayout& layout, const mxf::La
     static const PropertyPlace instanceUID{
         XMLBuilder::identityOf(Metadata::Structural::StructuralMetadataULs::instanceUID())};
     StoredProperties all;
-    std::map<XMLBuilder::PropertyIdentity, std::size_t> ofIdentity;
+    std::map<PropertyIdentity, std::size_t> ofIdentity;
     std::map<Types::u16, std::size_t> ofTag;
     mxf::LocalSet properties = layout.properties(set);
     while (const auto property = properties.next()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "XMLBuilder/reader/Supplement.h"
 #include "editing/change/Changes.h"
 #include "host/dictionary/Dictionary.h"
 #include "host/mxf/rewrite/HeaderEdit.h"

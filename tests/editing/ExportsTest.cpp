@@ -20,6 +20,9 @@ TEST(Exports, areTheInterfaceAndNothingElse) {
         names.insert(interfaceOf(name));
     }
     std::set<std::string> expected{
+        "Corvid::Editing::ClipEditor",   "Corvid::Editing::blockSizeOf",
+        "Corvid::Editing::carryOut",     "Corvid::Editing::currentTime",
+        "Corvid::Editing::undoEdit",     "Corvid::Editing::wayOf",
         "Corvid::Editing::Differences",  "Corvid::Editing::DocumentMistakes",
         "Corvid::Editing::compare",      "Corvid::Editing::compareWithRoundTrip",
         "Corvid::Editing::readDocument", "Corvid::Editing::writeDocument"};

@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
                       Layer{"Editing", "editing/", {"XMLBuilder/", "host/"}},
                       Layer{"Terminal", command + "terminal/", {"host/"}},
                       Layer{"Output", command + "output/", {command + "terminal/", "host/"}},
-                      Layer{"Input", command + "input/", {"host/"}},
+                      Layer{"Input", command + "input/", {command + "CommandWarnings.", "host/"}},
                       Layer{"Reports",
                             command + "reports/",
                             {command + "terminal/", command + "CommandWarnings.", "editing/",

@@ -25,7 +25,7 @@ CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, std
     const int status = guard(
         [&] {
             mxf::File file(clip.path, dictionary, messages);
-            const mxf::HeaderMetadata header = readMetadata(file, clip);
+            const mxf::HeaderMetadata header = readMetadata(file, clip, messages);
             checked.cutOffAt = header.cutOffAt;
             checked.comparison = Editing::compareWithRoundTrip(*header.metadata, listed);
         },

@@ -1,9 +1,11 @@
 #include "tools/corvid/CommandLine.h"
 
+#include "tools/corvid/Apply.h"
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/Info.h"
+#include "tools/corvid/Recover.h"
 #include "tools/corvid/Schema.h"
 #include "tools/corvid/ToXml.h"
 #include "tools/corvid/terminal/HelpFormatter.h"
@@ -192,6 +194,89 @@ Work declareFromXml(CLI::App& verb) {
     return [options](Messages& messages) { fromXml(*options, messages); };
 }
 
+Work declareApply(CLI::App& verb) {
+    const auto options = std::make_shared<ApplyOptions>();
+    options->version = CORVID_VERSION;
+    verb.add_option("DOC.xml", options->document, "Document to read; - is standard input")
+        ->required()
+        ->type_name("DOC.xml")
+        ->group(input);
+    verb.add_option("CLIP.mxf", options->clip, "MXF file whose header metadata it changes")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    declareDictionaries(verb, options->dictionaries);
+    verb.add_option("--partitions", options->partitions,
+                    "Copies of the header metadata to change: all, header, footer, or that of a "
+                    "partition by its number, from 0")
+        ->type_name("all|header|footer|N")
+        ->check(
+            [](const std::string& text) {
+                return isCopyChoice(text)
+                           ? std::string()
+                           : "expected all, header, footer or a number, not '" + text + "'";
+            },
+            "")
+        ->capture_default_str()
+        ->group(processing);
+    verb.add_flag("--allow-technical", options->edit.allowsTechnical,
+                  "Change also what the file is made of: identifiers of packages and tracks, "
+                  "rates, durations, kinds of essence")
+        ->group(processing);
+    verb.add_flag_function(
+            "--no-identification", [options](std::int64_t) { options->recordsEdit = false; },
+            "Leave the file's history as it is: no Identification and no dates of this edit")
+        ->group(processing);
+    verb.add_option("--reserve", options->edit.reserve,
+                    "Room for later edits where the metadata must grow")
+        ->type_name("BYTES")
+        ->check(CLI::Range(std::uint64_t{0}, Editing::greatestReserve))
+        ->capture_default_str()
+        ->group(processing);
+    declareStrictness(verb, options->warningsAsErrors,
+                      "Write nothing and exit with status 1 if there are warnings");
+    verb.add_option("-o,--output", options->target.newFile, "File to write the edited clip to")
+        ->type_name("FILE")
+        ->group(output);
+    verb.add_flag("--in-place", options->inPlace, "Change the clip itself")->group(output);
+    verb.add_flag("--dry-run", options->dryRun,
+                  "Show what would change and how it would be written; exit with status 1 if "
+                  "something would")
+        ->group(output);
+    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    verb.add_option("--log", options->log, "File for a record of the edit in JSON")
+        ->type_name("FILE")
+        ->group(output);
+    verb.add_option("--undo", options->target.undo,
+                    "File for what takes the edit back: corvid recover CLIP.mxf --from FILE")
+        ->type_name("FILE")
+        ->group(output);
+    verb.add_flag("--break-links", options->target.breaksLinks,
+                  "Replace the clip also where it has other hard links, which keep the old file")
+        ->group(output);
+    verb.add_flag("--preserve-times", options->target.preservesTimes,
+                  "Keep the clip's time of modification")
+        ->group(output);
+    return [options](Messages& messages) { apply(*options, messages); };
+}
+
+Work declareRecover(CLI::App& verb) {
+    const auto options = std::make_shared<RecoverOptions>();
+    verb.add_option("CLIP.mxf", options->clip, "MXF file whose edit was interrupted")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    verb.add_option("--from", options->from,
+                    "Take back a finished edit, with the file that apply --undo wrote")
+        ->type_name("FILE")
+        ->group(input);
+    verb.add_flag_function(
+            "--complete", [options](std::int64_t) { options->goal = mxf::RecoveryGoal::after; },
+            "Finish the edit instead of taking it back")
+        ->group(processing);
+    return [options](Messages& messages) { recover(*options, messages); };
+}
+
 Work declareInfo(CLI::App& verb, bool colours) {
     const auto options = std::make_shared<InfoOptions>();
     options->colours = colours;
@@ -261,6 +346,8 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     };
     add("to-xml", "Write the header metadata of an MXF file as XML", declareToXml);
     add("from-xml", "Write a document as an MXF header partition", declareFromXml);
+    add("apply", "Make the metadata of a file what a document says", declareApply);
+    add("recover", "Take back or finish an edit that was interrupted", declareRecover);
     add("info", "Show what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
     add("check", "Take MXF files to XML and back, show what differs",

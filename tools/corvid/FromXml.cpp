@@ -5,6 +5,7 @@
 #include "inspection/SetValues.h"
 #include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/ReadDocument.h"
 #include "tools/corvid/input/Clip.h"
 #include "tools/corvid/input/DocumentFile.h"
 #include "tools/corvid/output/OpenOutput.h"
@@ -56,12 +57,7 @@ Editing::DocumentMetadata read(DocumentFile& file, const FromXmlOptions& options
     if (options.lenient != nullptr) {
         return options.lenient(file, dictionary, options.identifiers);
     }
-    try {
-        return Editing::readDocument(file, dictionary, options.identifiers);
-    } catch (const Editing::DocumentMistakes& refusal) {
-        report(refusal, messages);
-        throw EndedWith{exitRefused};
-    }
+    return readStrictly(file, dictionary, options.identifiers, messages);
 }
 
 } // namespace

@@ -17,7 +17,7 @@ using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
 Inspection::Summary read(const ClipOptions& clip, const Dictionary& dictionary,
                          Messages& messages) {
     mxf::File file(clip.path, dictionary, messages);
-    const mxf::HeaderMetadata header = readMetadata(file, clip);
+    const mxf::HeaderMetadata header = readMetadata(file, clip, messages);
     return Inspection::summarise(file, header);
 }
 

@@ -162,7 +162,7 @@ void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
                    options.force ? MayReplace::everything : MayReplace::noMxfFile);
     const auto dictionary = loadDictionary(options.clip.dictionaries);
     mxf::File file(options.clip.path, dictionary, messages);
-    work.header = readMetadata(file, options.clip);
+    work.header = readMetadata(file, options.clip, messages);
     if (options.clip.partition == "auto" && work.header.partition != 0) {
         messages.note("metadata is from " +
                       describe(work.header.partition, file.partitions()[work.header.partition]));

@@ -1,8 +1,12 @@
 #include "tools/corvid/input/Clip.h"
 
 #include "host/base/Exceptions.h"
+#include "host/mxf/rewrite/disk/InPlace.h"
+#include "host/mxf/rewrite/disk/SystemFiles.h"
+#include "tools/corvid/CommandWarnings.h"
 
 #include <charconv>
+#include <filesystem>
 #include <optional>
 
 namespace Corvid::Tool {
@@ -46,11 +50,25 @@ std::string partitionsWithMetadata(mxf::File& file) {
     return text.empty() ? "no partition says that it has metadata" : "metadata is in " + text;
 }
 
+/// Warns where the recovery file of an edit is beside the clip.
+void warnOfUnfinishedEdit(const std::string& path, mxf::WarningSink& warnings) {
+    std::error_code nothing;
+    mxf::SystemFiles files;
+    if (path != "-" && std::filesystem::is_regular_file(path, nothing) &&
+        mxf::needsRecovery(files, path)) {
+        warnings.warn({CommandWarnings::unfinishedEdit,
+                       "an edit of the file was interrupted; corvid recover brings back what was "
+                       "there before"});
+    }
+}
+
 } // namespace
 
 bool isPartitionChoice(const std::string& text) { return choiceOf(text).has_value(); }
 
-mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options) {
+mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options,
+                                 mxf::WarningSink& warnings) {
+    warnOfUnfinishedEdit(options.path, warnings);
     const auto choice = choiceOf(options.partition);
     if (!choice) {
         throw Exceptions::InvalidArgument("no partition '" + options.partition +

@@ -18,8 +18,10 @@ struct ClipOptions {
 bool isPartitionChoice(const std::string& text);
 
 /// Reads the metadata of the partition that the options name.
+/// @param warnings  is told where an edit of the file was interrupted. Borrowed.
 /// @throws InvalidFormat  there is none; names the partitions that have some.
-mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options);
+mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options,
+                                 mxf::WarningSink& warnings);
 
 /// "partition 3 (footer, closed and complete)"
 std::string describe(std::size_t number, const mxf::Partition& partition);

@@ -1,0 +1,219 @@
+#include "editing/apply/ClipEditor.h"
+
+#include "editing/DocumentMetadata.h"
+#include "editing/change/FindChanges.h"
+#include "editing/change/Guard.h"
+#include "host/types/FixedBytes.h"
+#include "tests/editing/EditedClip.h"
+
+#include <gmock/gmock.h>
+
+namespace Corvid::Testing {
+namespace {
+
+using Editing::CopyChoice;
+using Editing::EditOptions;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+/// What the metadata of a copy says where copies differ.
+struct Says {
+    std::u16string_view trackName = u"Sound";
+    unsigned year = 2020; ///< of the Preface's LastModifiedDate
+    unsigned trackID = 7;
+    std::vector<unsigned> identifications = {3};
+};
+
+Bytes metadata(const Says& says = {}) {
+    std::vector<Bytes> references;
+    std::vector<Bytes> sets{standardPrimer(), {}};
+    for (const unsigned each : says.identifications) {
+        references.push_back(uuid(each));
+        sets.push_back(
+            set(structuralKey(identificationSet), each, {property(0x3C01, utf16(u"A company"))}));
+    }
+    sets[1] = set(structuralKey(prefaceSet), 1,
+                  {property(0x3B02, join({number(says.year, 2), hex("0101000000 00")})),
+                   property(0x3B03, uuid(2)), property(0x3B06, batch(references, 16))});
+    sets.push_back(set(structuralKey(contentStorageSet), 2));
+    sets.push_back(
+        set(structuralKey(timelineTrackSet), 4,
+            {property(0x4801, number(says.trackID, 4)), property(0x4802, utf16(says.trackName))}));
+    sets.push_back(fill(600));
+    return join(sets);
+}
+
+/// A file with a closed header and footer.
+Bytes clipOf(const Bytes& inHeader = metadata(), const Bytes& inFooter = metadata()) {
+    return MxfBuilder()
+        .add(headerPartition(inHeader))
+        .add(footerPartition(inFooter))
+        .withRandomIndexPack()
+        .build();
+}
+
+std::string refusalOf(const Bytes& clip, const std::string& document,
+                      const EditOptions& options = {}) {
+    EditedClip edited(clip);
+    return messageOf([&] { edited.plan(document, options); });
+}
+
+/// What the copies of a clip say less than another.
+std::string changesIn(const Bytes& before, const Bytes& after, std::size_t partition) {
+    LayoutOf was(before, partition);
+    LayoutOf is(after, partition);
+    return linesOf(
+        Editing::findChanges(was.layout, is.layout, *MetaMetadata::Dictionary::builtIn()));
+}
+
+const std::string soundToMusic(const Bytes& clip) {
+    return replaced(documentOf(clip), ">Sound<", ">Music<");
+}
+
+TEST(EditPlan, changesEveryCopy) {
+    EditedClip clip(clipOf());
+    const auto plan = clip.plan(soundToMusic(clip.bytes));
+    EXPECT_THAT(plan.copies, ElementsAre(0U, 1U));
+    const Bytes after = clip.after(plan);
+    for (const std::size_t partition : {0U, 1U}) {
+        EXPECT_EQ(changesIn(clip.bytes, after, partition), "changed TimelineTrack TrackName\n");
+    }
+    EXPECT_EQ(after.size(), clip.bytes.size());
+}
+
+TEST(EditPlan, changesTheCopyThatIsChosenAndListsTheOthers) {
+    EditedClip clip(clipOf());
+    EditOptions options;
+    options.copies = {CopyChoice::Kind::header};
+    const auto plan = clip.plan(soundToMusic(clip.bytes), options);
+    EXPECT_THAT(plan.copies, ElementsAre(0U));
+    EXPECT_THAT(plan.left, ElementsAre(1U));
+    const Bytes after = clip.after(plan);
+    EXPECT_EQ(changesIn(clip.bytes, after, 0), "changed TimelineTrack TrackName\n");
+    EXPECT_EQ(changesIn(clip.bytes, after, 1), "");
+}
+
+TEST(EditPlan, refusesACopyWhereTheOldValueDiffers) {
+    Says other;
+    other.trackName = u"Noise";
+    const Bytes clip = clipOf(metadata(other));
+    EXPECT_THAT(refusalOf(clip, soundToMusic(clip)),
+                AllOf(HasSubstr("partition 0 (header): set TimelineTrack"),
+                      HasSubstr("property TrackName: has")));
+}
+
+TEST(EditPlan, recordsTheEditInEachCopyWhateverDatesAndIdentificationsItHas) {
+    Says open;
+    open.year = 1999;
+    open.identifications = {3, 5};
+    EditedClip clip(clipOf(metadata(open)));
+    EditOptions options;
+    options.modification = testModification();
+    const auto plan = clip.plan(soundToMusic(clip.bytes), options);
+    const Bytes after = clip.after(plan);
+    for (const std::size_t partition : {0U, 1U}) {
+        EXPECT_EQ(changesIn(clip.bytes, after, partition),
+                  "changed Preface GenerationUID IdentificationList FileLastModified\n"
+                  "added Identification\n"
+                  "changed TimelineTrack TrackName GenerationUID\n");
+        LayoutOf copy(after, partition);
+        const auto& preface = copy.layout.items()[copy.set(1)];
+        auto properties = copy.layout.properties(preface);
+        while (const auto property = properties.next()) {
+            if (property->tag == 0x3B02) {
+                EXPECT_EQ(copyOf(property->value), hex("07e8021d0c1e2d00"));
+            } else if (property->tag == 0x3B06) {
+                EXPECT_EQ(property->value.size, partition == 0 ? 8U + 3 * 16 : 8U + 2 * 16);
+            }
+        }
+    }
+}
+
+TEST(EditPlan, recordsNothingWhereNothingChanges) {
+    EditedClip clip(clipOf());
+    EditOptions options;
+    options.modification = testModification();
+    const auto plan = clip.plan(documentOf(clip.bytes), options);
+    EXPECT_TRUE(plan.isEmpty());
+    EXPECT_TRUE(plan.rewrite.isEmpty());
+}
+
+TEST(EditPlan, refusesTechnicalChangesUnlessTheyAreAllowed) {
+    EditedClip clip(clipOf());
+    const auto document = replaced(documentOf(clip.bytes), ">7<", ">8<");
+    EXPECT_THAT(refusalOf(clip.bytes, document), HasSubstr("TimelineTrack/TrackID;"));
+    EditOptions options;
+    options.allowsTechnical = true;
+    EXPECT_EQ(linesOf(clip.plan(document, options).changes), "changed TimelineTrack TrackID\n");
+}
+
+TEST(EditPlan, refusesTheDocumentOfAnotherClip) {
+    Bytes other = metadata();
+    const Bytes instance = uuid(1);
+    for (auto at = std::search(other.begin(), other.end(), instance.begin(), instance.end());
+         at != other.end(); at = std::search(at, other.end(), instance.begin(), instance.end())) {
+        *(at + 3) ^= 1;
+    }
+    EXPECT_THAT(refusalOf(clipOf(), documentOf(clipOf(other, other))),
+                HasSubstr("the document is of another clip"));
+}
+
+TEST(EditPlan, refusesTheDocumentOfAnOlderState) {
+    Says newer;
+    newer.identifications = {3, 5};
+    const Bytes clip = clipOf(metadata(newer), metadata(newer));
+    EXPECT_THAT(refusalOf(clip, documentOf(clipOf())), HasSubstr("older state of the clip"));
+    EXPECT_THAT(refusalOf(clipOf(), documentOf(clip)), Not(HasSubstr("older")));
+}
+
+TEST(EditPlan, putsANewSetAfterItsOwnerAndTakesItAwayAgain) {
+    EditedClip clip(clipOf());
+    Says more;
+    more.identifications = {3, 5};
+    const auto longer = documentOf(clipOf(metadata(more), metadata(more)));
+    const Bytes after = clip.after(longer);
+    LayoutOf copy(after);
+    EXPECT_EQ(copy.set(5), copy.set(1) + 1);
+    EXPECT_EQ(changesIn(clip.bytes, after, 1),
+              "changed Preface IdentificationList\nadded Identification\n");
+    EditedClip changed(after);
+    const auto wanted = EditedClip(clip.bytes).editor.readMetadata();
+    const Bytes back = changed.after(changed.editor.plan(*wanted, {}));
+    EXPECT_EQ(changesIn(clip.bytes, back, 0), "");
+    EXPECT_EQ(changesIn(clip.bytes, back, 1), "");
+}
+
+TEST(EditPlan, keepsWhatADocumentLeavesOutOnPurpose) {
+    EditedClip clip(clipOf());
+    Editing::DocumentContent part;
+    part.start = Types::UUID({uuid(3).data(), 16});
+    const auto document = replaced(documentOf(clip.bytes, part), ">A company<", ">Another<");
+    EXPECT_THAT(document, Not(HasSubstr("<s377m:Preface")));
+    EXPECT_EQ(linesOf(clip.plan(document).changes),
+              "changed Identification ApplicationSupplierName\n");
+}
+
+TEST(EditPlan, growsWhereThereIsNoRoom) {
+    EditedClip clip(clipOf());
+    const auto document =
+        replaced(documentOf(clip.bytes), ">Sound<", ">" + std::string(2000, 'n') + "<");
+    const auto plan = clip.plan(document);
+    EXPECT_EQ(plan.rewrite.insertions.size(), 2U);
+    const Bytes after = clip.after(plan);
+    EXPECT_EQ(changesIn(clip.bytes, after, 0), "changed TimelineTrack TrackName\n");
+    EXPECT_EQ(changesIn(clip.bytes, after, 1), "changed TimelineTrack TrackName\n");
+}
+
+TEST(Guard, namesOnlyPropertiesThatTheDictionaryKnows) {
+    const auto dictionary = MetaMetadata::Dictionary::builtIn();
+    for (const auto& technical : Editing::technicalProperties) {
+        std::array<Types::u8, 16> bytes{0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x01};
+        Types::writeBigEndian(bytes.data() + 8, technical.label);
+        EXPECT_NE(dictionary->findElement(Types::UniversalLabel(bytes)), nullptr) << technical.name;
+    }
+}
+
+} // namespace
+} // namespace Corvid::Testing

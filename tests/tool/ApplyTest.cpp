@@ -1,0 +1,271 @@
+#include "tests/tool/RunCommand.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
+
+using namespace Corvid::Testing;
+using ::testing::AllOf;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+/// A clip, its document, and the document with another name of the package.
+class Apply : public ::testing::Test {
+protected:
+    Apply() {
+        std::filesystem::copy_file(sourceDir() / "examples" / "sample.mxf",
+                                   shop.path() / "clip.mxf");
+        shop.run("corvid to-xml clip.mxf -o doc.xml");
+        shop.run("sed 's/Test picture and tone/Camera 1/' doc.xml >edited.xml");
+        before = shop.read("clip.mxf");
+        shop.write("small.mxf", roomless());
+        shop.run("corvid to-xml small.mxf -o small.xml");
+        shop.run("sed 's/A company/" + std::string(3000, 'n') + "/' small.xml >long.xml");
+    }
+
+    /// A whole file whose header metadata is followed by essence at once.
+    static Bytes roomless() {
+        const Bytes metadata = join(
+            {standardPrimer(),
+             set(structuralKey(prefaceSet), 1,
+                 {property(0x3B03, uuid(2)), property(0x3B06, batch({uuid(3)}, 16))}),
+             set(structuralKey(contentStorageSet), 2),
+             set(structuralKey(identificationSet), 3, {property(0x3C01, utf16(u"A company"))})});
+        PartitionSpec header = headerPartition(metadata);
+        header.behindMetadata = klv(essenceKey(), repeat(0xEE, 5000));
+        return MxfBuilder()
+            .add(header)
+            .add(footerPartition(metadata))
+            .withRandomIndexPack()
+            .build();
+    }
+
+    Outcome run(const std::string& line) const { return shop.run(line); }
+
+    const Workshop shop;
+    std::string before;
+};
+
+TEST_F(Apply, writesNothingWhereTheDocumentIsNotEdited) {
+    const auto clip = shop.path() / "clip.mxf";
+    std::filesystem::last_write_time(clip, std::filesystem::file_time_type::clock::now() -
+                                               std::chrono::hours(1000));
+    const auto time = std::filesystem::last_write_time(clip);
+    const Outcome outcome = run("corvid apply doc.xml clip.mxf --in-place");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.out, "no change\n");
+    EXPECT_EQ(outcome.err, "");
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_EQ(std::filesystem::last_write_time(clip), time);
+}
+
+TEST_F(Apply, writesTheSameFileWhereTheDocumentIsNotEdited) {
+    EXPECT_EQ(run("corvid apply doc.xml clip.mxf -o new.mxf").status, 0);
+    EXPECT_TRUE(shop.read("new.mxf") == before);
+}
+
+TEST_F(Apply, changesAClipInPlace) {
+    const std::size_t files = shop.count();
+    const Outcome outcome = run("corvid apply edited.xml clip.mxf --in-place");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("in place: "), HasSubstr("partition 0 (header")));
+    EXPECT_EQ(shop.read("clip.mxf").size(), before.size());
+    EXPECT_EQ(shop.count(), files) << "nothing is left beside the clip";
+    EXPECT_THAT(run("corvid info clip.mxf").out,
+                AllOf(HasSubstr("\"Camera 1\""), HasSubstr("Corvid / corvid / ")));
+    EXPECT_EQ(run("corvid check clip.mxf").status, 0);
+}
+
+TEST_F(Apply, writesAnEditedCopyAndLeavesTheClipAlone) {
+    shop.write("new.mxf", std::string("what was there"));
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf -o new.mxf").status, 0);
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_THAT(run("corvid info new.mxf").out, HasSubstr("\"Camera 1\""));
+}
+
+TEST_F(Apply, leavesTheHistoryAloneWhereAsked) {
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --no-identification").status, 0);
+    run("corvid to-xml clip.mxf -o again.xml");
+    EXPECT_EQ(shop.read("again.xml"), shop.read("edited.xml"));
+    EXPECT_EQ(run("corvid apply doc.xml clip.mxf --in-place --no-identification").status, 0);
+    run("corvid to-xml clip.mxf -o again.xml");
+    EXPECT_EQ(shop.read("again.xml"), shop.read("doc.xml"));
+}
+
+TEST_F(Apply, showsWhatWouldChange) {
+    const Outcome same = run("corvid apply doc.xml clip.mxf --dry-run");
+    EXPECT_EQ(same.status, 0);
+    EXPECT_EQ(same.out, "no change\n");
+    const Outcome outcome = run("corvid apply edited.xml clip.mxf --dry-run --no-identification");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.out,
+                AllOf(HasSubstr("changed MaterialPackage ad.ab.44.24"),
+                      HasSubstr("  PackageName: \"Test picture and tone\" -> \"Camera 1\"\n"),
+                      HasSubstr("in place: ")));
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+}
+
+TEST_F(Apply, showsTheSameForPrograms) {
+    const Outcome outcome = run("corvid apply edited.xml clip.mxf --dry-run --json");
+    EXPECT_EQ(outcome.status, 1);
+    const auto json = nlohmann::json::parse(outcome.out);
+    EXPECT_EQ(json["file"], "clip.mxf");
+    EXPECT_EQ(json["way"], "in-place");
+    EXPECT_EQ(json["sizeAfter"], before.size());
+    const auto& package = json["sets"][0];
+    EXPECT_EQ(package["set"], "MaterialPackage");
+    EXPECT_EQ(package["properties"][0]["name"], "PackageName");
+    EXPECT_EQ(package["properties"][0]["after"], "\"Camera 1\"");
+    EXPECT_EQ(package["properties"][0]["bytesAfter"], "00430061006d006500720061002000310000");
+}
+
+TEST_F(Apply, keepsARecordOfTheEdit) {
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --log log.json").status, 0);
+    const auto json = nlohmann::json::parse(shop.read("log.json"));
+    EXPECT_EQ(json["document"], "edited.xml");
+    EXPECT_EQ(json["version"], CORVID_TEST_VERSION);
+    const std::string after = shop.read("clip.mxf");
+    std::string rebuilt = before;
+    for (const auto& write : json["writes"]) {
+        const std::size_t offset = write["offset"];
+        const std::size_t size = write["size"];
+        rebuilt.replace(offset, size, after, offset, size);
+    }
+    EXPECT_TRUE(rebuilt == after) << "the record names every byte that has changed";
+}
+
+TEST_F(Apply, isUndone) {
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --undo undo").status, 0);
+    EXPECT_FALSE(shop.read("clip.mxf") == before);
+    const Outcome outcome = run("corvid recover clip.mxf --from undo");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_EQ(run("corvid recover clip.mxf --from undo").status, 1) << "it is undone already";
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+}
+
+TEST_F(Apply, isNotUndoneWhereTheClipHasChangedSince) {
+    run("corvid apply edited.xml clip.mxf --in-place --undo undo");
+    run("corvid to-xml clip.mxf -o second.xml && sed -i 's/Camera 1/Camera 2/' second.xml");
+    EXPECT_EQ(run("corvid apply second.xml clip.mxf --in-place").status, 0);
+    const std::string changed = shop.read("clip.mxf");
+    const Outcome outcome = run("corvid recover clip.mxf --from undo");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("has changed since"));
+    EXPECT_TRUE(shop.read("clip.mxf") == changed);
+}
+
+TEST_F(Apply, growsAClipWhereThereIsNoRoom) {
+    run("chmod 640 small.mxf && ln small.mxf link.mxf");
+    const Outcome outcome = run("corvid apply long.xml small.mxf --in-place --reserve 0");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, AllOf(HasSubstr("bytes longer"), HasSubstr("partition 0 (header"),
+                                   HasSubstr("and partition 1 (footer")));
+    const std::string after = shop.read("small.mxf");
+    EXPECT_GT(after.size(), 2 * 6000 + roomless().size());
+    EXPECT_THAT(after, HasSubstr(std::string(5000, '\xEE')));
+    for (const char* partition : {"header", "footer"}) {
+        const std::string text =
+            run(std::string("corvid to-xml small.mxf --partition ") + partition).out;
+        EXPECT_THAT(text, HasSubstr(std::string(3000, 'n'))) << partition;
+    }
+    EXPECT_EQ(run("corvid check small.mxf").err, "");
+    EXPECT_EQ(run("stat -c %a small.mxf").out, "640\n");
+    EXPECT_TRUE(shop.read("link.mxf") == after) << "it is the same file still";
+}
+
+TEST_F(Apply, keepsTheTimeWhereAsked) {
+    const auto clip = shop.path() / "clip.mxf";
+    const auto time = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1000);
+    std::filesystem::last_write_time(clip, time);
+    const auto kept = std::filesystem::last_write_time(clip);
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --preserve-times").status, 0);
+    EXPECT_FALSE(shop.read("clip.mxf") == before);
+    EXPECT_EQ(std::filesystem::last_write_time(clip), kept);
+}
+
+TEST_F(Apply, saysSoWhereAnEarlierEditWasNotFinished) {
+    EXPECT_EQ(run("corvid recover clip.mxf").out, "nothing to recover\n");
+    run("corvid apply edited.xml clip.mxf --in-place --undo undo");
+    const std::string after = shop.read("clip.mxf");
+    run("mv undo .clip.mxf.corvid-recovery");
+    for (const char* line :
+         {"corvid info clip.mxf", "corvid check clip.mxf", "corvid to-xml clip.mxf"}) {
+        EXPECT_THAT(run(line).err, HasSubstr("[unfinished-edit]")) << line;
+    }
+    const Outcome refused = run("corvid apply doc.xml clip.mxf --in-place");
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr("run corvid recover first"));
+    EXPECT_TRUE(shop.read("clip.mxf") == after);
+    EXPECT_EQ(run("corvid recover clip.mxf").status, 0);
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_THAT(run("corvid info clip.mxf").err, Not(HasSubstr("unfinished")));
+}
+
+TEST_F(Apply, isFinishedWhereAsked) {
+    run("corvid apply edited.xml clip.mxf --in-place --undo undo");
+    const std::string after = shop.read("clip.mxf");
+    run("mv undo .clip.mxf.corvid-recovery");
+    EXPECT_EQ(run("corvid recover clip.mxf --complete").status, 0);
+    EXPECT_TRUE(shop.read("clip.mxf") == after);
+}
+
+/// What is refused, with the status and a part of the message.
+struct Refused {
+    const char* name;
+    const char* line;
+    int status;
+    const char* message;
+};
+
+void PrintTo(const Refused& each, std::ostream* out) { *out << each.name; }
+
+class ApplyRefuses : public Apply, public ::testing::WithParamInterface<Refused> {};
+
+TEST_P(ApplyRefuses, andWritesNothing) {
+    run("sed 's/<rp210:TrackID>2</<rp210:TrackID>99</' doc.xml >technical.xml");
+    run("sed 's/rp210:PackageName/rp210:PackageNmae/' doc.xml >mistaken.xml");
+    run("ln clip.mxf link.mxf");
+    const std::string small = shop.read("small.mxf");
+    run("sed 's/Test picture and tone/" + std::string(40000, 'n') + "/' doc.xml >longer.xml");
+    const Outcome outcome = run(GetParam().line);
+    EXPECT_EQ(outcome.status, GetParam().status) << outcome.err;
+    EXPECT_THAT(outcome.err, HasSubstr(GetParam().message));
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_TRUE(shop.read("small.mxf") == small);
+    EXPECT_FALSE(shop.has("new.mxf"));
+    EXPECT_FALSE(shop.has("undo"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , ApplyRefuses,
+    ::testing::Values(
+        Refused{"NoDestination", "corvid apply edited.xml clip.mxf", 2, "--in-place"},
+        Refused{"TwoDestinations", "corvid apply edited.xml clip.mxf --in-place -o new.mxf", 2,
+                "exclude each other"},
+        Refused{"StandardInputAsClip", "corvid apply edited.xml - --in-place <clip.mxf", 2,
+                "not standard input"},
+        Refused{"StandardOutput", "corvid apply edited.xml clip.mxf -o -", 2,
+                "not to standard output"},
+        Refused{"TheClipAsNewFile", "corvid apply edited.xml clip.mxf -o ./link.mxf", 2,
+                "--in-place changes a clip"},
+        Refused{"AMistake", "corvid apply mistaken.xml clip.mxf --in-place", 1,
+                "mistaken.xml: line "},
+        Refused{"ATechnicalChange", "corvid apply technical.xml clip.mxf --in-place", 1,
+                "TimelineTrack/TrackID (2 times); --allow-technical"},
+        Refused{"ATooLongValue", "corvid apply longer.xml clip.mxf --in-place", 1, "65535"},
+        Refused{"GrowthThatCanNotBeUndone",
+                "corvid apply long.xml small.mxf --in-place --undo undo", 1,
+                "only an edit in place can be undone"},
+        Refused{"APartitionWithoutMetadata",
+                "corvid apply edited.xml clip.mxf --in-place --partitions 9", 1, "partition 9"},
+        Refused{"NoClip", "corvid apply edited.xml none.mxf --in-place", 3, "none.mxf"},
+        Refused{"NoDocument", "corvid apply none.xml clip.mxf --in-place", 3, "none.xml"},
+        Refused{"ADocumentAsClip", "corvid apply edited.xml doc.xml --in-place", 1, "not an MXF"},
+        Refused{"AnUnwritableLog",
+                "corvid apply edited.xml clip.mxf --in-place --log none/log.json", 3, "none/"}),
+    [](const auto& each) { return each.param.name; });
+
+} // namespace

@@ -1,0 +1,188 @@
+#include "tools/corvid/Apply.h"
+
+#include "host/dataio/OpenSource.h"
+#include "host/mxf/rewrite/disk/InPlace.h"
+#include "host/mxf/rewrite/disk/SystemFiles.h"
+#include "tools/corvid/CommandWarnings.h"
+#include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/ReadDocument.h"
+#include "tools/corvid/input/Clip.h"
+#include "tools/corvid/input/DocumentFile.h"
+#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/reports/ChangeReport.h"
+#include "tools/corvid/reports/DocumentReport.h"
+#include "tools/corvid/reports/JsonText.h"
+#include "tools/corvid/terminal/Messages.h"
+#include "tools/corvid/terminal/ProgressBar.h"
+#include "tools/corvid/terminal/UsageError.h"
+
+#include <charconv>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Editing::CopyChoice;
+using Editing::EditPlan;
+using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
+
+std::optional<CopyChoice> copyChoiceOf(const std::string& text) {
+    using Kind = CopyChoice::Kind;
+    if (text == "all" || text == "header" || text == "footer") {
+        return CopyChoice{text == "all"      ? Kind::all
+                          : text == "header" ? Kind::header
+                                             : Kind::footer};
+    }
+    std::uint32_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc() || stop != end || text.empty()) {
+        return std::nullopt;
+    }
+    return CopyChoice{Kind::number, number};
+}
+
+bool isSameFile(const std::string& a, const std::string& b) {
+    std::error_code nothing;
+    return std::filesystem::equivalent(a, b, nothing);
+}
+
+/// Refuses what can't be meant.
+void checkOptions(const ApplyOptions& options) {
+    const std::string& output = options.target.newFile;
+    if (options.clip == "-") {
+        throw UsageError{"the clip is a file that can be changed or copied, not standard input"};
+    }
+    if (output.empty() && !options.inPlace && !options.dryRun) {
+        throw UsageError{"-o FILE, --in-place or --dry-run is missing"};
+    }
+    if (!output.empty() && options.inPlace) {
+        throw UsageError{"-o FILE and --in-place exclude each other"};
+    }
+    if (output == "-") {
+        throw UsageError{"an edited clip goes to a file, not to standard output"};
+    }
+    for (const std::string& file :
+         inputsOf({options.document, options.clip}, options.dictionaries)) {
+        if (!output.empty() && isSameFile(output, file)) {
+            throw UsageError{output +
+                             " is read, so it can't be written; --in-place changes a clip"};
+        }
+    }
+    protectInputs(inputsOf({options.document, options.clip}, options.dictionaries));
+}
+
+/// What the edit leaves in the file's history.
+Editing::Modification modification(const std::string& version) {
+    constexpr std::array<Types::u8, 16> productUID = {0x5c, 0x0f, 0x9b, 0x52, 0xd1, 0x3e,
+                                                      0x4a, 0x6b, 0x9e, 0x77, 0x2a, 0x41,
+                                                      0x8c, 0x60, 0x13, 0xd5};
+    return {"Corvid", "corvid", version, "Linux", Types::UUID(productUID), Editing::currentTime()};
+}
+
+Editing::EditOptions editOptionsOf(const ApplyOptions& options) {
+    Editing::EditOptions edit = options.edit;
+    edit.copies = copyChoiceOf(options.partitions).value_or(CopyChoice());
+    if (options.recordsEdit) {
+        edit.modification = modification(options.version);
+    }
+    return edit;
+}
+
+Editing::DocumentMetadata readDocument(const ApplyOptions& options, const Dictionary& dictionary,
+                                       Messages& messages) {
+    messages.setFile(options.document);
+    DocumentFile file(options.document);
+    auto document = readStrictly(file, dictionary, Editing::DocumentIdentifiers::written, messages);
+    report(document, messages);
+    messages.setFile(options.clip);
+    return document;
+}
+
+std::vector<std::string> namesOf(const std::vector<std::size_t>& numbers,
+                                 const mxf::Partitions& partitions) {
+    std::vector<std::string> names;
+    for (const std::size_t number : numbers) {
+        names.push_back(describe(number, partitions[number]));
+    }
+    return names;
+}
+
+void warnOfCopies(const EditPlan& plan, const mxf::Partitions& partitions, Messages& messages) {
+    for (const std::string& copy : namesOf(plan.left, partitions)) {
+        messages.warn({CommandWarnings::copiesDiffer,
+                       copy + " keeps its header metadata, so closed copies differ"});
+    }
+}
+
+/// Opens the file for the record of the edit, before anything is changed; null where none is
+/// wanted.
+std::unique_ptr<Output> openLog(const ApplyOptions& options) {
+    return options.log.empty()
+               ? nullptr
+               : openOutput(options.log,
+                            inputsOf({options.document, options.clip}, options.dictionaries),
+                            MayReplace::noMxfFile);
+}
+
+void writeLog(const ApplyOptions& options, nlohmann::ordered_json record, Output& output) {
+    record["document"] = options.document;
+    record["version"] = options.version;
+    const std::string text = jsonText(record) + "\n";
+    output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+    output.commit();
+}
+
+mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
+    if (!messages.showsProgress()) {
+        return {};
+    }
+    return [&messages, path](std::uint64_t done, std::uint64_t all) {
+        messages.showProgress(progressBar(static_cast<std::size_t>(done),
+                                          static_cast<std::size_t>(all), path, terminalColumns()));
+    };
+}
+
+} // namespace
+
+bool isCopyChoice(const std::string& text) { return copyChoiceOf(text).has_value(); }
+
+void apply(const ApplyOptions& options, Messages& messages) {
+    messages.setFile(options.clip);
+    checkOptions(options);
+    const auto dictionary = loadDictionary(options.dictionaries);
+    mxf::SystemFiles files;
+    const auto source = DataIO::openSource(options.clip);
+    const auto status = files.find(options.clip);
+    mxf::requireFinished(files, options.clip);
+    auto document = readDocument(options, dictionary, messages);
+    Editing::ClipEditor editor(*source, dictionary, messages);
+    Editing::EditOptions edit = editOptionsOf(options);
+    edit.blockSize = Editing::blockSizeOf(files, options.clip);
+    const EditPlan plan = editor.plan(document, edit);
+    warnOfCopies(plan, editor.partitions(), messages);
+    refuseWarnings(options.warningsAsErrors, messages);
+    EditReport report{messages.file(), plan,
+                      wayOf(files, options.clip, *source, plan, options.target),
+                      namesOf(plan.copies, editor.partitions()), *dictionary};
+    if (!options.dryRun) {
+        const auto log = openLog(options);
+        report.way = carryOut(files, options.clip, *source, plan, status.value(), options.target,
+                              progressOn(messages, options.clip));
+        messages.showProgress("");
+        if (log) {
+            writeLog(options, toJson(report), *log);
+        }
+    }
+    messages.flush();
+    printText(options.json ? jsonText(toJson(report)) + "\n"
+                           : (options.dryRun ? toText(plan.changes, *dictionary) : "") +
+                                 wayText(report) + "\n");
+    if (options.dryRun && !plan.isEmpty()) {
+        throw EndedWith{exitRefused};
+    }
+}
+
+} // namespace Corvid::Tool

@@ -1,0 +1,188 @@
+#include "tools/corvid/reports/ChangeReport.h"
+
+#include "host/base/Hex.h"
+#include "tools/corvid/reports/ValueText.h"
+
+#include <nlohmann/json.hpp>
+
+namespace Corvid::Tool {
+
+namespace {
+
+using Editing::ChangedDark;
+using Editing::ChangedProperty;
+using Editing::ChangedSet;
+using Editing::Changes;
+using Editing::EditWay;
+using Json = nlohmann::ordered_json;
+
+const char* nameOf(ChangedSet::Kind kind) {
+    switch (kind) {
+    case ChangedSet::Kind::changed:
+        return "changed";
+    case ChangedSet::Kind::added:
+        return "added";
+    case ChangedSet::Kind::removed:
+        break;
+    }
+    return "removed";
+}
+
+const char* nameOf(const ChangedDark& dark) {
+    return !dark.before ? "added" : dark.after ? "changed" : "removed";
+}
+
+const char* nameOf(EditWay way) {
+    switch (way) {
+    case EditWay::nothing:
+        return "nothing";
+    case EditWay::inPlace:
+        return "in-place";
+    case EditWay::replace:
+        return "replace";
+    case EditWay::newFile:
+        break;
+    }
+    return "new-file";
+}
+
+std::string hexOf(const mxf::Bytes& bytes) {
+    return Hex::encoded<std::string>(bytes.data(), bytes.size(), Hex::lower);
+}
+
+std::string text(const ChangedProperty& property, const std::optional<mxf::Bytes>& value,
+                 const MetaMetadata::Dictionary& dictionary) {
+    return valueText(property.label, mxf::viewOf(*value), dictionary);
+}
+
+std::uint64_t bytesOf(const mxf::Rewrite& rewrite) {
+    std::uint64_t bytes = 0;
+    for (const auto& range : rewrite.writes) {
+        bytes += range.bytes.size();
+    }
+    return bytes;
+}
+
+std::uint64_t insertedBy(const mxf::Rewrite& rewrite) {
+    return rewrite.newSize() - rewrite.oldSize;
+}
+
+std::string counted(std::uint64_t count, const char* what) {
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+Json toJson(const ChangedProperty& property, const MetaMetadata::Dictionary& dictionary) {
+    Json json{{"name", property.name}};
+    if (property.label) {
+        json["label"] = Platform::toUtf8(property.label->toString());
+    }
+    if (property.before) {
+        json["before"] = text(property, property.before, dictionary);
+        json["bytesBefore"] = hexOf(*property.before);
+    }
+    if (property.after) {
+        json["after"] = text(property, property.after, dictionary);
+        json["bytesAfter"] = hexOf(*property.after);
+    }
+    return json;
+}
+
+} // namespace
+
+std::string toText(const Changes& changes, const MetaMetadata::Dictionary& dictionary) {
+    std::string lines;
+    for (const ChangedSet& set : changes.sets) {
+        lines += std::string(nameOf(set.kind)) + " " + set.name;
+        if (set.place.instance) {
+            lines += " " + Platform::toUtf8(set.place.instance->toString());
+        }
+        lines += "\n";
+        for (const ChangedProperty& property : set.properties) {
+            lines += "  " + property.name + ": ";
+            lines += property.before ? text(property, property.before, dictionary) : "";
+            lines += property.before && property.after ? " -> " : "";
+            lines += !property.before ? "+ " : "";
+            lines += property.after ? text(property, property.after, dictionary)
+                                    : std::string(" (removed)");
+            lines += "\n";
+        }
+    }
+    for (const ChangedDark& dark : changes.dark) {
+        lines += std::string(nameOf(dark)) + " KLV " + Platform::toUtf8(dark.key.toString()) + "\n";
+    }
+    return lines;
+}
+
+Json toJson(const Changes& changes, const MetaMetadata::Dictionary& dictionary) {
+    Json sets = Json::array();
+    for (const ChangedSet& set : changes.sets) {
+        Json json{{"change", nameOf(set.kind)},
+                  {"set", set.name},
+                  {"key", Platform::toUtf8(set.place.key.toString())}};
+        if (set.place.instance) {
+            json["instanceUID"] = Platform::toUtf8(set.place.instance->toString());
+        }
+        json["properties"] = Json::array();
+        for (const ChangedProperty& property : set.properties) {
+            json["properties"].push_back(toJson(property, dictionary));
+        }
+        sets.push_back(std::move(json));
+    }
+    for (const ChangedDark& dark : changes.dark) {
+        Json json{{"change", nameOf(dark)}, {"key", Platform::toUtf8(dark.key.toString())}};
+        if (dark.before) {
+            json["bytesBefore"] = hexOf(*dark.before);
+        }
+        if (dark.after) {
+            json["bytesAfter"] = hexOf(*dark.after);
+        }
+        sets.push_back(std::move(json));
+    }
+    return sets;
+}
+
+std::string wayText(const EditReport& report) {
+    const mxf::Rewrite& rewrite = report.plan.rewrite;
+    if (report.plan.isEmpty()) {
+        return "no change";
+    }
+    std::string line = report.way == EditWay::inPlace   ? "in place"
+                       : report.way == EditWay::replace ? "by a longer file in its place"
+                                                        : "as a new file";
+    line +=
+        ": " + counted(bytesOf(rewrite), "byte") + " at " + counted(rewrite.writes.size(), "place");
+    if (const auto inserted = insertedBy(rewrite)) {
+        line += ", " + counted(inserted, "byte") + " longer";
+    }
+    const char* before = ", in ";
+    for (const std::string& copy : report.copies) {
+        line += before + copy;
+        before = " and ";
+    }
+    return line;
+}
+
+Json toJson(const EditReport& report) {
+    const mxf::Rewrite& rewrite = report.plan.rewrite;
+    Json json{{"file", report.file},
+              {"changed", !report.plan.isEmpty()},
+              {"way", report.plan.isEmpty() && report.way != EditWay::newFile ? "nothing"
+                                                                              : nameOf(report.way)},
+              {"sizeBefore", rewrite.oldSize},
+              {"sizeAfter", rewrite.newSize()},
+              {"bytesWritten", bytesOf(rewrite)},
+              {"partitions", report.plan.copies},
+              {"partitionsLeft", report.plan.left},
+              {"sets", toJson(report.plan.changes, report.dictionary)}};
+    json["insertions"] = Json::array();
+    for (const auto& insertion : rewrite.insertions) {
+        json["insertions"].push_back({{"offset", insertion.offset}, {"size", insertion.size}});
+    }
+    json["writes"] = Json::array();
+    for (const auto& range : rewrite.writes) {
+        json["writes"].push_back({{"offset", range.offset}, {"size", range.bytes.size()}});
+    }
+    return json;
+}
+
+} // namespace Corvid::Tool
