@@ -54,6 +54,8 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         Run{"Version", "corvid --version"}, Run{"Info", "corvid info clip.mxf"},
         Run{"Dictionary", "corvid dictionary Preface"}, Run{"ToXml", "corvid to-xml clip.mxf"},
+        Run{"Apply", "corvid apply doc.xml clip.mxf --in-place"},
+        Run{"Recover", "corvid recover clip.mxf"},
         Run{"ToXmlIntoAFile", "corvid to-xml clip.mxf -o out.xml"},
         Run{"ToXmlFromAPipe", "corvid to-xml - <clip.mxf"},
         Run{"ToXmlInUtf16", "corvid to-xml clip.mxf --encoding utf-16"},
