@@ -6,6 +6,7 @@
 #include "host/mxf/rewrite/ObjectDirectory.h"
 
 #include <algorithm>
+#include <cassert>
 #include <set>
 
 namespace Corvid::Editing {
@@ -175,9 +176,10 @@ private:
 
     ChangedProperty changed(const PropertyPlace& place, const StoredProperty* before,
                             const StoredProperty* after) const {
+        assert(before != nullptr || after != nullptr);
         ChangedProperty property;
         property.place = place;
-        property.label = after == nullptr ? before->label : after->label;
+        property.label = (after == nullptr ? *before : *after).label;
         property.name = nameOf(place, property.label, dictionary_);
         if (before != nullptr) {
             property.before = copyOf(before->value);

@@ -1,5 +1,6 @@
 #include "editing/apply/ClipEditor.h"
 
+#include "editing/DocumentMetadata.h"
 #include "editing/change/FindChanges.h"
 #include "host/metadata/Elements.h"
 #include "host/types/Types.h"
@@ -116,6 +117,18 @@ TEST_P(EveryClip, saysTheSameAgainWhereATextIsChangedAndChangedBack) {
     setText(*findText(*again), old);
     const Bytes back = changed.after(changed.editor.plan(*again, {}));
     expectSameMetadata(clip.bytes, back);
+}
+
+TEST_P(EveryClip, staysAsItIsWhereItsDocumentLosesItsInstructions) {
+    EditedClip clip(bytesOf(GetParam()));
+    Editing::DocumentContent bare;
+    bare.hasInstructions = false;
+    try {
+        const auto plan = clip.plan(documentOf(clip.bytes, bare));
+        EXPECT_EQ(linesOf(plan.changes), "");
+    } catch (const Editing::DocumentMistakes& refusal) {
+        GTEST_SKIP() << "it can't be read without: " << refusal.mistakes().front().text;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(, EveryClip, ::testing::ValuesIn(clips()), nameOfClip);

@@ -104,6 +104,7 @@ Editing::DocumentMetadata readDocument(const ApplyOptions& options, const Dictio
 std::vector<std::string> namesOf(const std::vector<std::size_t>& numbers,
                                  const mxf::Partitions& partitions) {
     std::vector<std::string> names;
+    names.reserve(numbers.size());
     for (const std::size_t number : numbers) {
         names.push_back(describe(number, partitions[number]));
     }
