@@ -15,6 +15,15 @@
 
 namespace Corvid::Testing {
 
+/// Bytes that differ from their neighbours, for the content of files.
+inline mxf::Bytes pattern(std::size_t size) {
+    mxf::Bytes bytes(size);
+    for (std::size_t i = 0; i != size; ++i) {
+        bytes[i] = static_cast<Types::u8>(i * 7 + 1);
+    }
+    return bytes;
+}
+
 /// What is on a disk: names in one folder, and files by their numbers.
 struct Disk {
     std::map<std::string, std::uint64_t> names;

@@ -17,17 +17,10 @@ using Testing::Crash;
 using Testing::Disk;
 using Testing::messageOf;
 using Testing::ModelFiles;
+using Testing::pattern;
 
 const std::string clip = "clip.mxf";
 const std::string other = "other.mxf";
-
-Bytes pattern(std::size_t size) {
-    Bytes bytes(size);
-    for (std::size_t i = 0; i != size; ++i) {
-        bytes[i] = static_cast<Types::u8>(i * 7 + 1);
-    }
-    return bytes;
-}
 
 const Bytes oldBytes = pattern(300);
 /// Inserts in two places, and writes before, in and after them.
