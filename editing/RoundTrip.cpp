@@ -1,26 +1,21 @@
 #include "editing/RoundTrip.h"
 
 #include "editing/RenameSets.h"
+#include "editing/StoredBytes.h"
 #include "editing/ThroughXml.h"
 #include "editing/compare/CompareRenamed.h"
-#include "host/dataio/Memory.h"
 #include "host/dataio/MemorySource.h"
 #include "host/mxf/File.h"
-#include "host/mxf/HeaderMetadataWriter.h"
 
 namespace Corvid::Editing {
 
 namespace {
 
-using DataIO::Memory::MemoryDataSink;
 using PartitionHolder = Templates::auto_ptr<Metadata::PartitionMetadata>;
 using Metadata::PartitionMetadata;
 
 PartitionHolder throughFile(PartitionMetadata& metadata) {
-    MemoryDataSink bytes;
-    mxf::PartitionPack pack;
-    pack.status = mxf::PartitionStatus::closedComplete;
-    mxf::writeHeaderPartition(pack, mxf::HeaderMetadataWriter(metadata), bytes);
+    const auto bytes = headerPartitionOf(metadata);
     mxf::NoWarnings warnings;
     mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(new DataIO::MemorySource(
                        bytes.rawBuffer(), bytes.serializedSize(), "the file written")),

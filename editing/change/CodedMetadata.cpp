@@ -1,27 +1,14 @@
 #include "editing/change/CodedMetadata.h"
 
-#include "host/dataio/Memory.h"
+#include "editing/StoredBytes.h"
 #include "host/dataio/MemorySource.h"
-#include "host/mxf/HeaderMetadataWriter.h"
 
 namespace Corvid::Editing {
 
-namespace {
-
-DataIO::Memory::MemoryDataSink written(Metadata::PartitionMetadata& metadata) {
-    DataIO::Memory::MemoryDataSink sink;
-    mxf::PartitionPack pack;
-    pack.status = mxf::PartitionStatus::closedComplete;
-    mxf::writeHeaderPartition(pack, mxf::HeaderMetadataWriter(metadata), sink);
-    return sink;
-}
-
-} // namespace
-
 struct CodedMetadata::Content {
     explicit Content(Metadata::PartitionMetadata& metadata)
-        : sink(written(metadata)), source(sink.rawBuffer(), sink.serializedSize()), window(source),
-          layout(window, mxf::findHeaderPartition(window, warnings)) {}
+        : sink(headerPartitionOf(metadata)), source(sink.rawBuffer(), sink.serializedSize()),
+          window(source), layout(window, mxf::findHeaderPartition(window, warnings)) {}
 
     DataIO::Memory::MemoryDataSink sink;
     DataIO::MemorySource source;

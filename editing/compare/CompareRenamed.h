@@ -6,7 +6,7 @@
 namespace Corvid::Editing {
 
 /// As compare(), of sets that were given new InstanceUIDs.
-/// @param renaming  which stands for which.
+/// @param renaming  the InstanceUID of each set before, and the one that it has now.
 Comparison compareRenamed(Metadata::PartitionMetadata& before, Metadata::PartitionMetadata& after,
                           const Renaming& renaming, std::size_t listed = Differences::mostListed);
 
