@@ -165,10 +165,11 @@ void apply(const ApplyOptions& options, Messages& messages) {
     const EditPlan plan = editor.plan(document, edit);
     warnOfCopies(plan, editor.partitions(), messages);
     refuseWarnings(options.warningsAsErrors, messages);
-    EditReport report{messages.file(), plan,
-                      wayOf(files, options.clip, *source, plan, options.target),
+    EditReport report{messages.file(), plan, Editing::EditWay::nothing,
                       namesOf(plan.copies, editor.partitions()), *dictionary};
-    if (!options.dryRun) {
+    if (options.dryRun) {
+        report.way = wayOf(files, options.clip, *source, plan, options.target);
+    } else {
         const auto log = openLog(options);
         report.way = carryOut(files, options.clip, *source, plan, status.value(), options.target,
                               progressOn(messages, options.clip));
