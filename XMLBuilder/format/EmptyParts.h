@@ -2,7 +2,7 @@
 
 namespace Corvid::XMLBuilder {
 
-/// What an empty element stands for, or an empty part of a value.
+/// What an empty element means, or an empty part of a value.
 enum class EmptyParts : unsigned char {
     missing, ///< nothing: no value is made, or a value that needs the part is refused
     values,  ///< text or bytes of no length

@@ -20,7 +20,7 @@ struct Text {
     static ParsedValue parse(ValueInput& from, As<Types::ISO7String>);
 
     static bool check(ValueCheck& of, As<Types::UTF16String>) { return of.textOnly(of.node()); }
-    /// A code unit of the narrow text has 8 bits. U+FFFD stands for one that XML can't hold.
+    /// A code unit of the narrow text has 8 bits. U+FFFD replaces one that XML can't hold.
     static bool check(ValueCheck& of, As<Types::ISO7String>);
 
     static SimpleType describe(As<Types::UTF16String>) { return {u"xs:string", {}}; }

@@ -9,7 +9,7 @@
 /// What a form says of its values in XML Schema.
 namespace Corvid::XMLBuilder {
 
-/// A text: what there is of another type, restricted.
+/// A text: another type, restricted.
 struct SimpleType {
     struct Facet {
         const char16_t* name; ///< with the prefix "xs"

@@ -7,7 +7,7 @@ namespace Corvid::Tool {
 
 class Messages;
 
-/// What `corvid apply` can be told.
+/// The options of `corvid apply`.
 struct ApplyOptions {
     std::string document; ///< "-" is standard input
     std::string clip;

@@ -6,7 +6,7 @@ namespace Corvid::Tool {
 
 class Messages;
 
-/// What `corvid check` can be told.
+/// The options of `corvid check`.
 struct CheckOptions {
     ClipOptions clip;               ///< of which the path does not matter
     std::vector<std::string> files; ///< "-" is standard input

@@ -6,7 +6,7 @@
 
 namespace Corvid::Tool {
 
-/// What `corvid dictionary` can be told.
+/// The options of `corvid dictionary`.
 struct DictionaryOptions {
     std::string wanted; ///< label, local tag or name
     DictionaryChoice dictionaries;

@@ -13,7 +13,7 @@ using LenientReader = Editing::DocumentMetadata (*)(
     DataIO::DataSource& source, const Templates::SharedPtr<MetaMetadata::Dictionary>& dictionary,
     Editing::DocumentIdentifiers identifiers);
 
-/// What `corvid from-xml` can be told.
+/// The options of `corvid from-xml`.
 struct FromXmlOptions {
     std::string path; ///< "-" is standard input
     DictionaryChoice dictionaries;

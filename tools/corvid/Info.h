@@ -6,7 +6,7 @@ namespace Corvid::Tool {
 
 class Messages;
 
-/// What `corvid info` can be told.
+/// The options of `corvid info`.
 struct InfoOptions {
     ClipOptions clip;
     bool json = false;

@@ -8,7 +8,7 @@ namespace Corvid::Tool {
 
 class Messages;
 
-/// What `corvid recover` can be told.
+/// The options of `corvid recover`.
 struct RecoverOptions {
     std::string clip;
     mxf::RecoveryGoal goal = mxf::RecoveryGoal::before;

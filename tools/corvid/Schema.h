@@ -8,7 +8,7 @@ namespace Corvid::Tool {
 
 class Messages;
 
-/// What `corvid schema` can be told.
+/// The options of `corvid schema`.
 struct SchemaOptions {
     DictionaryChoice dictionaries;
     std::string folder = "."; ///< where the schemas go; made where it is missing

@@ -8,7 +8,7 @@ namespace Corvid::Tool {
 
 class Messages;
 
-/// What `corvid to-xml` can be told.
+/// The options of `corvid to-xml`.
 struct ToXmlOptions {
     ClipOptions clip;
     std::string output = "-"; ///< "-" is standard output

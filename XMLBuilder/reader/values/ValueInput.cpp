@@ -9,8 +9,8 @@ namespace Corvid::XMLBuilder {
 
 namespace {
 
-/// The text of all nodes below an element but comments and instructions. Elements may stand in each
-/// other as deep as a document allows, so nothing here works by calls that nest with them.
+/// The text of all nodes below an element but comments and instructions. Elements may nest
+/// as deep as a document allows, so nothing here works by calls that nest with them.
 std::u16string textBelow(const DocumentNode& element) {
     std::u16string text;
     std::vector<const DocumentNode*> next{element.firstChild}; // on each level

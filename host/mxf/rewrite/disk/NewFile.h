@@ -7,7 +7,7 @@
 
 namespace Corvid::mxf {
 
-/// Is told how many bytes of how many are there; may throw to give up.
+/// Gets how many bytes of how many are there; may throw to give up.
 using CopyProgress = std::function<void(std::uint64_t done, std::uint64_t all)>;
 
 /// Writes a changed copy of a file under another name. The name has the whole new file or what it
