@@ -198,28 +198,30 @@ void EditedHeader::place(const Templates::vector<std::uint64_t>& fill, std::uint
     }
 }
 
+EditedHeader::Piece& EditedHeader::pieceOf(std::size_t item) {
+    return *std::find_if(pieces_.begin(), pieces_.end(),
+                         [item](const Piece& piece) { return piece.item == item; });
+}
+
 /// Writes where everything is into the directory, and where that is into the root set.
 void EditedHeader::fillDirectory() {
     Templates::vector<std::uint64_t> offsets(layout_.items().size());
     Templates::vector<std::uint64_t> newOffsets;
-    Piece* directory = nullptr;
-    Piece* root = nullptr;
-    for (Piece& piece : pieces_) {
+    for (const Piece& piece : pieces_) {
         if (piece.item != none) {
             offsets[piece.item] = piece.offset;
         } else if (piece.instance) {
             newOffsets.push_back(piece.offset);
         }
-        if (piece.isOffsets) {
-            (piece.item == directory_->item() ? directory : root) = &piece;
-        }
     }
-    Types::writeBigEndian(root->value.data() + directory_->offsetInRoot(), directory->offset);
-    directory->value.clear();
-    ObjectDirectory::beginValue(directory->value, listed_.size());
+    Piece& directory = pieceOf(directory_->item());
+    Types::writeBigEndian(pieceOf(directory_->root()).value.data() + directory_->offsetInRoot(),
+                          directory.offset);
+    directory.value.clear();
+    ObjectDirectory::beginValue(directory.value, listed_.size());
     auto newOffset = newOffsets.begin();
     for (const auto& entry : listed_) {
-        ObjectDirectory::addEntry(directory->value, entry.instance,
+        ObjectDirectory::addEntry(directory.value, entry.instance,
                                   entry.item == none ? *newOffset++ : offsets[entry.item],
                                   entry.flags);
     }

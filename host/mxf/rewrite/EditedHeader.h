@@ -68,6 +68,7 @@ private:
     Templates::vector<FillSlot> slots(std::uint64_t extra) const;
     bool lengthen(std::uint64_t bytes);
     void place(const Templates::vector<std::uint64_t>& fill, std::uint64_t shift);
+    Piece& pieceOf(std::size_t item);
     void fillDirectory();
 
     const HeaderLayout& layout_;
