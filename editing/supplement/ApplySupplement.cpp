@@ -129,15 +129,16 @@ const XMLBuilder::Supplement::Properties* SupplementReader::enter(MetadataSet& s
 SupplementOutcome SupplementReader::apply(Metadata::PartitionMetadata& metadata) {
     tags_ = &metadata.partitionDictionary();
     applyClassKeys(metadata);
+    // Before what is said is applied: identifiers that the file does not have are nobody's value.
+    Clear clear;
+    for (MetadataSet* set : nameless_) {
+        set->find(Metadata::Structural::StructuralMetadataULs::instanceUID())->accept(clear);
+    }
     for (const Met& met : met_) {
         applyToSet(met);
     }
     if (supplement_.textsAreTerminated) {
         terminateTexts(metadata);
-    }
-    Clear clear;
-    for (MetadataSet* set : nameless_) {
-        set->find(Metadata::Structural::StructuralMetadataULs::instanceUID())->accept(clear);
     }
     const auto countMissing = [this](const auto& all) {
         for (const auto& [address, sayings] : all) {

@@ -49,16 +49,9 @@ Bytes darkKey() { return hex("06.0e.2b.34.02.53.01.01.0e.7f.7f.7f.01.02.03.00");
 const Bytes timestamp = hex("07.e8.02.1d.0c.00.00.00");
 const Bytes unfit = hex("01.02.03");
 
-std::vector<Editing::Difference> differencesOf(const Contents& contents) {
-    Entries entries{{instanceUIDTag, instanceUIDLabel()}};
-    entries.insert(entries.end(), contents.primer.begin(), contents.primer.end());
-    const Bytes file =
-        MxfBuilder()
-            .add(headerPartition(
-                join({primer(entries), set(structuralKey(prefaceSet), 1, contents.preface),
-                      set(structuralKey(contentStorageSet), 2, contents.contentStorage),
-                      set(darkKey(), 3, contents.dark)})))
-            .build();
+/// @param metadata  the primer pack and the sets.
+std::vector<Editing::Difference> differencesOf(const Bytes& metadata) {
+    const Bytes file = MxfBuilder().add(headerPartition(metadata)).build();
     mxf::NoWarnings warnings;
     const auto read = mxf::File(Templates::auto_ptr<DataIO::RandomAccessSource>(
                                     new DataIO::MemorySource(file.data(), file.size())),
@@ -66,6 +59,14 @@ std::vector<Editing::Difference> differencesOf(const Contents& contents) {
                           .readMetadata();
     const auto differences = Editing::compareWithRoundTrip(*read.metadata).differences;
     return {differences.begin(), differences.end()};
+}
+
+std::vector<Editing::Difference> differencesOf(const Contents& contents) {
+    Entries entries{{instanceUIDTag, instanceUIDLabel()}};
+    entries.insert(entries.end(), contents.primer.begin(), contents.primer.end());
+    return differencesOf(join({primer(entries), set(structuralKey(prefaceSet), 1, contents.preface),
+                               set(structuralKey(contentStorageSet), 2, contents.contentStorage),
+                               set(darkKey(), 3, contents.dark)}));
 }
 
 struct Case {
@@ -152,6 +153,15 @@ TEST(FileTagsAlone, inWhateverPrimerLoseNothingButVersions) {
         EXPECT_THAT(kindsOf(differences), Each(Editing::DifferenceKind::labelVersion))
             << "round " << round << "\n"
             << linesOf(differences);
+    }
+}
+
+TEST(FileTagsAlone, ofAnIdentifierThatIsNoneComeBackWithIt) {
+    for (const Bytes& value : {Bytes(), unfit}) {
+        const auto differences = differencesOf(
+            join({standardPrimer(), set(structuralKey(prefaceSet), 1),
+                  klv(structuralKey(contentStorageSet), property(instanceUIDTag, value))}));
+        EXPECT_THAT(differences, IsEmpty()) << linesOf(differences);
     }
 }
 
