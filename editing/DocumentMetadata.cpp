@@ -18,7 +18,7 @@ namespace Corvid::Editing {
 namespace {
 
 /// Sets of one identifier that differ are a mistake, where the instructions do not speak of them.
-void refuseUnequalCopies(const MergedCopies& copies, const XMLBuilder::Strictness& document,
+void refuseUnequalCopies(const MergedCopies& copies, XMLBuilder::Strictness& document,
                          XMLBuilder::Mistakes& mistakes) {
     for (const auto& copy : copies.unequal) {
         if (!copy.isExpected) {
@@ -95,15 +95,14 @@ DocumentMetadata readDocument(DataIO::DataSource& source,
                               " is after the start of the root, expected in front of it"});
         }
     };
-    reading.end = [&](const XMLBuilder::Strictness& strictness) {
+    reading.end = [&](XMLBuilder::Strictness& strictness) {
         document.content.referencesAsValues = strictness.hasSetsAsValues();
         if (mistakes.count() == 0) {
             complete(document, supplement, *reader, identifiers);
             refuseUnequalCopies(document.copies, strictness, mistakes);
         }
     };
-    XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
-    XMLBuilder::readStrictly(source, *document.metadata, names, reading, mistakes);
+    XMLBuilder::readStrictly(source, *document.metadata, reading, mistakes);
     if (mistakes.count() != 0) {
         throw DocumentMistakes(inOrder(mistakes.entries()), mistakes.count());
     }

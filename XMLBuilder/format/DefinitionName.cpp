@@ -17,7 +17,8 @@ const char16_t* textOf(const MetaMetadata::MetaDefinition& definition, const cha
 }
 
 DefinitionName::DefinitionName(const MetaMetadata::MetaDefinition& definition)
-    : names{textOf(definition, "XMLNamespaceURI"), textOf(definition, "XMLDefaultPrefix")},
+    : names{Names::sharedUri(textOf(definition, "XMLNamespaceURI")),
+            textOf(definition, "XMLDefaultPrefix")},
       local(textOf(definition, "XMLTagName")),
       qualified(std::u16string(names.prefix) + u':' + local.text) {}
 

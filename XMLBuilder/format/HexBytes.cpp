@@ -4,6 +4,7 @@
 #include "host/base/Exceptions.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 
 namespace Corvid::XMLBuilder {
@@ -22,6 +23,15 @@ bool isDottedHex(std::u16string_view text, std::size_t bytes) noexcept {
         }
     }
     return true;
+}
+
+std::optional<Types::UUID> parseUuid(std::u16string_view text) noexcept {
+    std::array<Types::u8, Types::UUID::fixedSize> bytes;
+    if (text.size() != 3 * bytes.size() - 1 ||
+        !Hex::decodeDotted(text.data(), bytes.data(), bytes.size())) {
+        return std::nullopt;
+    }
+    return Types::UUID(bytes);
 }
 
 FieldBytes decodeHex(const char16_t* text) {

@@ -2,8 +2,10 @@
 
 #include "XMLBuilder/format/CompoundFields.h"
 #include "host/base/Hex.h"
+#include "host/types/IdentifierTypes.h"
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 namespace Corvid::XMLBuilder {
@@ -17,6 +19,9 @@ bool isHex(std::u16string_view text) noexcept;
 /// Whether a text is so many pairs of hexadecimal digits with full stops between them, and not
 /// empty.
 bool isDottedHex(std::u16string_view text, std::size_t bytes) noexcept;
+
+/// The identifier that a text is in dotted hexadecimal, or nothing.
+std::optional<Types::UUID> parseUuid(std::u16string_view text) noexcept;
 
 /// The bytes of pairs of hexadecimal digits.
 /// @param text  of even length, digits only; zero-terminated.

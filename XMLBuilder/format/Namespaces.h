@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 /// The namespaces that the document format itself uses, and the names in them that more than one
 /// file needs.
 namespace Corvid::XMLBuilder::Names {
@@ -22,6 +24,17 @@ inline constexpr Namespace rp210{u"urn:SMPTE:RP210", u"rp210"};
 inline constexpr Namespace groups{u"urn:SMPTE:Groups:MXF", u"groups"};
 inline constexpr Namespace types{u"urn:SMPTE:Types:MXF", u"types"};
 inline constexpr Namespace s422mTypes{u"urn:SMPTE:S422MTypes:MXF", u"s422mTypes"};
+
+/// The URI of one of these where a text is the same, else the text: names are compared the quicker
+/// the more of them have the same place for their URI.
+inline const char16_t* sharedUri(const char16_t* uri) noexcept {
+    for (const Namespace& each : {s377m, rp210, groups, types, s422mTypes}) {
+        if (each.uri == std::u16string_view(uri)) {
+            return each.uri;
+        }
+    }
+    return uri;
+}
 
 inline constexpr const char16_t* root = u"s377m:MetadataSets";
 inline constexpr const char16_t* floatingDarkMetadata = u"groups:FloatingDarkMetadata";

@@ -13,7 +13,8 @@ unsigned partOf(const DocumentNode& time, std::u16string_view local) {
         part = nextElement(*part);
     }
     unsigned number = 0;
-    for (const char16_t unit : contentOf(*part)) {
+    const Content content(*part);
+    for (const char16_t unit : content.text()) {
         number = unit >= u'0' && unit <= u'9' ? 10 * number + (unit - u'0') : number;
     }
     return number;

@@ -103,8 +103,8 @@ void readDarkSetStrictly(Reading& reading, Strictness& strictness, const Documen
     }
     const std::u16string keyText(trimmed(key->value));
     const std::u16string berText(trimmed(berLength->value));
-    const std::u16string content = contentOf(element);
-    const FieldBytes bytes = decodeHex(std::u16string(trimmed(content)).c_str());
+    const Content content(element);
+    const FieldBytes bytes = decodeHex(std::u16string(trimmed(content.text())).c_str());
     const KLV::Key darkKey(XMLUtils::fromXml(keyText.c_str()), Types::dottedHexadecimal);
     addDarkSet(reading.partition(), darkKey, readNumber<int>(berText.c_str()), bytes);
     reading.tags().keepTagsIn(darkKey, {bytes.data(), bytes.size()});

@@ -225,18 +225,15 @@ void FromXMLElementVisitor::readReferences(Metadata::ReferenceCollectionElement&
 
 ReferenceHolder FromXMLElementVisitor::readLink(const DocumentNode& link,
                                                 Identifiers::Identifier type) {
-    Strictness* const strictness = reading_.strictness();
-    if (strictness != nullptr && !strictness->checkLink(link)) {
-        return {};
+    if (Strictness* const strictness = reading_.strictness()) {
+        const auto target = strictness->targetOf(link);
+        return target ? makeReference(type, *target) : ReferenceHolder();
     }
-    const DocumentNode* const name =
-        strictness == nullptr ? link.firstAttribute
-                              : reading_.attribute(link, Names::types, Names::targetInstance);
+    const DocumentNode* const name = link.firstAttribute;
     if (name == nullptr) {
         return {};
     }
-    const std::u16string_view target = strictness == nullptr ? name->value : trimmed(name->value);
-    return makeReference(type, reading_.names().findOrAdd(std::u16string(target).c_str(), [] {
+    return makeReference(type, reading_.identifierOf(name->value, [] {
         return Types::Factories::UID::generateUUID(Types::Factories::UID::uniqueVersion);
     }));
 }
@@ -251,7 +248,7 @@ Metadata::MetadataSet* FromXMLElementVisitor::readInlineSet(const DocumentNode& 
         }
         return nullptr;
     }
-    auto& set = reading_.partition().createMetadataSet(definition->key());
+    auto& set = reading_.makeSet(*definition, element);
     FromXMLMetadataSetVisitor reader(element, reading_);
     set.accept(reader);
     return &set;

@@ -128,8 +128,8 @@ void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
         return;
     }
     // The set keeps the identifier that it was made with, unless the document has named it before.
-    const Types::UUID& identifier = reading_.names().findOrAdd(
-        std::u16string(identifierText()).c_str(), [&set] { return set.instanceUID(); });
+    const Types::UUID identifier =
+        reading_.identifierOf(identifierText(), [&set] { return set.instanceUID(); });
     if (auto* simple = dynamic_cast<Metadata::SimpleElement*>(&element)) {
         simple->set(identifier.clone(), false);
     }

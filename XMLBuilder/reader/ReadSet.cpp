@@ -12,7 +12,7 @@ bool readSet(Reading& reading, const DocumentNode& element, SetList& sets) {
     if (definition == nullptr) {
         return false;
     }
-    auto& set = reading.partition().createMetadataSet(definition->key());
+    auto& set = reading.makeSet(*definition, element);
     sets.push_back(&set);
     FromXMLMetadataSetVisitor reader(element, reading);
     set.accept(reader);

@@ -24,7 +24,7 @@ std::string narrow(const char16_t* name) {
 } // namespace
 
 Reading::Reading(const DocumentNode& root, DomQueries* queries,
-                 Metadata::PartitionMetadata& partition, InstanceNameTable& names,
+                 Metadata::PartitionMetadata& partition, InstanceNameTable* names,
                  Supplement* supplement, Strictness* strictness)
     : root_(root), queries_(queries), partition_(partition),
       dictionary_(partition.partitionDictionary().dictionary()),
@@ -54,6 +54,16 @@ const MetaMetadata::MetaElement* Reading::findProperty(const DocumentNode& exten
     }
     const std::u16string declaration = u"xmlns:" + std::u16string(name.substr(0, colon));
     return definitions_.findProperty(attributeValue(root_, declaration), name.substr(colon + 1));
+}
+
+Metadata::MetadataSet& Reading::makeSet(const MetaMetadata::MetaMetadataSet& definition,
+                                        const DocumentNode& element) {
+    if (strictness_ == nullptr || attribute(element, Names::rp210, Names::instanceUID) == nullptr) {
+        return partition_.createMetadataSet(definition.key());
+    }
+    auto& set = partition_.createEmptyMetadataSet(definition.key(), definition);
+    set.holdWholeClass();
+    return set;
 }
 
 bool Reading::isNamed(const DocumentNode& node, const Names::Namespace& names,

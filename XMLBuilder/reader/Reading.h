@@ -1,6 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/format/DictionaryNames.h"
+#include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/reader/ExtensionTags.h"
 #include "XMLBuilder/reader/InstanceNameTable.h"
@@ -47,10 +48,11 @@ public:
     /// All are borrowed.
     /// @param root        of the document, without its children.
     /// @param queries     null where the document is no DOM.
+    /// @param names       null for a document that is read strictly: what it writes stays.
     /// @param supplement  null for a document that has nothing but its elements.
     /// @param strictness  null for a document that is read leniently.
     Reading(const DocumentNode& root, DomQueries* queries, Metadata::PartitionMetadata& partition,
-            InstanceNameTable& names, Supplement* supplement = nullptr,
+            InstanceNameTable* names, Supplement* supplement = nullptr,
             Strictness* strictness = nullptr);
     Reading(const Reading&) = delete;
     Reading& operator=(const Reading&) = delete;
@@ -58,7 +60,6 @@ public:
     const DocumentNode& root() const noexcept { return root_; }
     DomQueries* queries() noexcept { return queries_; }
     Metadata::PartitionMetadata& partition() noexcept { return partition_; }
-    InstanceNameTable& names() noexcept { return names_; }
     ExtensionTags& tags() noexcept { return tags_; }
     Supplement* supplement() const noexcept { return supplement_; }
     Strictness* strictness() const noexcept { return strictness_; }
@@ -94,6 +95,18 @@ public:
     void wait(Metadata::MetadataSet& set, const DocumentNode& extension);
     /// Reads them. To be called at the end of a document that is a stream.
     void readWaiting();
+
+    /// A new set for an element. It has an InstanceUID, unless the document is read strictly and
+    /// says which.
+    Metadata::MetadataSet& makeSet(const MetaMetadata::MetaMetadataSet& definition,
+                                   const DocumentNode& element);
+    /// The InstanceUID that a written identifier stands for.
+    /// @param make  gives one for what comes up for the first time; not asked where the document
+    ///              is read strictly.
+    template <class Make> Types::UUID identifierOf(std::u16string_view written, Make make) {
+        return names_ == nullptr ? parseUuid(written).value_or(Types::UUID())
+                                 : names_->findOrAdd(written, make);
+    }
 
     /// Whether an element is a dark set, which may be in another namespace under the prefix.
     static bool isDarkSet(const DocumentNode& element) {
@@ -134,7 +147,7 @@ private:
     Metadata::PartitionMetadata& partition_;
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
     const DictionaryNames& definitions_;
-    InstanceNameTable& names_;
+    InstanceNameTable* names_;
     ExtensionTags tags_;
     Supplement* supplement_;
     Strictness* strictness_;

@@ -70,4 +70,16 @@ bool decode(const Unit* text, Byte* bytes, std::size_t size) noexcept {
     return true;
 }
 
+/// The same of pairs with full stops between them.
+template <class Unit, class Byte>
+bool decodeDotted(const Unit* text, Byte* bytes, std::size_t size) noexcept {
+    for (std::size_t i = 0; i != size; ++i) {
+        if ((i != 0 && *text++ != '.') || !decode(text, bytes + i, 1)) {
+            return false;
+        }
+        text += 2;
+    }
+    return true;
+}
+
 } // namespace Corvid::Hex

@@ -36,14 +36,8 @@ Utf16Text toDottedHexadecimal(const unsigned char* bytes, std::size_t size) {
 }
 
 void fromDottedHexadecimal(const Utf16Unit* text, unsigned char* bytes, std::size_t size) {
-    const Utf16Unit* next = text;
-    for (std::size_t i = 0; i != size; ++i) {
-        if ((i != 0 && *next++ != '.') || !Hex::decode(next, bytes + i, 1)) {
-            refuse(text, size);
-        }
-        next += 2;
-    }
-    if (*next != 0) {
+    const std::size_t length = size == 0 ? 0 : 3 * size - 1;
+    if (!Hex::decodeDotted(text, bytes, size) || text[length] != 0) {
         refuse(text, size);
     }
 }

@@ -3,6 +3,7 @@
 #include "host/base/IdentifierText.h"
 #include "host/dataio/DataSink.h"
 
+#include <algorithm>
 #include <array>
 
 namespace Corvid::KLV {
@@ -32,6 +33,12 @@ public:
     /// codings of a local set not which one it is (the sixth byte).
     std::array<unsigned char, length> forMatching() const noexcept;
 
+    /// Whether the last eight bytes are the same, in which most keys differ.
+    bool hasBackOf(const Key& other) const noexcept {
+        return std::equal(bytes_.begin() + length / 2, bytes_.end(),
+                          other.bytes_.begin() + length / 2);
+    }
+
     friend bool operator==(const Key& a, const Key& b) noexcept { return a.bytes_ == b.bytes_; }
     friend bool operator!=(const Key& a, const Key& b) noexcept { return a.bytes_ != b.bytes_; }
     friend bool operator<(const Key& a, const Key& b) noexcept { return a.bytes_ < b.bytes_; }
@@ -42,7 +49,7 @@ private:
 
 /// True for two keys of the same thing: what takes part in matching is equal.
 inline bool matches(const Key& a, const Key& b) noexcept {
-    return a.forMatching() == b.forMatching();
+    return a.hasBackOf(b) && a.forMatching() == b.forMatching();
 }
 
 /// True for the key of a structural metadata set (SMPTE ST 377-1).

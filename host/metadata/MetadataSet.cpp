@@ -211,9 +211,8 @@ Types::UUID MetadataSet::instanceUID() const {
     return Types::UUID(Types::ByteView{value.rawBuffer(), value.serializedSize()});
 }
 
-Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>>
-MetadataSet::inStoredOrder() const {
-    Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> order;
+MetadataSet::Stored MetadataSet::inStoredOrder() const {
+    Stored order;
     order.reserve(elements_.size() + invalid_.size());
     for (const Entry& entry : elements_) {
         if (!entry.second->isSkipped()) {
@@ -244,9 +243,9 @@ void MetadataSet::assignTags(PartitionDictionary& primer) const {
     }
 }
 
-std::size_t MetadataSet::valueSize() const {
+std::size_t MetadataSet::valueSize(const Stored& stored) const {
     std::size_t size = 0;
-    for (const auto& [label, element] : inStoredOrder()) {
+    for (const auto& [label, element] : stored) {
         const std::size_t bytes = element->serializedSize();
         if (bytes > Types::ByteRun::greatestSize) {
             refuse(*this, label, *element, bytes);
@@ -262,16 +261,17 @@ std::size_t MetadataSet::lengthOctets(std::size_t valueSize) const noexcept {
 }
 
 std::size_t MetadataSet::serializedSize() const {
-    const std::size_t size = valueSize();
+    const std::size_t size = valueSize(inStoredOrder());
     return KLV::Key::length + KLV::berOctets(size, berLength_) + size;
 }
 
 void MetadataSet::serialize(DataIO::DataSink& sink, PartitionDictionary& primer) const {
-    const std::size_t size = valueSize(); // refuses before anything is written
+    const Stored stored = inStoredOrder();
+    const std::size_t size = valueSize(stored); // refuses before anything is written
     key_.serialize(sink);
     KLV::writeBer(sink, size, berLength_);
     const bool hasBerLengths = KLV::hasBerLengths(key_);
-    for (const auto& [label, element] : inStoredOrder()) {
+    for (const auto& [label, element] : stored) {
         Types::u8 head[tagSize + sizeof(Types::u16)];
         const std::size_t bytes = element->serializedSize();
         Types::writeBigEndian(head, tagOf(label, *element, primer).value());

@@ -132,14 +132,18 @@ private:
     Element& make(const Types::UniversalLabel& label, Element::Attribute attribute,
                   std::size_t position) const;
 
+    using Stored = Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>>;
+
     /// Every element with a value and its label (null for an invalid one), in stored order.
-    Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>> inStoredOrder()
-        const;
-    std::size_t valueSize() const;
+    Stored inStoredOrder() const;
+    std::size_t valueSize(const Stored& stored) const;
     /// The octets of the length field of a property whose value has so many bytes.
     std::size_t lengthOctets(std::size_t valueSize) const noexcept;
 
+    friend class PartitionMetadata;
+
     PartitionMetadata& partition_;
+    std::size_t place_ = 0; ///< among the sets of the partition, which sees to it
     const MetaMetadata::MetaMetadataSet* definition_;
     // An element without value that is made late is no change that anybody could see.
     mutable SimpleElement* instanceUID_ = nullptr;

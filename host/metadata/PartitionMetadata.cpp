@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <unordered_set>
+#include <vector>
 
 namespace Corvid::Metadata {
 
@@ -51,8 +52,7 @@ Targets PartitionMetadata::resolve(const Types::Reference& reference) const {
 
 std::size_t PartitionMetadata::calculateSerializationOrder(
     Templates::vector<const MetadataSet*>& order, bool withFloating, bool structuralOnly) const {
-    std::unordered_set<const MetadataSet*> seen;
-    seen.reserve(sets_.size());
+    std::vector<bool> isSeen(sets_.size());
     const auto append = [&](const MetadataSet* set) {
         if (!structuralOnly || KLV::isStructuralMetadataSet(set->key())) {
             order.push_back(set);
@@ -70,9 +70,10 @@ std::size_t PartitionMetadata::calculateSerializationOrder(
     while (!waiting.empty()) {
         const MetadataSet* set = waiting.back();
         waiting.pop_back();
-        if (!seen.insert(set).second) {
+        if (isSeen[set->place_]) {
             continue;
         }
+        isSeen[set->place_] = true;
         append(set);
         references.clear();
         appendFollowedReferences(*set, references);
@@ -89,7 +90,7 @@ std::size_t PartitionMetadata::calculateSerializationOrder(
     const std::size_t inTree = order.size();
     if (withFloating) {
         for (const MetadataSet* set : sets_) {
-            if (seen.count(set) == 0) {
+            if (!isSeen[set->place_]) {
                 append(set);
             }
         }
@@ -99,6 +100,7 @@ std::size_t PartitionMetadata::calculateSerializationOrder(
 
 template <class Set> Set& PartitionMetadata::own(Templates::auto_ptr<Set> set) {
     sets_.push_back(set.get());
+    set->place_ = sets_.size() - 1;
     forgetReferences();
     return *set.release();
 }
@@ -151,6 +153,9 @@ void PartitionMetadata::remove(const Templates::vector<const MetadataSet*>& sets
         return doomed.count(set) != 0;
     });
     sets_.erase(end, sets_.end());
+    for (std::size_t place = 0; place != sets_.size(); ++place) {
+        sets_[place]->place_ = place;
+    }
     forgetReferences();
     for (const MetadataSet* set : doomed) {
         delete set;

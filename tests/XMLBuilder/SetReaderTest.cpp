@@ -255,13 +255,13 @@ TEST_F(SetReader, handsOutTheTableOfNames) {
     const auto sets = XMLBuilder::readBuffer(reinterpret_cast<const unsigned char*>(xml.data()),
                                              xml.size(), &model_.partition, names);
     EXPECT_EQ(names.size(), 2U);
-    for (const auto& [written, identifier] : names) {
-        EXPECT_EQ(identifier, written == u"one" ? sets.front()->instanceUID()
-                                                : elementOf<Metadata::ReferenceElement>(
-                                                      *sets.front(), "WeakReference")
-                                                      .value()
-                                                      ->uuid());
-    }
+    const auto known = [&](const char16_t* written) {
+        return names.findOrAdd(written, [] { return uuid(0); });
+    };
+    EXPECT_EQ(known(u"one"), sets.front()->instanceUID());
+    EXPECT_EQ(
+        known(u"two"),
+        elementOf<Metadata::ReferenceElement>(*sets.front(), "WeakReference").value()->uuid());
 }
 
 TEST_F(SetReader, takesTheIdentifiersOfATableThatItIsGiven) {
@@ -288,7 +288,7 @@ TEST_F(SetReader, keepsWrittenIdentifiersWhereTheTableSaysSo) {
               "000102030405060708090a0b0c0d0e0f");
     EXPECT_EQ(elementOf<Metadata::ReferenceElement>(*sets.front(), "WeakReference").value()->uuid(),
               uuid(7));
-    EXPECT_EQ(names.size(), 4U);
+    EXPECT_EQ(names.size(), 2U); // the others are identifiers
     for (const auto* set : sets) {
         EXPECT_EQ(model_.partition.resolve(set->instanceUID()).size(), 1U);
     }

@@ -20,11 +20,10 @@ protected:
     /// What is wrong with a document to strict reading.
     std::vector<XMLBuilder::Mistakes::Entry> mistakesIn(const std::string& document) {
         Metadata::PartitionMetadata partition(model_.partition.partitionDictionary().dictionary());
-        XMLBuilder::InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
         XMLBuilder::Mistakes mistakes;
         DataIO::Memory::MemoryDataSource source(
             reinterpret_cast<const unsigned char*>(document.data()), document.size());
-        XMLBuilder::readStrictly(source, partition, names, {}, mistakes);
+        XMLBuilder::readStrictly(source, partition, {}, mistakes);
         return mistakes.entries();
     }
 

@@ -125,7 +125,7 @@ protected:
 
     /// What reading the element and writing the value again gives.
     std::u16string writtenAgain(XMLBuilder::Strictness* strictness) {
-        XMLBuilder::Reading reading(element_.root(), nullptr, partition_, names_, nullptr,
+        XMLBuilder::Reading reading(element_.root(), nullptr, partition_, &names_, nullptr,
                                     strictness);
         const auto value = XMLBuilder::parseValue(reading, GetParam().type, element_.node(),
                                                   XMLBuilder::EmptyParts::values);

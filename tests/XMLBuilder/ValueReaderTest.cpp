@@ -127,7 +127,7 @@ TEST_F(ValueReader, leavesTheElementWithoutValueWhereNothingIsInside) {
 TEST_F(ValueReader, makesNothingForTypesThatHaveNoTextOfTheirOwn) {
     ParsedDocument document("<v>00</v>");
     XMLBuilder::InstanceNameTable names;
-    XMLBuilder::Reading reading(document.tree(), &document.nodes(), model_.partition, names);
+    XMLBuilder::Reading reading(document.tree(), &document.nodes(), model_.partition, &names);
     const auto makes = [&](Types::Identifiers::Identifier type) {
         return static_cast<bool>(XMLBuilder::parseValue(reading, type, document.tree()));
     };

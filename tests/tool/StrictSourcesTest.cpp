@@ -26,7 +26,6 @@
 namespace Corvid::Testing {
 namespace {
 
-using XMLBuilder::InstanceNameTable;
 using XMLBuilder::Mistakes;
 
 struct Release {
@@ -42,11 +41,10 @@ struct Outcome {
 
 template <class Read> Outcome outcomeOf(Read read) {
     Metadata::PartitionMetadata partition(MetaMetadata::Dictionary::builtIn());
-    InstanceNameTable names(XMLBuilder::WrittenIdentifiers::kept);
     Mistakes mistakes;
     Outcome outcome;
     try {
-        read(partition, names, mistakes);
+        read(partition, mistakes);
     } catch (const Exceptions::ParseError&) {
         outcome.isMalformed = true;
         return outcome;
@@ -66,19 +64,19 @@ template <class Read> Outcome outcomeOf(Read read) {
 }
 
 Outcome fromStream(const std::string& document) {
-    return outcomeOf([&](auto& partition, auto& names, Mistakes& mistakes) {
+    return outcomeOf([&](auto& partition, Mistakes& mistakes) {
         DataIO::Memory::MemoryDataSource source(
             reinterpret_cast<const unsigned char*>(document.data()), document.size());
-        XMLBuilder::readStrictly(source, partition, names, {}, mistakes);
+        XMLBuilder::readStrictly(source, partition, {}, mistakes);
     });
 }
 
 void readDom(const xercesc::DOMElement& root, Metadata::PartitionMetadata& partition,
-             InstanceNameTable& names, Mistakes& mistakes) {
+             Mistakes& mistakes) {
     XMLBuilder::DomNodes nodes(root);
     XMLBuilder::Strictness strictness(*partition.partitionDictionary().dictionary(), nullptr,
                                       mistakes);
-    XMLBuilder::Reading reading(nodes.root(), &nodes, partition, names, nullptr, &strictness);
+    XMLBuilder::Reading reading(nodes.root(), &nodes, partition, nullptr, nullptr, &strictness);
     strictness.checkRoot(nodes.root());
     XMLBuilder::SetList sets;
     for (const auto* child = root.getFirstChild(); child != nullptr;
@@ -90,11 +88,11 @@ void readDom(const xercesc::DOMElement& root, Metadata::PartitionMetadata& parti
             strictness.refuseStrayText(node);
         }
     }
-    strictness.finish();
+    strictness.finish(partition);
 }
 
 Outcome fromDom(const std::string& document) {
-    return outcomeOf([&](auto& partition, auto& names, Mistakes& mistakes) {
+    return outcomeOf([&](auto& partition, Mistakes& mistakes) {
         const std::unique_ptr<xercesc::DOMLSParser, Release> parser(
             XMLUtils::Initializer::instance().domImplementation()->createLSParser(
                 xercesc::DOMImplementationLS::MODE_SYNCHRONOUS, nullptr));
@@ -107,7 +105,7 @@ Outcome fromDom(const std::string& document) {
         } catch (...) {
             throw Exceptions::ParseError("malformed", CORVID_HERE);
         }
-        readDom(*made->getDocumentElement(), partition, names, mistakes);
+        readDom(*made->getDocumentElement(), partition, mistakes);
     });
 }
 

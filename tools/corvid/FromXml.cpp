@@ -13,6 +13,9 @@
 #include "tools/corvid/terminal/Messages.h"
 #include "tools/corvid/terminal/UsageError.h"
 
+#include <memory>
+#include <vector>
+
 namespace Corvid::Tool {
 
 namespace {
@@ -72,7 +75,11 @@ void fromXml(const FromXmlOptions& options, Messages& messages) {
     }
     const auto dictionary = loadDictionary(options.dictionaries);
     DocumentFile file(options.path);
-    const Editing::DocumentMetadata document = read(file, options, dictionary, messages);
+    // Kept until the process ends: to take a large model apart just before brings nothing.
+    static std::vector<std::unique_ptr<Editing::DocumentMetadata>> kept;
+    kept.push_back(
+        std::make_unique<Editing::DocumentMetadata>(read(file, options, dictionary, messages)));
+    const Editing::DocumentMetadata& document = *kept.back();
     report(document, messages);
     const auto& preface = prefaceOf(*document.metadata, messages);
     const mxf::PartitionPack pack = packFor(preface, options.kagSize, messages);

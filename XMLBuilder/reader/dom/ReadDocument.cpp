@@ -66,7 +66,7 @@ SetList readPartitionMetadata(Metadata::PartitionMetadata* partition, InstanceNa
     const DOMDocument& document = load(*parser);
     const auto& root = *document.getDocumentElement();
     DomNodes nodes(root);
-    Reading reading(nodes.root(), &nodes, *partition, names, supplement);
+    Reading reading(nodes.root(), &nodes, *partition, &names, supplement);
     try {
         readRoot(reading, root, nodes, sets);
     } catch (const Exceptions::BaseException&) {

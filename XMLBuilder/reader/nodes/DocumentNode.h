@@ -78,19 +78,26 @@ inline std::size_t attributeCount(const DocumentNode& element) noexcept {
     return count;
 }
 
-/// Whether two namespaces are the same; null is that of no namespace, as is an empty one.
-inline bool isSameNamespace(const char16_t* a, const char16_t* b) noexcept {
-    return std::u16string_view(a == nullptr ? u"" : a) ==
-           std::u16string_view(b == nullptr ? u"" : b);
+/// Whether two texts are the same, without a look at what is behind the first difference.
+inline bool isSameText(const char16_t* a, const char16_t* b) noexcept {
+    while (*a == *b && *a != 0) {
+        ++a;
+        ++b;
+    }
+    return *a == *b;
 }
 
-inline bool hasName(const DocumentNode& node, std::u16string_view local,
-                    const char16_t* uri) noexcept {
-    return node.local == local && isSameNamespace(node.uri, uri);
+/// Whether two namespaces are the same; null is that of no namespace, as is an empty one.
+inline bool isSameNamespace(const char16_t* a, const char16_t* b) noexcept {
+    return a == b || isSameText(a == nullptr ? u"" : a, b == nullptr ? u"" : b);
+}
+
+inline bool hasName(const DocumentNode& node, const char16_t* local, const char16_t* uri) noexcept {
+    return isSameText(node.local, local) && isSameNamespace(node.uri, uri);
 }
 
 /// The attribute of a namespace and local name, or null.
-inline const DocumentNode* findAttribute(const DocumentNode& element, std::u16string_view local,
+inline const DocumentNode* findAttribute(const DocumentNode& element, const char16_t* local,
                                          const char16_t* uri) noexcept {
     const DocumentNode* attribute = element.firstAttribute;
     while (attribute != nullptr && !hasName(*attribute, local, uri)) {

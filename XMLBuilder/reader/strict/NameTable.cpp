@@ -1,9 +1,21 @@
 #include "XMLBuilder/reader/strict/NameTable.h"
 
+#include "XMLBuilder/format/Namespaces.h"
+
+#include <cstddef>
+
 namespace Corvid::XMLBuilder {
 
 void appendUtf16(std::u16string& to, std::string_view utf8) {
-    for (std::size_t i = 0; i != utf8.size();) {
+    // Nearly all text is ASCII, and has as many units.
+    const std::size_t size = to.size();
+    to.resize(size + utf8.size());
+    std::size_t i = 0;
+    for (; i != utf8.size() && static_cast<unsigned char>(utf8[i]) < 0x80; ++i) {
+        to[size + i] = static_cast<char16_t>(utf8[i]);
+    }
+    to.resize(size + i);
+    while (i != utf8.size()) {
         const auto first = static_cast<unsigned char>(utf8[i++]);
         if (first < 0x80) {
             to += static_cast<char16_t>(first);
@@ -41,7 +53,7 @@ const char16_t* NameTable::uriOf(std::string_view uri) {
     }
     auto known = uris_.find(uri);
     if (known == uris_.end()) {
-        known = uris_.emplace(kept(uri), textOf(uri)).first;
+        known = uris_.emplace(kept(uri), Names::sharedUri(textOf(uri))).first;
     }
     lastUri_ = known->first;
     last_ = known->second;

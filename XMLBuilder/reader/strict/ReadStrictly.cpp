@@ -15,9 +15,9 @@ namespace {
 /// Hands the pieces of a document to the visitors.
 class StrictReader final : public StreamHandler {
 public:
-    StrictReader(Metadata::PartitionMetadata& partition, InstanceNameTable& names,
-                 const StrictReading& around, Mistakes& mistakes)
-        : partition_(partition), names_(names), around_(around), mistakes_(mistakes) {}
+    StrictReader(Metadata::PartitionMetadata& partition, const StrictReading& around,
+                 Mistakes& mistakes)
+        : partition_(partition), around_(around), mistakes_(mistakes) {}
 
     void instruction(const Instruction& instruction) override {
         if (!reading_) {
@@ -30,7 +30,7 @@ public:
     void beginRoot(const DocumentNode& root) override {
         Supplement* const supplement = around_.begin ? around_.begin(instructions_) : nullptr;
         strictness_.emplace(*partition_.partitionDictionary().dictionary(), supplement, mistakes_);
-        reading_.emplace(root, nullptr, partition_, names_, supplement, &*strictness_);
+        reading_.emplace(root, nullptr, partition_, nullptr, supplement, &*strictness_);
         strictness_->checkRoot(root);
     }
 
@@ -56,7 +56,7 @@ public:
 
     void endDocument() override {
         reading_->readWaiting();
-        strictness_->finish();
+        strictness_->finish(partition_);
         if (around_.end) {
             around_.end(*strictness_);
         }
@@ -64,7 +64,6 @@ public:
 
 private:
     Metadata::PartitionMetadata& partition_;
-    InstanceNameTable& names_;
     const StrictReading& around_;
     Mistakes& mistakes_;
     std::vector<Instruction> instructions_;
@@ -76,8 +75,8 @@ private:
 } // namespace
 
 void readStrictly(DataIO::DataSource& source, Metadata::PartitionMetadata& partition,
-                  InstanceNameTable& names, const StrictReading& reading, Mistakes& mistakes) {
-    StrictReader reader(partition, names, reading, mistakes);
+                  const StrictReading& reading, Mistakes& mistakes) {
+    StrictReader reader(partition, reading, mistakes);
     parseStream(source, reader);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "XMLBuilder/reader/InstanceNameTable.h"
 #include "XMLBuilder/reader/strict/Mistakes.h"
 #include "XMLBuilder/reader/strict/StreamParser.h"
 
@@ -29,16 +28,16 @@ struct StrictReading {
     /// Called for each later instruction. Null for nothing.
     std::function<void(const Instruction&)> stray;
     /// Called when the document is read and the targets of links are looked for. Null for nothing.
-    std::function<void(const Strictness&)> end;
+    std::function<void(Strictness&)> end;
 };
 
-/// Reads a document of people into a partition, as a stream and without Xerces-C.
+/// Reads a document of people into a partition, as a stream and without Xerces-C. Every set keeps
+/// the identifier that is written.
 ///
-/// @param names  as for readBuffer().
 /// @param mistakes  gets everything that is wrong. Where there is something, the partition is of no
 ///                  use.
 /// @throws ParseError  the document is malformed.
 void readStrictly(DataIO::DataSource& source, Metadata::PartitionMetadata& partition,
-                  InstanceNameTable& names, const StrictReading& reading, Mistakes& mistakes);
+                  const StrictReading& reading, Mistakes& mistakes);
 
 } // namespace Corvid::XMLBuilder

@@ -4,17 +4,36 @@
 
 namespace Corvid::XMLBuilder {
 
-std::u16string contentOf(const DocumentNode& node) {
+namespace {
+
+const DocumentNode* textFrom(const DocumentNode* node) {
+    while (node != nullptr && node->kind != DocumentNode::Kind::text) {
+        node = node->next;
+    }
+    return node;
+}
+
+} // namespace
+
+Content::Content(const DocumentNode& node) {
     if (node.kind == DocumentNode::Kind::attribute) {
-        return node.value;
+        text_ = node.value;
+        return;
     }
-    std::u16string text;
-    for (const auto* child = node.firstChild; child != nullptr; child = child->next) {
-        if (child->kind == DocumentNode::Kind::text) {
-            text += child->value;
-        }
+    const DocumentNode* const first = textFrom(node.firstChild);
+    if (first == nullptr) {
+        return;
     }
-    return text;
+    text_ = first->value;
+    const DocumentNode* next = textFrom(first->next);
+    if (next == nullptr) {
+        return;
+    }
+    joined_ = text_;
+    for (; next != nullptr; next = textFrom(next->next)) {
+        joined_ += next->value;
+    }
+    text_ = joined_;
 }
 
 std::string narrow(std::u16string_view text) {

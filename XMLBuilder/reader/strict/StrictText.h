@@ -7,7 +7,19 @@
 namespace Corvid::XMLBuilder {
 
 /// All text right inside an element, CDATA sections included, or the value of an attribute.
-std::u16string contentOf(const DocumentNode& node);
+class Content {
+public:
+    /// @param node  must outlive the object.
+    explicit Content(const DocumentNode& node);
+    Content(const Content&) = delete;
+    Content& operator=(const Content&) = delete;
+
+    std::u16string_view text() const noexcept { return text_; }
+
+private:
+    std::u16string joined_; ///< where it is the text of several nodes
+    std::u16string_view text_;
+};
 
 /// The text as UTF-8, for messages.
 std::string narrow(std::u16string_view text);

@@ -1,17 +1,17 @@
 #include "XMLBuilder/reader/strict/Strictness.h"
 
 #include "XMLBuilder/format/DefinitionName.h"
+#include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/reader/strict/StrictText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
-#include "host/base/Exceptions.h"
 #include "host/base/NearNames.h"
 #include "host/base/Text.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/dictionary/MetaMetadataSet.h"
+#include "host/metadata/PartitionMetadata.h"
 
 #include <algorithm>
-#include <optional>
 
 namespace Corvid::XMLBuilder {
 
@@ -26,18 +26,6 @@ bool isInSet(const DocumentNode& element) {
     const DocumentNode* const set = property == nullptr ? nullptr : property->parent;
     return set != nullptr && set->parent != nullptr;
 }
-
-/// The identifier that a text is, or nothing.
-std::optional<Types::UUID> parseIdentifier(std::u16string_view text) {
-    const Utf16Text copy(text.begin(), text.end());
-    try {
-        return Types::UUID(copy.c_str(), Types::dottedHexadecimal);
-    } catch (const Exceptions::InvalidFormat&) {
-        return std::nullopt;
-    }
-}
-
-bool lessById(const Types::UUID& a, const Types::UUID& b) { return a.bytes() < b.bytes(); }
 
 } // namespace
 
@@ -179,7 +167,7 @@ void Strictness::enterSet(const DocumentNode& element,
         }
         return;
     }
-    if (const auto parsed = parseIdentifier(trimmed(identifier->value))) {
+    if (const auto parsed = parseUuid(trimmed(identifier->value))) {
         named_.push_back({*parsed, element.line, element.column});
     } else {
         mistakes_.add(*identifier, quoted(identifier->value) +
@@ -188,23 +176,29 @@ void Strictness::enterSet(const DocumentNode& element,
     }
 }
 
-bool Strictness::checkLink(const DocumentNode& link) {
+/// Whether a link has a name that a link can have.
+bool Strictness::isKnownLink(const DocumentNode& link) const {
     const std::u16string_view local = link.local;
     const std::u16string_view suffix = Names::linkSuffix;
-    DocumentNode target = link;
-    const std::u16string setName(
-        local.substr(0, local.size() - std::min(local.size(), suffix.size())));
-    target.local = setName.c_str();
+    if (local == Names::ambiguousLink) {
+        return definitions_.hasSetsIn(uriOf(link));
+    }
+    if (local.size() <= suffix.size()) {
+        return false;
+    }
+    const std::size_t size = local.size() - suffix.size();
+    return local.substr(size) == suffix &&
+           definitions_.findSet(uriOf(link), local.substr(0, size)) != nullptr;
+}
+
+std::optional<Types::UUID> Strictness::targetOf(const DocumentNode& link) {
     // Where a dictionary has the prefix for another namespace, to-xml writes the link with that.
     const bool isDangling =
         hasName(link, Names::localPart(Names::danglingLink), Names::s377m.uri) ||
         link.name == std::u16string_view(Names::danglingLink);
-    const bool isKnown = isDangling || (local == Names::ambiguousLink && definitions_.hasSetsIn(uriOf(link))) ||
-                         (local.size() > suffix.size() && local.substr(setName.size()) == suffix &&
-                          findSet(target) != nullptr);
-    if (!isKnown) {
+    if (!isDangling && !isKnownLink(link)) {
         refuseSet(link);
-        return false;
+        return std::nullopt;
     }
     checkAttributes(link, Names::types.uri, {Names::localPart(Names::targetInstance)});
     refuseText(link, mistakes_);
@@ -215,14 +209,14 @@ bool Strictness::checkLink(const DocumentNode& link) {
         findAttribute(link, Names::localPart(Names::targetInstance), Names::types.uri);
     if (attribute == nullptr) {
         mistakes_.add(link, "has no " + narrow(Names::targetInstance) + ", expected one");
-        return false;
+        return std::nullopt;
     }
-    const auto identifier = parseIdentifier(trimmed(attribute->value));
+    const auto identifier = parseUuid(trimmed(attribute->value));
     if (!identifier) {
         mistakes_.add(*attribute, quoted(attribute->value) +
                                       ", expected 16 pairs of hexadecimal digits with full stops "
                                       "between them");
-        return false;
+        return std::nullopt;
     }
     if (!isDangling) {
         const auto nameOf = [](const DocumentNode* node) {
@@ -233,23 +227,15 @@ bool Strictness::checkLink(const DocumentNode& link) {
         links_.push_back(
             {*identifier, link.line, link.column, nameOf(set), nameOf(property), link.name});
     }
-    return true;
+    return identifier;
 }
 
-void Strictness::finish() {
-    std::stable_sort(named_.begin(), named_.end(), [](const Named& a, const Named& b) {
-        return lessById(a.identifier, b.identifier);
-    });
-    isSorted_ = true;
+void Strictness::finish(const Metadata::PartitionMetadata& partition) {
     if (supplement_ != nullptr && supplement_->isPartial()) {
         return; // what is left out may be a target
     }
     for (const Link& link : links_) {
-        if (placeOf(link.target, 0).line == 0 &&
-            !std::binary_search(named_.begin(), named_.end(), Named{link.target, 0, 0},
-                                [](const Named& a, const Named& b) {
-                                    return lessById(a.identifier, b.identifier);
-                                })) {
+        if (partition.resolve(link.target).empty()) {
             mistakes_.add({link.line, link.column,
                            narrow(link.set) + "/" + narrow(link.property) + "/" +
                                narrow(link.name) +
@@ -260,10 +246,16 @@ void Strictness::finish() {
     }
 }
 
-Mistakes::Entry Strictness::placeOf(const Types::UUID& identifier, std::size_t nth) const {
-    const auto found = std::lower_bound(
-        named_.begin(), named_.end(), identifier,
-        [](const Named& a, const Types::UUID& b) { return lessById(a.identifier, b); });
+Mistakes::Entry Strictness::placeOf(const Types::UUID& identifier, std::size_t nth) {
+    if (!isSorted_) {
+        std::stable_sort(named_.begin(), named_.end(), [](const Named& a, const Named& b) {
+            return a.identifier < b.identifier;
+        });
+        isSorted_ = true;
+    }
+    const auto found =
+        std::lower_bound(named_.begin(), named_.end(), identifier,
+                         [](const Named& a, const Types::UUID& b) { return a.identifier < b; });
     const auto left = static_cast<std::size_t>(named_.end() - found);
     const auto place = found + static_cast<std::ptrdiff_t>(std::min(nth, left));
     return place == named_.end() || place->identifier != identifier

@@ -6,6 +6,7 @@
 #include "host/dictionary/Dictionary.h"
 #include "host/types/IdentifierTypes.h"
 
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -13,6 +14,10 @@ namespace Corvid::MetaMetadata {
 class MetaElement;
 class MetaMetadataSet;
 } // namespace Corvid::MetaMetadata
+
+namespace Corvid::Metadata {
+class PartitionMetadata;
+}
 
 namespace Corvid::XMLBuilder {
 
@@ -55,10 +60,11 @@ public:
     /// Whether a set was inside the property that owns it.
     bool hasSetsAsValues() const noexcept { return hasSetsAsValues_; }
     /// Checks the name and the attributes of a link.
-    /// @return whether it can be followed.
-    bool checkLink(const DocumentNode& link);
+    /// @return what it links to; nothing after a mistake.
+    std::optional<Types::UUID> targetOf(const DocumentNode& link);
     /// Looks for the targets of all links. To be called when the document is read.
-    void finish();
+    /// @param partition  has all sets of the document.
+    void finish(const Metadata::PartitionMetadata& partition);
 
     /// A dark set was read.
     void enterDarkSet(const DocumentNode& element) {
@@ -66,7 +72,7 @@ public:
     }
     /// Where the set with an identifier is, in the order of the document, for messages.
     /// @param nth  among those with the identifier, from 0.
-    Mistakes::Entry placeOf(const Types::UUID& identifier, std::size_t nth) const;
+    Mistakes::Entry placeOf(const Types::UUID& identifier, std::size_t nth);
     /// Where a dark set is.
     /// @param nth  among all of them, from 0.
     Mistakes::Entry placeOfDarkSet(std::size_t nth) const { return darkSets_.at(nth); }
@@ -86,6 +92,7 @@ private:
         const char16_t* name;     //
     };
 
+    bool isKnownLink(const DocumentNode& link) const;
     bool checkDarkElement(const DocumentNode& element);
     std::string nearest(const DocumentNode& element, bool isSet) const;
 
@@ -96,7 +103,7 @@ private:
     std::vector<Mistakes::Entry> darkSets_; ///< without text
     std::vector<Named> named_;
     std::vector<Link> links_;
-    bool isSorted_ = false;
+    bool isSorted_ = false; ///< named_ is, by identifier; only messages need that
     bool hasSetsAsValues_ = false;
 };
 

@@ -18,7 +18,7 @@ bool ValueCheck::textOnly(const DocumentNode& node) { return holdsTextOnly(node,
 bool ValueCheck::number(const DocumentNode& node, const IntegerRange& range) {
     return text(
         node, [&range](std::u16string_view number) { return range.holds(number); },
-        range.describe());
+        [&range] { return range.describe(); });
 }
 
 bool ValueCheck::bytes(const DocumentNode& node, bool mayBeEmpty) {
@@ -36,7 +36,10 @@ bool ValueCheck::identifier(std::size_t bytes, std::size_t orSo) {
         [=](std::u16string_view digits) {
             return isDottedHex(digits, bytes) || isDottedHex(digits, orSo);
         },
-        std::to_string(bytes) + " pairs of hexadecimal digits with full stops between them");
+        [=] {
+            return std::to_string(bytes) +
+                   " pairs of hexadecimal digits with full stops between them";
+        });
 }
 
 const DocumentNode* ValueCheck::onlyChild(const char16_t* qualified, const char16_t* uri) {

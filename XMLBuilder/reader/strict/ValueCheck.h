@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string>
+#include <type_traits>
 
 namespace Corvid::XMLBuilder {
 
@@ -26,17 +27,24 @@ public:
 
     /// Whether there is text and no element in a node, and the text is right.
     /// @param isRight   is given the text.
-    /// @param expected  what would be right.
+    /// @param expected  what would be right: a text, or what gives one when it is needed.
     /// @param trims     whether white space around the text does not count.
-    template <class IsRight>
-    bool text(const DocumentNode& node, IsRight isRight, const std::string& expected,
+    template <class IsRight, class Expected>
+    bool text(const DocumentNode& node, IsRight isRight, const Expected& expected,
               bool trims = true) {
         if (!textOnly(node)) {
             return false;
         }
-        const std::u16string content = contentOf(node);
-        const std::u16string_view text = trims ? trimmed(content) : std::u16string_view(content);
-        return isRight(text) || refuse(node, text, expected);
+        const Content content(node);
+        const std::u16string_view text = trims ? trimmed(content.text()) : content.text();
+        if (isRight(text)) {
+            return true;
+        }
+        if constexpr (std::is_invocable_v<Expected>) {
+            return refuse(node, text, expected());
+        } else {
+            return refuse(node, text, expected);
+        }
     }
     /// Whether there is no element in a node.
     bool textOnly(const DocumentNode& node);

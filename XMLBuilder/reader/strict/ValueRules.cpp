@@ -49,8 +49,8 @@ bool holdsTextOnly(const DocumentNode& node, Mistakes& mistakes) {
 }
 
 void refuseText(const DocumentNode& node, Mistakes& mistakes) {
-    const std::u16string content = contentOf(node);
-    if (const auto text = trimmed(content); !text.empty()) {
+    const Content content(node);
+    if (const auto text = trimmed(content.text()); !text.empty()) {
         mistakes.add(node, "has text " + quoted(text) + " between its elements, expected none");
     }
 }

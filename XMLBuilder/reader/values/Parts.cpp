@@ -16,7 +16,7 @@ const DocumentNode* Parts::next(const DocumentNode& found, const char16_t* quali
 const char16_t* Parts::text(const char16_t* qualified) {
     const DocumentNode* const part = first(qualified);
     if (part != nullptr && isStrict_) {
-        return texts_.emplace_back(trimmed(contentOf(*part))).c_str();
+        return texts_.emplace_back(trimmed(Content(*part).text())).c_str();
     }
     return part == nullptr ? u"" : firstValue(*part);
 }

@@ -35,17 +35,16 @@ std::u16string textBelow(const DocumentNode& element) {
 bool ValueInput::isStrict() const noexcept { return reading_.strictness() != nullptr; }
 
 const char16_t* ValueInput::text() {
-    const char16_t* const whole = wholeText();
     if (!isStrict()) {
-        return whole;
+        return wholeText();
     }
-    text_ = std::u16string(trimmed(text_));
+    text_ = trimmed(Content(node_).text());
     return text_.c_str();
 }
 
 const char16_t* ValueInput::wholeText() {
     if (isStrict()) {
-        text_ = contentOf(node_);
+        text_ = Content(node_).text();
         return text_.c_str();
     }
     const bool isAttribute = node_.kind == DocumentNode::Kind::attribute;

@@ -21,7 +21,7 @@ bool isEmpty(const Reading& reading, Types::Identifiers::Identifier type,
     }
     const bool isBlankCharacter = reading.strictness() != nullptr &&
                                   type == Types::Identifiers::UTF16 &&
-                                  trimmed(contentOf(node)).empty();
+                                  trimmed(Content(node).text()).empty();
     return node.firstChild == nullptr || isBlankCharacter;
 }
 
