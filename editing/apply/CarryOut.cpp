@@ -25,8 +25,14 @@ public:
         }
     }
     void restore() const {
+        std::error_code error;
         if (time_) {
-            std::filesystem::last_write_time(path_, *time_);
+            std::filesystem::last_write_time(path_, *time_, error);
+        }
+        if (error) {
+            throw Exceptions::IOError("the edit is done, but " + path_ +
+                                          " can't get its time back: " + error.message(),
+                                      CORVID_HERE);
         }
     }
 

@@ -1,3 +1,4 @@
+#include "host/mxf/rewrite/disk/SystemFiles.h"
 #include "tests/tool/RunCommand.h"
 
 #include <filesystem>
@@ -204,6 +205,32 @@ TEST_F(Apply, saysSoWhereAnEarlierEditWasNotFinished) {
     EXPECT_THAT(run("corvid info clip.mxf").err, Not(HasSubstr("unfinished")));
 }
 
+TEST_F(Apply, leavesAClipAloneThatAnotherProgramHasLocked) {
+    Corvid::mxf::SystemFiles files;
+    const auto path = (shop.path() / "clip.mxf").string();
+    run("cp clip.mxf other.mxf && corvid apply edited.xml other.mxf --in-place --undo undo && "
+        "mv undo .other.mxf.corvid-recovery");
+    const Corvid::mxf::OpenFile locked(files, path, Corvid::mxf::FileSystem::Access::write);
+    locked.lock();
+    const Outcome refused = run("corvid apply edited.xml clip.mxf --in-place");
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_THAT(refused.err, HasSubstr("another program has locked " + path));
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_FALSE(shop.has(".clip.mxf.corvid-recovery"));
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf -o new.mxf").status, 0);
+}
+
+TEST_F(Apply, saysSoWhereTheFileSystemHasNoLocks) {
+    if (run("strace -V").status != 0) {
+        GTEST_SKIP() << "no strace";
+    }
+    const Outcome outcome = run("strace -qq -o /dev/null -e inject=fcntl:error=ENOLCK "
+                                "corvid apply edited.xml clip.mxf --in-place");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("[not-locked]"));
+    EXPECT_FALSE(shop.read("clip.mxf") == before);
+}
+
 TEST_F(Apply, isFinishedWhereAsked) {
     run("corvid apply edited.xml clip.mxf --in-place --undo undo");
     const std::string after = shop.read("clip.mxf");
@@ -261,6 +288,13 @@ INSTANTIATE_TEST_SUITE_P(
                 "only an edit in place can be undone"},
         Refused{"APartitionWithoutMetadata",
                 "corvid apply edited.xml clip.mxf --in-place --partitions 9", 1, "partition 9"},
+        Refused{"OneFileForUndoAndLog",
+                "corvid apply edited.xml clip.mxf --in-place --undo undo --log undo", 2,
+                "a file each"},
+        Refused{"AFolderAsClip", "corvid apply edited.xml . --in-place", 3,
+                "not a file that can be changed"},
+        Refused{"APipeAsClip", "mkfifo pipe; corvid apply edited.xml pipe --in-place", 3,
+                "not a file that can be changed"},
         Refused{"NoClip", "corvid apply edited.xml none.mxf --in-place", 3, "none.mxf"},
         Refused{"NoDocument", "corvid apply none.xml clip.mxf --in-place", 3, "none.xml"},
         Refused{"ADocumentAsClip", "corvid apply edited.xml doc.xml --in-place", 1, "not an MXF"},

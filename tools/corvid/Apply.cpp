@@ -49,11 +49,15 @@ bool isSameFile(const std::string& a, const std::string& b) {
     return std::filesystem::equivalent(a, b, nothing);
 }
 
-/// Refuses what can't be meant.
+/// Refuses what can't be meant, and files that would never end.
 void checkOptions(const ApplyOptions& options) {
     const std::string& output = options.target.newFile;
     if (options.clip == "-") {
         throw UsageError{"the clip is a file that can be changed or copied, not standard input"};
+    }
+    if (std::error_code nothing; std::filesystem::exists(options.clip, nothing) &&
+                                 !std::filesystem::is_regular_file(options.clip, nothing)) {
+        throw Exceptions::IOError("not a file that can be changed", CORVID_HERE);
     }
     if (output.empty() && !options.inPlace && !options.dryRun) {
         throw UsageError{"-o FILE, --in-place or --dry-run is missing"};
@@ -63,6 +67,9 @@ void checkOptions(const ApplyOptions& options) {
     }
     if (output == "-") {
         throw UsageError{"an edited clip goes to a file, not to standard output"};
+    }
+    if (!options.target.undo.empty() && options.target.undo == options.log) {
+        throw UsageError{"--undo and --log need a file each"};
     }
     for (const std::string& file :
          inputsOf({options.document, options.clip}, options.dictionaries)) {
@@ -132,8 +139,14 @@ void writeLog(const ApplyOptions& options, nlohmann::ordered_json record, Output
     record["document"] = options.document;
     record["version"] = options.version;
     const std::string text = jsonText(record) + "\n";
-    output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
-    output.commit();
+    try {
+        output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+        output.commit();
+    } catch (const Exceptions::IOError& error) {
+        throw Exceptions::IOError("the edit is done, but not its record: " +
+                                      Platform::toUtf8(error.message()),
+                                  CORVID_HERE);
+    }
 }
 
 mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
@@ -155,8 +168,9 @@ void apply(const ApplyOptions& options, Messages& messages) {
     checkOptions(options);
     const auto dictionary = loadDictionary(options.dictionaries);
     mxf::SystemFiles files;
-    const auto source = DataIO::openSource(options.clip);
+    // Its status first: a file that takes the place of the clip while it is opened is noticed then.
     const auto status = files.find(options.clip);
+    const auto source = DataIO::openSource(options.clip);
     mxf::requireFinished(files, options.clip);
     auto document = readDocument(options, dictionary, messages);
     Editing::ClipEditor editor(*source, dictionary, messages);
@@ -174,6 +188,11 @@ void apply(const ApplyOptions& options, Messages& messages) {
         report.way = carryOut(files, options.clip, *source, plan, status.value(), options.target,
                               progressOn(messages, options.clip));
         messages.showProgress("");
+        if (files.lacksLocks()) {
+            messages.warn({CommandWarnings::notLocked,
+                           "the file system has no locks, so another program could have changed "
+                           "the clip meanwhile unnoticed"});
+        }
         if (log) {
             writeLog(options, toJson(report), *log);
         }

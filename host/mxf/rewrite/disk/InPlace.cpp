@@ -11,13 +11,6 @@ namespace {
 using Access = FileSystem::Access;
 using Phase = Journal::Phase;
 
-void requireAsPlanned(const OpenFile& file, const std::string& path, const FileStatus& planned) {
-    if (file.status() != planned) {
-        throw Exceptions::InvalidArgument(
-            path + " has changed since it was read, so nothing was written", CORVID_HERE);
-    }
-}
-
 /// A file and the journal beside it.
 class Change {
 public:
@@ -30,6 +23,7 @@ public:
     void begin() {
         writeJournal();
         system_.renameToNew(unfinishedPath_, path_);
+        hasBegun_ = true;
         system_.syncFolderOf(path_);
     }
 
@@ -75,21 +69,18 @@ public:
     }
 
     /// Removes what is left of a journal that was not needed. That it stays is no harm: the file is
-    /// as it was.
+    /// as it was. One that is of another change stays.
     void forget() {
-        for (const std::string& name : {path_, unfinishedPath_}) {
-            try {
-                if (system_.find(name)) {
-                    system_.remove(name);
-                }
-            } catch (const Exceptions::IOError&) {
-                return;
-            }
+        try {
+            removeIfThere(system_, hasBegun_ ? path_ : unfinishedPath_);
+        } catch (const Exceptions::IOError&) {
+            return;
         }
     }
 
 private:
     void writeJournal() {
+        removeIfThere(system_, unfinishedPath_);
         const OpenFile file(system_, unfinishedPath_, Access::create);
         system_.writeAt(file.number(), 0, viewOf(journal_.coded()));
         file.sync();
@@ -131,6 +122,7 @@ private:
     Journal journal_;
     std::string path_;
     std::string unfinishedPath_;
+    bool hasBegun_ = false; ///< the journal has its name
 };
 
 } // namespace
@@ -141,8 +133,9 @@ bool rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& 
         return true;
     }
     const std::string target = system.resolve(path);
-    requireFinished(system, path);
     const OpenFile file(system, target, Access::write);
+    file.lock();
+    requireFinished(system, path);
     requireAsPlanned(file, path, planned);
     Change change(system, file, Journal::of(file, rewrite), target);
     try {
@@ -170,6 +163,14 @@ bool rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& 
     return isDone;
 }
 
+void requireAsPlanned(const OpenFile& file, const std::string& path, const FileStatus& planned) {
+    const auto named = file.system().find(path);
+    if (file.status() != planned || !named || *named != planned) {
+        throw Exceptions::InvalidArgument(
+            path + " has changed since it was read, so nothing was written", CORVID_HERE);
+    }
+}
+
 bool needsRecovery(FileSystem& system, const std::string& path) {
     return system.find(Journal::pathFor(system.resolve(path))).has_value();
 }
@@ -185,13 +186,17 @@ void requireFinished(FileSystem& system, const std::string& path) {
 bool recover(FileSystem& system, const std::string& path, RecoveryGoal goal) {
     const std::string target = system.resolve(path);
     const std::string journalPath = Journal::pathFor(target);
+    if (!system.find(journalPath)) {
+        return false;
+    }
+    const OpenFile file(system, target, Access::write);
+    file.lock();
     const auto found = system.find(journalPath);
     if (!found) {
-        return false;
+        return false; // the change ended meanwhile
     }
     Journal journal =
         Journal::parse(OpenFile(system, journalPath, Access::read).read(0, found->size));
-    const OpenFile file(system, target, Access::write);
     if (!journal.isOf(file)) {
         throw Exceptions::InvalidFormat(
             journalPath + " is not of " + path +

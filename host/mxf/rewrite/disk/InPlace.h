@@ -28,6 +28,11 @@ CORVID_EXPORT bool needsRecovery(FileSystem& system, const std::string& path);
 /// @throws InvalidFormat  a change of the file was not finished.
 CORVID_EXPORT void requireFinished(FileSystem& system, const std::string& path);
 
+/// Refuses an open file that is not as it was when a change of it was planned, or no longer has
+/// its name.
+/// @throws InvalidArgument  it has changed.
+void requireAsPlanned(const OpenFile& file, const std::string& path, const FileStatus& planned);
+
 /// Which state recover() makes.
 enum class RecoveryGoal : unsigned char {
     before, ///< as the file was

@@ -296,6 +296,62 @@ TEST(InPlace, refusesAFileThatChangesWhileTheRecoveryFileIsWritten) {
     EXPECT_EQ(files.now().names.size(), 1U);
 }
 
+TEST(InPlace, refusesAFileThatIsNoLongerThere) {
+    /// Another file takes the place of the clip when it has been opened.
+    class Replacing : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        void lock(int) override {
+            if (find(other)) {
+                renameOver(other, clip);
+            }
+        }
+        const std::string other = "other.mxf";
+    };
+    Disk disk = diskWithClip();
+    disk.names["other.mxf"] = 2;
+    disk.files[2] = oldBytes;
+    Replacing files(disk);
+    EXPECT_EQ(messageOf([&] {
+                  change(files, rewriteOf({{100, Bytes(1)}}));
+              }),
+              "clip.mxf has changed since it was read, so nothing was written");
+    EXPECT_EQ(files.now().names.size(), 1U);
+}
+
+TEST(InPlace, leavesAFileAloneThatAnotherProgramChanges) {
+    ModelFiles files(diskWithClip());
+    files.isLocked = true;
+    EXPECT_EQ(messageOf([&] {
+                  change(files, rewriteOf({{100, Bytes(1)}}));
+              }),
+              "another program has the lock");
+    EXPECT_EQ(files.calls, 0U);
+}
+
+TEST(InPlace, leavesTheRecoveryFileOfAnotherChangeAlone) {
+    /// Another change begins while this one writes its recovery file.
+    class Racing : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        void renameToNew(const std::string& from, const std::string& to) override {
+            const int theirs = open(to, Access::create);
+            writeAt(theirs, 0, viewOf(oldBytes));
+            sync(theirs);
+            syncFolderOf(to);
+            ModelFiles::renameToNew(from, to);
+        }
+    };
+    Racing files(diskWithClip());
+    EXPECT_EQ(messageOf([&] {
+                  change(files, rewriteOf({{100, Bytes(1)}}));
+              }),
+              "can't rename to " + journalName);
+    EXPECT_TRUE(needsRecovery(files, clip));
+    EXPECT_EQ(files.now().content(clip), oldBytes);
+    EXPECT_EQ(files.now().names.size(), 2U);
+}
+
 TEST(InPlace, replacesAnUnfinishedRecoveryFile) {
     Disk disk = diskWithClip();
     disk.names[journalName + ".new"] = 2;
@@ -325,6 +381,24 @@ struct Refused {
 void PrintTo(const Refused& c, std::ostream* out) { *out << c.name; }
 
 class RefusesRecovery : public ::testing::TestWithParam<Refused> {};
+
+TEST(Recovery, waitsForTheProgramThatChangesTheFile) {
+    ModelFiles files(halfChanged());
+    files.isLocked = true;
+    EXPECT_EQ(messageOf([&] { recover(files, clip, RecoveryGoal::before); }),
+              "another program has the lock");
+    EXPECT_EQ(files.calls, 0U);
+}
+
+TEST(Recovery, hasNothingToDoWhereTheChangeEndsMeanwhile) {
+    class Ending : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        void lock(int) override { remove(journalName); }
+    };
+    Ending files(halfChanged());
+    EXPECT_FALSE(recover(files, clip, RecoveryGoal::before));
+}
 
 TEST_P(RefusesRecovery, andChangesNothing) {
     Disk disk = halfChanged();
@@ -526,6 +600,40 @@ TEST(InPlace, recoversARealFile) {
                   goal == RecoveryGoal::before ? oldBytes : after(oldBytes, rewrite));
         EXPECT_FALSE(recover(files, path, goal));
     }
+}
+
+TEST(SystemFiles, lockAFileUntilItIsClosed) {
+    const Testing::TemporaryDir folder;
+    const std::string path = (folder.path() / "clip.mxf").string();
+    SystemFiles files;
+    const OpenFile file(files, path, FileSystem::Access::create);
+    {
+        const OpenFile first(files, path, FileSystem::Access::write);
+        first.lock();
+        // Closing another one does not end the lock.
+        OpenFile(files, path, FileSystem::Access::write);
+        EXPECT_EQ(messageOf([&] { file.lock(); }),
+                  "another program has locked " + path +
+                      ", perhaps to change it too; nothing was written");
+    }
+    EXPECT_EQ(messageOf([&] { file.lock(); }), "");
+    EXPECT_FALSE(files.lacksLocks());
+}
+
+TEST(SystemFiles, makeNoFileWhereOneIsAlready) {
+    const Testing::TemporaryDir folder;
+    const std::string path = (folder.path() / "other").string();
+    std::ofstream(path) << "text";
+    SystemFiles files;
+    for (const auto access : {FileSystem::Access::create, FileSystem::Access::share}) {
+        EXPECT_NE(messageOf([&] { OpenFile(files, path, access); }), "");
+    }
+    EXPECT_EQ(std::filesystem::file_size(path), 4U);
+}
+
+TEST(SystemFiles, findNoFileWithANameThatIsTooLong) {
+    SystemFiles files;
+    EXPECT_FALSE(files.find("/tmp/" + std::string(300, 'x')));
 }
 
 TEST(SystemFiles, sayWhatFails) {

@@ -53,6 +53,8 @@ public:
     /// Whether blocks can be inserted.
     bool inserts = true;
 
+    /// Whether another program has locked every file.
+    bool isLocked = false;
     /// The machine dies in the call with this number, from 1; 0 for never.
     std::size_t dieAt = 0;
     /// The sync with this number, from 1, does nothing; 0 for none.
@@ -123,19 +125,17 @@ public:
         const auto found = now_.names.find(path);
         if (access == Access::create || access == Access::share) {
             step();
-            std::uint64_t file = 0;
-            if (found == now_.names.end()) {
-                file = std::max(durable_.files.empty() ? 0 : durable_.files.rbegin()->first,
-                                now_.files.rbegin()->first) +
-                       1;
-                // An empty file is there at once, its name is not.
-                durable_.files[file];
-                now_.files[file];
-                wait({Op::Kind::name, file, 0, {}, 0, path, {}});
-            } else {
-                file = found->second;
-                wait({Op::Kind::resize, file, 0, {}, 0, {}, {}});
+            if (found != now_.names.end()) {
+                fail("can't make " + path);
             }
+            const std::uint64_t file =
+                std::max(durable_.files.empty() ? 0 : durable_.files.rbegin()->first,
+                         now_.files.rbegin()->first) +
+                1;
+            // An empty file is there at once, its name is not.
+            durable_.files[file];
+            now_.files[file];
+            wait({Op::Kind::name, file, 0, {}, 0, path, {}});
             return static_cast<int>(file);
         }
         if (found == now_.names.end()) {
@@ -144,6 +144,11 @@ public:
         return static_cast<int>(found->second);
     }
     void close(int) noexcept override {}
+    void lock(int) override {
+        if (isLocked) {
+            fail("another program has the lock");
+        }
+    }
     mxf::FileStatus status(int file) override { return statusOf(static_cast<std::uint64_t>(file)); }
 
     std::size_t readAt(int file, std::uint64_t offset, Types::u8* to, std::size_t count) override {
