@@ -208,6 +208,15 @@ INSTANTIATE_TEST_SUITE_P(
                            {0},
                            {0, 1},
                            {962}},
+                      Case{"WhereTheMetadataIsAllThatThereIsAfterFill",
+                           [] {
+                               PartitionSpec header = headerPartition(metadata);
+                               header.behindPack = fill(200);
+                               return MxfBuilder().add(header);
+                           },
+                           {0},
+                           {0, 1},
+                           {962}},
                       Case{"WhereTheMetadataIsAllThatThereIs",
                            [] { return MxfBuilder().add(headerPartition(metadata)); },
                            {0},
