@@ -154,9 +154,11 @@ EditWay carryOut(FileSystem& system, const std::string& clip, DataIO::RandomAcce
     EditWay way = EditWay::inPlace;
     UndoFile undo(system, clip, target.undo, plan.rewrite);
     const auto form = inPlaceOf(system, clip, source, plan.rewrite);
-    if (!form || !rewriteInPlace(system, clip, *form, planned)) {
+    // The status with which the clip is replaced, if it must be.
+    const auto replaced = form ? mxf::rewriteInPlace(system, clip, *form, planned) : planned;
+    if (replaced) {
         way = EditWay::replace;
-        replaceFile(system, clip, plan.rewrite, planned, target.breaksLinks, progress);
+        replaceFile(system, clip, plan.rewrite, *replaced, target.breaksLinks, progress);
     }
     undo.keep();
     time.restore();

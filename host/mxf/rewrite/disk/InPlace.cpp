@@ -1,8 +1,11 @@
 #include "host/mxf/rewrite/disk/InPlace.h"
 
 #include "host/base/Exceptions.h"
+#include "host/mxf/rewrite/Segments.h"
 #include "host/mxf/rewrite/disk/Blocks.h"
 #include "host/mxf/rewrite/disk/Journal.h"
+
+#include <algorithm>
 
 namespace Corvid::mxf {
 
@@ -50,7 +53,12 @@ public:
         if (journal_.insertion.size != 0) {
             takeOut();
         }
-        file_.write(journal_.before);
+        // Where the file has a hole still, nothing is written: on a full disk nothing could be.
+        for (const ByteRange& range : journal_.before) {
+            const Bytes found = file_.read(range.offset, range.bytes.size());
+            file_.write(differences({{range.offset, viewOf(found)}},
+                                    {{range.offset, viewOf(range.bytes)}}));
+        }
         file_.resize(journal_.status.size);
         file_.sync();
     }
@@ -59,7 +67,11 @@ public:
     void beginAgain() {
         if (journal_.insertion.size != 0) {
             journal_.data = dataFrom(file_, journal_.insertion.offset);
-            enter(Phase::inserting);
+            journal_.phase = Phase::inserting;
+            journal_.mostRuns = std::max<std::uint64_t>(journal_.mostRuns, journal_.data.size());
+            writeJournal();
+            system_.renameOver(unfinishedPath_, path_);
+            system_.syncFolderOf(path_);
         }
     }
 
@@ -86,11 +98,12 @@ private:
         file.sync();
     }
 
+    /// Says in the journal how far the change is. It needs no room on the disk.
     void enter(Phase phase) {
         journal_.phase = phase;
-        writeJournal();
-        system_.renameOver(unfinishedPath_, path_);
-        system_.syncFolderOf(path_);
+        const OpenFile file(system_, path_, Access::write);
+        file.write({journal_.codedPhase()});
+        file.sync();
     }
 
     /// Takes the inserted blocks out, however many of them are there.
@@ -127,10 +140,10 @@ private:
 
 } // namespace
 
-bool rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& rewrite,
-                    const FileStatus& planned) {
+std::optional<FileStatus> rewriteInPlace(FileSystem& system, const std::string& path,
+                                         const Rewrite& rewrite, const FileStatus& planned) {
     if (rewrite.isEmpty()) {
-        return true;
+        return std::nullopt;
     }
     const std::string target = system.resolve(path);
     const OpenFile file(system, target, Access::write);
@@ -160,7 +173,7 @@ bool rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& 
         throw;
     }
     change.end();
-    return isDone;
+    return isDone ? std::nullopt : std::optional(file.status());
 }
 
 void requireAsPlanned(const OpenFile& file, const std::string& path, const FileStatus& planned) {

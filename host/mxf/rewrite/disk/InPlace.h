@@ -12,15 +12,17 @@ namespace Corvid::mxf {
 /// @param path     symbolic links are followed.
 /// @param rewrite  of inPlaceForm().
 /// @param planned  what the file's status was when the rewrite was planned.
-/// @return false where the file system does not insert blocks as the rewrite asks; then nothing has
-///         changed.
+/// @return nothing where it is done. Where the file system does not insert blocks as the rewrite
+///         asks, the status of the file, in which no byte has changed: some file systems give it
+///         another time all the same.
 /// @throws InvalidFormat    an earlier change was not finished.
 /// @throws InvalidArgument  the file has changed since the rewrite was planned.
 /// @throws LimitExceeded    the file has too many holes to insert blocks before them.
 /// @throws IOError          reading or writing fails; the message says so where the file could not
 ///                          be brought back.
-CORVID_EXPORT bool rewriteInPlace(FileSystem& system, const std::string& path,
-                                  const Rewrite& rewrite, const FileStatus& planned);
+CORVID_EXPORT std::optional<FileStatus> rewriteInPlace(FileSystem& system, const std::string& path,
+                                                       const Rewrite& rewrite,
+                                                       const FileStatus& planned);
 
 /// Whether a change of the file was not finished.
 CORVID_EXPORT bool needsRecovery(FileSystem& system, const std::string& path);

@@ -63,6 +63,9 @@ public:
     std::size_t failAt = 0;
     /// All calls from failAt on fail.
     bool failsOn = false;
+    /// From the call with this number on, the disk is full: no file is made, and only what is there
+    /// is overwritten; 0 for never.
+    std::size_t fullAt = 0;
     std::size_t calls = 0; ///< those that change something
     std::size_t syncs = 0;
 
@@ -125,6 +128,7 @@ public:
         const auto found = now_.names.find(path);
         if (access == Access::create || access == Access::share) {
             step();
+            requireRoom(true);
             if (found != now_.names.end()) {
                 fail("can't make " + path);
             }
@@ -161,6 +165,7 @@ public:
 
     void writeAt(int file, std::uint64_t offset, Types::ByteView bytes) override {
         step();
+        requireRoom(needsRoom(static_cast<std::uint64_t>(file), offset, bytes.size));
         for (std::size_t done = 0; done != bytes.size;) {
             const std::uint64_t place = offset + done;
             const auto count = static_cast<std::size_t>(
@@ -194,6 +199,7 @@ public:
     bool insert(int file, std::uint64_t offset, std::uint64_t size) override {
         step();
         if (!inserts) {
+            ++times_[static_cast<std::uint64_t>(file)]; // as some file systems do
             return false;
         }
         EXPECT_EQ(offset % blockSize, 0U);
@@ -398,6 +404,21 @@ private:
         if (failAt != 0 && (calls == failAt || (failsOn && calls > failAt))) {
             fail("no space left");
         }
+    }
+
+    void requireRoom(bool isNeeded) const {
+        if (isNeeded && fullAt != 0 && calls >= fullAt) {
+            fail("no space left");
+        }
+    }
+    bool needsRoom(std::uint64_t file, std::uint64_t offset, std::uint64_t size) const {
+        bool isNeeded = offset + size > blocksIn(now_.files.at(file).size()) * blockSize;
+        if (const auto holes = now_.holes.find(file); holes != now_.holes.end()) {
+            const auto first = holes->second.lower_bound(offset / blockSize);
+            isNeeded =
+                isNeeded || (first != holes->second.end() && *first * blockSize < offset + size);
+        }
+        return isNeeded;
     }
 
     [[noreturn]] static void fail(const std::string& why) {
