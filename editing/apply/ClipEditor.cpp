@@ -157,6 +157,12 @@ void ClipEditor::Content::choosePartitions(EditPlan& plan, const CopyChoice& cho
             } else if (all[i].pack.isClosed()) {
                 plan.left.push_back(i);
             }
+        } else if (isWanted && all[i].pack.headerByteCount != 0) {
+            throw Exceptions::InvalidFormat(
+                nameOf(i) + ": HeaderByteCount is " +
+                    std::to_string(all[i].pack.headerByteCount) +
+                    ", but no header metadata is found there, so this copy can't be changed",
+                CORVID_HERE);
         }
     }
     if (plan.copies.empty()) {

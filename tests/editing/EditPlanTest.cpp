@@ -104,6 +104,18 @@ TEST(EditPlan, refusesACopyWhereTheOldValueDiffers) {
                       HasSubstr("property TrackName: has")));
 }
 
+TEST(EditPlan, refusesACopyThatIsNotFoundWhereItIsSaidToBe) {
+    PartitionSpec header = headerPartition(metadata());
+    header.packLength = 5000;
+    const Bytes clip =
+        MxfBuilder().add(header).add(footerPartition(metadata())).withRandomIndexPack().build();
+    EXPECT_THAT(refusalOf(clip, soundToMusic(clip)),
+                HasSubstr("partition 0 (header): HeaderByteCount is "));
+    EditOptions options;
+    options.copies.kind = CopyChoice::Kind::footer;
+    EXPECT_EQ(refusalOf(clip, soundToMusic(clip), options), "");
+}
+
 TEST(EditPlan, recordsTheEditInEachCopyWhateverDatesAndIdentificationsItHas) {
     Says open;
     open.year = 1999;
