@@ -137,6 +137,43 @@ TEST_F(Apply, keepsARecordOfTheEdit) {
     EXPECT_TRUE(rebuilt == after) << "the record names every byte that has changed";
 }
 
+TEST_F(Apply, hashesTheHeaderBeforeAndAfterForItsRecord) {
+    if (run("b2sum --version").status != 0) {
+        GTEST_SKIP() << "no b2sum";
+    }
+    // The metadata is all that follows the pack and its fill.
+    const std::string hash = "tail -c +513 clip.mxf | b2sum -l 256 | cut -c 1-64 | tr -d '\\n'";
+    const std::string old = run(hash).out;
+    run("corvid apply edited.xml clip.mxf --in-place --log log.json");
+    const auto json = nlohmann::json::parse(shop.read("log.json"));
+    ASSERT_EQ(json["headerHashes"].size(), 1U);
+    EXPECT_EQ(json["headerHashes"][0]["partition"], 0);
+    EXPECT_EQ(json["headerHashes"][0]["before"], old);
+    EXPECT_EQ(json["headerHashes"][0]["after"], run(hash).out);
+    EXPECT_NE(json["headerHashes"][0]["after"], old);
+    EXPECT_FALSE(json.contains("essenceHash"));
+}
+
+TEST_F(Apply, hashesTheEssenceWhichStaysTheSame) {
+    const auto essenceIn = [](const std::string& text) {
+        const auto at = text.find("essence and index tables: BLAKE2b-256 ");
+        return at == std::string::npos ? text : text.substr(at);
+    };
+    const std::string hash =
+        essenceIn(run("corvid apply small.xml small.mxf --dry-run --hash").out);
+    EXPECT_EQ(essenceIn(run("corvid apply long.xml small.mxf -o new.mxf --hash").out), hash);
+    EXPECT_EQ(essenceIn(run("corvid apply long.xml small.mxf --in-place --hash").out), hash);
+    const auto json = nlohmann::json::parse(
+        run("corvid to-xml new.mxf | corvid apply - new.mxf --in-place --hash --json").out);
+    EXPECT_THAT(hash, HasSubstr(json["essenceHash"].get<std::string>() + "\n"));
+    std::string other = shop.read("new.mxf");
+    other[other.find(std::string(100, '\xEE')) + 50] = 'x';
+    shop.write("other.mxf", Bytes(other.begin(), other.end()));
+    EXPECT_NE(
+        essenceIn(run("corvid to-xml other.mxf | corvid apply - other.mxf --in-place --hash").out),
+        hash);
+}
+
 TEST_F(Apply, isUndone) {
     EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --undo undo").status, 0);
     EXPECT_FALSE(shop.read("clip.mxf") == before);

@@ -159,6 +159,39 @@ mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
     };
 }
 
+/// Carries an edit out and records it.
+void makeEdit(const ApplyOptions& options, mxf::SystemFiles& files,
+              DataIO::RandomAccessSource& source, const mxf::FileStatus& status, EditReport& report,
+              Messages& messages) {
+    const auto log = openLog(options);
+    const bool isRecorded = log || options.json;
+    if (isRecorded) {
+        report.headersBefore = Editing::headerHashes(source, report.plan.copies);
+    }
+    if (options.hashesEssence) {
+        Editing::requireCertainEssence(source);
+    }
+    report.way = carryOut(files, options.clip, source, report.plan, status, options.target,
+                          progressOn(messages, options.clip));
+    if (files.lacksLocks()) {
+        messages.warn({CommandWarnings::notLocked,
+                       "the file system has no locks, so another program could have changed the "
+                       "clip meanwhile unnoticed"});
+    }
+    const std::string& newFile = options.target.newFile;
+    const auto edited = DataIO::openSource(newFile.empty() ? options.clip : newFile);
+    if (isRecorded) {
+        report.headersAfter = Editing::headerHashes(*edited, report.plan.copies);
+    }
+    if (options.hashesEssence) {
+        report.essence = Editing::essenceHash(*edited, progressOn(messages, edited->name()));
+    }
+    messages.showProgress("");
+    if (log) {
+        writeLog(options, toJson(report), *log);
+    }
+}
+
 } // namespace
 
 bool isCopyChoice(const std::string& text) { return copyChoiceOf(text).has_value(); }
@@ -183,24 +216,17 @@ void apply(const ApplyOptions& options, Messages& messages) {
                       namesOf(plan.copies, editor.partitions()), *dictionary};
     if (options.dryRun) {
         report.way = wayOf(files, options.clip, *source, plan, options.target);
+        if (options.hashesEssence) {
+            report.essence = Editing::essenceHash(*source, progressOn(messages, options.clip));
+            messages.showProgress("");
+        }
     } else {
-        const auto log = openLog(options);
-        report.way = carryOut(files, options.clip, *source, plan, status.value(), options.target,
-                              progressOn(messages, options.clip));
-        messages.showProgress("");
-        if (files.lacksLocks()) {
-            messages.warn({CommandWarnings::notLocked,
-                           "the file system has no locks, so another program could have changed "
-                           "the clip meanwhile unnoticed"});
-        }
-        if (log) {
-            writeLog(options, toJson(report), *log);
-        }
+        makeEdit(options, files, *source, status.value(), report, messages);
     }
     messages.flush();
     printText(options.json ? jsonText(toJson(report)) + "\n"
                            : (options.dryRun ? toText(plan.changes, *dictionary) : "") +
-                                 wayText(report) + "\n");
+                                 wayText(report) + "\n" + essenceText(report));
     if (options.dryRun && !plan.isEmpty()) {
         throw EndedWith{exitRefused};
     }

@@ -247,6 +247,9 @@ Work declareApply(CLI::App& verb) {
     verb.add_option("--log", options->log, "File for a record of the edit in JSON")
         ->type_name("FILE")
         ->group(output);
+    verb.add_flag("--hash", options->hashesEssence,
+                  "Print the hash of essence and index tables after the edit; reads the whole file")
+        ->group(output);
     verb.add_option("--undo", options->target.undo,
                     "File for what takes the edit back: corvid recover CLIP.mxf --from FILE")
         ->type_name("FILE")

@@ -2,6 +2,7 @@
 
 #include "host/base/Exceptions.h"
 #include "host/mxf/HeaderMetadataReader.h"
+#include "host/mxf/Keys.h"
 #include "host/mxf/rewrite/EditedHeader.h"
 
 #include <algorithm>
@@ -28,6 +29,21 @@ std::uint64_t stepOf(const Partitions& partitions, std::uint64_t blockSize) {
         }
     }
     return step;
+}
+
+/// Where the fill ends that follows a partition pack.
+std::uint64_t endOfFill(DataIO::ReadWindow& window, const Partition& partition) {
+    std::uint64_t end = partition.triplet.end();
+    try {
+        KLV::Triplet next = KLV::readTriplet(window, end);
+        while (isFill(next.key) && next.end() <= partition.end) {
+            end = next.end();
+            next = KLV::readTriplet(window, end);
+        }
+    } catch (const Exceptions::InvalidLength&) {
+        // The file ends here, or goes on with something that is no KLV.
+    }
+    return end;
 }
 
 } // namespace
@@ -230,6 +246,14 @@ const HeaderLayout& RewritableFile::layout(std::size_t partition) {
 
 bool RewritableFile::hasMetadata(std::size_t partition) {
     return findHeaderMetadata(window_, map_.partitions.at(partition)).has_value();
+}
+
+FileRange RewritableFile::afterMetadata(std::size_t partition) {
+    const Partition& of = map_.partitions.at(partition);
+    const std::uint64_t end =
+        std::min({of.end, map_.index ? map_.index->offset : window_.source().size(),
+                  window_.source().size()});
+    return {hasMetadata(partition) ? layout(partition).end() : endOfFill(window_, of), end};
 }
 
 Rewrite RewritableFile::plan(const FileEdit& edit, const Growth& growth) {

@@ -37,6 +37,12 @@ struct Growth {
     std::uint64_t blockSize = 1;
 };
 
+/// Bytes of a file, from one offset to another.
+struct FileRange {
+    std::uint64_t begin = 0; ///< in bytes from the front of the file
+    std::uint64_t end = 0;   ///< after the last one
+};
+
 /// The most bytes of which a growth is a multiple.
 constexpr std::uint64_t greatestGrowthStep = 64 * 1024 * 1024;
 
@@ -59,6 +65,10 @@ public:
     const HeaderLayout& layout(std::size_t partition);
     /// Whether a partition seems to have a copy.
     bool hasMetadata(std::size_t partition);
+    /// From the end of the header metadata of a partition, or of its pack and the fill that follows
+    /// it, to the next pack or the random index pack.
+    /// @throws InvalidFormat  its header metadata is not whole.
+    FileRange afterMetadata(std::size_t partition);
 
     /// Which bytes change. Where one copy has not enough room, there are insertions, and everything
     /// that counts bytes follows: the offsets in all partition packs, HeaderByteCount, the random

@@ -1,5 +1,6 @@
 #include "host/mxf/rewrite/RewritableFile.h"
 
+#include "host/mxf/rewrite/FileHashes.h"
 #include "tests/mxf/rewrite/CarryOut.h"
 
 namespace Corvid::mxf {
@@ -58,6 +59,7 @@ void expectSound(const TestBytes& before, const TestBytes& after) {
     Rewritable was(before);
     Rewritable is(after);
     ASSERT_EQ(is.file.partitions().size(), was.file.partitions().size());
+    EXPECT_EQ(hashOf(is.source, essenceOf(is.file)), hashOf(was.source, essenceOf(was.file)));
     for (std::size_t i = 0; i != is.file.partitions().size(); ++i) {
         const PartitionPack& old = was.file.partitions()[i].pack;
         const PartitionPack& pack = is.file.partitions()[i].pack;
@@ -73,6 +75,25 @@ void expectSound(const TestBytes& before, const TestBytes& after) {
     FileEdit edit;
     edit.copies.push_back(longProperty(again.file, 0, 2, 60000));
     EXPECT_EQ(messageOf([&] { again.planned(edit); }), "");
+}
+
+TEST(RewritableFile, knowsWhatNoEditChanges) {
+    PartitionSpec header = with(headerPartition(metadata), join({index, essence}));
+    header.behindPack = fill(100);
+    PartitionSpec body = with(Testing::bodyPartition(), essence);
+    body.behindPack = fill(70);
+    Rewritable of(MxfBuilder()
+                      .runIn(Testing::repeat(0x42, 1000))
+                      .add(header)
+                      .add(body)
+                      .add(with(footerPartition(metadata), index))
+                      .withRandomIndexPack());
+    TestBytes found;
+    for (const FileRange& range : essenceOf(of.file)) {
+        found.insert(found.end(), of.bytes.begin() + static_cast<std::ptrdiff_t>(range.begin),
+                     of.bytes.begin() + static_cast<std::ptrdiff_t>(range.end));
+    }
+    EXPECT_EQ(found, join({index, essence, essence, index}));
 }
 
 TEST(RewritableFile, changesNothingWhereNothingIsToChange) {

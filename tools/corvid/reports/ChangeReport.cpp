@@ -71,6 +71,10 @@ std::string counted(std::uint64_t count, const char* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
+std::string hexOf(const Editing::ContentHash& hash) {
+    return Hex::encoded<std::string>(hash.data(), hash.size(), Hex::lower);
+}
+
 Json toJson(const ChangedProperty& property, const MetaMetadata::Dictionary& dictionary) {
     Json json{{"name", property.name}};
     if (property.label) {
@@ -162,6 +166,11 @@ std::string wayText(const EditReport& report) {
     return line;
 }
 
+std::string essenceText(const EditReport& report) {
+    return report.essence ? "essence and index tables: BLAKE2b-256 " + hexOf(*report.essence) + "\n"
+                          : std::string();
+}
+
 Json toJson(const EditReport& report) {
     const mxf::Rewrite& rewrite = report.plan.rewrite;
     Json json{{"file", report.file},
@@ -172,8 +181,19 @@ Json toJson(const EditReport& report) {
               {"sizeAfter", rewrite.newSize()},
               {"bytesWritten", bytesOf(rewrite)},
               {"partitions", report.plan.copies},
-              {"partitionsLeft", report.plan.left},
-              {"sets", toJson(report.plan.changes, report.dictionary)}};
+              {"partitionsLeft", report.plan.left}};
+    if (!report.headersAfter.empty()) {
+        json["headerHashes"] = Json::array();
+        for (std::size_t i = 0; i != report.headersAfter.size(); ++i) {
+            json["headerHashes"].push_back({{"partition", report.plan.copies[i]},
+                                            {"before", hexOf(report.headersBefore[i])},
+                                            {"after", hexOf(report.headersAfter[i])}});
+        }
+    }
+    if (report.essence) {
+        json["essenceHash"] = hexOf(*report.essence);
+    }
+    json["sets"] = toJson(report.plan.changes, report.dictionary);
     json["insertions"] = Json::array();
     for (const auto& insertion : rewrite.insertions) {
         json["insertions"].push_back({{"offset", insertion.offset}, {"size", insertion.size}});
