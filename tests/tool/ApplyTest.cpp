@@ -174,6 +174,31 @@ TEST_F(Apply, hashesTheEssenceWhichStaysTheSame) {
         hash);
 }
 
+TEST_F(Apply, closesTheHeader) {
+    const Bytes metadata =
+        join({standardPrimer(), set(structuralKey(prefaceSet), 1, {property(0x3B03, uuid(2))}),
+              set(structuralKey(contentStorageSet), 2), fill(400)});
+    PartitionSpec header =
+        headerPartition(join({standardPrimer(), set(structuralKey(prefaceSet), 1), fill(300)}));
+    header.status = 1;
+    shop.write(
+        "open.mxf",
+        MxfBuilder().add(header).add(footerPartition(metadata)).withRandomIndexPack().build());
+    run("corvid to-xml open.mxf -o open.xml");
+    const Outcome shown = run("corvid apply open.xml open.mxf --dry-run --close-header");
+    EXPECT_EQ(shown.status, 1) << shown.err;
+    EXPECT_THAT(shown.out, AllOf(HasSubstr("in the header, which is closed:\nchanged Preface"),
+                                 HasSubstr("added ContentStorage"),
+                                 HasSubstr(", the header closed and complete, in partition 0")));
+    const Outcome done = run("corvid apply open.xml open.mxf --in-place --close-header --json");
+    EXPECT_EQ(done.status, 0) << done.err;
+    EXPECT_EQ(nlohmann::json::parse(done.out)["setsOfClosedHeader"].size(), 2U);
+    EXPECT_THAT(run("corvid info open.mxf").out, HasSubstr("header     closed and complete"));
+    EXPECT_TRUE(run("corvid to-xml open.mxf --partition header").out == shop.read("open.xml"));
+    EXPECT_EQ(run("corvid apply open.xml open.mxf --in-place --close-header").out, "no change\n");
+    EXPECT_THAT(run("corvid apply doc.xml clip.mxf --in-place --close-header").out, "no change\n");
+}
+
 TEST_F(Apply, isUndone) {
     EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --undo undo").status, 0);
     EXPECT_FALSE(shop.read("clip.mxf") == before);

@@ -225,8 +225,8 @@ void apply(const ApplyOptions& options, Messages& messages) {
     }
     messages.flush();
     printText(options.json ? jsonText(toJson(report)) + "\n"
-                           : (options.dryRun ? toText(plan.changes, *dictionary) : "") +
-                                 wayText(report) + "\n" + essenceText(report));
+                           : (options.dryRun ? toText(plan, *dictionary) : "") + wayText(report) +
+                                 "\n" + essenceText(report));
     if (options.dryRun && !plan.isEmpty()) {
         throw EndedWith{exitRefused};
     }

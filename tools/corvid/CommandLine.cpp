@@ -223,6 +223,10 @@ Work declareApply(CLI::App& verb) {
                   "Change also what the file is made of: identifiers of packages and tracks, "
                   "rates, durations, kinds of essence")
         ->group(processing);
+    verb.add_flag("--close-header", options->edit.closesHeader,
+                  "Make an open or incomplete header partition closed and complete, with the "
+                  "header metadata of the footer")
+        ->group(processing);
     verb.add_flag_function(
             "--no-identification", [options](std::int64_t) { options->recordsEdit = false; },
             "Leave the file's history as it is: no Identification and no dates of this edit")

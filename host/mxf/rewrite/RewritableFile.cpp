@@ -195,6 +195,10 @@ private:
             result_.writes.push_back({partition.offset() + shifts_[edit.partition] + statusByte,
                                       Bytes(1, static_cast<Types::u8>(*edit.status))});
         }
+        if (edit.namesFooter && pack.footerPartition == 0) {
+            patch(edit.partition, PackFields::footerPartition,
+                  file_.partitions().back().offset() - file_.map_.runIn() + shifts_.back());
+        }
         if (edit.operationalPattern && *edit.operationalPattern != pack.operationalPattern) {
             const auto& label = edit.operationalPattern->bytes();
             write(edit.partition, PackFields::operationalPattern, {label.data(), label.size()});

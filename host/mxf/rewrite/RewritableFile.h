@@ -19,6 +19,7 @@ struct CopyEdit {
 struct PackEdit {
     std::size_t partition = 0; ///< its number in the order of the file
     std::optional<PartitionStatus> status;
+    bool namesFooter = false; ///< FooterPartition is the last partition, also where it was 0
     std::optional<Types::UniversalLabel> operationalPattern;
     /// As many as the pack has.
     std::optional<Templates::vector<Types::UniversalLabel>> essenceContainers;

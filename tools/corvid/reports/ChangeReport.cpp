@@ -117,6 +117,12 @@ std::string toText(const Changes& changes, const MetaMetadata::Dictionary& dicti
     return lines;
 }
 
+std::string toText(const Editing::EditPlan& plan, const MetaMetadata::Dictionary& dictionary) {
+    return toText(plan.changes, dictionary) +
+           (plan.closesHeader ? "in the header, which is closed:\n" : "") +
+           toText(plan.closing, dictionary);
+}
+
 Json toJson(const Changes& changes, const MetaMetadata::Dictionary& dictionary) {
     Json sets = Json::array();
     for (const ChangedSet& set : changes.sets) {
@@ -158,6 +164,9 @@ std::string wayText(const EditReport& report) {
     if (const auto inserted = insertedBy(rewrite)) {
         line += ", " + counted(inserted, "byte") + " longer";
     }
+    if (report.plan.closesHeader) {
+        line += ", the header closed and complete";
+    }
     const char* before = ", in ";
     for (const std::string& copy : report.copies) {
         line += before + copy;
@@ -194,6 +203,9 @@ Json toJson(const EditReport& report) {
         json["essenceHash"] = hexOf(*report.essence);
     }
     json["sets"] = toJson(report.plan.changes, report.dictionary);
+    if (report.plan.closesHeader) {
+        json["setsOfClosedHeader"] = toJson(report.plan.closing, report.dictionary);
+    }
     json["insertions"] = Json::array();
     for (const auto& insertion : rewrite.insertions) {
         json["insertions"].push_back({{"offset", insertion.offset}, {"size", insertion.size}});

@@ -25,6 +25,9 @@ struct EditReport {
 /// and after.
 std::string toText(const Editing::Changes& changes, const MetaMetadata::Dictionary& dictionary);
 
+/// The same of a plan, with what closes the header.
+std::string toText(const Editing::EditPlan& plan, const MetaMetadata::Dictionary& dictionary);
+
 /// The same for programs: an array with an object for each set.
 nlohmann::ordered_json toJson(const Editing::Changes& changes,
                               const MetaMetadata::Dictionary& dictionary);
