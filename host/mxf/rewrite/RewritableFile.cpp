@@ -4,6 +4,7 @@
 #include "host/mxf/HeaderMetadataReader.h"
 #include "host/mxf/Keys.h"
 #include "host/mxf/rewrite/EditedHeader.h"
+#include "host/mxf/rewrite/PackContainers.h"
 
 #include <algorithm>
 #include <numeric>
@@ -211,11 +212,21 @@ private:
     void planContainers(std::size_t number, const Templates::vector<Types::UniversalLabel>& wanted,
                         const Templates::vector<Types::UniversalLabel>& found) {
         if (wanted.size() != found.size()) {
-            throw Exceptions::InvalidArgument(
-                at(file_.partitions()[number].offset()) + ": the partition pack has " +
-                    std::to_string(found.size()) + " essence containers and can't have " +
-                    std::to_string(wanted.size()),
-                CORVID_HERE);
+            const Partition& partition = file_.partitions()[number];
+            auto ranges = resizeContainers(file_.window_, partition, wanted);
+            if (!ranges) {
+                throw Exceptions::InvalidFormat(
+                    at(partition.offset()) + ": the partition pack has " +
+                        std::to_string(found.size()) + " essence containers and can't have " +
+                        std::to_string(wanted.size()) +
+                        ": no fill follows it that could make up for the difference",
+                    CORVID_HERE);
+            }
+            for (ByteRange& range : *ranges) {
+                range.offset += shifts_[number];
+                result_.writes.push_back(std::move(range));
+            }
+            return;
         }
         for (std::size_t i = 0; i != wanted.size(); ++i) {
             if (wanted[i] != found[i]) {

@@ -21,7 +21,8 @@ struct PackEdit {
     std::optional<PartitionStatus> status;
     bool namesFooter = false; ///< FooterPartition is the last partition, also where it was 0
     std::optional<Types::UniversalLabel> operationalPattern;
-    /// As many as the pack has.
+    /// Another number of them than the pack has takes its room from the fill that follows the pack,
+    /// or leaves it to that.
     std::optional<Templates::vector<Types::UniversalLabel>> essenceContainers;
 };
 
