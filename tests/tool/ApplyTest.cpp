@@ -174,6 +174,28 @@ TEST_F(Apply, hashesTheEssenceWhichStaysTheSame) {
         hash);
 }
 
+TEST_F(Apply, namesPackingListsBesideTheClip) {
+    const auto write = [this](const std::string& name, const std::string& text) {
+        shop.write(name, Bytes(text.begin(), text.end()));
+    };
+    write("PKL_1.xml", "<?xml version='1.0'?>\n<PackingList xmlns='urn:x'/>");
+    write("b.xml", "<pkl:PackingList xmlns:pkl='urn:x'/>");
+    write("CPL.xml", "<CompositionPlaylist>no <!-- of a PackingList -->");
+    for (const char* line : {"corvid apply edited.xml clip.mxf --dry-run",
+                             "corvid apply edited.xml clip.mxf --in-place"}) {
+        const std::string messages = run(line).err;
+        EXPECT_THAT(messages, AllOf(HasSubstr("note: the packing list PKL_1.xml is beside"),
+                                    HasSubstr("the packing list b.xml"), Not(HasSubstr("CPL"))));
+    }
+    EXPECT_EQ(run("corvid apply small.xml small.mxf --in-place").err, "") << "nothing changes";
+    EXPECT_EQ(run("corvid apply long.xml small.mxf -o new.mxf").err, "");
+    for (const char* name : {"c.xml", "d.xml"}) {
+        write(name, "<PackingList>");
+    }
+    EXPECT_THAT(run("corvid apply long.xml small.mxf --in-place").err,
+                HasSubstr("note: the same for 1 more"));
+}
+
 TEST_F(Apply, closesTheHeader) {
     const Bytes metadata =
         join({standardPrimer(), set(structuralKey(prefaceSet), 1, {property(0x3B03, uuid(2))}),

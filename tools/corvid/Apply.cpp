@@ -8,6 +8,7 @@
 #include "tools/corvid/ReadDocument.h"
 #include "tools/corvid/input/Clip.h"
 #include "tools/corvid/input/DocumentFile.h"
+#include "tools/corvid/input/PackingLists.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/reports/ChangeReport.h"
 #include "tools/corvid/reports/DocumentReport.h"
@@ -16,6 +17,7 @@
 #include "tools/corvid/terminal/ProgressBar.h"
 #include "tools/corvid/terminal/UsageError.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -125,6 +127,24 @@ void warnOfCopies(const EditPlan& plan, const mxf::Partitions& partitions, Messa
     }
 }
 
+/// Names packing lists that may have the hash of the clip as it was.
+void noteStaleLists(const ApplyOptions& options, const EditPlan& plan, Messages& messages) {
+    if (!options.target.newFile.empty() || plan.rewrite.isEmpty()) {
+        return;
+    }
+    constexpr std::size_t mostNamed = 3;
+    const auto lists = packingListsBeside(options.clip);
+    for (std::size_t i = 0; i != std::min(lists.size(), mostNamed); ++i) {
+        messages.note(
+            "the packing list " + lists[i] +
+            " is beside the clip; if it lists the clip, the hash and size there are those "
+            "of the clip before the edit");
+    }
+    if (lists.size() > mostNamed) {
+        messages.note("the same for " + std::to_string(lists.size() - mostNamed) + " more");
+    }
+}
+
 /// Opens the file for the record of the edit, before anything is changed; null where none is
 /// wanted.
 std::unique_ptr<Output> openLog(const ApplyOptions& options) {
@@ -223,6 +243,7 @@ void apply(const ApplyOptions& options, Messages& messages) {
     } else {
         makeEdit(options, files, *source, status.value(), report, messages);
     }
+    noteStaleLists(options, plan, messages);
     messages.flush();
     printText(options.json ? jsonText(toJson(report)) + "\n"
                            : (options.dryRun ? toText(plan, *dictionary) : "") + wayText(report) +
