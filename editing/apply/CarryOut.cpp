@@ -155,7 +155,11 @@ EditWay carryOut(FileSystem& system, const std::string& clip, DataIO::RandomAcce
     UndoFile undo(system, clip, target.undo, plan.rewrite);
     const auto form = inPlaceOf(system, clip, source, plan.rewrite);
     // The status with which the clip is replaced, if it must be.
-    const auto replaced = form ? mxf::rewriteInPlace(system, clip, *form, planned) : planned;
+    const auto replaced = form ? mxf::rewriteInPlace(system, clip, *form, planned,
+                                                     target.recoveryFolder.empty()
+                                                         ? std::string()
+                                                         : system.resolve(target.recoveryFolder))
+                               : planned;
     if (replaced) {
         way = EditWay::replace;
         replaceFile(system, clip, plan.rewrite, *replaced, target.breaksLinks, progress);

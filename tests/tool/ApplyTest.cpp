@@ -315,6 +315,27 @@ TEST_F(Apply, saysSoWhereTheFileSystemHasNoLocks) {
     EXPECT_FALSE(shop.read("clip.mxf") == before);
 }
 
+TEST_F(Apply, keepsItsRecoveryFileWhereAsked) {
+    if (run("strace -V").status != 0) {
+        GTEST_SKIP() << "no strace";
+    }
+    run("mkdir elsewhere");
+    // It dies when it removes the pointer: the edit is done but for that.
+    run("strace -qq -o /dev/null -e inject=unlink,unlinkat:signal=KILL:when=1 "
+        "corvid apply edited.xml clip.mxf --in-place --recovery-dir elsewhere");
+    EXPECT_FALSE(shop.read("clip.mxf") == before);
+    EXPECT_THAT(run("ls -A elsewhere").out, HasSubstr(".corvid-recovery"));
+    EXPECT_THAT(shop.read(".clip.mxf.corvid-recovery"), HasSubstr("/elsewhere/.clip.mxf-"));
+    EXPECT_THAT(run("corvid info clip.mxf").err, HasSubstr("[unfinished-edit]"));
+    EXPECT_EQ(run("corvid recover clip.mxf").out, "the clip is as it was before the edit\n");
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_EQ(run("ls -A elsewhere").out, "");
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --recovery-dir elsewhere").status,
+              0);
+    EXPECT_EQ(run("ls -A elsewhere").out, "");
+    EXPECT_FALSE(shop.has(".clip.mxf.corvid-recovery"));
+}
+
 TEST_F(Apply, isFinishedWhereAsked) {
     run("corvid apply edited.xml clip.mxf --in-place --undo undo");
     const std::string after = shop.read("clip.mxf");
@@ -379,6 +400,8 @@ INSTANTIATE_TEST_SUITE_P(
                 "not a file that can be changed"},
         Refused{"APipeAsClip", "mkfifo pipe; corvid apply edited.xml pipe --in-place", 3,
                 "not a file that can be changed"},
+        Refused{"NoRecoveryFolder",
+                "corvid apply edited.xml clip.mxf --in-place --recovery-dir none", 2, "none"},
         Refused{"NoClip", "corvid apply edited.xml none.mxf --in-place", 3, "none.mxf"},
         Refused{"NoDocument", "corvid apply none.xml clip.mxf --in-place", 3, "none.xml"},
         Refused{"ADocumentAsClip", "corvid apply edited.xml doc.xml --in-place", 1, "not an MXF"},

@@ -258,6 +258,11 @@ Work declareApply(CLI::App& verb) {
                     "File for what takes the edit back: corvid recover CLIP.mxf --from FILE")
         ->type_name("FILE")
         ->group(output);
+    verb.add_option("--recovery-dir", options->target.recoveryFolder,
+                    "Folder for the recovery file while the clip changes, instead of its own")
+        ->type_name("DIR")
+        ->check(CLI::ExistingDirectory)
+        ->group(output);
     verb.add_flag("--break-links", options->target.breaksLinks,
                   "Replace the clip also where it has other hard links, which keep the old file")
         ->group(output);

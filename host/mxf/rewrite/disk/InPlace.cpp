@@ -3,7 +3,7 @@
 #include "host/base/Exceptions.h"
 #include "host/mxf/rewrite/Segments.h"
 #include "host/mxf/rewrite/disk/Blocks.h"
-#include "host/mxf/rewrite/disk/Journal.h"
+#include "host/mxf/rewrite/disk/JournalFile.h"
 
 #include <algorithm>
 
@@ -14,21 +14,15 @@ namespace {
 using Access = FileSystem::Access;
 using Phase = Journal::Phase;
 
-/// A file and the journal beside it.
+/// A file and its journal.
 class Change {
 public:
-    /// @param path  of the file, without symbolic links.
-    Change(FileSystem& system, const OpenFile& file, Journal journal, const std::string& path)
-        : system_(system), file_(file), journal_(std::move(journal)), path_(Journal::pathFor(path)),
-          unfinishedPath_(path_ + ".new") {}
+    Change(const OpenFile& file, Journal journal, JournalFile journalFile)
+        : system_(file.system()), file_(file), journal_(std::move(journal)),
+          journalFile_(std::move(journalFile)) {}
 
     /// Makes the journal appear on the disk as a whole.
-    void begin() {
-        writeJournal();
-        system_.renameToNew(unfinishedPath_, path_);
-        hasBegun_ = true;
-        system_.syncFolderOf(path_);
-    }
+    void begin() { journalFile_.make(journal_); }
 
     /// Makes the file what it is to be.
     /// @return false where the file system inserts no blocks; then nothing has changed.
@@ -69,41 +63,17 @@ public:
             journal_.data = dataFrom(file_, journal_.insertion.offset);
             journal_.phase = Phase::inserting;
             journal_.mostRuns = std::max<std::uint64_t>(journal_.mostRuns, journal_.data.size());
-            writeJournal();
-            system_.renameOver(unfinishedPath_, path_);
-            system_.syncFolderOf(path_);
+            journalFile_.replace(journal_);
         }
     }
 
-    void end() {
-        system_.remove(path_);
-        system_.syncFolderOf(path_);
-    }
-
-    /// Removes what is left of a journal that was not needed. That it stays is no harm: the file is
-    /// as it was. One that is of another change stays.
-    void forget() {
-        try {
-            removeIfThere(system_, hasBegun_ ? path_ : unfinishedPath_);
-        } catch (const Exceptions::IOError&) {
-            return;
-        }
-    }
+    void end() { journalFile_.remove(); }
+    void forget() { journalFile_.forget(); }
 
 private:
-    void writeJournal() {
-        removeIfThere(system_, unfinishedPath_);
-        const OpenFile file(system_, unfinishedPath_, Access::create);
-        system_.writeAt(file.number(), 0, viewOf(journal_.coded()));
-        file.sync();
-    }
-
-    /// Says in the journal how far the change is. It needs no room on the disk.
     void enter(Phase phase) {
         journal_.phase = phase;
-        const OpenFile file(system_, path_, Access::write);
-        file.write({journal_.codedPhase()});
-        file.sync();
+        journalFile_.enter(journal_);
     }
 
     /// Takes the inserted blocks out, however many of them are there.
@@ -133,15 +103,14 @@ private:
     FileSystem& system_;
     const OpenFile& file_;
     Journal journal_;
-    std::string path_;
-    std::string unfinishedPath_;
-    bool hasBegun_ = false; ///< the journal has its name
+    JournalFile journalFile_;
 };
 
 } // namespace
 
 std::optional<FileStatus> rewriteInPlace(FileSystem& system, const std::string& path,
-                                         const Rewrite& rewrite, const FileStatus& planned) {
+                                         const Rewrite& rewrite, const FileStatus& planned,
+                                         const std::string& recoveryFolder) {
     if (rewrite.isEmpty()) {
         return std::nullopt;
     }
@@ -150,7 +119,8 @@ std::optional<FileStatus> rewriteInPlace(FileSystem& system, const std::string& 
     file.lock();
     requireFinished(system, path);
     requireAsPlanned(file, path, planned);
-    Change change(system, file, Journal::of(file, rewrite), target);
+    Change change(file, Journal::of(file, rewrite),
+                  JournalFile(system, target, planned.inode, recoveryFolder));
     try {
         change.begin();
         requireAsPlanned(file, path, planned);
@@ -185,7 +155,7 @@ void requireAsPlanned(const OpenFile& file, const std::string& path, const FileS
 }
 
 bool needsRecovery(FileSystem& system, const std::string& path) {
-    return system.find(Journal::pathFor(system.resolve(path))).has_value();
+    return JournalFile::isThere(system, system.resolve(path));
 }
 
 void requireFinished(FileSystem& system, const std::string& path) {
@@ -198,26 +168,24 @@ void requireFinished(FileSystem& system, const std::string& path) {
 
 bool recover(FileSystem& system, const std::string& path, RecoveryGoal goal) {
     const std::string target = system.resolve(path);
-    const std::string journalPath = Journal::pathFor(target);
-    if (!system.find(journalPath)) {
+    if (!JournalFile::isThere(system, target)) {
         return false;
     }
     const OpenFile file(system, target, Access::write);
     file.lock();
-    const auto found = system.find(journalPath);
-    if (!found) {
+    if (!JournalFile::isThere(system, target)) {
         return false; // the change ended meanwhile
     }
-    Journal journal =
-        Journal::parse(OpenFile(system, journalPath, Access::read).read(0, found->size));
+    JournalFile journalFile = JournalFile::find(system, target);
+    Journal journal = journalFile.read();
     if (!journal.isOf(file)) {
         throw Exceptions::InvalidFormat(
-            journalPath + " is not of " + path +
+            journalFile.path() + " is not of " + path +
                 " as it is, so nothing was changed: the file has been replaced or changed since",
             CORVID_HERE);
     }
     const bool inserts = journal.insertion.size != 0;
-    Change change(system, file, std::move(journal), target);
+    Change change(file, std::move(journal), std::move(journalFile));
     if (goal == RecoveryGoal::before || inserts) {
         change.back();
     }

@@ -12,6 +12,8 @@ namespace Corvid::mxf {
 /// @param path     symbolic links are followed.
 /// @param rewrite  of inPlaceForm().
 /// @param planned  what the file's status was when the rewrite was planned.
+/// @param recoveryFolder  where what brings the file back is meanwhile, without symbolic links;
+///                        empty for beside the file. Then only a pointer to it is there.
 /// @return nothing where it is done. Where the file system does not insert blocks as the rewrite
 ///         asks, the status of the file, in which no byte has changed: some file systems give it
 ///         another time all the same.
@@ -20,9 +22,9 @@ namespace Corvid::mxf {
 /// @throws LimitExceeded    the file has too many holes to insert blocks before them.
 /// @throws IOError          reading or writing fails; the message says so where the file could not
 ///                          be brought back.
-CORVID_EXPORT std::optional<FileStatus> rewriteInPlace(FileSystem& system, const std::string& path,
-                                                       const Rewrite& rewrite,
-                                                       const FileStatus& planned);
+CORVID_EXPORT std::optional<FileStatus> rewriteInPlace(
+    FileSystem& system, const std::string& path, const Rewrite& rewrite, const FileStatus& planned,
+    const std::string& recoveryFolder = std::string());
 
 /// Whether a change of the file was not finished.
 CORVID_EXPORT bool needsRecovery(FileSystem& system, const std::string& path);

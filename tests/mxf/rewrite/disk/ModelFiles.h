@@ -24,7 +24,7 @@ inline mxf::Bytes pattern(std::size_t size) {
     return bytes;
 }
 
-/// What is on a disk: names in one folder, and files by their numbers.
+/// What is on a disk: names, with their folders, and files by their numbers.
 struct Disk {
     std::map<std::string, std::uint64_t> names;
     std::map<std::uint64_t, mxf::Bytes> files;
@@ -270,10 +270,12 @@ public:
         step();
         wait({Op::Kind::name, 0, 0, {}, 0, {}, path});
     }
-    void syncFolderOf(const std::string&) override {
+    void syncFolderOf(const std::string& path) override {
         step();
         if (++syncs != syncThatLies) {
-            settle([](const Op& op) { return op.isOfNames(); });
+            settle([folder = folderOf(path)](const Op& op) {
+                return op.isOfNames() && folderOf(op.name.empty() ? op.gone : op.name) == folder;
+            });
         }
     }
 
@@ -290,6 +292,11 @@ private:
 
         bool isOfNames() const { return kind == Kind::name; }
     };
+
+    static std::string folderOf(const std::string& path) {
+        const auto slash = path.rfind('/');
+        return slash == std::string::npos ? std::string() : path.substr(0, slash);
+    }
 
     static std::uint64_t blocksIn(std::uint64_t size) { return (size + blockSize - 1) / blockSize; }
 
