@@ -17,7 +17,7 @@ endfunction()
 corvid_public_headers(editing
   DocumentMetadata.h MergedCopies.h RoundTrip.h WriteDocument.h)
 corvid_public_headers(editing/apply
-  CarryOut.h ClipEditor.h)
+  CarryOut.h ClipEditor.h ClipHashes.h)
 corvid_public_headers(editing/change
   Changes.h Modification.h)
 corvid_public_headers(editing/compare

@@ -25,8 +25,14 @@ public:
         }
     }
     void restore() const {
+        std::error_code error;
         if (time_) {
-            std::filesystem::last_write_time(path_, *time_);
+            std::filesystem::last_write_time(path_, *time_, error);
+        }
+        if (error) {
+            throw Exceptions::IOError("the edit is done, but " + path_ +
+                                          " can't get its time back: " + error.message(),
+                                      CORVID_HERE);
         }
     }
 
@@ -148,9 +154,15 @@ EditWay carryOut(FileSystem& system, const std::string& clip, DataIO::RandomAcce
     EditWay way = EditWay::inPlace;
     UndoFile undo(system, clip, target.undo, plan.rewrite);
     const auto form = inPlaceOf(system, clip, source, plan.rewrite);
-    if (!form || !rewriteInPlace(system, clip, *form, planned)) {
+    // The status with which the clip is replaced, if it must be.
+    const auto replaced = form ? mxf::rewriteInPlace(system, clip, *form, planned,
+                                                     target.recoveryFolder.empty()
+                                                         ? std::string()
+                                                         : system.resolve(target.recoveryFolder))
+                               : planned;
+    if (replaced) {
         way = EditWay::replace;
-        replaceFile(system, clip, plan.rewrite, planned, target.breaksLinks, progress);
+        replaceFile(system, clip, plan.rewrite, *replaced, target.breaksLinks, progress);
     }
     undo.keep();
     time.restore();

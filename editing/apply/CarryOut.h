@@ -20,7 +20,10 @@ struct EditTarget {
     std::string newFile;         ///< where an edited copy goes; empty to change the clip itself
     bool breaksLinks = false;    ///< a clip with several hard links may be replaced
     bool preservesTimes = false; ///< the clip keeps its time of modification
-    std::string undo;            ///< a file that gets what undoes the edit; empty for none
+    /// A folder for what brings the clip back if the edit is interrupted; empty for that of the
+    /// clip.
+    std::string recoveryFolder;
+    std::string undo; ///< a file that gets what undoes the edit; empty for none
 };
 
 /// The size of the blocks that the file system can insert into a clip, for EditOptions; 1 where it

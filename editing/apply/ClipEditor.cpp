@@ -3,6 +3,7 @@
 #include "XMLBuilder/reader/Supplement.h"
 #include "editing/DocumentMetadata.h"
 #include "editing/ThroughXml.h"
+#include "editing/apply/CloseHeader.h"
 #include "editing/apply/SameClip.h"
 #include "editing/change/CodedMetadata.h"
 #include "editing/change/FindChanges.h"
@@ -70,8 +71,11 @@ struct ClipEditor::Content {
     Templates::auto_ptr<Metadata::PartitionMetadata> readMetadata();
     EditPlan plan(Metadata::PartitionMetadata& before, Metadata::PartitionMetadata& wanted,
                   const EditOptions& options, bool isDocument);
+    bool mustCloseHeader();
     void choosePartitions(EditPlan& plan, const CopyChoice& choice);
-    mxf::FileEdit place(const EditPlan& plan);
+    mxf::FileEdit place(EditPlan& plan);
+    mxf::HeaderEdit placeIn(std::size_t partition, const Changes& changes);
+    mxf::HeaderEdit closeHeader(EditPlan& plan);
     void placeInPacks(const EditPlan& plan, mxf::FileEdit& edit) const;
     std::string nameOf(std::size_t partition) const;
 
@@ -128,6 +132,7 @@ EditPlan ClipEditor::Content::plan(Metadata::PartitionMetadata& before,
     EditPlan plan;
     plan.changes = findChanges(old.layout(), after.layout(), *dictionary);
     plan.rewrite.oldSize = source.size();
+    plan.closesHeader = options.closesHeader && mustCloseHeader();
     if (plan.isEmpty()) {
         return plan;
     }
@@ -151,12 +156,18 @@ void ClipEditor::Content::choosePartitions(EditPlan& plan, const CopyChoice& cho
                               (choice.kind == Kind::header && kind == mxf::PartitionKind::header) ||
                               (choice.kind == Kind::footer && kind == mxf::PartitionKind::footer) ||
                               (choice.kind == Kind::number && i == choice.number);
+        const bool isClosing = plan.closesHeader && i == 0;
         if (file.hasMetadata(i)) {
-            if (isWanted) {
+            if (isClosing || (isWanted && !plan.changes.empty())) {
                 plan.copies.push_back(i);
-            } else if (all[i].pack.isClosed()) {
+            } else if (!plan.changes.empty() && all[i].pack.isClosed()) {
                 plan.left.push_back(i);
             }
+        } else if (isWanted && all[i].pack.headerByteCount != 0) {
+            throw Exceptions::InvalidFormat(
+                nameOf(i) + ": HeaderByteCount is " + std::to_string(all[i].pack.headerByteCount) +
+                    ", but no header metadata is found there, so this copy can't be changed",
+                CORVID_HERE);
         }
     }
     if (plan.copies.empty()) {
@@ -174,15 +185,46 @@ std::string ClipEditor::Content::nameOf(std::size_t partition) const {
            file.partitions()[partition].pack.kindName() + ")";
 }
 
-mxf::FileEdit ClipEditor::Content::place(const EditPlan& plan) {
-    const mxf::HeaderLayout& copy = file.layout(chosen);
+mxf::FileEdit ClipEditor::Content::place(EditPlan& plan) {
     mxf::FileEdit edit;
     for (const std::size_t partition : plan.copies) {
-        edit.copies.push_back({partition, placeChanges(plan.changes, file.layout(partition), copy,
-                                                       nameOf(partition), *dictionary)});
+        edit.copies.push_back({partition, plan.closesHeader && partition == 0
+                                              ? closeHeader(plan)
+                                              : placeIn(partition, plan.changes)});
     }
     placeInPacks(plan, edit);
     return edit;
+}
+
+mxf::HeaderEdit ClipEditor::Content::placeIn(std::size_t partition, const Changes& changes) {
+    return placeChanges(changes, file.layout(partition), file.layout(chosen), nameOf(partition),
+                        *dictionary);
+}
+
+/// @throws InvalidFormat  there is no metadata with which the header can be closed.
+bool ClipEditor::Content::mustCloseHeader() {
+    constexpr auto closed = mxf::PartitionStatus::closedComplete;
+    const mxf::PartitionPack& header = file.partitions().front().pack;
+    const mxf::PartitionPack& footer = file.partitions()[chosen].pack;
+    if (header.status == closed) {
+        return false;
+    }
+    if (header.kind != mxf::PartitionKind::header || !file.hasMetadata(0)) {
+        throw Exceptions::InvalidFormat(
+            "the header partition can't be closed: it has no header metadata", CORVID_HERE);
+    }
+    if (footer.kind != mxf::PartitionKind::footer || footer.status != closed) {
+        throw Exceptions::InvalidFormat("the header partition can't be closed: no footer partition "
+                                        "has closed and complete header metadata",
+                                        CORVID_HERE);
+    }
+    return true;
+}
+
+mxf::HeaderEdit ClipEditor::Content::closeHeader(EditPlan& plan) {
+    plan.closing =
+        changesTo(file.layout(0), file.layout(chosen), placeIn(chosen, plan.changes), *dictionary);
+    return placeChanges(plan.closing, file.layout(0), file.layout(0), nameOf(0), *dictionary);
 }
 
 /// What the packs say of operational pattern and essence containers follows the Preface.
@@ -217,6 +259,19 @@ void ClipEditor::Content::placeInPacks(const EditPlan& plan, mxf::FileEdit& edit
                 edit.packs.push_back(pack);
             }
         }
+    }
+    if (plan.closesHeader) {
+        const mxf::PartitionPack& footer = file.partitions()[chosen].pack;
+        mxf::PackEdit header;
+        header.status = footer.status;
+        header.namesFooter = true;
+        if (!pack.operationalPattern) {
+            header.operationalPattern = footer.operationalPattern;
+        }
+        if (!pack.essenceContainers) {
+            header.essenceContainers = footer.essenceContainers;
+        }
+        edit.packs.push_back(std::move(header));
     }
 }
 

@@ -29,6 +29,8 @@ struct EditOptions {
     /// Changes also what wires the file together or describes its essence: see
     /// editing/change/TechnicalProperties.def.
     bool allowsTechnical = false;
+    /// Makes the header partition closed and complete, with the header metadata of the footer.
+    bool closesHeader = false;
     /// What is recorded in the file; nothing leaves its history alone.
     std::optional<Modification> modification;
     std::uint64_t reserve = 8192; ///< bytes of fill for later edits, where metadata must grow
@@ -38,13 +40,16 @@ struct EditOptions {
 
 /// What an edit does to a clip.
 struct EditPlan {
-    Changes changes;                 ///< of the metadata; empty where nothing changes
+    Changes changes;           ///< of the metadata; empty where nothing changes
+    bool closesHeader = false; ///< the header partition becomes closed and complete
+    /// What makes the metadata of the header partition that of the footer, where it is closed.
+    Changes closing;
     mxf::Rewrite rewrite;            ///< of the file
     std::vector<std::size_t> copies; ///< the partitions whose header metadata changes
     /// Closed partitions whose header metadata stays as it is, unlike that of the others.
     std::vector<std::size_t> left;
 
-    bool isEmpty() const noexcept { return changes.empty(); }
+    bool isEmpty() const noexcept { return changes.empty() && !closesHeader; }
 };
 
 /// Changes of the header metadata of one MXF file. It reads and plans; nothing is written.
@@ -73,8 +78,10 @@ public:
     /// Plans what makes the file say what a document says.
     /// @param document  read strictly, with the identifiers that are written in it. Borrowed.
     /// @throws InvalidFormat  the document is of another clip or of an older state of this one; it
-    ///                        changes what is technical; a copy differs where it is to change; or
-    ///                        metadata must grow, but the offsets in the file are not certain.
+    ///                        changes what is technical; a copy differs where it is to change; the
+    ///                        header is to be closed, but no footer has closed and complete
+    ///                        metadata; or metadata must grow, but the offsets in the file are not
+    ///                        certain.
     /// @throws LimitExceeded  a value or set is too long, or growth would be.
     EditPlan plan(DocumentMetadata& document, const EditOptions& options);
 

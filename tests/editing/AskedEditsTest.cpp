@@ -107,6 +107,21 @@ INSTANTIATE_TEST_SUITE_P(
                   "changed Identification ApplicationSupplierName ApplicationName\n"}),
     [](const auto& each) { return each.param.name; });
 
+TEST(AskedEdit, ofTheNumberOfEssenceContainersGoesIntoThePacks) {
+    std::ifstream file(sourceDir() / "examples" / "sample.mxf", std::ios::binary);
+    EditedClip clip(Bytes(std::istreambuf_iterator<char>(file), {}));
+    const std::string text = documentOf(clip.bytes);
+    const std::string list = "<rp210:EssenceContainers>";
+    const std::string element =
+        "<rp210:Element>06.0e.2b.34.04.01.01.07.0d.01.03.01.02.0c.01.00</rp210:Element>";
+    Editing::EditOptions options;
+    options.allowsTechnical = true;
+    const Bytes longer = clip.after(replaced(text, list, list + element), options);
+    EXPECT_EQ(longer.size(), clip.bytes.size());
+    EXPECT_EQ(Rewritable(longer).file.partitions()[0].pack.essenceContainers.size(), 4U);
+    EXPECT_EQ(EditedClip(longer).after(text, options), clip.bytes);
+}
+
 TEST(AskedEdit, ofTheOperationalPatternGoesIntoThePacks) {
     std::ifstream file(sourceDir() / "examples" / "sample.mxf", std::ios::binary);
     EditedClip clip(Bytes(std::istreambuf_iterator<char>(file), {}));

@@ -5,7 +5,9 @@
 #include "editing/change/Guard.h"
 #include "host/types/FixedBytes.h"
 #include "tests/editing/EditedClip.h"
+#include "tests/support/Paths.h"
 
+#include <fstream>
 #include <gmock/gmock.h>
 
 namespace Corvid::Testing {
@@ -104,6 +106,18 @@ TEST(EditPlan, refusesACopyWhereTheOldValueDiffers) {
                       HasSubstr("property TrackName: has")));
 }
 
+TEST(EditPlan, refusesACopyThatIsNotFoundWhereItIsSaidToBe) {
+    PartitionSpec header = headerPartition(metadata());
+    header.packLength = 5000;
+    const Bytes clip =
+        MxfBuilder().add(header).add(footerPartition(metadata())).withRandomIndexPack().build();
+    EXPECT_THAT(refusalOf(clip, soundToMusic(clip)),
+                HasSubstr("partition 0 (header): HeaderByteCount is "));
+    EditOptions options;
+    options.copies.kind = CopyChoice::Kind::footer;
+    EXPECT_EQ(refusalOf(clip, soundToMusic(clip), options), "");
+}
+
 TEST(EditPlan, recordsTheEditInEachCopyWhateverDatesAndIdentificationsItHas) {
     Says open;
     open.year = 1999;
@@ -193,6 +207,102 @@ TEST(EditPlan, keepsWhatADocumentLeavesOutOnPurpose) {
     EXPECT_THAT(document, Not(HasSubstr("<s377m:Preface")));
     EXPECT_EQ(linesOf(clip.plan(document).changes),
               "changed Identification ApplicationSupplierName\n");
+}
+
+/// A file with a header that says little, open and incomplete, and a closed footer.
+Bytes openClip(const Bytes& inFooter = metadata(), unsigned char footerStatus = 4,
+               std::optional<std::uint64_t> footerOffset = 0) {
+    Says little;
+    little.trackName = u"?";
+    little.year = 0;
+    little.identifications = {};
+    PartitionSpec header = headerPartition(metadata(little));
+    header.status = 1;
+    header.footerPartition = footerOffset;
+    header.operationalPattern = hex("06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.09.00");
+    header.behindMetadata = klv(essenceKey(), repeat(0xEE, 500));
+    PartitionSpec footer = footerPartition(inFooter);
+    footer.status = footerStatus;
+    return MxfBuilder().add(header).add(footer).withRandomIndexPack().build();
+}
+
+EditOptions closing() {
+    EditOptions options;
+    options.closesHeader = true;
+    return options;
+}
+
+TEST(EditPlan, closesAnOpenHeader) {
+    const Bytes clip = openClip();
+    const Bytes after = EditedClip(clip).after(documentOf(clip), closing());
+    Rewritable file(after);
+    EXPECT_EQ(linesOf(Editing::findChanges(file.file.layout(0), file.file.layout(1),
+                                           *MetaMetadata::Dictionary::builtIn())),
+              "");
+    const mxf::PartitionPack& header = file.file.partitions()[0].pack;
+    const mxf::PartitionPack& footer = file.file.partitions()[1].pack;
+    EXPECT_EQ(header.status, mxf::PartitionStatus::closedComplete);
+    EXPECT_EQ(header.footerPartition, footer.thisPartition);
+    EXPECT_EQ(header.operationalPattern, footer.operationalPattern);
+    EXPECT_EQ(changesIn(clip, after, 1), "");
+    EXPECT_EQ(after.size(), clip.size()) << "there is room";
+    EXPECT_TRUE(EditedClip(after).plan(documentOf(after), closing()).isEmpty());
+}
+
+TEST(EditPlan, closesAnOpenHeaderThatMustGrow) {
+    Says much;
+    much.trackName = std::u16string_view(u"A name that is longer than all that the header has "
+                                         u"room for, which is not much; it goes on and on, and it "
+                                         u"has more words than anybody cares to read in a name; "
+                                         u"but it has its use where a test needs to be sure that "
+                                         u"the header metadata grows and the footer moves");
+    const Bytes clip = openClip(metadata(much), 4, std::nullopt);
+    const auto document = replaced(documentOf(clip), ">A company<", ">Another<");
+    EditOptions options = closing();
+    options.modification = testModification();
+    options.reserve = 0;
+    const auto plan = EditedClip(clip).plan(document, options);
+    EXPECT_THAT(plan.copies, ElementsAre(0, 1));
+    const Bytes after = EditedClip(clip).after(plan);
+    EXPECT_GT(after.size(), clip.size());
+    Rewritable file(after);
+    EXPECT_EQ(linesOf(Editing::findChanges(file.file.layout(0), file.file.layout(1),
+                                           *MetaMetadata::Dictionary::builtIn())),
+              "");
+    EXPECT_EQ(file.file.partitions()[0].pack.footerPartition,
+              file.file.partitions()[1].pack.thisPartition);
+    EXPECT_THAT(documentOf(after), HasSubstr(">Another<"));
+}
+
+TEST(EditPlan, closesNoHeaderWithoutAClosedFooter) {
+    const Bytes open = openClip(metadata(), 3);
+    EXPECT_THAT(refusalOf(open, documentOf(open), closing()), HasSubstr("can't be closed"));
+    const Bytes empty = openClip({});
+    EXPECT_THAT(refusalOf(empty, documentOf(empty), closing()), HasSubstr("can't be closed"));
+    const Bytes closed = clipOf();
+    EXPECT_TRUE(EditedClip(closed).plan(documentOf(closed), closing()).isEmpty());
+}
+
+TEST(EditPlan, closesTheHeadersOfSamples) {
+    if (samplesDir().empty()) {
+        GTEST_SKIP() << "there are no samples";
+    }
+    for (const char* name :
+         {"bbc__open-incomplete-header", "freemxf.org__fixture", "metarex.media__all",
+          "metarex.media__demo", "mxflib__mxflib-playlist"}) {
+        SCOPED_TRACE(name);
+        std::ifstream stream(samplesDir() / (std::string(name) + ".mxf"), std::ios::binary);
+        const Bytes clip(std::istreambuf_iterator<char>(stream), {});
+        const Bytes after = EditedClip(clip).after(documentOf(clip), closing());
+        Rewritable file(after);
+        const std::size_t last = file.file.partitions().size() - 1;
+        EXPECT_EQ(linesOf(Editing::findChanges(file.file.layout(0), file.file.layout(last),
+                                               *MetaMetadata::Dictionary::builtIn())),
+                  "");
+        EXPECT_EQ(changesIn(clip, after, last), "");
+        EXPECT_EQ(file.file.partitions()[0].pack.footerPartition,
+                  file.file.partitions()[last].pack.thisPartition);
+    }
 }
 
 TEST(EditPlan, growsWhereThereIsNoRoom) {

@@ -22,10 +22,12 @@ TEST(Exports, areTheInterfaceAndNothingElse) {
     std::set<std::string> expected{
         "Corvid::Editing::ClipEditor",   "Corvid::Editing::blockSizeOf",
         "Corvid::Editing::carryOut",     "Corvid::Editing::currentTime",
+        "Corvid::Editing::essenceHash",  "Corvid::Editing::headerHashes",
         "Corvid::Editing::undoEdit",     "Corvid::Editing::wayOf",
         "Corvid::Editing::Differences",  "Corvid::Editing::DocumentMistakes",
         "Corvid::Editing::compare",      "Corvid::Editing::compareWithRoundTrip",
-        "Corvid::Editing::readDocument", "Corvid::Editing::writeDocument"};
+        "Corvid::Editing::readDocument", "Corvid::Editing::requireCertainEssence",
+        "Corvid::Editing::writeDocument"};
     for (const char* caught : {"InvalidFormat", "LimitExceeded", "ParseError"}) {
         for (const char* part : {"typeinfo for ", "typeinfo name for ", "vtable for "}) {
             expected.insert(std::string(part) + "Corvid::Exceptions::" + caught);

@@ -1,3 +1,4 @@
+#include "host/mxf/rewrite/disk/SystemFiles.h"
 #include "tests/tool/RunCommand.h"
 
 #include <filesystem>
@@ -136,6 +137,90 @@ TEST_F(Apply, keepsARecordOfTheEdit) {
     EXPECT_TRUE(rebuilt == after) << "the record names every byte that has changed";
 }
 
+TEST_F(Apply, hashesTheHeaderBeforeAndAfterForItsRecord) {
+    if (run("b2sum --version").status != 0) {
+        GTEST_SKIP() << "no b2sum";
+    }
+    // The metadata is all that follows the pack and its fill.
+    const std::string hash = "tail -c +513 clip.mxf | b2sum -l 256 | cut -c 1-64 | tr -d '\\n'";
+    const std::string old = run(hash).out;
+    run("corvid apply edited.xml clip.mxf --in-place --log log.json");
+    const auto json = nlohmann::json::parse(shop.read("log.json"));
+    ASSERT_EQ(json["headerHashes"].size(), 1U);
+    EXPECT_EQ(json["headerHashes"][0]["partition"], 0);
+    EXPECT_EQ(json["headerHashes"][0]["before"], old);
+    EXPECT_EQ(json["headerHashes"][0]["after"], run(hash).out);
+    EXPECT_NE(json["headerHashes"][0]["after"], old);
+    EXPECT_FALSE(json.contains("essenceHash"));
+}
+
+TEST_F(Apply, hashesTheEssenceWhichStaysTheSame) {
+    const auto essenceIn = [](const std::string& text) {
+        const auto at = text.find("essence and index tables: BLAKE2b-256 ");
+        return at == std::string::npos ? text : text.substr(at);
+    };
+    const std::string hash =
+        essenceIn(run("corvid apply small.xml small.mxf --dry-run --hash").out);
+    EXPECT_EQ(essenceIn(run("corvid apply long.xml small.mxf -o new.mxf --hash").out), hash);
+    EXPECT_EQ(essenceIn(run("corvid apply long.xml small.mxf --in-place --hash").out), hash);
+    const auto json = nlohmann::json::parse(
+        run("corvid to-xml new.mxf | corvid apply - new.mxf --in-place --hash --json").out);
+    EXPECT_THAT(hash, HasSubstr(json["essenceHash"].get<std::string>() + "\n"));
+    std::string other = shop.read("new.mxf");
+    other[other.find(std::string(100, '\xEE')) + 50] = 'x';
+    shop.write("other.mxf", Bytes(other.begin(), other.end()));
+    EXPECT_NE(
+        essenceIn(run("corvid to-xml other.mxf | corvid apply - other.mxf --in-place --hash").out),
+        hash);
+}
+
+TEST_F(Apply, namesPackingListsBesideTheClip) {
+    const auto write = [this](const std::string& name, const std::string& text) {
+        shop.write(name, Bytes(text.begin(), text.end()));
+    };
+    write("PKL_1.xml", "<?xml version='1.0'?>\n<PackingList xmlns='urn:x'/>");
+    write("b.xml", "<pkl:PackingList xmlns:pkl='urn:x'/>");
+    write("CPL.xml", "<CompositionPlaylist>no <!-- of a PackingList -->");
+    for (const char* line : {"corvid apply edited.xml clip.mxf --dry-run",
+                             "corvid apply edited.xml clip.mxf --in-place"}) {
+        const std::string messages = run(line).err;
+        EXPECT_THAT(messages, AllOf(HasSubstr("note: the packing list PKL_1.xml is beside"),
+                                    HasSubstr("the packing list b.xml"), Not(HasSubstr("CPL"))));
+    }
+    EXPECT_EQ(run("corvid apply small.xml small.mxf --in-place").err, "") << "nothing changes";
+    EXPECT_EQ(run("corvid apply long.xml small.mxf -o new.mxf").err, "");
+    for (const char* name : {"c.xml", "d.xml"}) {
+        write(name, "<PackingList>");
+    }
+    EXPECT_THAT(run("corvid apply long.xml small.mxf --in-place").err,
+                HasSubstr("note: the same for 1 more"));
+}
+
+TEST_F(Apply, closesTheHeader) {
+    const Bytes metadata =
+        join({standardPrimer(), set(structuralKey(prefaceSet), 1, {property(0x3B03, uuid(2))}),
+              set(structuralKey(contentStorageSet), 2), fill(400)});
+    PartitionSpec header =
+        headerPartition(join({standardPrimer(), set(structuralKey(prefaceSet), 1), fill(300)}));
+    header.status = 1;
+    shop.write(
+        "open.mxf",
+        MxfBuilder().add(header).add(footerPartition(metadata)).withRandomIndexPack().build());
+    run("corvid to-xml open.mxf -o open.xml");
+    const Outcome shown = run("corvid apply open.xml open.mxf --dry-run --close-header");
+    EXPECT_EQ(shown.status, 1) << shown.err;
+    EXPECT_THAT(shown.out, AllOf(HasSubstr("in the header, which is closed:\nchanged Preface"),
+                                 HasSubstr("added ContentStorage"),
+                                 HasSubstr(", the header closed and complete, in partition 0")));
+    const Outcome done = run("corvid apply open.xml open.mxf --in-place --close-header --json");
+    EXPECT_EQ(done.status, 0) << done.err;
+    EXPECT_EQ(nlohmann::json::parse(done.out)["setsOfClosedHeader"].size(), 2U);
+    EXPECT_THAT(run("corvid info open.mxf").out, HasSubstr("header     closed and complete"));
+    EXPECT_TRUE(run("corvid to-xml open.mxf --partition header").out == shop.read("open.xml"));
+    EXPECT_EQ(run("corvid apply open.xml open.mxf --in-place --close-header").out, "no change\n");
+    EXPECT_THAT(run("corvid apply doc.xml clip.mxf --in-place --close-header").out, "no change\n");
+}
+
 TEST_F(Apply, isUndone) {
     EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --undo undo").status, 0);
     EXPECT_FALSE(shop.read("clip.mxf") == before);
@@ -204,6 +289,53 @@ TEST_F(Apply, saysSoWhereAnEarlierEditWasNotFinished) {
     EXPECT_THAT(run("corvid info clip.mxf").err, Not(HasSubstr("unfinished")));
 }
 
+TEST_F(Apply, leavesAClipAloneThatAnotherProgramHasLocked) {
+    Corvid::mxf::SystemFiles files;
+    const auto path = (shop.path() / "clip.mxf").string();
+    run("cp clip.mxf other.mxf && corvid apply edited.xml other.mxf --in-place --undo undo && "
+        "mv undo .other.mxf.corvid-recovery");
+    const Corvid::mxf::OpenFile locked(files, path, Corvid::mxf::FileSystem::Access::write);
+    locked.lock();
+    const Outcome refused = run("corvid apply edited.xml clip.mxf --in-place");
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_THAT(refused.err, HasSubstr("another program has locked " + path));
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_FALSE(shop.has(".clip.mxf.corvid-recovery"));
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf -o new.mxf").status, 0);
+}
+
+TEST_F(Apply, saysSoWhereTheFileSystemHasNoLocks) {
+    if (run("strace -V").status != 0) {
+        GTEST_SKIP() << "no strace";
+    }
+    const Outcome outcome = run("strace -qq -o /dev/null -e inject=fcntl:error=ENOLCK "
+                                "corvid apply edited.xml clip.mxf --in-place");
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("[not-locked]"));
+    EXPECT_FALSE(shop.read("clip.mxf") == before);
+}
+
+TEST_F(Apply, keepsItsRecoveryFileWhereAsked) {
+    if (run("strace -V").status != 0) {
+        GTEST_SKIP() << "no strace";
+    }
+    run("mkdir elsewhere");
+    // It dies when it removes the pointer: the edit is done but for that.
+    run("strace -qq -o /dev/null -e inject=unlink,unlinkat:signal=KILL:when=1 "
+        "corvid apply edited.xml clip.mxf --in-place --recovery-dir elsewhere");
+    EXPECT_FALSE(shop.read("clip.mxf") == before);
+    EXPECT_THAT(run("ls -A elsewhere").out, HasSubstr(".corvid-recovery"));
+    EXPECT_THAT(shop.read(".clip.mxf.corvid-recovery"), HasSubstr("/elsewhere/.clip.mxf-"));
+    EXPECT_THAT(run("corvid info clip.mxf").err, HasSubstr("[unfinished-edit]"));
+    EXPECT_EQ(run("corvid recover clip.mxf").out, "the clip is as it was before the edit\n");
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_EQ(run("ls -A elsewhere").out, "");
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf --in-place --recovery-dir elsewhere").status,
+              0);
+    EXPECT_EQ(run("ls -A elsewhere").out, "");
+    EXPECT_FALSE(shop.has(".clip.mxf.corvid-recovery"));
+}
+
 TEST_F(Apply, isFinishedWhereAsked) {
     run("corvid apply edited.xml clip.mxf --in-place --undo undo");
     const std::string after = shop.read("clip.mxf");
@@ -261,6 +393,15 @@ INSTANTIATE_TEST_SUITE_P(
                 "only an edit in place can be undone"},
         Refused{"APartitionWithoutMetadata",
                 "corvid apply edited.xml clip.mxf --in-place --partitions 9", 1, "partition 9"},
+        Refused{"OneFileForUndoAndLog",
+                "corvid apply edited.xml clip.mxf --in-place --undo undo --log undo", 2,
+                "a file each"},
+        Refused{"AFolderAsClip", "corvid apply edited.xml . --in-place", 3,
+                "not a file that can be changed"},
+        Refused{"APipeAsClip", "mkfifo pipe; corvid apply edited.xml pipe --in-place", 3,
+                "not a file that can be changed"},
+        Refused{"NoRecoveryFolder",
+                "corvid apply edited.xml clip.mxf --in-place --recovery-dir none", 2, "none"},
         Refused{"NoClip", "corvid apply edited.xml none.mxf --in-place", 3, "none.mxf"},
         Refused{"NoDocument", "corvid apply none.xml clip.mxf --in-place", 3, "none.xml"},
         Refused{"ADocumentAsClip", "corvid apply edited.xml doc.xml --in-place", 1, "not an MXF"},

@@ -8,6 +8,7 @@
 #include "tools/corvid/ReadDocument.h"
 #include "tools/corvid/input/Clip.h"
 #include "tools/corvid/input/DocumentFile.h"
+#include "tools/corvid/input/PackingLists.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/reports/ChangeReport.h"
 #include "tools/corvid/reports/DocumentReport.h"
@@ -16,6 +17,7 @@
 #include "tools/corvid/terminal/ProgressBar.h"
 #include "tools/corvid/terminal/UsageError.h"
 
+#include <algorithm>
 #include <charconv>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -49,11 +51,15 @@ bool isSameFile(const std::string& a, const std::string& b) {
     return std::filesystem::equivalent(a, b, nothing);
 }
 
-/// Refuses what can't be meant.
+/// Refuses what can't be meant, and files that would never end.
 void checkOptions(const ApplyOptions& options) {
     const std::string& output = options.target.newFile;
     if (options.clip == "-") {
         throw UsageError{"the clip is a file that can be changed or copied, not standard input"};
+    }
+    if (std::error_code nothing; std::filesystem::exists(options.clip, nothing) &&
+                                 !std::filesystem::is_regular_file(options.clip, nothing)) {
+        throw Exceptions::IOError("not a file that can be changed", CORVID_HERE);
     }
     if (output.empty() && !options.inPlace && !options.dryRun) {
         throw UsageError{"-o FILE, --in-place or --dry-run is missing"};
@@ -63,6 +69,9 @@ void checkOptions(const ApplyOptions& options) {
     }
     if (output == "-") {
         throw UsageError{"an edited clip goes to a file, not to standard output"};
+    }
+    if (!options.target.undo.empty() && options.target.undo == options.log) {
+        throw UsageError{"--undo and --log need a file each"};
     }
     for (const std::string& file :
          inputsOf({options.document, options.clip}, options.dictionaries)) {
@@ -118,6 +127,24 @@ void warnOfCopies(const EditPlan& plan, const mxf::Partitions& partitions, Messa
     }
 }
 
+/// Names packing lists that may have the hash of the clip as it was.
+void noteStaleLists(const ApplyOptions& options, const EditPlan& plan, Messages& messages) {
+    if (!options.target.newFile.empty() || plan.rewrite.isEmpty()) {
+        return;
+    }
+    constexpr std::size_t mostNamed = 3;
+    const auto lists = packingListsBeside(options.clip);
+    for (std::size_t i = 0; i != std::min(lists.size(), mostNamed); ++i) {
+        messages.note(
+            "the packing list " + lists[i] +
+            " is beside the clip; if it lists the clip, the hash and size there are those "
+            "of the clip before the edit");
+    }
+    if (lists.size() > mostNamed) {
+        messages.note("the same for " + std::to_string(lists.size() - mostNamed) + " more");
+    }
+}
+
 /// Opens the file for the record of the edit, before anything is changed; null where none is
 /// wanted.
 std::unique_ptr<Output> openLog(const ApplyOptions& options) {
@@ -132,8 +159,14 @@ void writeLog(const ApplyOptions& options, nlohmann::ordered_json record, Output
     record["document"] = options.document;
     record["version"] = options.version;
     const std::string text = jsonText(record) + "\n";
-    output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
-    output.commit();
+    try {
+        output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+        output.commit();
+    } catch (const Exceptions::IOError& error) {
+        throw Exceptions::IOError("the edit is done, but not its record: " +
+                                      Platform::toUtf8(error.message()),
+                                  CORVID_HERE);
+    }
 }
 
 mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
@@ -146,6 +179,39 @@ mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
     };
 }
 
+/// Carries an edit out and records it.
+void makeEdit(const ApplyOptions& options, mxf::SystemFiles& files,
+              DataIO::RandomAccessSource& source, const mxf::FileStatus& status, EditReport& report,
+              Messages& messages) {
+    const auto log = openLog(options);
+    const bool isRecorded = log || options.json;
+    if (isRecorded) {
+        report.headersBefore = Editing::headerHashes(source, report.plan.copies);
+    }
+    if (options.hashesEssence) {
+        Editing::requireCertainEssence(source);
+    }
+    report.way = carryOut(files, options.clip, source, report.plan, status, options.target,
+                          progressOn(messages, options.clip));
+    if (files.lacksLocks()) {
+        messages.warn({CommandWarnings::notLocked,
+                       "the file system has no locks, so another program could have changed the "
+                       "clip meanwhile unnoticed"});
+    }
+    const std::string& newFile = options.target.newFile;
+    const auto edited = DataIO::openSource(newFile.empty() ? options.clip : newFile);
+    if (isRecorded) {
+        report.headersAfter = Editing::headerHashes(*edited, report.plan.copies);
+    }
+    if (options.hashesEssence) {
+        report.essence = Editing::essenceHash(*edited, progressOn(messages, edited->name()));
+    }
+    messages.showProgress("");
+    if (log) {
+        writeLog(options, toJson(report), *log);
+    }
+}
+
 } // namespace
 
 bool isCopyChoice(const std::string& text) { return copyChoiceOf(text).has_value(); }
@@ -155,8 +221,9 @@ void apply(const ApplyOptions& options, Messages& messages) {
     checkOptions(options);
     const auto dictionary = loadDictionary(options.dictionaries);
     mxf::SystemFiles files;
-    const auto source = DataIO::openSource(options.clip);
+    // Its status first: a file that takes the place of the clip while it is opened is noticed then.
     const auto status = files.find(options.clip);
+    const auto source = DataIO::openSource(options.clip);
     mxf::requireFinished(files, options.clip);
     auto document = readDocument(options, dictionary, messages);
     Editing::ClipEditor editor(*source, dictionary, messages);
@@ -169,19 +236,18 @@ void apply(const ApplyOptions& options, Messages& messages) {
                       namesOf(plan.copies, editor.partitions()), *dictionary};
     if (options.dryRun) {
         report.way = wayOf(files, options.clip, *source, plan, options.target);
-    } else {
-        const auto log = openLog(options);
-        report.way = carryOut(files, options.clip, *source, plan, status.value(), options.target,
-                              progressOn(messages, options.clip));
-        messages.showProgress("");
-        if (log) {
-            writeLog(options, toJson(report), *log);
+        if (options.hashesEssence) {
+            report.essence = Editing::essenceHash(*source, progressOn(messages, options.clip));
+            messages.showProgress("");
         }
+    } else {
+        makeEdit(options, files, *source, status.value(), report, messages);
     }
+    noteStaleLists(options, plan, messages);
     messages.flush();
     printText(options.json ? jsonText(toJson(report)) + "\n"
-                           : (options.dryRun ? toText(plan.changes, *dictionary) : "") +
-                                 wayText(report) + "\n");
+                           : (options.dryRun ? toText(plan, *dictionary) : "") + wayText(report) +
+                                 "\n" + essenceText(report));
     if (options.dryRun && !plan.isEmpty()) {
         throw EndedWith{exitRefused};
     }

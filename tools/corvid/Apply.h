@@ -19,6 +19,7 @@ struct ApplyOptions {
     bool inPlace = false;
     bool dryRun = false;
     bool json = false;
+    bool hashesEssence = false;
     std::string log; ///< a file for the record of the edit; empty for none
     bool warningsAsErrors = false;
     std::string version; ///< of the command, for what the edit records

@@ -223,6 +223,10 @@ Work declareApply(CLI::App& verb) {
                   "Change also what the file is made of: identifiers of packages and tracks, "
                   "rates, durations, kinds of essence")
         ->group(processing);
+    verb.add_flag("--close-header", options->edit.closesHeader,
+                  "Make an open or incomplete header partition closed and complete, with the "
+                  "header metadata of the footer")
+        ->group(processing);
     verb.add_flag_function(
             "--no-identification", [options](std::int64_t) { options->recordsEdit = false; },
             "Leave the file's history as it is: no Identification and no dates of this edit")
@@ -247,9 +251,17 @@ Work declareApply(CLI::App& verb) {
     verb.add_option("--log", options->log, "File for a record of the edit in JSON")
         ->type_name("FILE")
         ->group(output);
+    verb.add_flag("--hash", options->hashesEssence,
+                  "Print the hash of essence and index tables after the edit; reads the whole file")
+        ->group(output);
     verb.add_option("--undo", options->target.undo,
                     "File for what takes the edit back: corvid recover CLIP.mxf --from FILE")
         ->type_name("FILE")
+        ->group(output);
+    verb.add_option("--recovery-dir", options->target.recoveryFolder,
+                    "Folder for the recovery file while the clip changes, instead of its own")
+        ->type_name("DIR")
+        ->check(CLI::ExistingDirectory)
         ->group(output);
     verb.add_flag("--break-links", options->target.breaksLinks,
                   "Replace the clip also where it has other hard links, which keep the old file")

@@ -2,7 +2,9 @@
 
 #include "host/base/Exceptions.h"
 #include "host/mxf/HeaderMetadataReader.h"
+#include "host/mxf/Keys.h"
 #include "host/mxf/rewrite/EditedHeader.h"
+#include "host/mxf/rewrite/PackContainers.h"
 
 #include <algorithm>
 #include <numeric>
@@ -28,6 +30,21 @@ std::uint64_t stepOf(const Partitions& partitions, std::uint64_t blockSize) {
         }
     }
     return step;
+}
+
+/// Where the fill ends that follows a partition pack.
+std::uint64_t endOfFill(DataIO::ReadWindow& window, const Partition& partition) {
+    std::uint64_t end = partition.triplet.end();
+    try {
+        KLV::Triplet next = KLV::readTriplet(window, end);
+        while (isFill(next.key) && next.end() <= partition.end) {
+            end = next.end();
+            next = KLV::readTriplet(window, end);
+        }
+    } catch (const Exceptions::InvalidLength&) {
+        // The file ends here, or goes on with something that is no KLV.
+    }
+    return end;
 }
 
 } // namespace
@@ -179,6 +196,10 @@ private:
             result_.writes.push_back({partition.offset() + shifts_[edit.partition] + statusByte,
                                       Bytes(1, static_cast<Types::u8>(*edit.status))});
         }
+        if (edit.namesFooter && pack.footerPartition == 0) {
+            patch(edit.partition, PackFields::footerPartition,
+                  file_.partitions().back().offset() - file_.map_.runIn() + shifts_.back());
+        }
         if (edit.operationalPattern && *edit.operationalPattern != pack.operationalPattern) {
             const auto& label = edit.operationalPattern->bytes();
             write(edit.partition, PackFields::operationalPattern, {label.data(), label.size()});
@@ -191,11 +212,21 @@ private:
     void planContainers(std::size_t number, const Templates::vector<Types::UniversalLabel>& wanted,
                         const Templates::vector<Types::UniversalLabel>& found) {
         if (wanted.size() != found.size()) {
-            throw Exceptions::InvalidArgument(
-                at(file_.partitions()[number].offset()) + ": the partition pack has " +
-                    std::to_string(found.size()) + " essence containers and can't have " +
-                    std::to_string(wanted.size()),
-                CORVID_HERE);
+            const Partition& partition = file_.partitions()[number];
+            auto ranges = resizeContainers(file_.window_, partition, wanted);
+            if (!ranges) {
+                throw Exceptions::InvalidFormat(
+                    at(partition.offset()) + ": the partition pack has " +
+                        std::to_string(found.size()) + " essence containers and can't have " +
+                        std::to_string(wanted.size()) +
+                        ": no fill follows it that could make up for the difference",
+                    CORVID_HERE);
+            }
+            for (ByteRange& range : *ranges) {
+                range.offset += shifts_[number];
+                result_.writes.push_back(std::move(range));
+            }
+            return;
         }
         for (std::size_t i = 0; i != wanted.size(); ++i) {
             if (wanted[i] != found[i]) {
@@ -230,6 +261,14 @@ const HeaderLayout& RewritableFile::layout(std::size_t partition) {
 
 bool RewritableFile::hasMetadata(std::size_t partition) {
     return findHeaderMetadata(window_, map_.partitions.at(partition)).has_value();
+}
+
+FileRange RewritableFile::afterMetadata(std::size_t partition) {
+    const Partition& of = map_.partitions.at(partition);
+    const std::uint64_t end =
+        std::min({of.end, map_.index ? map_.index->offset : window_.source().size(),
+                  window_.source().size()});
+    return {hasMetadata(partition) ? layout(partition).end() : endOfFill(window_, of), end};
 }
 
 Rewrite RewritableFile::plan(const FileEdit& edit, const Growth& growth) {

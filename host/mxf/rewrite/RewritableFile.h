@@ -19,8 +19,10 @@ struct CopyEdit {
 struct PackEdit {
     std::size_t partition = 0; ///< its number in the order of the file
     std::optional<PartitionStatus> status;
+    bool namesFooter = false; ///< FooterPartition is the last partition, also where it was 0
     std::optional<Types::UniversalLabel> operationalPattern;
-    /// As many as the pack has.
+    /// Another number of them than the pack has takes its room from the fill that follows the pack,
+    /// or leaves it to that.
     std::optional<Templates::vector<Types::UniversalLabel>> essenceContainers;
 };
 
@@ -35,6 +37,12 @@ struct Growth {
     std::uint64_t reserve = 8192; ///< bytes of fill for later edits
     /// Bytes of which the growth is a multiple, as it is of the KAG sizes of all partitions.
     std::uint64_t blockSize = 1;
+};
+
+/// Bytes of a file, from one offset to another.
+struct FileRange {
+    std::uint64_t begin = 0; ///< in bytes from the front of the file
+    std::uint64_t end = 0;   ///< after the last one
 };
 
 /// The most bytes of which a growth is a multiple.
@@ -59,6 +67,10 @@ public:
     const HeaderLayout& layout(std::size_t partition);
     /// Whether a partition seems to have a copy.
     bool hasMetadata(std::size_t partition);
+    /// From the end of the header metadata of a partition, or of its pack and the fill that follows
+    /// it, to the next pack or the random index pack.
+    /// @throws InvalidFormat  its header metadata is not whole.
+    FileRange afterMetadata(std::size_t partition);
 
     /// Which bytes change. Where one copy has not enough room, there are insertions, and everything
     /// that counts bytes follows: the offsets in all partition packs, HeaderByteCount, the random

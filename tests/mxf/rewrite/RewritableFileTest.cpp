@@ -1,6 +1,9 @@
 #include "host/mxf/rewrite/RewritableFile.h"
 
+#include "host/mxf/rewrite/FileHashes.h"
 #include "tests/mxf/rewrite/CarryOut.h"
+
+#include <gmock/gmock.h>
 
 namespace Corvid::mxf {
 namespace {
@@ -58,6 +61,7 @@ void expectSound(const TestBytes& before, const TestBytes& after) {
     Rewritable was(before);
     Rewritable is(after);
     ASSERT_EQ(is.file.partitions().size(), was.file.partitions().size());
+    EXPECT_EQ(hashOf(is.source, essenceOf(is.file)), hashOf(was.source, essenceOf(was.file)));
     for (std::size_t i = 0; i != is.file.partitions().size(); ++i) {
         const PartitionPack& old = was.file.partitions()[i].pack;
         const PartitionPack& pack = is.file.partitions()[i].pack;
@@ -73,6 +77,25 @@ void expectSound(const TestBytes& before, const TestBytes& after) {
     FileEdit edit;
     edit.copies.push_back(longProperty(again.file, 0, 2, 60000));
     EXPECT_EQ(messageOf([&] { again.planned(edit); }), "");
+}
+
+TEST(RewritableFile, knowsWhatNoEditChanges) {
+    PartitionSpec header = with(headerPartition(metadata), join({index, essence}));
+    header.behindPack = fill(100);
+    PartitionSpec body = with(Testing::bodyPartition(), essence);
+    body.behindPack = fill(70);
+    Rewritable of(MxfBuilder()
+                      .runIn(Testing::repeat(0x42, 1000))
+                      .add(header)
+                      .add(body)
+                      .add(with(footerPartition(metadata), index))
+                      .withRandomIndexPack());
+    TestBytes found;
+    for (const FileRange& range : essenceOf(of.file)) {
+        found.insert(found.end(), of.bytes.begin() + static_cast<std::ptrdiff_t>(range.begin),
+                     of.bytes.begin() + static_cast<std::ptrdiff_t>(range.end));
+    }
+    EXPECT_EQ(found, join({index, essence, essence, index}));
 }
 
 TEST(RewritableFile, changesNothingWhereNothingIsToChange) {
@@ -204,6 +227,15 @@ INSTANTIATE_TEST_SUITE_P(
                                    .add(stream)
                                    .add(footerPartition())
                                    .withRandomIndexPack();
+                           },
+                           {0},
+                           {0, 1},
+                           {962}},
+                      Case{"WhereTheMetadataIsAllThatThereIsAfterFill",
+                           [] {
+                               PartitionSpec header = headerPartition(metadata);
+                               header.behindPack = fill(200);
+                               return MxfBuilder().add(header);
                            },
                            {0},
                            {0, 1},
@@ -360,8 +392,71 @@ TEST(RewritableFile, changesPacksWithoutWritingThemAnew) {
     }
     edit.packs[0].essenceContainers->pop_back();
     EXPECT_EQ(messageOf([&] { of.file.plan(edit); }),
-              "byte 508: the partition pack has 2 essence containers and can't have 1");
+              "byte 508: the partition pack has 2 essence containers and can't have 1: no fill "
+              "follows it that could make up for the difference");
 }
+
+/// A pack with two essence containers and fill after it gets another number.
+struct OtherNumber {
+    const char* name;
+    std::size_t fillSize;
+    std::size_t number;
+    bool isPossible;
+};
+void PrintTo(const OtherNumber& c, std::ostream* out) { *out << c.name; }
+
+class ChangesTheNumberOfEssenceContainers : public ::testing::TestWithParam<OtherNumber> {};
+
+TEST_P(ChangesTheNumberOfEssenceContainers, whereFillFollows) {
+    const TestBytes label = Testing::hex("06.0e.2b.34.04.01.01.01.0d.01.03.01.02.06.01.00");
+    PartitionSpec body = with(Testing::bodyPartition(), essence);
+    body.essenceContainers = {label, label};
+    if (GetParam().fillSize != 0) {
+        body.behindPack = fill(GetParam().fillSize - 20);
+        ASSERT_EQ(body.behindPack.size(), GetParam().fillSize);
+    }
+    Rewritable of(MxfBuilder()
+                      .add(with(headerPartition(metadata), essence))
+                      .add(body)
+                      .add(footerPartition(metadata))
+                      .withRandomIndexPack());
+    FileEdit edit;
+    PackEdit pack;
+    pack.partition = 1;
+    pack.essenceContainers.emplace();
+    for (std::size_t i = 0; i != GetParam().number; ++i) {
+        TestBytes each = label;
+        each[13] = static_cast<unsigned char>(i + 1);
+        pack.essenceContainers->push_back(Testing::labelOf(each));
+    }
+    edit.packs.push_back(pack);
+    if (!GetParam().isPossible) {
+        EXPECT_THAT(messageOf([&] { of.file.plan(edit); }), ::testing::HasSubstr("no fill"));
+        return;
+    }
+    const Rewrite inPlace = of.file.plan(edit);
+    edit.copies.push_back(longProperty(of.file, 0, 1, 1000)); // and while it moves
+    for (const Rewrite& rewrite : {inPlace, of.file.plan(edit)}) {
+        const TestBytes after = Testing::carryOut(of.bytes, rewrite);
+        expectSound(of.bytes, after);
+        Rewritable is(after);
+        const Partition& now = is.file.partitions()[1];
+        EXPECT_EQ(now.pack.essenceContainers, *pack.essenceContainers);
+        EXPECT_EQ(now.triplet.length.value, 88 + 16 * GetParam().number);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, ChangesTheNumberOfEssenceContainers,
+                         ::testing::Values(OtherNumber{"More", 200, 5, true},
+                                           OtherNumber{"MoreThanHaveRoom", 200, 20, false},
+                                           OtherNumber{"UpToTheLeastFill", 33, 3, true},
+                                           OtherNumber{"InThePlaceOfAllFill", 32, 4, true},
+                                           OtherNumber{"WithAGapLeft", 36, 4, false},
+                                           OtherNumber{"WithoutFill", 0, 3, false},
+                                           OtherNumber{"Fewer", 40, 1, true},
+                                           OtherNumber{"NoneAndNoFill", 0, 0, true},
+                                           OtherNumber{"OneLessAndNoFill", 0, 1, false}),
+                         Testing::nameOfCase<OtherNumber>);
 
 TEST(RewritableFile, refusesPartitionsThatAreNotThere) {
     Rewritable of(whole());

@@ -71,6 +71,10 @@ std::string counted(std::uint64_t count, const char* what) {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
+std::string hexOf(const Editing::ContentHash& hash) {
+    return Hex::encoded<std::string>(hash.data(), hash.size(), Hex::lower);
+}
+
 Json toJson(const ChangedProperty& property, const MetaMetadata::Dictionary& dictionary) {
     Json json{{"name", property.name}};
     if (property.label) {
@@ -111,6 +115,12 @@ std::string toText(const Changes& changes, const MetaMetadata::Dictionary& dicti
         lines += std::string(nameOf(dark)) + " KLV " + Platform::toUtf8(dark.key.toString()) + "\n";
     }
     return lines;
+}
+
+std::string toText(const Editing::EditPlan& plan, const MetaMetadata::Dictionary& dictionary) {
+    return toText(plan.changes, dictionary) +
+           (plan.closesHeader ? "in the header, which is closed:\n" : "") +
+           toText(plan.closing, dictionary);
 }
 
 Json toJson(const Changes& changes, const MetaMetadata::Dictionary& dictionary) {
@@ -154,12 +164,20 @@ std::string wayText(const EditReport& report) {
     if (const auto inserted = insertedBy(rewrite)) {
         line += ", " + counted(inserted, "byte") + " longer";
     }
+    if (report.plan.closesHeader) {
+        line += ", the header closed and complete";
+    }
     const char* before = ", in ";
     for (const std::string& copy : report.copies) {
         line += before + copy;
         before = " and ";
     }
     return line;
+}
+
+std::string essenceText(const EditReport& report) {
+    return report.essence ? "essence and index tables: BLAKE2b-256 " + hexOf(*report.essence) + "\n"
+                          : std::string();
 }
 
 Json toJson(const EditReport& report) {
@@ -172,8 +190,22 @@ Json toJson(const EditReport& report) {
               {"sizeAfter", rewrite.newSize()},
               {"bytesWritten", bytesOf(rewrite)},
               {"partitions", report.plan.copies},
-              {"partitionsLeft", report.plan.left},
-              {"sets", toJson(report.plan.changes, report.dictionary)}};
+              {"partitionsLeft", report.plan.left}};
+    if (!report.headersAfter.empty()) {
+        json["headerHashes"] = Json::array();
+        for (std::size_t i = 0; i != report.headersAfter.size(); ++i) {
+            json["headerHashes"].push_back({{"partition", report.plan.copies[i]},
+                                            {"before", hexOf(report.headersBefore[i])},
+                                            {"after", hexOf(report.headersAfter[i])}});
+        }
+    }
+    if (report.essence) {
+        json["essenceHash"] = hexOf(*report.essence);
+    }
+    json["sets"] = toJson(report.plan.changes, report.dictionary);
+    if (report.plan.closesHeader) {
+        json["setsOfClosedHeader"] = toJson(report.plan.closing, report.dictionary);
+    }
     json["insertions"] = Json::array();
     for (const auto& insertion : rewrite.insertions) {
         json["insertions"].push_back({{"offset", insertion.offset}, {"size", insertion.size}});

@@ -6,6 +6,12 @@ namespace Corvid::mxf {
 
 FileSystem::~FileSystem() = default;
 
+void removeIfThere(FileSystem& system, const std::string& path) {
+    if (system.find(path)) {
+        system.remove(path);
+    }
+}
+
 Bytes OpenFile::read(std::uint64_t offset, std::uint64_t size) const {
     const std::uint64_t there = status().size;
     if (offset > there || size > there - offset) {

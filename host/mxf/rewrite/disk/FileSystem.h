@@ -43,7 +43,7 @@ public:
     enum class Access : unsigned char {
         read,
         write,  ///< of a file that is there; also reads
-        create, ///< a file that only its owner may read, or an existing one, which becomes empty
+        create, ///< of a new file that only its owner may read; no file has the name before
         share,  ///< the same that others may read as the process lets them
     };
 
@@ -57,6 +57,10 @@ public:
     /// @return a number for the calls below, until close().
     virtual int open(const std::string& path, Access access) = 0;
     virtual void close(int file) noexcept = 0;
+    /// Keeps all who ask for this from changing a file that is open to write, until it is closed.
+    /// Where a file system has no locks, nothing is kept from it.
+    /// @throws IOError  another one has the lock.
+    virtual void lock(int file) = 0;
     virtual FileStatus status(int file) = 0;
     /// @return how many bytes were read; fewer than count only at the end of the file.
     virtual std::size_t readAt(int file, std::uint64_t offset, Types::u8* to,
@@ -94,6 +98,9 @@ public:
     virtual void syncFolderOf(const std::string& path) = 0;
 };
 
+/// Removes a file, if it is there.
+void removeIfThere(FileSystem& system, const std::string& path);
+
 /// An open file that closes itself.
 class CORVID_EXPORT OpenFile {
 public:
@@ -104,6 +111,7 @@ public:
     ~OpenFile() { system_.close(number_); }
 
     int number() const noexcept { return number_; }
+    void lock() const { system_.lock(number_); }
     FileStatus status() const { return system_.status(number_); }
     /// Reads exactly so many bytes.
     /// @throws IOError  the file is shorter.

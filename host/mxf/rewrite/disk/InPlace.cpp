@@ -1,8 +1,11 @@
 #include "host/mxf/rewrite/disk/InPlace.h"
 
 #include "host/base/Exceptions.h"
+#include "host/mxf/rewrite/Segments.h"
 #include "host/mxf/rewrite/disk/Blocks.h"
-#include "host/mxf/rewrite/disk/Journal.h"
+#include "host/mxf/rewrite/disk/JournalFile.h"
+
+#include <algorithm>
 
 namespace Corvid::mxf {
 
@@ -11,27 +14,15 @@ namespace {
 using Access = FileSystem::Access;
 using Phase = Journal::Phase;
 
-void requireAsPlanned(const OpenFile& file, const std::string& path, const FileStatus& planned) {
-    if (file.status() != planned) {
-        throw Exceptions::InvalidArgument(
-            path + " has changed since it was read, so nothing was written", CORVID_HERE);
-    }
-}
-
-/// A file and the journal beside it.
+/// A file and its journal.
 class Change {
 public:
-    /// @param path  of the file, without symbolic links.
-    Change(FileSystem& system, const OpenFile& file, Journal journal, const std::string& path)
-        : system_(system), file_(file), journal_(std::move(journal)), path_(Journal::pathFor(path)),
-          unfinishedPath_(path_ + ".new") {}
+    Change(const OpenFile& file, Journal journal, JournalFile journalFile)
+        : system_(file.system()), file_(file), journal_(std::move(journal)),
+          journalFile_(std::move(journalFile)) {}
 
     /// Makes the journal appear on the disk as a whole.
-    void begin() {
-        writeJournal();
-        system_.renameToNew(unfinishedPath_, path_);
-        system_.syncFolderOf(path_);
-    }
+    void begin() { journalFile_.make(journal_); }
 
     /// Makes the file what it is to be.
     /// @return false where the file system inserts no blocks; then nothing has changed.
@@ -56,7 +47,12 @@ public:
         if (journal_.insertion.size != 0) {
             takeOut();
         }
-        file_.write(journal_.before);
+        // Where the file has a hole still, nothing is written: on a full disk nothing could be.
+        for (const ByteRange& range : journal_.before) {
+            const Bytes found = file_.read(range.offset, range.bytes.size());
+            file_.write(differences({{range.offset, viewOf(found)}},
+                                    {{range.offset, viewOf(range.bytes)}}));
+        }
         file_.resize(journal_.status.size);
         file_.sync();
     }
@@ -65,41 +61,19 @@ public:
     void beginAgain() {
         if (journal_.insertion.size != 0) {
             journal_.data = dataFrom(file_, journal_.insertion.offset);
-            enter(Phase::inserting);
+            journal_.phase = Phase::inserting;
+            journal_.mostRuns = std::max<std::uint64_t>(journal_.mostRuns, journal_.data.size());
+            journalFile_.replace(journal_);
         }
     }
 
-    void end() {
-        system_.remove(path_);
-        system_.syncFolderOf(path_);
-    }
-
-    /// Removes what is left of a journal that was not needed. That it stays is no harm: the file is
-    /// as it was.
-    void forget() {
-        for (const std::string& name : {path_, unfinishedPath_}) {
-            try {
-                if (system_.find(name)) {
-                    system_.remove(name);
-                }
-            } catch (const Exceptions::IOError&) {
-                return;
-            }
-        }
-    }
+    void end() { journalFile_.remove(); }
+    void forget() { journalFile_.forget(); }
 
 private:
-    void writeJournal() {
-        const OpenFile file(system_, unfinishedPath_, Access::create);
-        system_.writeAt(file.number(), 0, viewOf(journal_.coded()));
-        file.sync();
-    }
-
     void enter(Phase phase) {
         journal_.phase = phase;
-        writeJournal();
-        system_.renameOver(unfinishedPath_, path_);
-        system_.syncFolderOf(path_);
+        journalFile_.enter(journal_);
     }
 
     /// Takes the inserted blocks out, however many of them are there.
@@ -129,22 +103,24 @@ private:
     FileSystem& system_;
     const OpenFile& file_;
     Journal journal_;
-    std::string path_;
-    std::string unfinishedPath_;
+    JournalFile journalFile_;
 };
 
 } // namespace
 
-bool rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& rewrite,
-                    const FileStatus& planned) {
+std::optional<FileStatus> rewriteInPlace(FileSystem& system, const std::string& path,
+                                         const Rewrite& rewrite, const FileStatus& planned,
+                                         const std::string& recoveryFolder) {
     if (rewrite.isEmpty()) {
-        return true;
+        return std::nullopt;
     }
     const std::string target = system.resolve(path);
-    requireFinished(system, path);
     const OpenFile file(system, target, Access::write);
+    file.lock();
+    requireFinished(system, path);
     requireAsPlanned(file, path, planned);
-    Change change(system, file, Journal::of(file, rewrite), target);
+    Change change(file, Journal::of(file, rewrite),
+                  JournalFile(system, target, planned.inode, recoveryFolder));
     try {
         change.begin();
         requireAsPlanned(file, path, planned);
@@ -167,11 +143,19 @@ bool rewriteInPlace(FileSystem& system, const std::string& path, const Rewrite& 
         throw;
     }
     change.end();
-    return isDone;
+    return isDone ? std::nullopt : std::optional(file.status());
+}
+
+void requireAsPlanned(const OpenFile& file, const std::string& path, const FileStatus& planned) {
+    const auto named = file.system().find(path);
+    if (file.status() != planned || !named || *named != planned) {
+        throw Exceptions::InvalidArgument(
+            path + " has changed since it was read, so nothing was written", CORVID_HERE);
+    }
 }
 
 bool needsRecovery(FileSystem& system, const std::string& path) {
-    return system.find(Journal::pathFor(system.resolve(path))).has_value();
+    return JournalFile::isThere(system, system.resolve(path));
 }
 
 void requireFinished(FileSystem& system, const std::string& path) {
@@ -184,22 +168,24 @@ void requireFinished(FileSystem& system, const std::string& path) {
 
 bool recover(FileSystem& system, const std::string& path, RecoveryGoal goal) {
     const std::string target = system.resolve(path);
-    const std::string journalPath = Journal::pathFor(target);
-    const auto found = system.find(journalPath);
-    if (!found) {
+    if (!JournalFile::isThere(system, target)) {
         return false;
     }
-    Journal journal =
-        Journal::parse(OpenFile(system, journalPath, Access::read).read(0, found->size));
     const OpenFile file(system, target, Access::write);
+    file.lock();
+    if (!JournalFile::isThere(system, target)) {
+        return false; // the change ended meanwhile
+    }
+    JournalFile journalFile = JournalFile::find(system, target);
+    Journal journal = journalFile.read();
     if (!journal.isOf(file)) {
         throw Exceptions::InvalidFormat(
-            journalPath + " is not of " + path +
+            journalFile.path() + " is not of " + path +
                 " as it is, so nothing was changed: the file has been replaced or changed since",
             CORVID_HERE);
     }
     const bool inserts = journal.insertion.size != 0;
-    Change change(system, file, std::move(journal), target);
+    Change change(file, std::move(journal), std::move(journalFile));
     if (goal == RecoveryGoal::before || inserts) {
         change.back();
     }

@@ -47,6 +47,12 @@ public:
         }
     }
 
+    /// Adds the hash of the bytes from a place on.
+    void takeHash(std::size_t from = 0) {
+        const Journal::Hash hash = hashOf({bytes.data() + from, bytes.size() - from});
+        append(bytes, {hash.data(), hash.size()});
+    }
+
     Bytes bytes;
 };
 
@@ -66,6 +72,14 @@ public:
         left_.data += result.size;
         left_.size -= result.size;
         return result;
+    }
+    /// Bytes that their hash follows; nothing where it is that of others.
+    std::optional<Types::ByteView> hashed(Types::u64 count) {
+        const Types::ByteView content = bytes(count);
+        const Types::ByteView found = bytes(sizeof(Journal::Hash));
+        const Journal::Hash hash = hashOf(content);
+        return std::equal(hash.begin(), hash.end(), found.data) ? std::optional(content)
+                                                                : std::nullopt;
     }
     Types::u64 number() { return Types::readBigEndian<Types::u64>(bytes(sizeof(Types::u64)).data); }
     ByteRanges ranges() {
@@ -150,14 +164,19 @@ Journal Journal::of(const OpenFile& file, const Rewrite& rewrite) {
         }
     }
     journal.after = rewrite.writes;
+    // A write makes a hole two, an insertion as well.
+    journal.mostRuns = journal.data.size() + rewrite.writes.size() + 2;
     journal.front = frontOf(file, journal);
     return journal;
 }
 
-Bytes Journal::coded() const {
+/// What does not change while the file does.
+Bytes Journal::codedBody() const {
     Writer content;
     append(content.bytes, {magic.data(), magic.size()});
     content.take(version);
+    const std::size_t head = content.bytes.size();
+    content.take(Types::u64{0});
     content.take(status.size);
     content.take(status.inode);
     content.take(static_cast<Types::u64>(status.modified));
@@ -166,45 +185,95 @@ Bytes Journal::coded() const {
     append(content.bytes, {front.data(), front.size()});
     content.take(before);
     content.take(after);
-    content.take(static_cast<Types::u64>(phase));
     content.take(insertion.offset);
     content.take(insertion.size);
-    content.take(data);
-
-    const Hash hash = hashOf(viewOf(content.bytes));
-    append(content.bytes, {hash.data(), hash.size()});
+    content.take(mostRuns);
+    Types::writeBigEndian(content.bytes.data() + head,
+                          Types::u64{content.bytes.size() - head - sizeof(Types::u64)});
+    content.takeHash(head + sizeof(Types::u64));
     return std::move(content.bytes);
 }
 
+std::size_t Journal::phaseRoom() const noexcept {
+    constexpr std::size_t numbers = 2;
+    constexpr std::size_t runSize = 2 * sizeof(Types::u64);
+    return numbers * sizeof(Types::u64) + static_cast<std::size_t>(mostRuns) * runSize +
+           sizeof(Hash);
+}
+
+ByteRange Journal::codedPhase() const {
+    if (data.size() > mostRuns) {
+        throw Exceptions::LimitExceeded("the recovery file has room for " +
+                                            std::to_string(mostRuns) + " runs of data, found " +
+                                            std::to_string(data.size()),
+                                        CORVID_HERE);
+    }
+    Writer content;
+    content.take(static_cast<Types::u64>(phase));
+    content.take(data);
+    content.bytes.resize(phaseRoom() - sizeof(Hash));
+    content.takeHash();
+    return {codedBody().size() + static_cast<std::size_t>(phase) * phaseRoom(),
+            std::move(content.bytes)};
+}
+
+Bytes Journal::coded() const {
+    Bytes bytes = codedBody();
+    if (insertion.size != 0) {
+        const ByteRange now = codedPhase();
+        bytes.resize(bytes.size() + phaseCount * phaseRoom());
+        std::copy(now.bytes.begin(), now.bytes.end(),
+                  bytes.begin() + static_cast<std::ptrdiff_t>(now.offset));
+    }
+    return bytes;
+}
+
 Journal Journal::parse(const Bytes& bytes) {
-    if (bytes.size() < magic.size() + sizeof(Hash) ||
-        !std::equal(magic.begin(), magic.end(), bytes.begin())) {
+    Reader file(viewOf(bytes));
+    if (bytes.size() < magic.size() || !std::equal(magic.begin(), magic.end(), bytes.begin())) {
         refuse("is none of Corvid");
     }
-    const Types::ByteView whole{bytes.data(), bytes.size() - sizeof(Hash)};
-    const Hash hash = hashOf(whole);
-    if (!std::equal(hash.begin(), hash.end(), whole.data + whole.size)) {
-        refuse("is damaged: its hash is not that of its content");
-    }
-    Reader content(whole);
-    content.bytes(magic.size());
-    if (content.number() != version) {
+    file.bytes(magic.size());
+    if (file.number() != version) {
         refuse("is of another version of Corvid");
     }
+    const auto content = file.hashed(file.number());
+    if (!content) {
+        refuse("is damaged: its hash is not that of its content");
+    }
+    Reader body(*content);
     Journal journal;
-    journal.status.size = content.number();
-    journal.status.inode = content.number();
-    journal.status.modified = static_cast<std::int64_t>(content.number());
-    journal.status.changed = static_cast<std::int64_t>(content.number());
-    journal.newSize = content.number();
-    const Types::ByteView front = content.bytes(journal.front.size());
+    journal.status.size = body.number();
+    journal.status.inode = body.number();
+    journal.status.modified = static_cast<std::int64_t>(body.number());
+    journal.status.changed = static_cast<std::int64_t>(body.number());
+    journal.newSize = body.number();
+    const Types::ByteView front = body.bytes(journal.front.size());
     std::copy_n(front.data, front.size, journal.front.begin());
-    journal.before = content.ranges();
-    journal.after = content.ranges();
-    journal.phase = static_cast<Phase>(content.number());
-    journal.insertion.offset = content.number();
-    journal.insertion.size = content.number();
-    journal.data = content.runs();
+    journal.before = body.ranges();
+    journal.after = body.ranges();
+    journal.insertion.offset = body.number();
+    journal.insertion.size = body.number();
+    journal.mostRuns = body.number();
+    if (journal.insertion.size == 0) {
+        return journal;
+    }
+    if (journal.mostRuns > bytes.size()) {
+        refuse("ends too early");
+    }
+    bool hasPhase = false;
+    for (std::size_t i = 0; i != phaseCount; ++i) {
+        // The next phase may be there in part; then it has not begun.
+        if (const auto coded = file.hashed(journal.phaseRoom() - sizeof(Hash))) {
+            Reader phase(*coded);
+            journal.phase = static_cast<Phase>(phase.number());
+            journal.data = phase.runs();
+            hasPhase = true;
+        }
+    }
+    if (!hasPhase) {
+        refuse("is damaged: it does not say how far the change is");
+    }
     return journal;
 }
 

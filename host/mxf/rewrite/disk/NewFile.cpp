@@ -21,13 +21,6 @@ std::string temporaryName(const std::string& path) {
     return path.substr(0, name) + "." + path.substr(name) + ".corvid-new";
 }
 
-void requireAsPlanned(const FileStatus& found, const FileStatus& planned, const std::string& path) {
-    if (found != planned) {
-        throw Exceptions::InvalidArgument(
-            path + " has changed since it was read, so nothing was written", CORVID_HERE);
-    }
-}
-
 class Copy {
 public:
     Copy(FileSystem& system, const OpenFile& from, const OpenFile& to, const Rewrite& rewrite,
@@ -69,39 +62,52 @@ private:
 
 void removeQuietly(FileSystem& system, const std::string& path) {
     try {
-        if (system.find(path)) {
-            system.remove(path);
-        }
+        removeIfThere(system, path);
     } catch (const Exceptions::IOError&) {
         return;
     }
 }
 
-/// @param keepAttributes  whether the new file gets those of the old one.
+/// Whether a name is still that of a file that was made with it.
+bool isOwn(const OpenFile& file, const std::string& path) {
+    const auto named = file.system().find(path);
+    return named && named->inode == file.status().inode;
+}
+
+/// @param takesPlace  whether the new file takes the place of the old one, with its attributes.
 void write(FileSystem& system, const std::string& from, const std::string& to,
-           const Rewrite& rewrite, const FileStatus& planned, bool keepAttributes,
+           const Rewrite& rewrite, const FileStatus& planned, bool takesPlace,
            const CopyProgress& progress) {
     const std::string temporary = temporaryName(to);
-    requireFinished(system, from);
-    const OpenFile old(system, from, Access::read);
-    requireAsPlanned(old.status(), planned, from);
-    const auto removeOnFailure = [&](auto call) {
-        try {
-            call();
-        } catch (...) {
-            removeQuietly(system, temporary);
-            throw;
+    // What may not be written is not replaced either.
+    const OpenFile old(system, from, takesPlace ? Access::write : Access::read);
+    if (takesPlace) {
+        old.lock();
+    }
+    for (const std::string& name : {from, to}) {
+        if (system.find(name)) {
+            requireFinished(system, name);
         }
-    };
-    removeOnFailure([&] {
-        const OpenFile file(system, temporary, keepAttributes ? Access::create : Access::share);
-        if (keepAttributes) {
+    }
+    requireAsPlanned(old, from, planned);
+    removeIfThere(system, temporary);
+    const OpenFile file(system, temporary, takesPlace ? Access::create : Access::share);
+    try {
+        if (takesPlace) {
             system.copyAttributes(old.number(), file.number());
         }
         Copy(system, old, file, rewrite, progress).run();
-        requireAsPlanned(old.status(), planned, from);
+        requireAsPlanned(old, from, planned);
+        if (!isOwn(file, temporary)) {
+            throw Exceptions::IOError("another program writes " + to + " too", CORVID_HERE);
+        }
         system.renameOver(temporary, to);
-    });
+    } catch (...) {
+        if (isOwn(file, temporary)) {
+            removeQuietly(system, temporary);
+        }
+        throw;
+    }
     system.syncFolderOf(to);
 }
 

@@ -90,7 +90,7 @@ std::string SystemFiles::resolve(const std::string& path) {
 std::optional<FileStatus> SystemFiles::find(const std::string& path) {
     struct stat found {};
     if (::stat(path.c_str(), &found) != 0) {
-        if (errno == ENOENT) {
+        if (errno == ENOENT || errno == ENAMETOOLONG) {
             return std::nullopt;
         }
         throwSystemError("can't look for " + path, errno);
@@ -102,7 +102,7 @@ int SystemFiles::open(const std::string& path, Access access) {
     const bool creates = access == Access::create || access == Access::share;
     const mode_t mode = access == Access::share ? 0666 : 0600;
     const int flags = access == Access::read ? O_RDONLY
-                      : creates              ? O_RDWR | O_CREAT | O_TRUNC | O_NOFOLLOW
+                      : creates              ? O_RDWR | O_CREAT | O_EXCL
                                              : O_RDWR;
     const int file = uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
     if (file < 0) {
@@ -115,6 +115,22 @@ int SystemFiles::open(const std::string& path, Access access) {
 void SystemFiles::close(int file) noexcept {
     ::close(file);
     names_.erase(file);
+}
+
+void SystemFiles::lock(int file) {
+    // Of the open file, not of the process: it goes with it, and no other close() ends it.
+    struct flock whole {};
+    whole.l_type = F_WRLCK;
+    whole.l_whence = SEEK_SET;
+    if (uninterrupted([&] { return ::fcntl(file, F_OFD_SETLK, &whole); }) == 0) {
+        return;
+    }
+    if (errno == EAGAIN || errno == EACCES) {
+        throw Exceptions::IOError("another program has locked " + nameOf(file) +
+                                      ", perhaps to change it too; nothing was written",
+                                  CORVID_HERE);
+    }
+    lacksLocks_ = true;
 }
 
 FileStatus SystemFiles::status(int file) {

@@ -11,6 +11,9 @@ public:
     std::optional<FileStatus> find(const std::string& path) override;
     int open(const std::string& path, Access access) override;
     void close(int file) noexcept override;
+    void lock(int file) override;
+    /// Whether a file system had no locks for a file that was to be locked.
+    bool lacksLocks() const noexcept { return lacksLocks_; }
     FileStatus status(int file) override;
     std::size_t readAt(int file, std::uint64_t offset, Types::u8* to, std::size_t count) override;
     void writeAt(int file, std::uint64_t offset, Types::ByteView bytes) override;
@@ -38,6 +41,7 @@ private:
                   std::uint64_t size);
 
     Templates::map<int, std::string> names_; ///< of the open files, for messages
+    bool lacksLocks_ = false;
 };
 
 } // namespace Corvid::mxf

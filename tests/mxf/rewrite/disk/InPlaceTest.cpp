@@ -7,6 +7,7 @@
 #include "tests/support/Paths.h"
 
 #include <fstream>
+#include <gmock/gmock.h>
 #include <iterator>
 #include <set>
 
@@ -51,6 +52,14 @@ struct Case {
     /// The number of a sync that this case can do without: where no data moves, the blocks may come
     /// later than what is written.
     std::size_t needlessSync = 0;
+    std::string recoveryFolder = {};
+
+    /// The calls that remove the recovery file, and the pointer to it if there is one.
+    std::size_t lastCalls() const { return recoveryFolder.empty() ? 2 : 4; }
+    std::string journal() const {
+        return recoveryFolder.empty() ? journalName
+                                      : recoveryFolder + "/.clip.mxf-1.corvid-recovery";
+    }
 };
 void PrintTo(const Case& c, std::ostream* out) { *out << c.name; }
 
@@ -73,9 +82,9 @@ Rewrite rewriteOf(ByteRanges writes) { return {oldBytes.size(), {}, std::move(wr
 
 /// Changes the clip, and dies on the way if the model says so.
 /// @return whether it died.
-bool change(ModelFiles& files, const Rewrite& rewrite) {
+bool change(ModelFiles& files, const Rewrite& rewrite, const std::string& recoveryFolder = {}) {
     try {
-        rewriteInPlace(files, clip, rewrite, *files.find(clip));
+        rewriteInPlace(files, clip, rewrite, *files.find(clip), recoveryFolder);
     } catch (const Crash&) {
         return true;
     }
@@ -132,7 +141,7 @@ class RewriteInPlace : public ::testing::TestWithParam<Case> {};
 
 TEST_P(RewriteInPlace, changesTheFileAndLeavesNothingElse) {
     ModelFiles files(diskOf(GetParam()));
-    EXPECT_FALSE(change(files, GetParam().rewrite));
+    EXPECT_FALSE(change(files, GetParam().rewrite, GetParam().recoveryFolder));
     EXPECT_EQ(files.now().content(clip), wantedOf(GetParam()));
     EXPECT_EQ(files.now().names.size(), 1U);
     EXPECT_FALSE(recover(files, clip, RecoveryGoal::before));
@@ -145,7 +154,7 @@ TEST_P(RewriteInPlace, leavesOldOrNewWhereverTheMachineDies) {
     for (std::size_t dieAt = 1;; ++dieAt) {
         ModelFiles files(diskOf(GetParam()));
         files.dieAt = dieAt;
-        const bool died = change(files, GetParam().rewrite);
+        const bool died = change(files, GetParam().rewrite, GetParam().recoveryFolder);
         EXPECT_TRUE(isSafe(files, old, wanted, !died, 1)) << "in call " << dieAt;
         if (!died) {
             break;
@@ -159,15 +168,16 @@ TEST_P(RewriteInPlace, needsEachOfItsSyncs) {
     const Bytes old = oldOf(GetParam());
     const Bytes wanted = wantedOf(GetParam());
     ModelFiles whole(diskOf(GetParam()));
-    change(whole, GetParam().rewrite);
-    ASSERT_EQ(whole.syncs, GetParam().rewrite.insertions.empty() ? 4U : 7U);
+    change(whole, GetParam().rewrite, GetParam().recoveryFolder);
+    ASSERT_EQ(whole.syncs, (GetParam().rewrite.insertions.empty() ? 4U : 6U) +
+                               (GetParam().recoveryFolder.empty() ? 0U : 3U));
     for (std::size_t liar = 1; liar != whole.syncs; ++liar) {
         bool safe = true;
         for (std::size_t dieAt = 1; safe; ++dieAt) {
             ModelFiles files(diskOf(GetParam()));
             files.dieAt = dieAt;
             files.syncThatLies = liar;
-            const bool died = change(files, GetParam().rewrite);
+            const bool died = change(files, GetParam().rewrite, GetParam().recoveryFolder);
             safe = isSafe(files, old, wanted, !died, 0);
             if (!died) {
                 break;
@@ -178,41 +188,75 @@ TEST_P(RewriteInPlace, needsEachOfItsSyncs) {
     // Without the last, the clip is safe, but a recovery file may come back after success.
     ModelFiles files(diskOf(GetParam()));
     files.syncThatLies = whole.syncs;
-    change(files, GetParam().rewrite);
+    change(files, GetParam().rewrite, GetParam().recoveryFolder);
     bool comesBack = false;
     for (const Disk& image : files.images()) {
-        comesBack = comesBack || image.names.count(journalName) != 0;
+        comesBack = comesBack || image.names.count(GetParam().journal()) != 0;
     }
     EXPECT_TRUE(comesBack);
 }
 
 TEST_P(RewriteInPlace, bringsTheFileBackWhereACallFails) {
     ModelFiles whole(diskOf(GetParam()));
-    change(whole, GetParam().rewrite);
+    change(whole, GetParam().rewrite, GetParam().recoveryFolder);
     for (std::size_t failAt = 1; failAt <= whole.calls; ++failAt) {
         ModelFiles files(diskOf(GetParam()));
         files.failAt = failAt;
-        EXPECT_EQ(messageOf([&] { change(files, GetParam().rewrite); }), "no space left");
-        const bool isDone = failAt >= whole.calls - 1; // the journal could not go
+        EXPECT_EQ(messageOf([&] { change(files, GetParam().rewrite, GetParam().recoveryFolder); }),
+                  "no space left");
+        const std::size_t left = whole.calls - failAt;     // calls
+        const bool isDone = left < GetParam().lastCalls(); // the journal could not go
         EXPECT_TRUE(files.now().content(clip) ==
                     (isDone ? wantedOf(GetParam()) : oldOf(GetParam())))
             << failAt;
-        const bool journalCouldNotGo = failAt == whole.calls - 1;
-        EXPECT_EQ(files.now().names.size(), journalCouldNotGo ? 2U : 1U) << failAt;
+        const std::size_t couldNotGo = !isDone || left == 0 ? 0 : left == 3 ? 2 : 1;
+        EXPECT_EQ(files.now().names.size(), 1 + couldNotGo) << failAt;
+    }
+}
+
+TEST_P(RewriteInPlace, bringsTheFileBackWhereTheDiskIsFull) {
+    ModelFiles whole(diskOf(GetParam()));
+    change(whole, GetParam().rewrite, GetParam().recoveryFolder);
+    for (std::size_t fullAt = 1; fullAt <= whole.calls; ++fullAt) {
+        ModelFiles files(diskOf(GetParam()));
+        files.fullAt = fullAt;
+        const std::string message =
+            messageOf([&] { change(files, GetParam().rewrite, GetParam().recoveryFolder); });
+        EXPECT_THAT(message, ::testing::AnyOf("", "no space left")) << fullAt;
+        EXPECT_TRUE(files.now().content(clip) ==
+                    (message.empty() ? wantedOf(GetParam()) : oldOf(GetParam())))
+            << fullAt;
+        EXPECT_EQ(files.now().names.size(), 1U) << fullAt;
+    }
+}
+
+TEST_P(RewriteInPlace, isUndoneByRecoveryWhereTheDiskIsFull) {
+    ModelFiles whole(diskOf(GetParam()));
+    change(whole, GetParam().rewrite, GetParam().recoveryFolder);
+    for (std::size_t dieAt = 1; dieAt <= whole.calls; ++dieAt) {
+        ModelFiles files(diskOf(GetParam()));
+        files.dieAt = dieAt;
+        change(files, GetParam().rewrite, GetParam().recoveryFolder);
+        ModelFiles again(files.now());
+        again.fullAt = 1;
+        if (needsRecovery(again, clip)) {
+            recover(again, clip, RecoveryGoal::before);
+            EXPECT_TRUE(again.now().content(clip) == oldOf(GetParam())) << dieAt;
+        }
     }
 }
 
 TEST_P(RewriteInPlace, saysHowToGoOnWhereTheFileCannotBeBroughtBack) {
     ModelFiles whole(diskOf(GetParam()));
-    change(whole, GetParam().rewrite);
+    change(whole, GetParam().rewrite, GetParam().recoveryFolder);
     ModelFiles files(diskOf(GetParam()));
-    files.failAt = whole.calls - 2; // the last sync of the file
+    files.failAt = whole.calls - GetParam().lastCalls(); // the last sync of the file
     files.failsOn = true;
-    EXPECT_EQ(messageOf([&] { change(files, GetParam().rewrite); }),
+    EXPECT_EQ(messageOf([&] { change(files, GetParam().rewrite, GetParam().recoveryFolder); }),
               "no space left; clip.mxf is changed in part, run corvid recover");
     files.failAt = 0;
     EXPECT_TRUE(needsRecovery(files, clip));
-    EXPECT_EQ(messageOf([&] { change(files, GetParam().rewrite); }),
+    EXPECT_EQ(messageOf([&] { change(files, GetParam().rewrite, GetParam().recoveryFolder); }),
               "an earlier change of clip.mxf was not finished; run corvid recover first");
     EXPECT_TRUE(recover(files, clip, RecoveryGoal::after));
     EXPECT_EQ(files.now().content(clip), wantedOf(GetParam()));
@@ -223,6 +267,16 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         Case{"OneRange", rewriteOf({{100, Bytes(5, 0xAA)}, {200, Bytes(1, 0xBB)}})},
         Case{"RangesOfManySectors", rewriteOf({{3, Bytes(70, 0xAA)}, {250, Bytes(50, 0xBB)}})},
+        Case{"WithTheRecoveryFileElsewhere",
+             rewriteOf({{100, Bytes(5, 0xAA)}, {200, Bytes(1, 0xBB)}}),
+             {},
+             0,
+             "elsewhere"},
+        Case{"AnInsertionWithTheRecoveryFileElsewhere",
+             {300, {{64, 64}}, {{3, Bytes(2, 0xAA)}, {64, Bytes(80, 0xBB)}, {350, Bytes(5, 0xCC)}}},
+             {},
+             0,
+             "elsewhere"},
         Case{"PastTheEnd", rewriteOf({{10, Bytes(2, 0xAA)}, {290, Bytes(60, 0xBB)}})},
         Case{
             "AnInsertion",
@@ -248,10 +302,15 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(InPlace, changesNothingWhereNoBlocksCanBeInserted) {
     ModelFiles files(diskWithClip());
     files.inserts = false;
+    const FileStatus before = *files.find(clip);
     const Rewrite rewrite = {300, {{64, 64}}, {{64, Bytes(80, 0xBB)}}};
-    EXPECT_FALSE(rewriteInPlace(files, clip, rewrite, *files.find(clip)));
+    const auto status = rewriteInPlace(files, clip, rewrite, *files.find(clip));
     EXPECT_EQ(files.now().content(clip), oldBytes);
     EXPECT_EQ(files.now().names.size(), 1U);
+    // The attempt may have changed its time.
+    ASSERT_TRUE(status);
+    EXPECT_EQ(*status, *files.find(clip));
+    EXPECT_NE(status->changed, before.changed);
 }
 
 TEST(InPlace, touchesNothingWhereNothingIsToBeDone) {
@@ -296,6 +355,62 @@ TEST(InPlace, refusesAFileThatChangesWhileTheRecoveryFileIsWritten) {
     EXPECT_EQ(files.now().names.size(), 1U);
 }
 
+TEST(InPlace, refusesAFileThatIsNoLongerThere) {
+    /// Another file takes the place of the clip when it has been opened.
+    class Replacing : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        void lock(int) override {
+            if (find(other)) {
+                renameOver(other, clip);
+            }
+        }
+        const std::string other = "other.mxf";
+    };
+    Disk disk = diskWithClip();
+    disk.names["other.mxf"] = 2;
+    disk.files[2] = oldBytes;
+    Replacing files(disk);
+    EXPECT_EQ(messageOf([&] {
+                  change(files, rewriteOf({{100, Bytes(1)}}));
+              }),
+              "clip.mxf has changed since it was read, so nothing was written");
+    EXPECT_EQ(files.now().names.size(), 1U);
+}
+
+TEST(InPlace, leavesAFileAloneThatAnotherProgramChanges) {
+    ModelFiles files(diskWithClip());
+    files.isLocked = true;
+    EXPECT_EQ(messageOf([&] {
+                  change(files, rewriteOf({{100, Bytes(1)}}));
+              }),
+              "another program has the lock");
+    EXPECT_EQ(files.calls, 0U);
+}
+
+TEST(InPlace, leavesTheRecoveryFileOfAnotherChangeAlone) {
+    /// Another change begins while this one writes its recovery file.
+    class Racing : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        void renameToNew(const std::string& from, const std::string& to) override {
+            const int theirs = open(to, Access::create);
+            writeAt(theirs, 0, viewOf(oldBytes));
+            sync(theirs);
+            syncFolderOf(to);
+            ModelFiles::renameToNew(from, to);
+        }
+    };
+    Racing files(diskWithClip());
+    EXPECT_EQ(messageOf([&] {
+                  change(files, rewriteOf({{100, Bytes(1)}}));
+              }),
+              "can't rename to " + journalName);
+    EXPECT_TRUE(needsRecovery(files, clip));
+    EXPECT_EQ(files.now().content(clip), oldBytes);
+    EXPECT_EQ(files.now().names.size(), 2U);
+}
+
 TEST(InPlace, replacesAnUnfinishedRecoveryFile) {
     Disk disk = diskWithClip();
     disk.names[journalName + ".new"] = 2;
@@ -326,6 +441,45 @@ void PrintTo(const Refused& c, std::ostream* out) { *out << c.name; }
 
 class RefusesRecovery : public ::testing::TestWithParam<Refused> {};
 
+TEST(Recovery, saysWhereTheRecoveryFileShouldBe) {
+    ModelFiles files(diskWithClip());
+    files.dieAt = 13; // after the first of two writes
+    const Rewrite rewrite = rewriteOf({{100, Bytes(5, 0xAA)}, {200, Bytes(1, 0xBB)}});
+    EXPECT_TRUE(change(files, rewrite, "elsewhere"));
+    Disk disk = files.now();
+    EXPECT_NE(disk.content(clip), oldBytes);
+    const auto journal = disk.names.extract("elsewhere/.clip.mxf-1.corvid-recovery");
+    ModelFiles lost(disk);
+    EXPECT_TRUE(needsRecovery(lost, clip));
+    EXPECT_EQ(messageOf([&] { recover(lost, clip, RecoveryGoal::before); }),
+              "the recovery file elsewhere/.clip.mxf-1.corvid-recovery, to which " + journalName +
+                  " points, is not there");
+    disk.names["elsewhere/.clip.mxf-1.corvid-recovery"] = journal.mapped();
+    disk.files[disk.names[journalName]].pop_back();
+    ModelFiles damaged(disk);
+    EXPECT_EQ(messageOf([&] { recover(damaged, clip, RecoveryGoal::before); }),
+              journalName + " is damaged: it does not end with a line");
+    EXPECT_EQ(damaged.calls + lost.calls, 0U);
+}
+
+TEST(Recovery, waitsForTheProgramThatChangesTheFile) {
+    ModelFiles files(halfChanged());
+    files.isLocked = true;
+    EXPECT_EQ(messageOf([&] { recover(files, clip, RecoveryGoal::before); }),
+              "another program has the lock");
+    EXPECT_EQ(files.calls, 0U);
+}
+
+TEST(Recovery, hasNothingToDoWhereTheChangeEndsMeanwhile) {
+    class Ending : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        void lock(int) override { remove(journalName); }
+    };
+    Ending files(halfChanged());
+    EXPECT_FALSE(recover(files, clip, RecoveryGoal::before));
+}
+
 TEST_P(RefusesRecovery, andChangesNothing) {
     Disk disk = halfChanged();
     GetParam().harm(disk);
@@ -349,7 +503,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"AnEmptyJournal", [](Disk& disk) { journalOn(disk).clear(); },
                 "the recovery file is none of Corvid"},
         Refused{"ACutJournal", [](Disk& disk) { journalOn(disk).pop_back(); },
-                "the recovery file is damaged: its hash is not that of its content"},
+                "the recovery file ends too early"},
         Refused{"AJournalWithAnotherByte", [](Disk& disk) { journalOn(disk)[60] ^= 1; },
                 "the recovery file is damaged: its hash is not that of its content"},
         Refused{"AnotherFile",
@@ -375,6 +529,26 @@ TEST(Journal, isReadAsItWasWritten) {
     for (std::size_t size = 0; size != coded.size(); ++size) {
         const Bytes cut(coded.begin(), coded.begin() + static_cast<std::ptrdiff_t>(size));
         EXPECT_NE(messageOf([&] { Journal::parse(cut); }), "");
+    }
+}
+
+TEST(Journal, isReadWithItsLastWholePhase) {
+    ModelFiles files(diskWithClip());
+    const OpenFile file(files, clip, FileSystem::Access::read);
+    Journal journal = Journal::of(file, {300, {{64, 64}}, {{3, Bytes(2, 1)}, {64, Bytes(80, 2)}}});
+    Bytes coded = journal.coded();
+    for (const auto next : {Journal::Phase::writing, Journal::Phase::removing}) {
+        const auto before = Journal::parse(coded).phase;
+        journal.phase = next;
+        journal.data.push_back({1000, 2000});
+        const ByteRange phase = journal.codedPhase();
+        ASSERT_LE(phase.end(), coded.size());
+        for (std::size_t i = 0; i != phase.bytes.size(); ++i) {
+            EXPECT_EQ(Journal::parse(coded).phase, before) << "only " << i << " bytes are there";
+            coded[static_cast<std::size_t>(phase.offset) + i] = phase.bytes[i];
+        }
+        EXPECT_EQ(Journal::parse(coded).phase, next);
+        EXPECT_EQ(Journal::parse(coded).data, journal.data);
     }
 }
 
@@ -453,7 +627,7 @@ protected:
 };
 
 TEST_F(RealBlocks, areInserted) {
-    EXPECT_TRUE(rewriteInPlace(files_, path_, rewrite_, *files_.find(path_)));
+    EXPECT_FALSE(rewriteInPlace(files_, path_, rewrite_, *files_.find(path_)));
     EXPECT_TRUE(content() == wanted_);
     EXPECT_FALSE(needsRecovery(files_, path_));
 }
@@ -526,6 +700,40 @@ TEST(InPlace, recoversARealFile) {
                   goal == RecoveryGoal::before ? oldBytes : after(oldBytes, rewrite));
         EXPECT_FALSE(recover(files, path, goal));
     }
+}
+
+TEST(SystemFiles, lockAFileUntilItIsClosed) {
+    const Testing::TemporaryDir folder;
+    const std::string path = (folder.path() / "clip.mxf").string();
+    SystemFiles files;
+    const OpenFile file(files, path, FileSystem::Access::create);
+    {
+        const OpenFile first(files, path, FileSystem::Access::write);
+        first.lock();
+        // Closing another one does not end the lock.
+        OpenFile(files, path, FileSystem::Access::write);
+        EXPECT_EQ(messageOf([&] { file.lock(); }),
+                  "another program has locked " + path +
+                      ", perhaps to change it too; nothing was written");
+    }
+    EXPECT_EQ(messageOf([&] { file.lock(); }), "");
+    EXPECT_FALSE(files.lacksLocks());
+}
+
+TEST(SystemFiles, makeNoFileWhereOneIsAlready) {
+    const Testing::TemporaryDir folder;
+    const std::string path = (folder.path() / "other").string();
+    std::ofstream(path) << "text";
+    SystemFiles files;
+    for (const auto access : {FileSystem::Access::create, FileSystem::Access::share}) {
+        EXPECT_NE(messageOf([&] { OpenFile(files, path, access); }), "");
+    }
+    EXPECT_EQ(std::filesystem::file_size(path), 4U);
+}
+
+TEST(SystemFiles, findNoFileWithANameThatIsTooLong) {
+    SystemFiles files;
+    EXPECT_FALSE(files.find("/tmp/" + std::string(300, 'x')));
 }
 
 TEST(SystemFiles, sayWhatFails) {

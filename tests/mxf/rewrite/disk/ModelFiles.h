@@ -24,7 +24,7 @@ inline mxf::Bytes pattern(std::size_t size) {
     return bytes;
 }
 
-/// What is on a disk: names in one folder, and files by their numbers.
+/// What is on a disk: names, with their folders, and files by their numbers.
 struct Disk {
     std::map<std::string, std::uint64_t> names;
     std::map<std::uint64_t, mxf::Bytes> files;
@@ -53,6 +53,8 @@ public:
     /// Whether blocks can be inserted.
     bool inserts = true;
 
+    /// Whether another program has locked every file.
+    bool isLocked = false;
     /// The machine dies in the call with this number, from 1; 0 for never.
     std::size_t dieAt = 0;
     /// The sync with this number, from 1, does nothing; 0 for none.
@@ -61,6 +63,9 @@ public:
     std::size_t failAt = 0;
     /// All calls from failAt on fail.
     bool failsOn = false;
+    /// From the call with this number on, the disk is full: no file is made, and only what is there
+    /// is overwritten; 0 for never.
+    std::size_t fullAt = 0;
     std::size_t calls = 0; ///< those that change something
     std::size_t syncs = 0;
 
@@ -123,19 +128,18 @@ public:
         const auto found = now_.names.find(path);
         if (access == Access::create || access == Access::share) {
             step();
-            std::uint64_t file = 0;
-            if (found == now_.names.end()) {
-                file = std::max(durable_.files.empty() ? 0 : durable_.files.rbegin()->first,
-                                now_.files.rbegin()->first) +
-                       1;
-                // An empty file is there at once, its name is not.
-                durable_.files[file];
-                now_.files[file];
-                wait({Op::Kind::name, file, 0, {}, 0, path, {}});
-            } else {
-                file = found->second;
-                wait({Op::Kind::resize, file, 0, {}, 0, {}, {}});
+            requireRoom(true);
+            if (found != now_.names.end()) {
+                fail("can't make " + path);
             }
+            const std::uint64_t file =
+                std::max(durable_.files.empty() ? 0 : durable_.files.rbegin()->first,
+                         now_.files.rbegin()->first) +
+                1;
+            // An empty file is there at once, its name is not.
+            durable_.files[file];
+            now_.files[file];
+            wait({Op::Kind::name, file, 0, {}, 0, path, {}});
             return static_cast<int>(file);
         }
         if (found == now_.names.end()) {
@@ -144,6 +148,11 @@ public:
         return static_cast<int>(found->second);
     }
     void close(int) noexcept override {}
+    void lock(int) override {
+        if (isLocked) {
+            fail("another program has the lock");
+        }
+    }
     mxf::FileStatus status(int file) override { return statusOf(static_cast<std::uint64_t>(file)); }
 
     std::size_t readAt(int file, std::uint64_t offset, Types::u8* to, std::size_t count) override {
@@ -156,6 +165,7 @@ public:
 
     void writeAt(int file, std::uint64_t offset, Types::ByteView bytes) override {
         step();
+        requireRoom(needsRoom(static_cast<std::uint64_t>(file), offset, bytes.size));
         for (std::size_t done = 0; done != bytes.size;) {
             const std::uint64_t place = offset + done;
             const auto count = static_cast<std::size_t>(
@@ -189,6 +199,7 @@ public:
     bool insert(int file, std::uint64_t offset, std::uint64_t size) override {
         step();
         if (!inserts) {
+            ++times_[static_cast<std::uint64_t>(file)]; // as some file systems do
             return false;
         }
         EXPECT_EQ(offset % blockSize, 0U);
@@ -259,10 +270,12 @@ public:
         step();
         wait({Op::Kind::name, 0, 0, {}, 0, {}, path});
     }
-    void syncFolderOf(const std::string&) override {
+    void syncFolderOf(const std::string& path) override {
         step();
         if (++syncs != syncThatLies) {
-            settle([](const Op& op) { return op.isOfNames(); });
+            settle([folder = folderOf(path)](const Op& op) {
+                return op.isOfNames() && folderOf(op.name.empty() ? op.gone : op.name) == folder;
+            });
         }
     }
 
@@ -279,6 +292,11 @@ private:
 
         bool isOfNames() const { return kind == Kind::name; }
     };
+
+    static std::string folderOf(const std::string& path) {
+        const auto slash = path.rfind('/');
+        return slash == std::string::npos ? std::string() : path.substr(0, slash);
+    }
 
     static std::uint64_t blocksIn(std::uint64_t size) { return (size + blockSize - 1) / blockSize; }
 
@@ -393,6 +411,21 @@ private:
         if (failAt != 0 && (calls == failAt || (failsOn && calls > failAt))) {
             fail("no space left");
         }
+    }
+
+    void requireRoom(bool isNeeded) const {
+        if (isNeeded && fullAt != 0 && calls >= fullAt) {
+            fail("no space left");
+        }
+    }
+    bool needsRoom(std::uint64_t file, std::uint64_t offset, std::uint64_t size) const {
+        bool isNeeded = offset + size > blocksIn(now_.files.at(file).size()) * blockSize;
+        if (const auto holes = now_.holes.find(file); holes != now_.holes.end()) {
+            const auto first = holes->second.lower_bound(offset / blockSize);
+            isNeeded =
+                isNeeded || (first != holes->second.end() && *first * blockSize < offset + size);
+        }
+        return isNeeded;
     }
 
     [[noreturn]] static void fail(const std::string& why) {

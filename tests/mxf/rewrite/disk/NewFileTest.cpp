@@ -174,12 +174,58 @@ TEST(NewFileChecks, refuseAFileThatHasChangedSinceThePlan) {
 }
 
 TEST(NewFileChecks, refuseAFileWhoseChangeWasNotFinished) {
-    Disk disk = diskWithClips();
-    disk.names["." + clip + ".corvid-recovery"] = 2;
-    ModelFiles files(disk);
-    EXPECT_EQ(messageOf([&] { carryOut(files, Way::newName); }),
-              "an earlier change of clip.mxf was not finished; run corvid recover first");
+    for (const std::string& name : {clip, other}) {
+        Disk disk = diskWithClips();
+        disk.names["." + name + ".corvid-recovery"] = 2;
+        ModelFiles files(disk);
+        EXPECT_EQ(messageOf([&] { carryOut(files, Way::existingName); }),
+                  "an earlier change of " + name + " was not finished; run corvid recover first");
+        EXPECT_EQ(files.calls, 0U);
+    }
+}
+
+TEST(NewFileChecks, refuseToReplaceWhatMayNotBeWritten) {
+    class ReadOnly : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        int open(const std::string& path, Access access) override {
+            return path == clip && access == Access::write
+                       ? throw Exceptions::IOError("read only", CORVID_HERE)
+                       : ModelFiles::open(path, access);
+        }
+    };
+    ReadOnly files(diskWithClips());
+    EXPECT_EQ(messageOf([&] { carryOut(files, Way::inItsPlace); }), "read only");
     EXPECT_EQ(files.calls, 0U);
+    EXPECT_FALSE(carryOut(files, Way::newName));
+}
+
+TEST(NewFileChecks, refuseToReplaceWhatAnotherProgramChanges) {
+    ModelFiles files(diskWithClips());
+    files.isLocked = true;
+    EXPECT_EQ(messageOf([&] { carryOut(files, Way::inItsPlace); }), "another program has the lock");
+    EXPECT_EQ(files.calls, 0U);
+    EXPECT_FALSE(carryOut(files, Way::newName));
+}
+
+TEST(NewFileChecks, leaveTheUnfinishedFileOfAnotherProgramAlone) {
+    /// Another program begins to write the same file.
+    class Racing : public ModelFiles {
+    public:
+        using ModelFiles::ModelFiles;
+        void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
+                       std::uint64_t size) override {
+            ModelFiles::copyRange(from, offset, to, toOffset, size);
+            remove(temporary);
+            open(temporary, Access::create);
+        }
+        const std::string temporary = ".other.mxf.corvid-new";
+    };
+    Racing files(diskWithClips());
+    EXPECT_EQ(messageOf([&] { carryOut(files, Way::existingName); }),
+              "another program writes other.mxf too");
+    EXPECT_EQ(files.now().names.count(files.temporary), 1U);
+    EXPECT_EQ(files.now().content(other), Bytes(10, 0x99));
 }
 
 TEST(NewFileChecks, refuseToBreakHardLinksUnasked) {

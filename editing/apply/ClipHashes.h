@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Corvid_Editing/Export.h"
+#include "host/dataio/RandomAccessSource.h"
+#include "host/types/DataType.h"
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace Corvid::Editing {
+
+/// BLAKE2b with 256 bits, as `b2sum -l 256` has it.
+using ContentHash = std::array<Types::u8, 32>;
+
+/// Hears how many bytes of how many are hashed; may throw to give up.
+using HashProgress = std::function<void(std::uint64_t done, std::uint64_t all)>;
+
+/// The hashes of the header metadata of partitions, fill included.
+/// @param partitions  their numbers in the order of the file.
+/// @throws InvalidFormat  it is no MXF file, or a partition has no whole header metadata.
+/// @throws IOError        the bytes can't be read.
+CORVID_EDITING_EXPORT std::vector<ContentHash> headerHashes(
+    DataIO::RandomAccessSource& clip, const std::vector<std::size_t>& partitions);
+
+/// The hash of everything that no edit changes: essence, index tables and whatever else there is
+/// beside packs and header metadata. Reads the whole file.
+/// @throws InvalidFormat  it is no MXF file, or header metadata is not whole, so its end is not
+///                        certain.
+/// @throws IOError        the bytes can't be read.
+CORVID_EDITING_EXPORT ContentHash essenceHash(DataIO::RandomAccessSource& clip,
+                                              const HashProgress& progress = {});
+
+/// Finds what essenceHash() would throw without reading essence.
+/// @throws InvalidFormat, IOError  likewise.
+CORVID_EDITING_EXPORT void requireCertainEssence(DataIO::RandomAccessSource& clip);
+
+} // namespace Corvid::Editing
