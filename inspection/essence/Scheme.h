@@ -1,0 +1,40 @@
+#pragma once
+
+#include "inspection/essence/Stream.h"
+
+namespace Corvid::Inspection {
+
+/// A set of descriptive metadata: what people, not machines, say of a clip.
+struct SchemeSet {
+    struct Field {
+        Types::UniversalLabel property;
+        std::string name;  ///< of the property, in the dictionary
+        std::string value; ///< in words; of an enumeration the name in the registers
+    };
+    std::string scheme; ///< "AS-11"; empty for one without a short name
+    std::string className;
+    std::vector<Field> fields; ///< in the order of documents
+};
+
+/// The values of a scheme that editors want to know first: a line of the report.
+struct SchemeLine {
+    std::string scheme;
+    std::vector<std::string> phrases;
+};
+
+/// What descriptive metadata says, and what it encrypts.
+struct Schemes {
+    std::vector<SchemeSet> sets; ///< frameworks, each followed by what it owns
+    Encryptions encryptions;
+};
+
+Schemes describeSchemes(Walk& walk, const Packages& packages);
+
+/// A line for each scheme, in the order of the sets. Of several values of a property the first one
+/// counts.
+CORVID_INSPECTION_EXPORT std::vector<SchemeLine> schemeLines(const std::vector<SchemeSet>& sets);
+
+/// The value of the first property with a label that ends in these eight bytes; or empty.
+std::string fieldOf(const std::vector<SchemeSet>& sets, Types::u64 item);
+
+} // namespace Corvid::Inspection
