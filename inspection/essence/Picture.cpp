@@ -19,6 +19,12 @@ bool countsHalf(const std::optional<Layout>& layout) {
     return layout == Layout::separateFields || layout == Layout::segmentedFrame;
 }
 
+bool isInterlaced(const std::optional<Layout>& layout) {
+    constexpr Layout interlaced[] = {Layout::separateFields, Layout::mixedFields};
+    return layout &&
+           std::find(std::begin(interlaced), std::end(interlaced), *layout) != std::end(interlaced);
+}
+
 std::optional<Layout> layoutOf(const MetadataSet& set) {
     const auto value = number(set, Structural::frameLayout);
     return value && *value <= static_cast<Types::u8>(Layout::segmentedFrame)
@@ -187,8 +193,7 @@ void compareScanning(const MetadataSet& set, const Picture& picture,
         contradictions.push_back({className(set), "CodedContentScanning",
                                   "FrameLayout says progressive, CodedContentScanning says "
                                   "interlaced"});
-    } else if (scanning == progressive && (picture.layout == Layout::separateFields ||
-                                           picture.layout == Layout::mixedFields)) {
+    } else if (scanning == progressive && isInterlaced(picture.layout)) {
         contradictions.push_back({className(set), "CodedContentScanning",
                                   "FrameLayout says interlaced, CodedContentScanning says "
                                   "progressive"});

@@ -81,6 +81,7 @@ std::vector<SchemeSet::Field> fieldsOf(const MetadataSet& set) {
     std::stable_sort(places.begin(), places.end(),
                      [](const Place& a, const Place& b) { return a.first < b.first; });
     std::vector<SchemeSet::Field> fields;
+    fields.reserve(places.size());
     for (Place& place : places) {
         fields.push_back(std::move(place.second));
     }

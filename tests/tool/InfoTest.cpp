@@ -1,5 +1,6 @@
 #include "tests/tool/RunCommand.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <regex>
 
@@ -286,6 +287,54 @@ TEST(Info, jsonOfEverySampleIsJson) {
         EXPECT_THAT(text.out, HasSubstr("Material package")) << clip;
     }
     EXPECT_GT(count, 0U);
+}
+
+TEST(Info, showsSeveralFilesAndGoesOnAfterABadOne) {
+    const Workshop shop;
+    shop.write("a.mxf", smallClip());
+    shop.write("b.mxf", smallClip());
+    shop.write("bad.mxf", std::string("no MXF file"));
+    const Outcome good = shop.run("corvid info a.mxf b.mxf");
+    EXPECT_EQ(good.status, 0);
+    EXPECT_EQ(good.out, "a.mxf  MXF OP1a\n\nb.mxf  MXF OP1a\n");
+    const Outcome bad = shop.run("corvid info bad.mxf a.mxf gone.mxf b.mxf");
+    EXPECT_EQ(bad.status, 3) << "the worst";
+    EXPECT_EQ(bad.out, good.out);
+    EXPECT_THAT(bad.err, HasSubstr("corvid: bad.mxf: "));
+    EXPECT_THAT(bad.err, HasSubstr("corvid: gone.mxf: "));
+    EXPECT_EQ(shop.run("corvid info bad.mxf a.mxf").status, 1);
+}
+
+TEST(Info, printsJsonOfSeveralFilesOnALineEach) {
+    const Workshop shop;
+    shop.write("a.mxf", smallClip());
+    const std::string text = shop.run("corvid info --json a.mxf gone.mxf a.mxf").out;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
+    EXPECT_EQ(text.find("{\"file\":\"a.mxf\""), 0U);
+    EXPECT_THAT(text, HasSubstr("\n{\"file\":\"gone.mxf\""));
+}
+
+TEST(Info, stopsWhereItsOutputIsLost) {
+    const Workshop shop;
+    shop.write("a.mxf", smallClip());
+    const Outcome outcome = shop.run("corvid info a.mxf a.mxf a.mxf >/dev/full");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+}
+
+TEST(Info, countsWarningsAndListsThemWhereThatIsWanted) {
+    const Workshop shop;
+    PartitionSpec spec = headerPartition();
+    spec.headerByteCount = 0;
+    shop.write("count.mxf", MxfBuilder().add(spec).build());
+    const Outcome counted = shop.run("corvid info count.mxf");
+    EXPECT_EQ(counted.err, "");
+    EXPECT_THAT(counted.out, HasSubstr("\n  ! 1 warning: "));
+    EXPECT_THAT(counted.out, HasSubstr(" [header-byte-count]\n"));
+    const Outcome listed = shop.run("corvid info --warnings count.mxf");
+    EXPECT_EQ(listed.err, "");
+    EXPECT_THAT(listed.out, HasSubstr("\n  ! 1 warning\n    "));
+    EXPECT_THAT(listed.out, HasSubstr(" [header-byte-count]\n"));
 }
 
 } // namespace
