@@ -3,6 +3,7 @@
 #include "host/base/Shortened.h"
 #include "host/metadata/Names.h"
 #include "inspection/Walk.h"
+#include "inspection/essence/Describe.h"
 
 #include <algorithm>
 #include <unordered_map>

@@ -1,5 +1,6 @@
 #include "inspection/essence/Essence.h"
 
+#include "inspection/essence/Describe.h"
 #include "inspection/essence/Packages.h"
 #include "inspection/essence/ShownText.h"
 #include "inspection/essence/Urn.h"

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "host/metadata/PartitionMetadata.h"
+#include "inspection/essence/Contradiction.h"
 #include "inspection/essence/Scheme.h"
+#include "inspection/essence/Stream.h"
 #include "inspection/essence/Timing.h"
 
 namespace Corvid::Inspection {
@@ -24,9 +25,5 @@ struct Essence {
     Material material;
     Contradictions contradictions;
 };
-
-/// @param preface  of the metadata.
-Essence describeEssence(const Metadata::PartitionMetadata& metadata,
-                        const Metadata::MetadataSet& preface);
 
 } // namespace Corvid::Inspection

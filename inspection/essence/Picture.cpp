@@ -2,6 +2,7 @@
 
 #include "host/metadata/Names.h"
 #include "inspection/SetValues.h"
+#include "inspection/essence/Describe.h"
 #include "inspection/essence/EssenceProperties.h"
 #include "inspection/essence/LabelName.h"
 

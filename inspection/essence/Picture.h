@@ -1,8 +1,7 @@
 #pragma once
 
-#include "host/metadata/MetadataSet.h"
+#include "Corvid_Inspection/Export.h"
 #include "host/types/Rational.h"
-#include "inspection/essence/Contradiction.h"
 
 #include <optional>
 #include <string>
@@ -70,13 +69,7 @@ struct Picture {
     std::optional<Types::u16> maxFALL;
 
     /// The area that is to be seen: display, else sampled, else stored, each number by itself.
-    Area size() const;
+    CORVID_INSPECTION_EXPORT Area size() const;
 };
-
-/// @param subDescriptors  of the descriptor.
-/// @param contradictions  gets what contradicts itself.
-Picture describePicture(const Metadata::MetadataSet& descriptor,
-                        const std::vector<const Metadata::MetadataSet*>& subDescriptors,
-                        Contradictions& contradictions);
 
 } // namespace Corvid::Inspection

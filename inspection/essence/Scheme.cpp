@@ -3,6 +3,7 @@
 #include "host/dictionary/DefinitionNames.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/metadata/Names.h"
+#include "inspection/essence/Describe.h"
 #include "inspection/essence/FieldText.h"
 #include "inspection/essence/Packages.h"
 #include "inspection/essence/Urn.h"

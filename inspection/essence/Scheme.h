@@ -1,6 +1,10 @@
 #pragma once
 
-#include "inspection/essence/Stream.h"
+#include "Corvid_Inspection/Export.h"
+#include "host/types/IdentifierTypes.h"
+
+#include <string>
+#include <vector>
 
 namespace Corvid::Inspection {
 
@@ -22,19 +26,8 @@ struct SchemeLine {
     std::vector<std::string> phrases;
 };
 
-/// What descriptive metadata says, and what it encrypts.
-struct Schemes {
-    std::vector<SchemeSet> sets; ///< frameworks, each followed by what it owns
-    Encryptions encryptions;
-};
-
-Schemes describeSchemes(Walk& walk, const Packages& packages);
-
 /// A line for each scheme, in the order of the sets. Of several values of a property the first one
 /// counts.
 CORVID_INSPECTION_EXPORT std::vector<SchemeLine> schemeLines(const std::vector<SchemeSet>& sets);
-
-/// The value of the first property with a label that ends in these eight bytes; or empty.
-std::string fieldOf(const std::vector<SchemeSet>& sets, Types::u64 item);
 
 } // namespace Corvid::Inspection

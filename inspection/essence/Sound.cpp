@@ -1,6 +1,7 @@
 #include "inspection/essence/Sound.h"
 
 #include "host/metadata/Names.h"
+#include "inspection/essence/Describe.h"
 #include "inspection/essence/EssenceProperties.h"
 #include "inspection/essence/ShownText.h"
 

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "host/metadata/MetadataSet.h"
 #include "host/types/Rational.h"
-#include "inspection/essence/Contradiction.h"
 
 #include <optional>
 #include <string>
@@ -36,15 +34,5 @@ struct Sound {
     std::optional<bool> locked; ///< to the picture
     std::vector<Group> groups;
 };
-
-/// @param subDescriptors  of the descriptor.
-/// @param contradictions  gets what contradicts itself.
-Sound describeSound(const Metadata::MetadataSet& descriptor,
-                    const std::vector<const Metadata::MetadataSet*>& subDescriptors,
-                    Contradictions& contradictions);
-
-/// The groups that the sub-descriptors of any descriptor label.
-std::vector<Sound::Group> soundGroups(
-    const std::vector<const Metadata::MetadataSet*>& subDescriptors);
 
 } // namespace Corvid::Inspection

@@ -2,6 +2,7 @@
 
 #include "host/metadata/Names.h"
 #include "inspection/RegisteredName.h"
+#include "inspection/essence/Describe.h"
 #include "inspection/essence/LabelName.h"
 #include "inspection/essence/Packages.h"
 #include "inspection/essence/ShownText.h"

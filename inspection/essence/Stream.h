@@ -5,12 +5,7 @@
 #include "inspection/essence/Picture.h"
 #include "inspection/essence/Sound.h"
 
-#include <map>
-
 namespace Corvid::Inspection {
-
-class Packages;
-class Walk;
 
 /// The essence of one track: what a descriptor of a file's package says of it.
 struct Stream {
@@ -44,18 +39,6 @@ struct Stream {
 
 /// The locators that are listed: the parts of a descriptor of several essences share its own.
 constexpr std::size_t mostLocators = 2;
-
-/// What encrypts the essence of a package, by the package's set.
-struct Encryption {
-    std::string key;                                ///< "urn:uuid:..."
-    std::optional<Types::UniversalLabel> container; ///< of the essence before it was encrypted
-};
-using Encryptions = std::map<const Metadata::MetadataSet*, Encryption>;
-
-/// The streams of all packages of files, in the order of the file.
-std::vector<Stream> describeStreams(Walk& walk, const Packages& packages,
-                                    const Metadata::MetadataSet& preface,
-                                    const Encryptions& encryptions, Contradictions& contradictions);
 
 /// "picture", "sound", "data" or "other".
 CORVID_INSPECTION_EXPORT const char* nameOf(Stream::Kind kind);

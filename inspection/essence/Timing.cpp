@@ -1,5 +1,6 @@
 #include "inspection/essence/Timing.h"
 
+#include "inspection/essence/Describe.h"
 #include "inspection/essence/Packages.h"
 
 namespace Corvid::Inspection {

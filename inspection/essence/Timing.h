@@ -4,8 +4,6 @@
 
 namespace Corvid::Inspection {
 
-class Packages;
-
 /// When a clip begins and how long it is.
 struct Timing {
     struct Start {
@@ -30,7 +28,5 @@ struct Timing {
 constexpr int longestChain = 16;
 /// The tracks of a clip whose source clips are followed.
 constexpr std::size_t mostTracks = 32;
-
-Timing describeTiming(const Packages& packages);
 
 } // namespace Corvid::Inspection
