@@ -26,6 +26,8 @@ corvid_public_headers(editing/supplement
   SupplementOutcome.h)
 corvid_public_headers(inspection
   Glossary.h RegisteredName.h StructuralLabels.h Summary.h)
+corvid_public_headers(inspection/essence
+  Contradiction.h Essence.h LabelName.h Picture.h Scheme.h Sound.h Stream.h Timecode.h Timing.h)
 corvid_public_headers(host/base
   Attached.h Exceptions.h IdentifierText.h Platform.h Templates.h Text.h)
 corvid_public_headers(host/dataio

@@ -9,6 +9,8 @@
 #include "tools/corvid/reports/SummaryReport.h"
 #include "tools/corvid/terminal/Messages.h"
 
+#include <algorithm>
+
 using namespace Corvid;
 
 namespace {
@@ -26,10 +28,19 @@ constexpr std::size_t mostWarnings = 512 * 1024;
 
 void expectSummary(const Inspection::Summary& summary, const Tool::WarningLog& warnings,
                    std::size_t size) {
-    const std::string text = Tool::toText(summary, false);
+    Tool::SummaryText what;
+    const std::string brief = Tool::toText(summary, warnings, what);
+    Fuzzing::expectReadable(brief, "the short text");
+    const auto lines = std::count(brief.begin(), brief.end(), '\n');
+    if (static_cast<std::size_t>(lines) > Tool::mostLines) {
+        Fuzzing::fail("the short text is long");
+    }
+    what.all = what.labels = true;
+    const std::string text = Tool::toText(summary, {}, what);
     Fuzzing::expectReadable(text, "the text");
     Fuzzing::expectBounded(text, size, times, constant, "the text");
-    if (Fuzzing::withoutColours(Tool::toText(summary, true)) != text) {
+    what.colours = true;
+    if (Fuzzing::withoutColours(Tool::toText(summary, {}, what)) != text) {
         Fuzzing::fail("colours change the text");
     }
     Fuzzing::expectBounded(Tool::toJson(summary, {}), size, times, constant, "JSON");

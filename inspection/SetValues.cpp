@@ -90,9 +90,18 @@ const char* releaseName(Types::ProductVersion::ReleaseVersion release) {
 
 } // namespace
 
+const Types::Collection* collection(const MetadataSet& set, const Types::UniversalLabel& property) {
+    return contentsOf(set.find(property)).collection;
+}
+
 std::string text(const MetadataSet& set, const Structural::Property<Types::UTF16String>& property) {
     const auto* const value = find(set, property);
     return value == nullptr ? "" : Platform::toUtf8(value->value());
+}
+
+std::string text(const MetadataSet& set, const Structural::Property<Types::ISO7String>& property) {
+    const auto* const value = find(set, property);
+    return value == nullptr ? "" : Platform::toUtf8(Platform::widen(value->value()));
 }
 
 std::string text(const MetadataSet& set, const Structural::Property<Types::Timestamp>& property) {
@@ -158,6 +167,37 @@ std::vector<const MetadataSet*> targets(
     for (const auto* reference : contentsOf(set.find(property.label())).references) {
         if (const auto target = metadata.resolve(*reference); !target.empty()) {
             found.push_back(&target.front());
+        }
+    }
+    return found;
+}
+
+const MetadataSet* firstTarget(const Metadata::PartitionMetadata& metadata, const MetadataSet& set,
+                               const Structural::Property<Types::StrongReference>& property) {
+    for (const auto* reference : contentsOf(set.find(property.label())).references) {
+        if (const auto target = metadata.resolve(*reference); !target.empty()) {
+            return &target.front();
+        }
+    }
+    return nullptr;
+}
+
+std::vector<const MetadataSet*> allTargets(const Metadata::PartitionMetadata& metadata,
+                                           const MetadataSet& set) {
+    struct IsStrong : Types::Visitors::NullVisitor {
+        using NullVisitor::visit;
+        void visit(const Types::StrongReference& /*reference*/) override { is = true; }
+        bool is = false;
+    };
+    std::vector<const MetadataSet*> found;
+    for (const auto& [label, element] : set.made()) {
+        for (const auto* reference : contentsOf(element).references) {
+            IsStrong strong;
+            reference->accept(strong);
+            const auto target = strong.is ? metadata.resolve(*reference) : Metadata::Targets();
+            if (!target.empty()) {
+                found.push_back(&target.front());
+            }
         }
     }
     return found;

@@ -2,6 +2,7 @@
 
 #include "host/metadata/PartitionMetadata.h"
 #include "host/metadata/SimpleValue.h"
+#include "host/types/Collections.h"
 #include "inspection/StructuralLabels.h"
 
 #include <optional>
@@ -32,9 +33,16 @@ auto number(const Metadata::MetadataSet& set, const Structural::Property<Value>&
     return value == nullptr ? std::nullopt : std::make_optional(value->value());
 }
 
+/// The values of a property that is a collection; null where the set has none.
+const Types::Collection* collection(const Metadata::MetadataSet& set,
+                                    const Types::UniversalLabel& property);
+
 /// Text as UTF-8; empty where there is none.
 std::string text(const Metadata::MetadataSet& set,
                  const Structural::Property<Types::UTF16String>& property);
+
+std::string text(const Metadata::MetadataSet& set,
+                 const Structural::Property<Types::ISO7String>& property);
 
 /// "2024-02-29 12:00:00"; empty where there is none, or an unknown time.
 std::string text(const Metadata::MetadataSet& set,
@@ -57,6 +65,32 @@ std::vector<std::pair<std::string, Types::UniversalLabel>> labelValues(
 std::vector<const Metadata::MetadataSet*> targets(
     const Metadata::PartitionMetadata& metadata, const Metadata::MetadataSet& set,
     const Structural::Property<Types::StrongReference>& property);
+
+/// The first of them, or null.
+const Metadata::MetadataSet* firstTarget(
+    const Metadata::PartitionMetadata& metadata, const Metadata::MetadataSet& set,
+    const Structural::Property<Types::StrongReference>& property);
+
+/// The sets that the properties of a set refer to strongly, those of its class only.
+std::vector<const Metadata::MetadataSet*> allTargets(const Metadata::PartitionMetadata& metadata,
+                                                     const Metadata::MetadataSet& set);
+
+/// The values of a collection that are of the class Value; empty where there is none.
+template <class Value>
+std::vector<Value> items(const Metadata::MetadataSet& set,
+                         const Structural::Property<Value>& property) {
+    struct Typed : Types::Visitors::NullVisitor {
+        using NullVisitor::visit;
+        void visit(const Value& value) override { found.push_back(value); }
+        std::vector<Value> found;
+    } typed;
+    if (const auto* values = collection(set, property.label())) {
+        for (Types::u32 i = 0; i != values->size(); ++i) {
+            values->at(i).accept(typed);
+        }
+    }
+    return typed.found;
+}
 
 /// True for a set of that class, or of one that inherits from it.
 bool isA(const Metadata::MetadataSet& set, Structural::SetClass ancestor);

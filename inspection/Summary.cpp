@@ -2,13 +2,11 @@
 
 #include "host/base/Shortened.h"
 #include "host/metadata/Names.h"
-#include "inspection/SetValues.h"
+#include "inspection/Walk.h"
+#include "inspection/essence/Describe.h"
 
 #include <algorithm>
-#include <cmath>
-#include <cstdio>
 #include <unordered_map>
-#include <unordered_set>
 
 namespace Corvid::Inspection {
 
@@ -17,51 +15,31 @@ namespace {
 using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
 using Structural::SetClass;
-using Sets = std::vector<const MetadataSet*>;
 
 /// Descriptors that nest out of all proportion end here.
 constexpr int deepestDescriptor = 8;
 
-std::optional<Summary::Timecode> timecodeOf(const MetadataSet& component) {
+std::optional<Timecode> timecodeOf(const MetadataSet& component) {
     if (!isA(component, SetClass::timecode)) {
         return std::nullopt;
     }
-    return Summary::Timecode{number(component, Structural::startTimecode).value_or(0),
-                             number(component, Structural::framesPerSecond).value_or(0),
-                             number(component, Structural::dropFrame).value_or(false)};
+    return Timecode{number(component, Structural::startTimecode).value_or(0),
+                    number(component, Structural::framesPerSecond).value_or(0),
+                    number(component, Structural::dropFrame).value_or(false)};
 }
 
-/// Goes from set to set, to each once: sets may share others, also in circles, and a summary that
-/// repeated them could be far longer than the file.
-class Walk {
+/// The timecodes of segments, each looked up once: tracks may share a segment.
+class Timecodes {
 public:
-    using Property = Structural::Property<Types::StrongReference>;
+    explicit Timecodes(Walk& walk) : walk_(walk) {}
 
-    explicit Walk(const PartitionMetadata& metadata) : metadata_(metadata) {}
-
-    /// The sets that a property refers to and that have not been met before.
-    Sets next(const MetadataSet& set, const Property& property) {
-        Sets sets = targets(metadata_, set, property);
-        sets.erase(
-            std::remove_if(sets.begin(), sets.end(),
-                           [this](const MetadataSet* each) { return !met_.insert(each).second; }),
-            sets.end());
-        return sets;
-    }
-
-    /// The first set that a property refers to, or null.
-    const MetadataSet* first(const MetadataSet& set, const Property& property) const {
-        const Sets sets = targets(metadata_, set, property);
-        return sets.empty() ? nullptr : sets.front();
-    }
-
-    /// The timecode of a track's segment, or of its first component.
-    const std::optional<Summary::Timecode>& timecodeIn(const MetadataSet& segment) {
+    /// That of a segment, or of its first component.
+    const std::optional<Timecode>& in(const MetadataSet& segment) {
         const auto [entry, isNew] = timecodes_.try_emplace(&segment);
         if (isNew) {
             entry->second = timecodeOf(segment);
             const auto* const component =
-                entry->second ? nullptr : first(segment, Structural::components);
+                entry->second ? nullptr : walk_.first(segment, Structural::components);
             if (component != nullptr) {
                 entry->second = timecodeOf(*component);
             }
@@ -70,9 +48,8 @@ public:
     }
 
 private:
-    const PartitionMetadata& metadata_;
-    std::unordered_set<const MetadataSet*> met_;
-    std::unordered_map<const MetadataSet*, std::optional<Summary::Timecode>> timecodes_;
+    Walk& walk_;
+    std::unordered_map<const MetadataSet*, std::optional<Timecode>> timecodes_;
 };
 
 void addLabels(const MetadataSet& set, Summary::Descriptor& descriptor) {
@@ -121,7 +98,8 @@ std::string trackKind(const Types::UniversalLabel& label, const DefinitionNames&
                                                       : Platform::toUtf8(label.toString());
 }
 
-Summary::Track describeTrack(Walk& walk, const DefinitionNames& names, const MetadataSet& set) {
+Summary::Track describeTrack(Walk& walk, Timecodes& timecodes, const DefinitionNames& names,
+                             const MetadataSet& set) {
     Summary::Track track;
     track.className = className(set);
     track.id = number(set, Structural::trackId);
@@ -143,7 +121,7 @@ Summary::Track describeTrack(Walk& walk, const DefinitionNames& names, const Met
     if (const auto length = number(*segment, Structural::duration); length && *length >= 0) {
         track.duration = length;
     }
-    track.timecode = walk.timecodeIn(*segment);
+    track.timecode = timecodes.in(*segment);
     return track;
 }
 
@@ -161,7 +139,8 @@ std::string kindOf(const MetadataSet& package, const MetadataSet* descriptor) {
     return isA(*descriptor, SetClass::fileDescriptor) ? "file source" : "physical source";
 }
 
-Summary::Package describePackage(Walk& walk, const DefinitionNames& names, const MetadataSet& set) {
+Summary::Package describePackage(Walk& walk, Timecodes& timecodes, const DefinitionNames& names,
+                                 const MetadataSet& set) {
     Summary::Package package;
     const auto* const descriptor = walk.first(set, Structural::descriptor);
     package.kind = kindOf(set, descriptor);
@@ -171,7 +150,7 @@ Summary::Package describePackage(Walk& walk, const DefinitionNames& names, const
     package.name = text(set, Structural::packageName);
     package.created = text(set, Structural::packageCreated);
     for (const MetadataSet* track : walk.next(set, Structural::tracks)) {
-        package.tracks.push_back(describeTrack(walk, names, *track));
+        package.tracks.push_back(describeTrack(walk, timecodes, names, *track));
     }
     for (const MetadataSet* each : walk.next(set, Structural::descriptor)) {
         package.descriptor = describe(walk, *each);
@@ -189,6 +168,7 @@ void describePreface(const PartitionMetadata& metadata, const MetadataSet& prefa
     summary.descriptiveSchemes = labels(preface, Structural::descriptiveSchemes);
     summary.conformsTo = labels(preface, Structural::conformsTo);
     Walk walk(metadata);
+    Timecodes timecodes(walk);
     for (const MetadataSet* set : walk.next(preface, Structural::identifications)) {
         summary.writers.push_back(
             {text(*set, Structural::companyName), text(*set, Structural::productName),
@@ -199,7 +179,7 @@ void describePreface(const PartitionMetadata& metadata, const MetadataSet& prefa
     const DefinitionNames names = definitionNames(metadata);
     for (const MetadataSet* storage : walk.next(preface, Structural::contentStorage)) {
         for (const MetadataSet* package : walk.next(*storage, Structural::packages)) {
-            summary.packages.push_back(describePackage(walk, names, *package));
+            summary.packages.push_back(describePackage(walk, timecodes, names, *package));
         }
     }
 }
@@ -267,40 +247,10 @@ Summary summarise(mxf::File& file, const mxf::HeaderMetadata& header) {
         header.metadata->find(Metadata::Structural::StructuralMetadataKeys::preface());
     if (!prefaces.empty()) {
         describePreface(*header.metadata, *prefaces.front(), summary);
+        summary.essence = describeEssence(*header.metadata, *prefaces.front());
     }
     countSets(*header.metadata, summary);
     return summary;
-}
-
-std::optional<double> seconds(Types::int64 editUnits, const std::optional<Types::Rational>& rate) {
-    if (!rate || rate->numerator() <= 0 || rate->denominator() <= 0) {
-        return std::nullopt;
-    }
-    return static_cast<double>(editUnits) * rate->denominator() / rate->numerator();
-}
-
-std::string timecodeText(const Summary::Timecode& timecode) {
-    const int rate = timecode.framesPerSecond;
-    if (rate <= 0 || timecode.start < 0) {
-        return std::to_string(timecode.start) + " frames";
-    }
-    Types::int64 frame = timecode.start;
-    if (timecode.dropFrame) {
-        // Every minute but each tenth skips the first numbers: 2 of 30, 4 of 60 (SMPTE ST 12-1).
-        const Types::int64 skipped = (rate + 14) / 15;
-        const Types::int64 minute = rate * 60 - skipped;
-        const Types::int64 tenMinutes = rate * 600 - skipped * 9;
-        const Types::int64 rest = frame % tenMinutes;
-        frame += frame / tenMinutes * 9 * skipped;
-        frame += rest < rate * 60 ? 0 : ((rest - rate * 60) / minute + 1) * skipped;
-    }
-    const Types::int64 second = frame / rate;
-    char line[64];
-    std::snprintf(line, sizeof line, "%02lld:%02lld:%02lld%c%02lld",
-                  static_cast<long long>(second / 3600), static_cast<long long>(second / 60 % 60),
-                  static_cast<long long>(second % 60), timecode.dropFrame ? ';' : ':',
-                  static_cast<long long>(frame % rate));
-    return line;
 }
 
 } // namespace Corvid::Inspection

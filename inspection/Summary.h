@@ -3,6 +3,7 @@
 #include "Corvid_Inspection/Export.h"
 #include "host/mxf/File.h"
 #include "host/types/Rational.h"
+#include "inspection/essence/Essence.h"
 
 #include <map>
 #include <optional>
@@ -15,11 +16,7 @@ namespace Corvid::Inspection {
 /// What people want to know of a file first. Texts are UTF-8 as in the file; empty means that it
 /// says nothing.
 struct Summary {
-    struct Timecode {
-        Types::int64 start = 0; ///< in frames
-        int framesPerSecond = 0;
-        bool dropFrame = false;
-    };
+    using Timecode = Inspection::Timecode;
     struct Track {
         std::optional<Types::u32> id;
         std::optional<Types::u32> number;
@@ -76,6 +73,7 @@ struct Summary {
     std::vector<Types::UniversalLabel> conformsTo;
     std::vector<Writer> writers; ///< in the order of the file, the last one wrote last
     std::vector<Package> packages;
+    Essence essence;
     std::size_t sets = 0;                          ///< dark ones included
     std::map<std::string, std::size_t> setsByKind; ///< those of known classes
     std::set<std::string> definitionKinds;         ///< those of setsByKind that define others
@@ -95,12 +93,5 @@ constexpr std::size_t longestKind = 100;
 /// @param metadata  of a partition of the file. Borrowed.
 /// @throws IOError, InvalidFormat  the partitions can't be read.
 CORVID_INSPECTION_EXPORT Summary summarise(mxf::File& file, const mxf::HeaderMetadata& metadata);
-
-/// "01:00:00:00", with ";" before the frames of drop-frame timecode (SMPTE ST 12-1).
-CORVID_INSPECTION_EXPORT std::string timecodeText(const Summary::Timecode& timecode);
-
-/// Seconds of so many edit units; nothing where the rate is none.
-CORVID_INSPECTION_EXPORT std::optional<double> seconds(Types::int64 editUnits,
-                                                       const std::optional<Types::Rational>& rate);
 
 } // namespace Corvid::Inspection

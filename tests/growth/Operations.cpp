@@ -114,7 +114,9 @@ template <bool json> Work info(const Subject& subject) {
     return [subject] {
         Tool::InfoOptions options;
         options.clip = clipOf(subject);
+        options.files = {options.clip.path};
         options.json = json;
+        options.text.all = true;
         return runVerb(subject, [&](Tool::Messages& messages) { Tool::info(options, messages); });
     };
 }

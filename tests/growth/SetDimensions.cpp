@@ -205,6 +205,43 @@ std::string labelsOfADescriptor(std::size_t n) {
         .file();
 }
 
+/// Descriptors of sound that share a track, whose name each stream shows.
+std::string streamsOfAPackage(std::size_t n) {
+    constexpr unsigned char multipleSet = 0x44, wavePcmSet = 0x48;
+    constexpr unsigned fileDescriptors = 0x3F01, trackId = 0x4801;
+    const unsigned multiple = first + 1, track = first + 2;
+    MetadataText text =
+        owning(1)
+            .add(sourcePackageSet, first,
+                 {{descriptor, uuid(multiple)}, {tracks, references({track})}})
+            .add(multipleSet, multiple, {{fileDescriptors, references(numbers(first + 3, n))}})
+            .add(timelineTrackSet, track,
+                 {{trackId, number(1, 4)}, {trackName, utf16(std::u16string(300, u'a'))}});
+    return eachSet(text, n, [](MetadataText& made, std::size_t i) {
+        made.add(wavePcmSet, at(i + 3), {{0x3006, number(1, 4)}, {0x3D07, number(i, 4)}});
+    });
+}
+
+/// Markers with frameworks, which a line of `info` and an object of its JSON show.
+std::string descriptiveFrameworks(std::size_t n) {
+    constexpr unsigned char markerSet = 0x41;
+    constexpr unsigned framework = 0x6101;
+    const Bytes key = hex("06.0e.2b.34.02.53.01.01.0d.01.07.01.0b.02.01.00");
+    const unsigned track = first + 1, sequence = first + 2;
+    MetadataText text =
+        owning(1)
+            .primerEntry(0x8001, hex("06.0e.2b.34.01.01.01.01.0d.01.07.01.0b.02.01.01"))
+            .add(sourcePackageSet, first, {{tracks, references({track})}})
+            .add(timelineTrackSet, track, {{segment, uuid(sequence)}})
+            .add(sequenceSet, sequence, {{components, references(numbers(first + 3, n))}});
+    for (std::size_t i = 0; i != n; ++i) {
+        const unsigned described = at(3 + n + i);
+        text.add(markerSet, at(3 + i), {{framework, uuid(described)}});
+        text.add(set(key, described, {property(0x8001, number(i, 2))}));
+    }
+    return text.file();
+}
+
 std::string packagesWithTrack(std::size_t n) {
     MetadataText text = owning(n);
     for (std::size_t i = 0; i != n; ++i) {
@@ -270,6 +307,8 @@ std::vector<Dimension> setDimensions() {
         {"tracks of a package", mxf, 32, tracksOfOnePackage},
         {"labels of a descriptor", mxf, 128, labelsOfADescriptor},
         {"packages with a track", mxf, 16, packagesWithTrack},
+        {"streams of a package", mxf, 32, streamsOfAPackage},
+        {"descriptive frameworks", mxf, 16, descriptiveFrameworks},
         {"sets with BER lengths", mxf, 32, setsWithBerLengths},
         {"sets with versions of their own", mxf, 32, setsWithKeyVersions},
     };

@@ -74,7 +74,7 @@ TEST_F(Apply, changesAClipInPlace) {
     EXPECT_THAT(outcome.out, AllOf(HasSubstr("in place: "), HasSubstr("partition 0 (header")));
     EXPECT_EQ(shop.read("clip.mxf").size(), before.size());
     EXPECT_EQ(shop.count(), files) << "nothing is left beside the clip";
-    EXPECT_THAT(run("corvid info clip.mxf").out,
+    EXPECT_THAT(run("corvid info --all clip.mxf").out,
                 AllOf(HasSubstr("\"Camera 1\""), HasSubstr("Corvid / corvid / ")));
     EXPECT_EQ(run("corvid check clip.mxf").status, 0);
 }
@@ -83,7 +83,7 @@ TEST_F(Apply, writesAnEditedCopyAndLeavesTheClipAlone) {
     shop.write("new.mxf", std::string("what was there"));
     EXPECT_EQ(run("corvid apply edited.xml clip.mxf -o new.mxf").status, 0);
     EXPECT_TRUE(shop.read("clip.mxf") == before);
-    EXPECT_THAT(run("corvid info new.mxf").out, HasSubstr("\"Camera 1\""));
+    EXPECT_THAT(run("corvid info --all new.mxf").out, HasSubstr("\"Camera 1\""));
 }
 
 TEST_F(Apply, leavesTheHistoryAloneWhereAsked) {
@@ -277,7 +277,7 @@ TEST_F(Apply, saysSoWhereAnEarlierEditWasNotFinished) {
     const std::string after = shop.read("clip.mxf");
     run("mv undo .clip.mxf.corvid-recovery");
     for (const char* line :
-         {"corvid info clip.mxf", "corvid check clip.mxf", "corvid to-xml clip.mxf"}) {
+         {"corvid info --json clip.mxf", "corvid check clip.mxf", "corvid to-xml clip.mxf"}) {
         EXPECT_THAT(run(line).err, HasSubstr("[unfinished-edit]")) << line;
     }
     const Outcome refused = run("corvid apply doc.xml clip.mxf --in-place");
@@ -286,7 +286,7 @@ TEST_F(Apply, saysSoWhereAnEarlierEditWasNotFinished) {
     EXPECT_TRUE(shop.read("clip.mxf") == after);
     EXPECT_EQ(run("corvid recover clip.mxf").status, 0);
     EXPECT_TRUE(shop.read("clip.mxf") == before);
-    EXPECT_THAT(run("corvid info clip.mxf").err, Not(HasSubstr("unfinished")));
+    EXPECT_THAT(run("corvid info --json clip.mxf").err, Not(HasSubstr("unfinished")));
 }
 
 TEST_F(Apply, leavesAClipAloneThatAnotherProgramHasLocked) {

@@ -51,8 +51,8 @@ INSTANTIATE_TEST_SUITE_P(
               "to-xml: --output is there more than once; see corvid help to-xml"},
         Wrong{"KagThatIsNoNumber", "corvid from-xml a.xml -o b.mxf --kag x",
               "from-xml: --kag: expected a number from 1 to 1048576, not 'x'"},
-        Wrong{"TwoClips", "corvid info clip.mxf other.mxf",
-              "info: unexpected argument 'other.mxf'; see corvid help info"},
+        Wrong{"TwoClips", "corvid to-xml clip.mxf other.mxf",
+              "to-xml: unexpected argument 'other.mxf'; see corvid help to-xml"},
         Wrong{"Partition", "corvid to-xml clip.mxf --partition last", "--partition"},
         Wrong{"References", "corvid to-xml clip.mxf --references all", "links or values"},
         Wrong{"Encoding", "corvid to-xml clip.mxf --encoding latin-1", "utf-8 or utf-16"},
@@ -110,7 +110,8 @@ TEST(Command, helpOfToXmlNamesEveryOption) {
 TEST(Command, helpOfInfoNamesEveryOption) {
     const Outcome outcome = Workshop().run("corvid info --help");
     EXPECT_EQ(outcome.status, 0);
-    for (const char* option : {"CLIP.mxf", "--json", "--partition", "--dictionary"}) {
+    for (const char* option :
+         {"CLIP.mxf", "--json", "--partition", "--dictionary", "--warnings", "--labels", "--all"}) {
         EXPECT_THAT(outcome.out, HasSubstr(option));
     }
 }

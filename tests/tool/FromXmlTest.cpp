@@ -198,7 +198,7 @@ TEST_F(FromXml, writesAClosedAndCompletePartitionOnTheKag) {
         write("sample.xml -o header.mxf --kag " + std::to_string(kag));
         EXPECT_THAT(shop.read("header.mxf"), StartsWith(pack));
         EXPECT_EQ(shop.read("header.mxf").size() % kag, 0U);
-        const Outcome info = shop.run("corvid info header.mxf");
+        const Outcome info = shop.run("corvid info --all header.mxf");
         EXPECT_THAT(info.err, IsEmpty());
         EXPECT_THAT(info.out, HasSubstr("OP1a"));
         EXPECT_THAT(info.out, HasSubstr("closed and complete"));
@@ -221,7 +221,7 @@ TEST_F(FromXml, mergesEqualSetsAndSaysSo) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_EQ(outcome.err, "corvid: doc.xml: note: 2 sets that the document repeats without a "
                            "difference were left out\n");
-    EXPECT_THAT(shop.run("corvid info header.mxf").out, HasSubstr("2 sets"));
+    EXPECT_THAT(shop.run("corvid info --all header.mxf").out, HasSubstr("2 sets"));
 }
 
 TEST_F(FromXml, refusesUnequalSetsOrKeepsThemLeniently) {

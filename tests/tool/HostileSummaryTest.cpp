@@ -44,6 +44,13 @@ Inspection::Summary summaryOf(const Bytes& bytes) {
     return Inspection::summarise(file, file.readMetadata());
 }
 
+Tool::SummaryText everything() {
+    Tool::SummaryText all;
+    all.all = true;
+    all.labels = true;
+    return all;
+}
+
 TEST(HostileSummary, callsTracksByTheNameOfTheirDataDefinition) {
     const Inspection::Summary summary = summaryOf(fileWithTracks(2, u"Subtitles"));
     ASSERT_EQ(summary.packages.size(), 1U);
@@ -61,7 +68,8 @@ TEST(HostileSummary, doesNotRepeatALongNameForEachTrack) {
     // No comparison of texts, for its message would repeat the name.
     EXPECT_TRUE(summary.packages.front().tracks.front().kind ==
                 std::string(Inspection::longestKind, 'a') + "...");
-    EXPECT_LT(Tool::toText(summary, false).size(), 8 * bytes.size());
+    EXPECT_LT(Tool::toText(summary, {}, {}).size(), 8 * bytes.size());
+    EXPECT_LT(Tool::toText(summary, {}, everything()).size(), 8 * bytes.size());
     EXPECT_LT(Tool::toJson(summary, {}).size(), 8 * bytes.size());
 }
 

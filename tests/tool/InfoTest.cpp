@@ -1,5 +1,6 @@
 #include "tests/tool/RunCommand.h"
 
+#include <algorithm>
 #include <gmock/gmock.h>
 #include <regex>
 
@@ -13,13 +14,13 @@ namespace {
 TEST(Info, tellsOfAFileFromEverySource) {
     const Workshop shop;
     shop.write("clip.mxf", smallClip());
-    const Outcome file = shop.run("corvid info clip.mxf");
+    const Outcome file = shop.run("corvid info --all clip.mxf");
     EXPECT_EQ(file.status, 0);
     EXPECT_THAT(file.out, HasSubstr("OP1a (single item, single package"));
     EXPECT_THAT(file.out, HasSubstr("2 sets\n  1 ContentStorage, 1 Preface\n"));
     EXPECT_THAT(file.out, Not(HasSubstr("\033")));
     EXPECT_THAT(file.err, IsEmpty());
-    const Outcome pipe = shop.run("cat clip.mxf | corvid info -");
+    const Outcome pipe = shop.run("cat clip.mxf | corvid info --all -");
     EXPECT_EQ(pipe.status, 0);
     EXPECT_THAT(pipe.out, HasSubstr("2 sets"));
 }
@@ -70,7 +71,7 @@ TEST(Info, namesLabelsAsTheRegistersDo) {
     shop.write("clip.mxf", clipWithLabels());
     // The widths of columns do not matter here.
     const std::string text =
-        std::regex_replace(shop.run("corvid info clip.mxf").out, std::regex(" +"), " ");
+        std::regex_replace(shop.run("corvid info --all clip.mxf").out, std::regex(" +"), " ");
     EXPECT_THAT(text, HasSubstr("OP1a (single item, single package, one track)\n "
                                 "06.0e.2b.34.04.01.01.01.0d.01.02.01.01.01.01.00 MXF OP1a "
                                 "SingleItem SinglePackage UniTrack Stream Internal\n"));
@@ -128,7 +129,7 @@ TEST(Info, isNoLongerThanTheFileWhereManyTracksShareALongName) {
     const Workshop shop;
     const Bytes clip = clipWithALongName(200);
     shop.write("clip.mxf", clip);
-    const std::string text = shop.run("corvid info clip.mxf").out;
+    const std::string text = shop.run("corvid info --all clip.mxf").out;
     const std::string kind = std::string(100, 'A') + "...";
     EXPECT_THAT(text, HasSubstr("\n  ?      " + kind + "\n"));
     EXPECT_LT(text.size(), clip.size());
@@ -177,7 +178,7 @@ TEST(Info, setsThatDefineOthersStandApart) {
          klv(hex("060e2b34 02530101 0d010101 02020000"), Bytes()), set(structuralKey(0x1b), 7)});
     shop.write("clip.mxf",
                MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
-    EXPECT_THAT(shop.run("corvid info clip.mxf").out,
+    EXPECT_THAT(shop.run("corvid info --all clip.mxf").out,
                 HasSubstr("5 sets\n  1 ContentStorage, 1 Preface\n3 of them define others\n"
                           "  2 PropertyDefinition, 1 DataDefinition\n"));
 }
@@ -191,7 +192,7 @@ TEST(Info, namesUnknownThingsThatTheRegistersKnow) {
               klv(hex("060e2b34 02530101 05310201 00000000"), Bytes(5, 1))});
     shop.write("odd.mxf",
                MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
-    const std::string text = shop.run("corvid info odd.mxf").out;
+    const std::string text = shop.run("corvid info --all odd.mxf").out;
     EXPECT_THAT(text, HasSubstr("05.31.02.01.00.00.00.00 (DMCVT App1 Set), 25 bytes\n"));
     EXPECT_THAT(
         text,
@@ -206,7 +207,7 @@ TEST(Info, countsWhatTheDictionaryDoesNotKnow) {
               klv(hex("06.0e.2b.34.02.53.01.01.0e.7f.7f.01.01.01.01.00"), Bytes(5, 1))});
     shop.write("odd.mxf",
                MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
-    const Outcome outcome = shop.run("corvid info odd.mxf");
+    const Outcome outcome = shop.run("corvid info --all odd.mxf");
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(
         outcome.out,
@@ -236,7 +237,7 @@ TEST(Info, tellsOfASetOnceHoweverOftenItIsReferredTo) {
               set(structuralKey(multipleDescriptor), 5, {property(descriptors, times(6, 5))})});
     const Bytes file = MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build();
     shop.write("shared.mxf", file);
-    for (const char* line : {"corvid info shared.mxf", "corvid info --json shared.mxf"}) {
+    for (const char* line : {"corvid info --all shared.mxf", "corvid info --json shared.mxf"}) {
         const Outcome outcome = shop.run(line);
         EXPECT_EQ(outcome.status, 0) << outcome.err;
         EXPECT_LT(outcome.out.size(), file.size()) << line;
@@ -247,7 +248,7 @@ TEST(Info, tellsOfASetOnceHoweverOftenItIsReferredTo) {
 TEST(Info, keepsControlCharactersOfTheFileFromTheTerminal) {
     const Workshop shop;
     shop.write("clip.mxf", clipWithCompany(u"a\u001b[31mb\nc\u009bd"));
-    EXPECT_THAT(shop.run("corvid info clip.mxf").out, HasSubstr("a\\x1b[31mb\\x0ac\\x9bd"));
+    EXPECT_THAT(shop.run("corvid info --all clip.mxf").out, HasSubstr("a\\x1b[31mb\\x0ac\\x9bd"));
     EXPECT_THAT(shop.run("corvid info --json clip.mxf").out, HasSubstr("a\\u001b[31mb\\nc"));
 }
 
@@ -258,7 +259,7 @@ TEST(Info, coloursOnlyOnATerminal) {
         GTEST_SKIP() << "no script(1) to make a terminal";
     }
     const std::string onTerminal =
-        "TERM=xterm script -qec 'corvid info clip.mxf' /dev/null </dev/null";
+        "TERM=xterm script -qec 'corvid info --all clip.mxf' /dev/null </dev/null";
     EXPECT_THAT(shop.run(onTerminal).out, HasSubstr("\033[1m"));
     EXPECT_THAT(shop.run("NO_COLOR=1 " + onTerminal).out, Not(HasSubstr("\033[1m")));
 }
@@ -281,11 +282,59 @@ TEST(Info, jsonOfEverySampleIsJson) {
                                       "assert d[\"packages\"] and d[\"identifications\"] and "
                                       "d[\"operationalPattern\"][\"name\"], d'");
         EXPECT_EQ(json.status, 0) << clip << json.err;
-        const Outcome text = shop.run("corvid info " + clip);
+        const Outcome text = shop.run("corvid info --all " + clip);
         EXPECT_EQ(text.status, 0) << clip;
         EXPECT_THAT(text.out, HasSubstr("Material package")) << clip;
     }
     EXPECT_GT(count, 0U);
+}
+
+TEST(Info, showsSeveralFilesAndGoesOnAfterABadOne) {
+    const Workshop shop;
+    shop.write("a.mxf", smallClip());
+    shop.write("b.mxf", smallClip());
+    shop.write("bad.mxf", std::string("no MXF file"));
+    const Outcome good = shop.run("corvid info a.mxf b.mxf");
+    EXPECT_EQ(good.status, 0);
+    EXPECT_EQ(good.out, "a.mxf  MXF OP1a\n\nb.mxf  MXF OP1a\n");
+    const Outcome bad = shop.run("corvid info bad.mxf a.mxf gone.mxf b.mxf");
+    EXPECT_EQ(bad.status, 3) << "the worst";
+    EXPECT_EQ(bad.out, good.out);
+    EXPECT_THAT(bad.err, HasSubstr("corvid: bad.mxf: "));
+    EXPECT_THAT(bad.err, HasSubstr("corvid: gone.mxf: "));
+    EXPECT_EQ(shop.run("corvid info bad.mxf a.mxf").status, 1);
+}
+
+TEST(Info, printsJsonOfSeveralFilesOnALineEach) {
+    const Workshop shop;
+    shop.write("a.mxf", smallClip());
+    const std::string text = shop.run("corvid info --json a.mxf gone.mxf a.mxf").out;
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
+    EXPECT_EQ(text.find("{\"file\":\"a.mxf\""), 0U);
+    EXPECT_THAT(text, HasSubstr("\n{\"file\":\"gone.mxf\""));
+}
+
+TEST(Info, stopsWhereItsOutputIsLost) {
+    const Workshop shop;
+    shop.write("a.mxf", smallClip());
+    const Outcome outcome = shop.run("corvid info a.mxf a.mxf a.mxf >/dev/full");
+    EXPECT_EQ(outcome.status, 3);
+    EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+}
+
+TEST(Info, countsWarningsAndListsThemWhereThatIsWanted) {
+    const Workshop shop;
+    PartitionSpec spec = headerPartition();
+    spec.headerByteCount = 0;
+    shop.write("count.mxf", MxfBuilder().add(spec).build());
+    const Outcome counted = shop.run("corvid info count.mxf");
+    EXPECT_EQ(counted.err, "");
+    EXPECT_THAT(counted.out, HasSubstr("\n  ! 1 warning: "));
+    EXPECT_THAT(counted.out, HasSubstr(" [header-byte-count]\n"));
+    const Outcome listed = shop.run("corvid info --warnings count.mxf");
+    EXPECT_EQ(listed.err, "");
+    EXPECT_THAT(listed.out, HasSubstr("\n  ! 1 warning\n    "));
+    EXPECT_THAT(listed.out, HasSubstr(" [header-byte-count]\n"));
 }
 
 } // namespace

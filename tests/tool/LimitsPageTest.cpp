@@ -15,10 +15,12 @@
 #include "host/types/ByteRuns.h"
 #include "host/xmlutils/LoadDocument.h"
 #include "inspection/Summary.h"
+#include "inspection/essence/ShownText.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/Paths.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/input/DictionaryChoice.h"
+#include "tools/corvid/reports/SummaryReport.h"
 #include "tools/corvid/terminal/WarningLog.h"
 #include "tools/corvid/xml/LenientDocument.h"
 
@@ -85,6 +87,11 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Tool::, greatestKagSize),
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
         CORVID_LIMIT(Inspection::, longestKind),
+        CORVID_LIMIT(Inspection::, longestShownText),
+        CORVID_LIMIT(Inspection::, longestChain),
+        CORVID_LIMIT(Inspection::, mostTracks),
+        CORVID_LIMIT(Inspection::, mostLocators),
+        CORVID_LIMIT(Tool::, mostLines),
         CORVID_LIMIT(Tool::WarningLog::, longestText),
         CORVID_LIMIT(Editing::Differences::, mostListed),
         CORVID_LIMIT(Editing::Differences::, mostListedAtAll),
@@ -110,7 +117,8 @@ TEST(LimitsPage, tellsTheBoundsThatAreTested) {
     EXPECT_TRUE(tells("file to document, as `to-xml`", MemoryBounds::fileToText));
     EXPECT_TRUE(tells("file to nodes, as `partition2XML`", MemoryBounds::fileToDocument));
     EXPECT_TRUE(tells("file to document and back, as `check`", MemoryBounds::check));
-    EXPECT_TRUE(tells("document to metadata, as `from-xml --lenient`", MemoryBounds::documentToMetadata));
+    EXPECT_TRUE(
+        tells("document to metadata, as `from-xml --lenient`", MemoryBounds::documentToMetadata));
     static_assert(MemoryBounds::constant == std::size_t{8} << 20);
     EXPECT_NE(page.find("so many times its size, and 8 MiB"), std::string::npos);
 }

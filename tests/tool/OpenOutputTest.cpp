@@ -174,7 +174,7 @@ TEST_F(Replacing, fromXmlKeepsTheClipThatItsDocumentIsFrom) {
 
 TEST_F(Replacing, fromXmlReplacesAClipByForce) {
     EXPECT_EQ(shop.run("corvid from-xml clip.xml -o clip.mxf --force").status, 0);
-    EXPECT_THAT(shop.run("corvid info clip.mxf").out, HasSubstr("closed and complete"));
+    EXPECT_THAT(shop.run("corvid info --all clip.mxf").out, HasSubstr("closed and complete"));
     EXPECT_NE(shop.read("clip.mxf"), asText(wholeClip()));
     // What it writes itself needs no force.
     EXPECT_EQ(shop.run("corvid from-xml clip.xml -o clip.mxf").status, 0);

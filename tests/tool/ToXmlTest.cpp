@@ -183,7 +183,7 @@ TEST_F(ToXml, writesSetsWithBerLengthsAsOthers) {
     EXPECT_THAT(outcome.out, HasSubstr("<?corvid key "));
     EXPECT_THAT(outcome.out, HasSubstr(">Corvid<"));
     EXPECT_THAT(outcome.err, IsEmpty());
-    EXPECT_THAT(shop.run("corvid info ber.mxf").out, HasSubstr("3 sets"));
+    EXPECT_THAT(shop.run("corvid info --all ber.mxf").out, HasSubstr("3 sets"));
     EXPECT_THAT(shop.run("corvid check ber.mxf").out, HasSubstr("ber.mxf: lossless"));
 }
 

@@ -75,7 +75,7 @@ TEST_F(VendorDictionaries, canBeLeftOutOfChecks) {
 
 TEST_F(VendorDictionaries, leavePrivateTablesDarkAndInfoNamesThem) {
     for (const std::string& option : {std::string(), without}) {
-        const std::string text = outputOf("corvid info clip.mxf" + option);
+        const std::string text = outputOf("corvid info --all clip.mxf" + option);
         EXPECT_THAT(text, HasSubstr("  80.53.08.00.36.21.08.04.b3.b3.98.a5.1c.90.11.d4 (Avid "
                                     "metadata root), 25 bytes\n"));
         EXPECT_THAT(text, HasSubstr("  96.13.b3.8a.87.34.87.46.f1.02.96.f0.56.e0.4d.2a (Avid "

@@ -291,10 +291,24 @@ Work declareRecover(CLI::App& verb) {
 
 Work declareInfo(CLI::App& verb, bool colours) {
     const auto options = std::make_shared<InfoOptions>();
-    options->colours = colours;
-    declareClip(verb, options->clip);
+    options->text.colours = colours;
+    verb.add_option("CLIP.mxf", options->files, "MXF files to read; - is standard input")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    declareReading(verb, options->clip);
     declareStrictness(verb, options->warningsAsErrors, "Exit with status 1 if there are warnings");
-    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    verb.add_flag("--warnings", options->text.warnings,
+                  "List the warnings instead of counting them")
+        ->group(output);
+    verb.add_flag("--labels", options->text.labels, "Show the labels of codings and containers")
+        ->group(output);
+    verb.add_flag("--all", options->text.all,
+                  "Show everything, also partitions, packages, tracks, descriptors and sets")
+        ->group(output);
+    verb.add_flag("--json", options->json,
+                  "Print JSON for programs; of several files a line for each")
+        ->group(output);
     return [options](Messages& messages) { info(*options, messages); };
 }
 

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "tools/corvid/input/Clip.h"
+#include "tools/corvid/reports/SummaryReport.h"
+
+#include <vector>
 
 namespace Corvid::Tool {
 
@@ -8,13 +11,15 @@ class Messages;
 
 /// The options of `corvid info`.
 struct InfoOptions {
-    ClipOptions clip;
+    std::vector<std::string> files; ///< not empty; "-" is standard input
+    ClipOptions clip;               ///< how each of them is read; its path does not matter
+    SummaryText text;
     bool json = false;
     bool warningsAsErrors = false; ///< after all is printed
-    bool colours = false;          ///< no part of JSON
 };
 
-/// Prints on standard output what an MXF file holds.
+/// Prints on standard output what MXF files hold. A file that can't be read does not keep those
+/// after it from being read.
 /// @throws IOError, BaseException  as guard() takes them.
 void info(const InfoOptions& options, Messages& messages);
 

@@ -6,9 +6,17 @@
 
 namespace Corvid::Tool {
 
-std::string jsonText(const nlohmann::ordered_json& json) {
+namespace {
+
+std::string dumped(const nlohmann::ordered_json& json, int indent) {
     using Handler = nlohmann::ordered_json::error_handler_t;
-    return printableJson(json.dump(jsonIndent, ' ', false, Handler::replace));
+    return printableJson(json.dump(indent, ' ', false, Handler::replace));
 }
+
+} // namespace
+
+std::string jsonText(const nlohmann::ordered_json& json) { return dumped(json, jsonIndent); }
+
+std::string jsonLine(const nlohmann::ordered_json& json) { return dumped(json, -1); }
 
 } // namespace Corvid::Tool

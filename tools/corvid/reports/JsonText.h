@@ -12,5 +12,7 @@ constexpr int jsonIndent = 2;
 /// UTF-8, JSON must be: a byte that is not becomes U+FFFD. What a terminal should not show is
 /// escaped.
 std::string jsonText(const nlohmann::ordered_json& json);
+/// The same on one line.
+std::string jsonLine(const nlohmann::ordered_json& json);
 
 } // namespace Corvid::Tool

@@ -1,6 +1,7 @@
 #include "inspection/RegisteredName.h"
 #include "inspection/StructuralLabels.h"
 #include "inspection/Summary.h"
+#include "tools/corvid/reports/EssenceJson.h"
 #include "tools/corvid/reports/JsonText.h"
 #include "tools/corvid/reports/SummaryReport.h"
 #include "tools/corvid/reports/WarningJson.h"
@@ -108,9 +109,13 @@ Json toJson(const Summary::Writer& writer) {
             {"date", orNull(writer.date)}};
 }
 
+std::string textOf(const Json& json, JsonLayout layout) {
+    return (layout == JsonLayout::line ? jsonLine(json) : jsonText(json)) + "\n";
+}
+
 } // namespace
 
-std::string toJson(const Summary& summary, const WarningLog& warnings) {
+std::string toJson(const Summary& summary, const WarningLog& warnings, JsonLayout layout) {
     const std::string pattern =
         Inspection::Structural::operationalPatternName(summary.operationalPattern);
     Json json = {{"file", summary.file},
@@ -136,6 +141,7 @@ std::string toJson(const Summary& summary, const WarningLog& warnings) {
                  {"unfitProperties", Json(summary.unfitProperties)},
                  {"warnings", toJson(warnings)},
                  {"errors", errorsJson({}, summary.metadataCutOffAt)}};
+    json.update(toJson(summary.essence));
     const auto addAll = [&](const char* key, const auto& items) {
         for (const auto& item : items) {
             json[key].push_back(toJson(item));
@@ -165,15 +171,14 @@ std::string toJson(const Summary& summary, const WarningLog& warnings) {
             json["unknownPropertyNames"][label] = name;
         }
     }
-    return jsonText(json) + "\n";
+    return textOf(json, layout);
 }
 
 std::string failureJson(const std::string& file, const WarningLog& warnings,
-                        const std::string& error) {
-    return jsonText({{"file", file},
-                     {"warnings", toJson(warnings)},
-                     {"errors", errorsJson(error, {})}}) +
-           "\n";
+                        const std::string& error, JsonLayout layout) {
+    return textOf(
+        {{"file", file}, {"warnings", toJson(warnings)}, {"errors", errorsJson(error, {})}},
+        layout);
 }
 
 } // namespace Corvid::Tool

@@ -1,7 +1,7 @@
 #include "inspection/RegisteredName.h"
 #include "inspection/StructuralLabels.h"
 #include "inspection/Summary.h"
-#include "tools/corvid/reports/SummaryReport.h"
+#include "tools/corvid/reports/EssenceText.h"
 #include "tools/corvid/terminal/Lines.h"
 #include "tools/corvid/terminal/Printable.h"
 #include "tools/corvid/terminal/Style.h"
@@ -79,8 +79,8 @@ std::string labelText(const Types::UniversalLabel& label) {
     return Platform::toUtf8(label.toString()) + (name.empty() ? "" : "  " + name);
 }
 
-std::string head(const Summary& summary, const Style& style) {
-    std::string text = style.heading + printable(summary.file) + style.end + "\n";
+std::string head(const Summary& summary) {
+    std::string text;
     const auto line = [&](const char* name, const std::string& what) {
         if (!what.empty()) {
             text += fmt::format("  {:<20}{}\n", name, what);
@@ -247,9 +247,13 @@ std::string sets(const Summary& summary, const Style& style) {
 
 } // namespace
 
-std::string toText(const Summary& summary, bool colours) {
-    const Style style(colours);
-    std::string text = head(summary, style) + "\n" + partitions(summary, style);
+std::string toText(const Summary& summary, const WarningLog& warnings, const SummaryText& what) {
+    const Style style(what.colours);
+    std::string text = essenceText(summary, warnings, what);
+    if (!what.all) {
+        return text;
+    }
+    text += "\n" + head(summary) + "\n" + partitions(summary, style);
     for (const auto& each : summary.packages) {
         text += package(each, style);
     }

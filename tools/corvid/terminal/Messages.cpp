@@ -53,6 +53,9 @@ void Messages::warn(const mxf::Warning& warning) {
 }
 
 void Messages::flush() {
+    if (holdsWarnings_) {
+        return;
+    }
     const auto& entries = log_.entries();
     written_.resize(entries.size());
     for (std::size_t i = 0; i != entries.size(); ++i) {

@@ -38,6 +38,8 @@ public:
     /// Writes the warnings that have not been written:
     /// "corvid: file: warning: byte 4132: set Preface: property 3b.02 LastModified: ... [code]"
     void flush();
+    /// Keeps warnings from being written, for a verb that reports them itself; or not any more.
+    void holdWarnings(bool held) noexcept { holdsWarnings_ = held; }
     /// Writes text for people as it is.
     void write(std::string_view text);
 
@@ -62,6 +64,7 @@ private:
     bool colours_;
     bool terminal_;
     bool progressIsShown_ = false;
+    bool holdsWarnings_ = false;
     std::string lastError_;
     std::string file_;
     WarningLog log_;

@@ -1,0 +1,198 @@
+// What corvid info says beside what mediainfo says of the same files. Mediainfo reads the essence,
+// too, and fills in what it finds there.
+
+#include "tests/tool/RunCommand.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <map>
+#include <nlohmann/json.hpp>
+
+namespace Corvid::Testing {
+namespace {
+
+using Json = nlohmann::json;
+
+struct Difference {
+    const char* file;
+    const char* what;
+    const char* reason;
+};
+
+constexpr Difference differences[] = {
+    {"d10-imx30.mxf", "sound codec",
+     "the descriptor has no label of a sound coding; mediainfo knows that D-10 has AES3"},
+    {"ebu__bmx-rdd9-anc.mxf", "sound duration",
+     "mediainfo counts the length in SampleRate, which is that of the sound; it is in edit units"},
+    {"fraunhofer-iis__67-203-audio-track-file-compliant.mxf", "sound tracks",
+     "mediainfo does not know the container of sound with metadata"},
+};
+
+const char* reasonOf(const std::string& file, const std::string& what) {
+    for (const Difference& each : differences) {
+        if (file == each.file && what == each.what) {
+            return each.reason;
+        }
+    }
+    return nullptr;
+}
+
+/// What we call what mediainfo calls by another name: a part of ours.
+const std::multimap<std::string, std::string> codecs = {
+    {"MPEG Video", "MPEG"}, {"VC-3", "VC-3"},       {"PCM", "PCM"},
+    {"AVC", "AVC"},         {"DV", "DV"},           {"JPEG 2000", "JPEG 2000"},
+    {"IAB", "immersive"},   {"JPEG 2000", "HTJ2K"}, {"Uncompressed pictures", "uncompressed"},
+    {"Alaw", "A-law"}};
+
+std::string textOf(const Json& json, const char* key) {
+    return json.contains(key) && json[key].is_string() ? json[key].get<std::string>() : "";
+}
+
+std::optional<double> numberOf(const Json& json, const char* key) {
+    const std::string text = textOf(json, key);
+    return text.empty() ? std::nullopt : std::make_optional(std::strtod(text.c_str(), nullptr));
+}
+
+std::optional<double> ratio(const Json& rate) {
+    return rate.is_object() && rate["denominator"] != 0
+               ? std::make_optional(rate["numerator"].get<double>() /
+                                    rate["denominator"].get<double>())
+               : std::nullopt;
+}
+
+std::optional<double> numberAt(const Json& json, const char* key) {
+    return json[key].is_number() ? std::make_optional(json[key].get<double>()) : std::nullopt;
+}
+
+class Comparison {
+public:
+    Comparison(std::string file, int& compared) : file_(std::move(file)), compared_(compared) {}
+
+    /// Compares what both say.
+    void expect(const std::string& what, const std::optional<double>& theirs,
+                const std::optional<double>& ours, double tolerance = 0) {
+        if (theirs && ours) {
+            ++compared_;
+            check(what, std::abs(*theirs - *ours) <= tolerance, std::to_string(*theirs),
+                  std::to_string(*ours));
+        }
+    }
+    void expect(const std::string& what, const std::string& theirs, const std::string& ours) {
+        if (!theirs.empty() && !ours.empty()) {
+            ++compared_;
+            check(what, theirs == ours, theirs, ours);
+        }
+    }
+    void expectCodec(const std::string& what, const std::string& theirs, const std::string& ours) {
+        const auto [first, last] = codecs.equal_range(theirs);
+        if (first == last || ours.empty()) {
+            return;
+        }
+        ++compared_;
+        bool isKnown = false;
+        for (auto each = first; each != last; ++each) {
+            isKnown = isKnown || ours.find(each->second) != std::string::npos;
+        }
+        check(what, isKnown, theirs, ours);
+    }
+
+private:
+    void check(const std::string& what, bool isSame, const std::string& theirs,
+               const std::string& ours) {
+        const char* const reason = reasonOf(file_, what);
+        if (reason == nullptr) {
+            EXPECT_TRUE(isSame) << file_ << ": " << what << ": mediainfo " << theirs << ", corvid "
+                                << ours;
+        } else {
+            EXPECT_FALSE(isSame) << file_ << ": " << what << " is the same, but not because "
+                                 << reason;
+        }
+    }
+
+    std::string file_;
+    int& compared_;
+};
+
+std::vector<Json> tracksOf(const Json& list, const char* key, const char* kind) {
+    std::vector<Json> tracks;
+    for (const Json& each : list) {
+        if (each[key] == kind) {
+            tracks.push_back(each);
+        }
+    }
+    return tracks;
+}
+
+std::optional<double> secondsOf(const Json& stream) {
+    const auto length = numberAt(stream, "length");
+    const auto rate = ratio(stream["editRate"]);
+    return length && rate && *rate > 0 ? std::make_optional(*length / *rate) : std::nullopt;
+}
+
+constexpr double millisecond = 0.001;
+
+void comparePicture(Comparison& compare, const Json& theirs, const Json& ours) {
+    compare.expect("width", numberOf(theirs, "Width"), numberAt(ours, "width"));
+    compare.expect("height", numberOf(theirs, "Height"), numberAt(ours, "height"));
+    compare.expect("rate", numberOf(theirs, "FrameRate"), ratio(ours["rate"]), millisecond);
+    compare.expect("bits", numberOf(theirs, "BitDepth"), numberAt(ours, "bits"));
+    compare.expect("sampling", textOf(theirs, "ChromaSubsampling"), textOf(ours, "sampling"));
+    compare.expect("picture duration", numberOf(theirs, "Duration"), secondsOf(ours), millisecond);
+    compare.expectCodec("picture codec", textOf(theirs, "Format"), textOf(ours, "codec"));
+}
+
+void compareSound(Comparison& compare, const Json& theirs, const Json& ours) {
+    compare.expect("channels", numberOf(theirs, "Channels"), numberAt(ours, "channels"));
+    compare.expect("sampling rate", numberOf(theirs, "SamplingRate"), ratio(ours["sampleRate"]));
+    compare.expect("sound bits", numberOf(theirs, "BitDepth"), numberAt(ours, "bits"));
+    compare.expect("sound duration", numberOf(theirs, "Duration"), secondsOf(ours), millisecond);
+    compare.expectCodec("sound codec", textOf(theirs, "Format"), textOf(ours, "codec"));
+}
+
+/// @return how many values both have.
+int compareFile(const Workshop& shop, const std::filesystem::path& path) {
+    const std::string clip = "'" + path.string() + "'";
+    const Json theirs =
+        Json::parse(shop.run("mediainfo --Output=JSON " + clip).out)["media"]["track"];
+    const Json ours = Json::parse(shop.run("corvid info --json " + clip).out)["essence"];
+    int compared = 0;
+    Comparison compare(path.filename().string(), compared);
+    const auto pictures = tracksOf(theirs, "@type", "Video");
+    const auto ourPictures = tracksOf(ours, "kind", "picture");
+    compare.expect("picture tracks", pictures.size(), ourPictures.size());
+    for (std::size_t i = 0; i != std::min(pictures.size(), ourPictures.size()); ++i) {
+        comparePicture(compare, pictures[i], ourPictures[i]);
+    }
+    const auto sounds = tracksOf(theirs, "@type", "Audio");
+    const auto ourSounds = tracksOf(ours, "kind", "sound");
+    compare.expect("sound tracks", sounds.size(), ourSounds.size());
+    for (std::size_t i = 0; i != std::min(sounds.size(), ourSounds.size()); ++i) {
+        compareSound(compare, sounds[i], ourSounds[i]);
+    }
+    return compared;
+}
+
+void compareFolder(const std::filesystem::path& folder) {
+    const Workshop shop;
+    if (shop.run("command -v mediainfo").status != 0) {
+        GTEST_SKIP() << "no mediainfo";
+    }
+    if (folder.empty() || !std::filesystem::exists(folder)) {
+        GTEST_SKIP() << "no folder of files";
+    }
+    int compared = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+        if (entry.path().extension() == ".mxf") {
+            compared += compareFile(shop, entry.path());
+        }
+    }
+    ::testing::Test::RecordProperty("compared", compared);
+    EXPECT_GT(compared, 0);
+}
+
+TEST(OtherReaders, sayTheSameOfTheSamples) { compareFolder(samplesDir()); }
+
+TEST(OtherReaders, sayTheSameOfFilesOfFFmpeg) { compareFolder(CORVID_FFMPEG_FILES); }
+
+} // namespace
+} // namespace Corvid::Testing
