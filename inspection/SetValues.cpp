@@ -2,6 +2,7 @@
 
 #include "host/dictionary/DefinitionNames.h"
 #include "host/dictionary/MetaElement.h"
+#include "inspection/ElementItems.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -14,38 +15,6 @@ namespace {
 using Metadata::Element;
 using Metadata::MetadataSet;
 
-/// Takes an element apart by its kind.
-struct Contents : Metadata::Visitors::ElementVisitor {
-    void visit(const Metadata::ReferenceBatchElement& element) override { add(element); }
-    void visit(const Metadata::ReferenceArrayElement& element) override { add(element); }
-    void visit(const Metadata::ReferenceElement& element) override {
-        if (element.value() != nullptr) {
-            references.push_back(element.value());
-        }
-    }
-    void visit(const Metadata::BatchElement& element) override { collection = element.value(); }
-    void visit(const Metadata::ArrayElement& element) override { collection = element.value(); }
-    void visit(const Metadata::SimpleElement& element) override { simple = element.value(); }
-
-    void add(const Metadata::ReferenceCollectionElement& element) {
-        for (Types::u32 i = 0; i != element.size(); ++i) {
-            references.push_back(&element.at(i));
-        }
-    }
-
-    std::vector<const Types::Reference*> references;
-    const Types::Collection* collection = nullptr;
-    const Types::SimpleDataType* simple = nullptr;
-};
-
-Contents contentsOf(const Element* element) {
-    Contents contents;
-    if (element != nullptr) {
-        element->accept(contents);
-    }
-    return contents;
-}
-
 /// The labels that an element holds, one or many.
 std::vector<Types::UniversalLabel> labelsOf(const Element* element) {
     struct Labels : Types::Visitors::NullVisitor {
@@ -53,13 +22,9 @@ std::vector<Types::UniversalLabel> labelsOf(const Element* element) {
         void visit(const Types::UniversalLabel& label) override { found.push_back(label); }
         std::vector<Types::UniversalLabel> found;
     } collected;
-    const Contents contents = contentsOf(element);
-    if (contents.simple != nullptr) {
-        contents.simple->accept(collected);
-    }
-    for (Types::u32 i = 0; contents.collection != nullptr && i != contents.collection->size();
-         ++i) {
-        contents.collection->at(i).accept(collected);
+    const ElementItems items(element);
+    for (Types::u32 i = 0; i != items.size(); ++i) {
+        items.at(i).accept(collected);
     }
     return collected.found;
 }
@@ -155,8 +120,12 @@ std::vector<const MetadataSet*> targets(
     const Metadata::PartitionMetadata& metadata, const MetadataSet& set,
     const Structural::Property<Types::StrongReference>& property) {
     std::vector<const MetadataSet*> found;
-    for (const auto* reference : contentsOf(set.find(property.label())).references) {
-        if (const auto target = metadata.resolve(*reference); !target.empty()) {
+    const ElementItems items(set.find(property.label()));
+    for (Types::u32 i = 0; i != items.size(); ++i) {
+        const auto* const reference = items.reference(i);
+        const auto target =
+            reference == nullptr ? Metadata::Targets() : metadata.resolve(*reference);
+        if (!target.empty()) {
             found.push_back(&target.front());
         }
     }

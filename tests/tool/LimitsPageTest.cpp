@@ -15,6 +15,7 @@
 #include "host/types/ByteRuns.h"
 #include "host/xmlutils/LoadDocument.h"
 #include "inspection/Summary.h"
+#include "inspection/query/ParsePath.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/Paths.h"
 #include "tools/corvid/FromXml.h"
@@ -85,6 +86,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Tool::, greatestKagSize),
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
         CORVID_LIMIT(Inspection::, longestKind),
+        CORVID_LIMIT(Inspection::, deepestConditions),
         CORVID_LIMIT(Tool::WarningLog::, longestText),
         CORVID_LIMIT(Editing::Differences::, mostListed),
         CORVID_LIMIT(Editing::Differences::, mostListedAtAll),

@@ -4,6 +4,7 @@
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
 #include "tools/corvid/FromXml.h"
+#include "tools/corvid/Get.h"
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Recover.h"
 #include "tools/corvid/Schema.h"
@@ -286,6 +287,20 @@ Work declareInfo(CLI::App& verb, bool colours) {
     return [options](Messages& messages) { info(*options, messages); };
 }
 
+Work declareGet(CLI::App& verb) {
+    const auto options = std::make_shared<GetOptions>();
+    declareClip(verb, options->clip);
+    verb.add_option("PATH", options->paths,
+                    "Names of sets and properties to the value: MaterialPackage/PackageName, "
+                    "TimelineTrack[TrackID=2]/TrackName")
+        ->required()
+        ->type_name("PATH")
+        ->group(input);
+    declareStrictness(verb, options->warningsAsErrors, "Exit with status 1 if there are warnings");
+    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    return [options](Messages& messages) { get(*options, messages); };
+}
+
 Work declareSchema(CLI::App& verb) {
     const auto options = std::make_shared<SchemaOptions>();
     declareDictionaries(verb, options->dictionaries);
@@ -350,6 +365,7 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     add("recover", "Take back or finish an edit that was interrupted", declareRecover);
     add("info", "Show what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
+    add("get", "Print single values of an MXF file", declareGet);
     add("check", "Take MXF files to XML and back, show what differs",
         [colours](CLI::App& verb) { return declareCheck(verb, colours); });
     add("schema", "Write the XML Schema of the documents", declareSchema);
