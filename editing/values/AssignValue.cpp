@@ -171,10 +171,13 @@ private:
     XMLBuilder::NodePool pool_;
 };
 
-/// The first mistake, without the mark of the root in front of its path.
+/// The first mistake, without the mark of the root in front of its path. What makes no sense may be
+/// in a file and so in its document, but nobody means to set it.
 void refuse(const XMLBuilder::Mistakes& mistakes) {
-    if (mistakes.count() != 0) {
-        throw Exceptions::InvalidFormat(mistakes.entries().front().text.substr(1), CORVID_HERE);
+    for (const auto* const all : {&mistakes.entries(), &mistakes.doubts()}) {
+        if (!all->empty()) {
+            throw Exceptions::InvalidFormat(all->front().text.substr(1), CORVID_HERE);
+        }
     }
 }
 

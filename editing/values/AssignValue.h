@@ -18,8 +18,9 @@ std::vector<std::string> textsOf(const Metadata::Element& element);
 ///                  lead to a set of it, unless the element holds it already.
 /// @param texts     UTF-8, one for each item of a list, else one.
 /// @return false where the element has the value already.
-/// @throws InvalidFormat  a text has not the form that it must have; the message has what is
-///                        expected. Or it is an InstanceUID, by which sets are known.
+/// @throws InvalidFormat  a text has not the form that it must have, or is a time that no calendar
+///                        has; the message has what is expected. Or it is an InstanceUID, by which
+///                        sets are known.
 /// @throws LimitExceeded  the value has more bytes than a property can hold.
 bool assignValue(Metadata::PartitionMetadata& metadata, Metadata::Element& element,
                  const std::vector<std::string>& texts);

@@ -1,7 +1,11 @@
 #include "tests/tool/RunCommand.h"
 
+#include <cstring>
 #include <gmock/gmock.h>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <regex>
+#include <sstream>
 
 using namespace Corvid::Testing;
 using ::testing::HasSubstr;
@@ -119,6 +123,79 @@ TEST_F(Get, copesWithReferencesToAll) {
                  "'Sequence[Sequence/Sequence/Sequence/ComponentLength=1]/Sequence/Sequence/**'");
     EXPECT_EQ(outcome.status, 1);
     EXPECT_THAT(outcome.err, HasSubstr("no value"));
+}
+
+std::string unescaped(std::string text) {
+    const std::pair<const char*, const char*> entities[] = {
+        {"&lt;", "<"},   {"&gt;", ">"},   {"&quot;", "\""}, {"&#x9;", "\t"}, {"&#9;", "\t"},
+        {"&#xD;", "\r"}, {"&#xA;", "\n"}, {"&#10;", "\n"},  {"&#13;", "\r"}, {"&amp;", "&"}};
+    for (const auto& [entity, character] : entities) {
+        for (auto at = text.find(entity); at != std::string::npos; at = text.find(entity, at + 1)) {
+            text.replace(at, std::strlen(entity), character);
+        }
+    }
+    return text;
+}
+
+/// Values by the InstanceUID of their set and the property.
+using Values = std::multimap<std::pair<std::string, std::string>, std::string>;
+
+/// Those that have text on a line of their own in a document.
+Values valuesOf(const std::string& document) {
+    Values values;
+    const std::regex set(R"~(  <\w+:\w+ .*rp210:InstanceUID="([^"]*)".*>)~");
+    const std::regex property(R"(    <(\w+):(\w+)>(.*)</\1:\2>)");
+    const std::regex list(R"(    <\w+:(\w+)>)");
+    const std::regex item(R"(      <(\w+:Element)>(.*)</\1>)");
+    std::istringstream lines(document);
+    std::string id;
+    std::string name;
+    std::smatch found;
+    for (std::string line; std::getline(lines, line);) {
+        if (std::regex_match(line, found, set)) {
+            id = found[1];
+        } else if (std::regex_match(line, found, property)) {
+            values.emplace(std::pair(id, found[2].str()), unescaped(found[3]));
+        } else if (std::regex_match(line, found, list)) {
+            name = found[1];
+        } else if (std::regex_match(line, found, item)) {
+            values.emplace(std::pair(id, name), unescaped(found[2]));
+        }
+    }
+    return values;
+}
+
+TEST_F(Get, givesWhatDocumentsHave) {
+    std::vector<std::filesystem::path> clips{sourceDir() / "examples" / "sample.mxf"};
+    if (!samplesDir().empty()) {
+        for (const auto& entry : std::filesystem::directory_iterator(samplesDir())) {
+            if (entry.path().extension() == ".mxf") {
+                clips.push_back(entry.path());
+            }
+        }
+    }
+    for (const auto& clip : clips) {
+        const auto expected =
+            valuesOf(shop.run("corvid to-xml --replace-invalid " + clip.string()).out);
+        const auto json =
+            nlohmann::json::parse(shop.run("corvid get --json " + clip.string() + " '*/*'").out);
+        Values values;
+        for (const auto& value : json["answers"][0]["values"]) {
+            values.emplace(std::pair(value["instanceUID"].get<std::string>(),
+                                     value["property"].get<std::string>()),
+                           value["value"].get<std::string>());
+        }
+        EXPECT_GT(expected.size(), 10U) << clip;
+        for (const auto& [place, text] : expected) {
+            if (text.find("\xEF\xBF\xBD") != std::string::npos) {
+                continue; // The document could not have the character that is there.
+            }
+            const auto [begin, end] = values.equal_range(place);
+            EXPECT_TRUE(std::any_of(
+                begin, end, [&text = text](const auto& each) { return each.second == text; }))
+                << clip << " " << place.first << " " << place.second << " " << text;
+        }
+    }
 }
 
 } // namespace

@@ -50,7 +50,7 @@ bool isSameFile(const std::string& a, const std::string& b) {
 }
 
 /// Refuses what can't be meant.
-void checkOptions(const ApplyOptions& options) {
+void checkOptions(const ClipEdit& options, const std::vector<std::string>& inputs) {
     const std::string& output = options.target.newFile;
     if (options.clip == "-") {
         throw UsageError{"the clip is a file that can be changed or copied, not standard input"};
@@ -64,14 +64,13 @@ void checkOptions(const ApplyOptions& options) {
     if (output == "-") {
         throw UsageError{"an edited clip goes to a file, not to standard output"};
     }
-    for (const std::string& file :
-         inputsOf({options.document, options.clip}, options.dictionaries)) {
+    for (const std::string& file : inputs) {
         if (!output.empty() && isSameFile(output, file)) {
             throw UsageError{output +
                              " is read, so it can't be written; --in-place changes a clip"};
         }
     }
-    protectInputs(inputsOf({options.document, options.clip}, options.dictionaries));
+    protectInputs(inputs);
 }
 
 /// What the edit leaves in the file's history.
@@ -82,7 +81,7 @@ Editing::Modification modification(const std::string& version) {
     return {"Corvid", "corvid", version, "Linux", Types::UUID(productUID), Editing::currentTime()};
 }
 
-Editing::EditOptions editOptionsOf(const ApplyOptions& options) {
+Editing::EditOptions editOptionsOf(const ClipEdit& options) {
     Editing::EditOptions edit = options.edit;
     edit.copies = copyChoiceOf(options.partitions).value_or(CopyChoice());
     if (options.recordsEdit) {
@@ -120,16 +119,13 @@ void warnOfCopies(const EditPlan& plan, const mxf::Partitions& partitions, Messa
 
 /// Opens the file for the record of the edit, before anything is changed; null where none is
 /// wanted.
-std::unique_ptr<Output> openLog(const ApplyOptions& options) {
-    return options.log.empty()
-               ? nullptr
-               : openOutput(options.log,
-                            inputsOf({options.document, options.clip}, options.dictionaries),
-                            MayReplace::noMxfFile);
+std::unique_ptr<Output> openLog(const ClipEdit& options, const std::vector<std::string>& inputs) {
+    return options.log.empty() ? nullptr : openOutput(options.log, inputs, MayReplace::noMxfFile);
 }
 
-void writeLog(const ApplyOptions& options, nlohmann::ordered_json record, Output& output) {
-    record["document"] = options.document;
+void writeLog(const ClipEdit& options, const WantedEdit& wanted, nlohmann::ordered_json record,
+              Output& output) {
+    record.update(wanted.origin);
     record["version"] = options.version;
     const std::string text = jsonText(record) + "\n";
     output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
@@ -151,18 +147,33 @@ mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
 bool isCopyChoice(const std::string& text) { return copyChoiceOf(text).has_value(); }
 
 void apply(const ApplyOptions& options, Messages& messages) {
+    const auto read = [&](const Dictionary& dictionary) -> MakePlan {
+        const auto document = std::make_shared<Editing::DocumentMetadata>(
+            readDocument(options, dictionary, messages));
+        return [document](Editing::ClipEditor& editor, const Editing::EditOptions& edit) {
+            return editor.plan(*document, edit);
+        };
+    };
+    const nlohmann::ordered_json origin{{"document", options.document}};
+    editClip(options, {{options.document}, origin, read}, messages);
+}
+
+void editClip(const ClipEdit& options, const WantedEdit& wanted, Messages& messages) {
     messages.setFile(options.clip);
-    checkOptions(options);
+    std::vector<std::string> inputs = wanted.inputs;
+    inputs.push_back(options.clip);
+    inputs = inputsOf(std::move(inputs), options.dictionaries);
+    checkOptions(options, inputs);
     const auto dictionary = loadDictionary(options.dictionaries);
     mxf::SystemFiles files;
     const auto source = DataIO::openSource(options.clip);
     const auto status = files.find(options.clip);
     mxf::requireFinished(files, options.clip);
-    auto document = readDocument(options, dictionary, messages);
+    const MakePlan makePlan = wanted.read(dictionary);
     Editing::ClipEditor editor(*source, dictionary, messages);
     Editing::EditOptions edit = editOptionsOf(options);
     edit.blockSize = Editing::blockSizeOf(files, options.clip);
-    const EditPlan plan = editor.plan(document, edit);
+    const EditPlan plan = makePlan(editor, edit);
     warnOfCopies(plan, editor.partitions(), messages);
     refuseWarnings(options.warningsAsErrors, messages);
     EditReport report{messages.file(), plan, Editing::EditWay::nothing,
@@ -170,12 +181,12 @@ void apply(const ApplyOptions& options, Messages& messages) {
     if (options.dryRun) {
         report.way = wayOf(files, options.clip, *source, plan, options.target);
     } else {
-        const auto log = openLog(options);
+        const auto log = openLog(options, inputs);
         report.way = carryOut(files, options.clip, *source, plan, status.value(), options.target,
                               progressOn(messages, options.clip));
         messages.showProgress("");
         if (log) {
-            writeLog(options, toJson(report), *log);
+            writeLog(options, wanted, toJson(report), *log);
         }
     }
     messages.flush();

@@ -8,6 +8,7 @@
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Recover.h"
 #include "tools/corvid/Schema.h"
+#include "tools/corvid/Set.h"
 #include "tools/corvid/ToXml.h"
 #include "tools/corvid/terminal/HelpFormatter.h"
 #include "tools/corvid/terminal/UsageError.h"
@@ -195,17 +196,9 @@ Work declareFromXml(CLI::App& verb) {
     return [options](Messages& messages) { fromXml(*options, messages); };
 }
 
-Work declareApply(CLI::App& verb) {
-    const auto options = std::make_shared<ApplyOptions>();
+/// The options of verbs that edit a clip.
+void declareEdit(CLI::App& verb, const std::shared_ptr<ClipEdit>& options) {
     options->version = CORVID_VERSION;
-    verb.add_option("DOC.xml", options->document, "Document to read; - is standard input")
-        ->required()
-        ->type_name("DOC.xml")
-        ->group(input);
-    verb.add_option("CLIP.mxf", options->clip, "MXF file whose header metadata it changes")
-        ->required()
-        ->type_name("CLIP.mxf")
-        ->group(input);
     declareDictionaries(verb, options->dictionaries);
     verb.add_option("--partitions", options->partitions,
                     "Copies of the header metadata to change: all, header, footer, or that of a "
@@ -258,7 +251,37 @@ Work declareApply(CLI::App& verb) {
     verb.add_flag("--preserve-times", options->target.preservesTimes,
                   "Keep the clip's time of modification")
         ->group(output);
+}
+
+Work declareApply(CLI::App& verb) {
+    const auto options = std::make_shared<ApplyOptions>();
+    verb.add_option("DOC.xml", options->document, "Document to read; - is standard input")
+        ->required()
+        ->type_name("DOC.xml")
+        ->group(input);
+    verb.add_option("CLIP.mxf", options->clip, "MXF file whose header metadata it changes")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    declareEdit(verb, options);
     return [options](Messages& messages) { apply(*options, messages); };
+}
+
+Work declareSet(CLI::App& verb) {
+    const auto options = std::make_shared<SetOptions>();
+    verb.add_option("CLIP.mxf", options->clip, "MXF file whose header metadata changes")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    verb.add_option("PATH=VALUE", options->assignments,
+                    "Path as for get, and the new value: MaterialPackage/PackageName=Title; += "
+                    "appends to a list, -= removes")
+        ->required()
+        ->type_name("PATH=VALUE")
+        ->group(input);
+    verb.add_flag("--all", options->all, "Set all values that a path leads to")->group(processing);
+    declareEdit(verb, options);
+    return [options](Messages& messages) { set(*options, messages); };
 }
 
 Work declareRecover(CLI::App& verb) {
@@ -362,6 +385,7 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     add("to-xml", "Write the header metadata of an MXF file as XML", declareToXml);
     add("from-xml", "Write a document as an MXF header partition", declareFromXml);
     add("apply", "Make the metadata of a file what a document says", declareApply);
+    add("set", "Change single values of an MXF file", declareSet);
     add("recover", "Take back or finish an edit that was interrupted", declareRecover);
     add("info", "Show what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
