@@ -3,6 +3,7 @@
 #include "tools/corvid/Apply.h"
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
+#include "tools/corvid/Diff.h"
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/Get.h"
 #include "tools/corvid/Info.h"
@@ -324,6 +325,21 @@ Work declareGet(CLI::App& verb) {
     return [options](Messages& messages) { get(*options, messages); };
 }
 
+Work declareDiff(CLI::App& verb) {
+    const auto options = std::make_shared<DiffOptions>();
+    verb.add_option("BEFORE", options->before, "MXF file or document; - is standard input")
+        ->required()
+        ->type_name("BEFORE")
+        ->group(input);
+    verb.add_option("AFTER", options->after, "Another one, of whichever kind")
+        ->required()
+        ->type_name("AFTER")
+        ->group(input);
+    declareReading(verb, options->clips);
+    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    return [options](Messages& messages) { diff(*options, messages); };
+}
+
 Work declareSchema(CLI::App& verb) {
     const auto options = std::make_shared<SchemaOptions>();
     declareDictionaries(verb, options->dictionaries);
@@ -390,6 +406,7 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     add("info", "Show what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
     add("get", "Print single values of an MXF file", declareGet);
+    add("diff", "Show what differs between two files or documents", declareDiff);
     add("check", "Take MXF files to XML and back, show what differs",
         [colours](CLI::App& verb) { return declareCheck(verb, colours); });
     add("schema", "Write the XML Schema of the documents", declareSchema);
