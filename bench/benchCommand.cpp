@@ -51,6 +51,8 @@ void printRatios(Bench::Ratios& ratios) {
     ratios.print("corvid dictionary, one name, to XML platform up and down", {"dictionary"},
                  {"platform"}, 1.6);
     ratios.print("corvid --version to XML platform up and down", {"version"}, {"platform"}, 1.6);
+    ratios.print("corvid set of one value to a copy, 50 sets, to corvid --version, processor time",
+                 {"set_50", 1, 0, cpu}, {"version", 1, 0, cpu}, 4.0);
     // What is not the start of the process is to grow as the sets do.
     const auto perSet = [](std::size_t sets, const std::string& counter) {
         return Bench::Ratios::Figure{toXml(sets), static_cast<double>(sets - small), 0, counter,
@@ -106,6 +108,11 @@ int runAll(int argc, char** argv) {
     // As info writes, without the care that a file takes.
     addRuns("to-xml_stdout", {command, "to-xml", files.mxf(small)}, often);
     addRuns("dictionary", {command, "dictionary", "Preface"}, often);
+    // In place, only the first run would change something.
+    addRuns("set_50",
+            {command, "set", files.mxf(small), "Preface/FileLastModified=2024-01-01 00:00:00", "-o",
+             files.mxf(small) + ".edited"},
+            often);
     for (const std::size_t sets : scales) {
         addRuns(toXml(sets), {command, "to-xml", files.mxf(sets), "-o", files.xml(sets)},
                 sets > 1000 ? seldom : often);

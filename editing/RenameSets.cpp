@@ -52,22 +52,25 @@ private:
 Renaming renameSets(Metadata::PartitionMetadata& metadata) {
     using namespace Types::Factories::UID;
     Renaming names;
-    for (Metadata::MetadataSet* set : metadata) {
-        if (!set->hasInstanceUID()) {
-            continue;
+    for (const Metadata::MetadataSet* const set : metadata) {
+        if (set->hasInstanceUID() && names.find(set->instanceUID()) == nullptr) {
+            names.add(set->instanceUID(), generateUUID(uniqueVersion));
         }
-        const Types::UUID before = set->instanceUID();
-        const Types::UUID* const known = names.find(before);
-        const Types::UUID after = known == nullptr ? generateUUID(uniqueVersion) : *known;
-        if (known == nullptr) {
-            names.add(before, after);
-        }
-        auto* const identifier = static_cast<Metadata::SimpleElement*>(
-            set->find(Metadata::Structural::StructuralMetadataULs::instanceUID()));
-        identifier->set(after.clone());
     }
+    renameSets(metadata, names);
+    return names;
+}
+
+void renameSets(Metadata::PartitionMetadata& metadata, const Renaming& names) {
     Renamer renamer(names);
     for (Metadata::MetadataSet* set : metadata) {
+        const Types::UUID* const name =
+            set->hasInstanceUID() ? names.find(set->instanceUID()) : nullptr;
+        if (name != nullptr) {
+            auto* const identifier = static_cast<Metadata::SimpleElement*>(
+                set->find(Metadata::Structural::StructuralMetadataULs::instanceUID()));
+            identifier->set(name->clone());
+        }
         for (const auto& entry : set->made()) {
             entry.second->accept(renamer);
         }
@@ -75,7 +78,6 @@ Renaming renameSets(Metadata::PartitionMetadata& metadata) {
             (*element)->accept(renamer);
         }
     }
-    return names;
 }
 
 } // namespace Corvid::Editing

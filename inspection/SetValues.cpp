@@ -2,6 +2,7 @@
 
 #include "host/dictionary/DefinitionNames.h"
 #include "host/dictionary/MetaElement.h"
+#include "inspection/ElementItems.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -14,38 +15,6 @@ namespace {
 using Metadata::Element;
 using Metadata::MetadataSet;
 
-/// Takes an element apart by its kind.
-struct Contents : Metadata::Visitors::ElementVisitor {
-    void visit(const Metadata::ReferenceBatchElement& element) override { add(element); }
-    void visit(const Metadata::ReferenceArrayElement& element) override { add(element); }
-    void visit(const Metadata::ReferenceElement& element) override {
-        if (element.value() != nullptr) {
-            references.push_back(element.value());
-        }
-    }
-    void visit(const Metadata::BatchElement& element) override { collection = element.value(); }
-    void visit(const Metadata::ArrayElement& element) override { collection = element.value(); }
-    void visit(const Metadata::SimpleElement& element) override { simple = element.value(); }
-
-    void add(const Metadata::ReferenceCollectionElement& element) {
-        for (Types::u32 i = 0; i != element.size(); ++i) {
-            references.push_back(&element.at(i));
-        }
-    }
-
-    std::vector<const Types::Reference*> references;
-    const Types::Collection* collection = nullptr;
-    const Types::SimpleDataType* simple = nullptr;
-};
-
-Contents contentsOf(const Element* element) {
-    Contents contents;
-    if (element != nullptr) {
-        element->accept(contents);
-    }
-    return contents;
-}
-
 /// The labels that an element holds, one or many.
 std::vector<Types::UniversalLabel> labelsOf(const Element* element) {
     struct Labels : Types::Visitors::NullVisitor {
@@ -53,13 +22,9 @@ std::vector<Types::UniversalLabel> labelsOf(const Element* element) {
         void visit(const Types::UniversalLabel& label) override { found.push_back(label); }
         std::vector<Types::UniversalLabel> found;
     } collected;
-    const Contents contents = contentsOf(element);
-    if (contents.simple != nullptr) {
-        contents.simple->accept(collected);
-    }
-    for (Types::u32 i = 0; contents.collection != nullptr && i != contents.collection->size();
-         ++i) {
-        contents.collection->at(i).accept(collected);
+    const ElementItems items(element);
+    for (Types::u32 i = 0; i != items.size(); ++i) {
+        items.at(i).accept(collected);
     }
     return collected.found;
 }
@@ -68,6 +33,14 @@ std::vector<Types::UniversalLabel> labelsOf(const Element* element) {
 bool isRegistryLabel(const Types::UniversalLabel& label) {
     constexpr Types::u8 front[] = {0x06, 0x0e, 0x2b, 0x34, 0x04};
     return std::equal(std::begin(front), std::end(front), label.bytes().begin());
+}
+
+/// The first set that an item leads to, or null.
+const MetadataSet* targetOf(const Metadata::PartitionMetadata& metadata, const ElementItems& items,
+                            Types::u32 index) {
+    const auto* const reference = items.reference(index);
+    const auto found = reference == nullptr ? Metadata::Targets() : metadata.resolve(*reference);
+    return found.empty() ? nullptr : &found.front();
 }
 
 const char* releaseName(Types::ProductVersion::ReleaseVersion release) {
@@ -91,7 +64,7 @@ const char* releaseName(Types::ProductVersion::ReleaseVersion release) {
 } // namespace
 
 const Types::Collection* collection(const MetadataSet& set, const Types::UniversalLabel& property) {
-    return contentsOf(set.find(property)).collection;
+    return ElementItems(set.find(property)).values();
 }
 
 std::string text(const MetadataSet& set, const Structural::Property<Types::UTF16String>& property) {
@@ -164,9 +137,10 @@ std::vector<const MetadataSet*> targets(
     const Metadata::PartitionMetadata& metadata, const MetadataSet& set,
     const Structural::Property<Types::StrongReference>& property) {
     std::vector<const MetadataSet*> found;
-    for (const auto* reference : contentsOf(set.find(property.label())).references) {
-        if (const auto target = metadata.resolve(*reference); !target.empty()) {
-            found.push_back(&target.front());
+    const ElementItems items(set.find(property.label()));
+    for (Types::u32 i = 0; i != items.size(); ++i) {
+        if (const MetadataSet* const target = targetOf(metadata, items, i)) {
+            found.push_back(target);
         }
     }
     return found;
@@ -174,9 +148,10 @@ std::vector<const MetadataSet*> targets(
 
 const MetadataSet* firstTarget(const Metadata::PartitionMetadata& metadata, const MetadataSet& set,
                                const Structural::Property<Types::StrongReference>& property) {
-    for (const auto* reference : contentsOf(set.find(property.label())).references) {
-        if (const auto target = metadata.resolve(*reference); !target.empty()) {
-            return &target.front();
+    const ElementItems items(set.find(property.label()));
+    for (Types::u32 i = 0; i != items.size(); ++i) {
+        if (const MetadataSet* const target = targetOf(metadata, items, i)) {
+            return target;
         }
     }
     return nullptr;
@@ -191,12 +166,13 @@ std::vector<const MetadataSet*> allTargets(const Metadata::PartitionMetadata& me
     };
     std::vector<const MetadataSet*> found;
     for (const auto& [label, element] : set.made()) {
-        for (const auto* reference : contentsOf(element).references) {
+        const ElementItems items(element);
+        for (Types::u32 i = 0; i != items.size() && items.reference(i) != nullptr; ++i) {
             IsStrong strong;
-            reference->accept(strong);
-            const auto target = strong.is ? metadata.resolve(*reference) : Metadata::Targets();
-            if (!target.empty()) {
-                found.push_back(&target.front());
+            items.reference(i)->accept(strong);
+            const MetadataSet* const target = strong.is ? targetOf(metadata, items, i) : nullptr;
+            if (target != nullptr) {
+                found.push_back(target);
             }
         }
     }

@@ -62,7 +62,8 @@ TEST_P(Docs, examplesPrintWhatThePageShows) {
 
 INSTANTIATE_TEST_SUITE_P(, Docs,
                          ::testing::Values("to-xml", "from-xml", "info", "check", "schema",
-                                           "dictionary-command", "apply", "recover"),
+                                           "dictionary-command", "apply", "recover", "get", "set",
+                                           "diff"),
                          [](const auto& each) {
                              std::string name = each.param;
                              std::replace(name.begin(), name.end(), '-', '_');

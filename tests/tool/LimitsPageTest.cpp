@@ -16,6 +16,7 @@
 #include "host/xmlutils/LoadDocument.h"
 #include "inspection/Summary.h"
 #include "inspection/essence/ShownText.h"
+#include "inspection/query/ParsePath.h"
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/Paths.h"
 #include "tools/corvid/FromXml.h"
@@ -92,6 +93,7 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Inspection::, mostTracks),
         CORVID_LIMIT(Inspection::, mostLocators),
         CORVID_LIMIT(Tool::, mostLines),
+        CORVID_LIMIT(Inspection::, deepestConditions),
         CORVID_LIMIT(Tool::WarningLog::, longestText),
         CORVID_LIMIT(Editing::Differences::, mostListed),
         CORVID_LIMIT(Editing::Differences::, mostListedAtAll),

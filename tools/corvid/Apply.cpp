@@ -52,7 +52,7 @@ bool isSameFile(const std::string& a, const std::string& b) {
 }
 
 /// Refuses what can't be meant, and files that would never end.
-void checkOptions(const ApplyOptions& options) {
+void checkOptions(const ClipEdit& options, const std::vector<std::string>& inputs) {
     const std::string& output = options.target.newFile;
     if (options.clip == "-") {
         throw UsageError{"the clip is a file that can be changed or copied, not standard input"};
@@ -73,14 +73,13 @@ void checkOptions(const ApplyOptions& options) {
     if (!options.target.undo.empty() && options.target.undo == options.log) {
         throw UsageError{"--undo and --log need a file each"};
     }
-    for (const std::string& file :
-         inputsOf({options.document, options.clip}, options.dictionaries)) {
+    for (const std::string& file : inputs) {
         if (!output.empty() && isSameFile(output, file)) {
             throw UsageError{output +
                              " is read, so it can't be written; --in-place changes a clip"};
         }
     }
-    protectInputs(inputsOf({options.document, options.clip}, options.dictionaries));
+    protectInputs(inputs);
 }
 
 /// What the edit leaves in the file's history.
@@ -91,7 +90,7 @@ Editing::Modification modification(const std::string& version) {
     return {"Corvid", "corvid", version, "Linux", Types::UUID(productUID), Editing::currentTime()};
 }
 
-Editing::EditOptions editOptionsOf(const ApplyOptions& options) {
+Editing::EditOptions editOptionsOf(const ClipEdit& options) {
     Editing::EditOptions edit = options.edit;
     edit.copies = copyChoiceOf(options.partitions).value_or(CopyChoice());
     if (options.recordsEdit) {
@@ -128,7 +127,7 @@ void warnOfCopies(const EditPlan& plan, const mxf::Partitions& partitions, Messa
 }
 
 /// Names packing lists that may have the hash of the clip as it was.
-void noteStaleLists(const ApplyOptions& options, const EditPlan& plan, Messages& messages) {
+void noteStaleLists(const ClipEdit& options, const EditPlan& plan, Messages& messages) {
     if (!options.target.newFile.empty() || plan.rewrite.isEmpty()) {
         return;
     }
@@ -147,16 +146,13 @@ void noteStaleLists(const ApplyOptions& options, const EditPlan& plan, Messages&
 
 /// Opens the file for the record of the edit, before anything is changed; null where none is
 /// wanted.
-std::unique_ptr<Output> openLog(const ApplyOptions& options) {
-    return options.log.empty()
-               ? nullptr
-               : openOutput(options.log,
-                            inputsOf({options.document, options.clip}, options.dictionaries),
-                            MayReplace::noMxfFile);
+std::unique_ptr<Output> openLog(const ClipEdit& options, const std::vector<std::string>& inputs) {
+    return options.log.empty() ? nullptr : openOutput(options.log, inputs, MayReplace::noMxfFile);
 }
 
-void writeLog(const ApplyOptions& options, nlohmann::ordered_json record, Output& output) {
-    record["document"] = options.document;
+void writeLog(const ClipEdit& options, const WantedEdit& wanted, nlohmann::ordered_json record,
+              Output& output) {
+    record.update(wanted.origin);
     record["version"] = options.version;
     const std::string text = jsonText(record) + "\n";
     try {
@@ -180,10 +176,11 @@ mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
 }
 
 /// Carries an edit out and records it.
-void makeEdit(const ApplyOptions& options, mxf::SystemFiles& files,
+void makeEdit(const ClipEdit& options, const WantedEdit& wanted,
+              const std::vector<std::string>& inputs, mxf::SystemFiles& files,
               DataIO::RandomAccessSource& source, const mxf::FileStatus& status, EditReport& report,
               Messages& messages) {
-    const auto log = openLog(options);
+    const auto log = openLog(options, inputs);
     const bool isRecorded = log || options.json;
     if (isRecorded) {
         report.headersBefore = Editing::headerHashes(source, report.plan.copies);
@@ -208,7 +205,7 @@ void makeEdit(const ApplyOptions& options, mxf::SystemFiles& files,
     }
     messages.showProgress("");
     if (log) {
-        writeLog(options, toJson(report), *log);
+        writeLog(options, wanted, toJson(report), *log);
     }
 }
 
@@ -217,19 +214,34 @@ void makeEdit(const ApplyOptions& options, mxf::SystemFiles& files,
 bool isCopyChoice(const std::string& text) { return copyChoiceOf(text).has_value(); }
 
 void apply(const ApplyOptions& options, Messages& messages) {
+    const auto read = [&](const Dictionary& dictionary) -> MakePlan {
+        const auto document = std::make_shared<Editing::DocumentMetadata>(
+            readDocument(options, dictionary, messages));
+        return [document](Editing::ClipEditor& editor, const Editing::EditOptions& edit) {
+            return editor.plan(*document, edit);
+        };
+    };
+    const nlohmann::ordered_json origin{{"document", options.document}};
+    editClip(options, {{options.document}, origin, read}, messages);
+}
+
+void editClip(const ClipEdit& options, const WantedEdit& wanted, Messages& messages) {
     messages.setFile(options.clip);
-    checkOptions(options);
+    std::vector<std::string> inputs = wanted.inputs;
+    inputs.push_back(options.clip);
+    inputs = inputsOf(std::move(inputs), options.dictionaries);
+    checkOptions(options, inputs);
     const auto dictionary = loadDictionary(options.dictionaries);
     mxf::SystemFiles files;
     // Its status first: a file that takes the place of the clip while it is opened is noticed then.
     const auto status = files.find(options.clip);
     const auto source = DataIO::openSource(options.clip);
     mxf::requireFinished(files, options.clip);
-    auto document = readDocument(options, dictionary, messages);
+    const MakePlan makePlan = wanted.read(dictionary);
     Editing::ClipEditor editor(*source, dictionary, messages);
     Editing::EditOptions edit = editOptionsOf(options);
     edit.blockSize = Editing::blockSizeOf(files, options.clip);
-    const EditPlan plan = editor.plan(document, edit);
+    const EditPlan plan = makePlan(editor, edit);
     warnOfCopies(plan, editor.partitions(), messages);
     refuseWarnings(options.warningsAsErrors, messages);
     EditReport report{messages.file(), plan, Editing::EditWay::nothing,
@@ -241,7 +253,7 @@ void apply(const ApplyOptions& options, Messages& messages) {
             messages.showProgress("");
         }
     } else {
-        makeEdit(options, files, *source, status.value(), report, messages);
+        makeEdit(options, wanted, inputs, files, *source, status.value(), report, messages);
     }
     noteStaleLists(options, plan, messages);
     messages.flush();

@@ -3,13 +3,15 @@
 #include "editing/apply/CarryOut.h"
 #include "tools/corvid/input/DictionaryChoice.h"
 
+#include <functional>
+#include <nlohmann/json_fwd.hpp>
+
 namespace Corvid::Tool {
 
 class Messages;
 
-/// The options of `corvid apply`.
-struct ApplyOptions {
-    std::string document; ///< "-" is standard input
+/// How a clip is edited, whatever the edit is.
+struct ClipEdit {
     std::string clip;
     DictionaryChoice dictionaries;
     std::string partitions = "all"; ///< all, header, footer, or a number from 0
@@ -25,7 +27,12 @@ struct ApplyOptions {
     std::string version; ///< of the command, for what the edit records
 };
 
-/// True for what `ApplyOptions::partitions` may be.
+/// The options of `corvid apply`.
+struct ApplyOptions : ClipEdit {
+    std::string document; ///< "-" is standard input
+};
+
+/// True for what `ClipEdit::partitions` may be.
 bool isCopyChoice(const std::string& text);
 
 /// Makes the header metadata of a clip what a document says.
@@ -33,5 +40,21 @@ bool isCopyChoice(const std::string& text);
 /// @throws UsageError, EndedWith, IOError, BaseException  as guard() takes them. Where something is
 ///     refused, nothing has been written.
 void apply(const ApplyOptions& options, Messages& messages);
+
+/// Plans what an edit makes of a clip that is open.
+using MakePlan =
+    std::function<Editing::EditPlan(Editing::ClipEditor&, const Editing::EditOptions&)>;
+
+/// What the header metadata of a clip is to be.
+struct WantedEdit {
+    std::vector<std::string> inputs;      ///< files that are read beside the clip
+    const nlohmann::ordered_json& origin; ///< says for the record of the edit what was wanted
+    /// Reads what is wanted, before the clip is read.
+    std::function<MakePlan(const Templates::SharedPtr<MetaMetadata::Dictionary>&)> read;
+};
+
+/// Edits a clip, or shows what would change.
+/// @throws  as apply().
+void editClip(const ClipEdit& options, const WantedEdit& wanted, Messages& messages);
 
 } // namespace Corvid::Tool

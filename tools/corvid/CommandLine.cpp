@@ -3,10 +3,13 @@
 #include "tools/corvid/Apply.h"
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
+#include "tools/corvid/Diff.h"
 #include "tools/corvid/FromXml.h"
+#include "tools/corvid/Get.h"
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Recover.h"
 #include "tools/corvid/Schema.h"
+#include "tools/corvid/Set.h"
 #include "tools/corvid/ToXml.h"
 #include "tools/corvid/terminal/HelpFormatter.h"
 #include "tools/corvid/terminal/UsageError.h"
@@ -194,17 +197,9 @@ Work declareFromXml(CLI::App& verb) {
     return [options](Messages& messages) { fromXml(*options, messages); };
 }
 
-Work declareApply(CLI::App& verb) {
-    const auto options = std::make_shared<ApplyOptions>();
+/// The options of verbs that edit a clip.
+void declareEdit(CLI::App& verb, const std::shared_ptr<ClipEdit>& options) {
     options->version = CORVID_VERSION;
-    verb.add_option("DOC.xml", options->document, "Document to read; - is standard input")
-        ->required()
-        ->type_name("DOC.xml")
-        ->group(input);
-    verb.add_option("CLIP.mxf", options->clip, "MXF file whose header metadata it changes")
-        ->required()
-        ->type_name("CLIP.mxf")
-        ->group(input);
     declareDictionaries(verb, options->dictionaries);
     verb.add_option("--partitions", options->partitions,
                     "Copies of the header metadata to change: all, header, footer, or that of a "
@@ -269,7 +264,37 @@ Work declareApply(CLI::App& verb) {
     verb.add_flag("--preserve-times", options->target.preservesTimes,
                   "Keep the clip's time of modification")
         ->group(output);
+}
+
+Work declareApply(CLI::App& verb) {
+    const auto options = std::make_shared<ApplyOptions>();
+    verb.add_option("DOC.xml", options->document, "Document to read; - is standard input")
+        ->required()
+        ->type_name("DOC.xml")
+        ->group(input);
+    verb.add_option("CLIP.mxf", options->clip, "MXF file whose header metadata it changes")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    declareEdit(verb, options);
     return [options](Messages& messages) { apply(*options, messages); };
+}
+
+Work declareSet(CLI::App& verb) {
+    const auto options = std::make_shared<SetOptions>();
+    verb.add_option("CLIP.mxf", options->clip, "MXF file whose header metadata changes")
+        ->required()
+        ->type_name("CLIP.mxf")
+        ->group(input);
+    verb.add_option("PATH=VALUE", options->assignments,
+                    "Path as for get, and the new value: MaterialPackage/PackageName=Title; += "
+                    "appends to a list, -= removes")
+        ->required()
+        ->type_name("PATH=VALUE")
+        ->group(input);
+    verb.add_flag("--all", options->all, "Set all values that a path leads to")->group(processing);
+    declareEdit(verb, options);
+    return [options](Messages& messages) { set(*options, messages); };
 }
 
 Work declareRecover(CLI::App& verb) {
@@ -310,6 +335,35 @@ Work declareInfo(CLI::App& verb, bool colours) {
                   "Print JSON for programs; of several files a line for each")
         ->group(output);
     return [options](Messages& messages) { info(*options, messages); };
+}
+
+Work declareGet(CLI::App& verb) {
+    const auto options = std::make_shared<GetOptions>();
+    declareClip(verb, options->clip);
+    verb.add_option("PATH", options->paths,
+                    "Names of sets and properties to the value: MaterialPackage/PackageName, "
+                    "TimelineTrack[TrackID=2]/TrackName")
+        ->required()
+        ->type_name("PATH")
+        ->group(input);
+    declareStrictness(verb, options->warningsAsErrors, "Exit with status 1 if there are warnings");
+    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    return [options](Messages& messages) { get(*options, messages); };
+}
+
+Work declareDiff(CLI::App& verb) {
+    const auto options = std::make_shared<DiffOptions>();
+    verb.add_option("BEFORE", options->before, "MXF file or document; - is standard input")
+        ->required()
+        ->type_name("BEFORE")
+        ->group(input);
+    verb.add_option("AFTER", options->after, "Another one, of whichever kind")
+        ->required()
+        ->type_name("AFTER")
+        ->group(input);
+    declareReading(verb, options->clips);
+    verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
+    return [options](Messages& messages) { diff(*options, messages); };
 }
 
 Work declareSchema(CLI::App& verb) {
@@ -373,9 +427,12 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     add("to-xml", "Write the header metadata of an MXF file as XML", declareToXml);
     add("from-xml", "Write a document as an MXF header partition", declareFromXml);
     add("apply", "Make the metadata of a file what a document says", declareApply);
+    add("set", "Change single values of an MXF file", declareSet);
     add("recover", "Take back or finish an edit that was interrupted", declareRecover);
     add("info", "Show what is in an MXF file at a glance",
         [colours](CLI::App& verb) { return declareInfo(verb, colours); });
+    add("get", "Print single values of an MXF file", declareGet);
+    add("diff", "Show what differs between two files or documents", declareDiff);
     add("check", "Take MXF files to XML and back, show what differs",
         [colours](CLI::App& verb) { return declareCheck(verb, colours); });
     add("schema", "Write the XML Schema of the documents", declareSchema);
