@@ -252,8 +252,7 @@ void ClipEditor::Content::placeInPacks(const EditPlan& plan, mxf::FileEdit& edit
     }
     if (pack.operationalPattern || pack.essenceContainers) {
         for (std::size_t i = 0; i != file.partitions().size(); ++i) {
-            const bool isEdited =
-                std::find(plan.copies.begin(), plan.copies.end(), i) != plan.copies.end();
+            const bool isEdited = std::binary_search(plan.copies.begin(), plan.copies.end(), i);
             if (isEdited || plan.left.empty()) {
                 pack.partition = i;
                 edit.packs.push_back(pack);
