@@ -17,7 +17,9 @@ std::optional<double> seconds(Types::int64 editUnits, const std::optional<Types:
 
 std::string timecodeText(const Timecode& timecode) {
     const int rate = timecode.framesPerSecond;
-    if (rate <= 0 || timecode.start < 0) {
+    // What drops frames counts further than there are frames.
+    constexpr Types::int64 greatestCount = Types::int64{1} << 62;
+    if (rate <= 0 || timecode.start < 0 || timecode.start > greatestCount) {
         return std::to_string(timecode.start) + " frames";
     }
     Types::int64 frame = timecode.start;
@@ -50,8 +52,9 @@ std::optional<Types::int64> converted(Types::int64 editUnits, const Types::Ratio
     times /= common;
     by /= common;
     // Whole multiples apart, so that no product is greater than need be.
-    const Types::int64 whole = editUnits / by - (editUnits % by < 0 ? 1 : 0);
-    const Types::int64 rest = editUnits - whole * by; // from 0 to by - 1
+    const bool isBelow = editUnits % by < 0;
+    const Types::int64 whole = editUnits / by - (isBelow ? 1 : 0);
+    const Types::int64 rest = editUnits % by + (isBelow ? by : 0); // from 0 to by - 1
     constexpr Types::int64 greatest = std::numeric_limits<Types::int64>::max();
     if (rest != 0 && times > greatest / rest) {
         return std::nullopt;

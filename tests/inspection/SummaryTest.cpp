@@ -16,6 +16,7 @@ TEST(Summary, countsTimecodeWithoutDropFrame) {
     EXPECT_EQ(timecodeText({90000, 25, false}), "01:00:00:00");
     EXPECT_EQ(timecodeText({90061, 30, false}), "00:50:02:01");
     EXPECT_EQ(timecodeText({5, 0, false}), "5 frames");
+    EXPECT_EQ(timecodeText({0x7FFFFFFFFFFFFFFF, 30, true}), "9223372036854775807 frames");
 }
 
 /// Counts one frame number after the other, as SMPTE ST 12-1 describes it.

@@ -26,6 +26,8 @@ TEST(Timecode, convertsNothingThatCannotBeCounted) {
     EXPECT_FALSE(converted(greatest, Rational(1, 1), Rational(2, 1)));
     EXPECT_FALSE(
         converted(std::numeric_limits<Types::int64>::min(), Rational(1, 1), Rational(2, 1)));
+    EXPECT_EQ(converted(std::numeric_limits<Types::int64>::min(), Rational(3, 1), Rational(1, 1)),
+              -greatest / 3 - 1);
     EXPECT_EQ(converted(greatest, Rational(2, 1), Rational(1, 1)), greatest / 2);
     EXPECT_EQ(converted(greatest, Rational(25, 1), Rational(25, 1)), greatest);
 }
