@@ -2,7 +2,7 @@
 
 #include "host/dataio/Memory.h"
 #include "host/metadata/Names.h"
-#include "host/mxf/LocalSet.h"
+#include "host/mxf/SetReader.h"
 #include "host/types/UuidMap.h"
 
 #include <algorithm>
@@ -31,27 +31,11 @@ std::string bytesOf(const DarkMetadataSet& set) {
     return bytes.append(set.value()->begin(), set.value()->end());
 }
 
-bool isInstanceUID(Types::u16 tag, const Metadata::PartitionDictionary& primer) {
-    const auto* const label = primer.find(Types::LocalTag(tag), true);
-    return label != nullptr &&
-           label->withoutVersion() ==
-               Metadata::Structural::StructuralMetadataULs::instanceUID().withoutVersion();
-}
-
+/// Sets that nobody can take apart are written once each, whatever identifiers their bytes hold.
 std::optional<Types::UUID> identifierOf(const DarkMetadataSet& set,
                                         const Metadata::PartitionDictionary& primer) {
-    std::optional<Types::UUID> identifier;
-    if (!KLV::isLocalSet(set.key())) {
-        return identifier;
-    }
-    mxf::LocalSet properties(set.key(), {set.value()->begin(), set.value()->size()});
-    while (const auto property = properties.next()) {
-        if (!identifier && Types::UUID::fits(property->value) &&
-            isInstanceUID(property->tag, primer)) {
-            identifier = Types::UUID(property->value);
-        }
-    }
-    return properties.atEnd() ? identifier : std::nullopt;
+    return mxf::identifierOfDarkGroup(set.key(), {set.value()->begin(), set.value()->size()},
+                                      primer);
 }
 
 /// Counts equal sets of one identifier.

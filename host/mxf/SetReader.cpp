@@ -59,11 +59,13 @@ struct Walk {
     std::size_t properties = 0;
     std::size_t rest = 0;          ///< bytes after the last property
     std::size_t greatestValue = 0; ///< bytes of the longest value
-    bool hasInstanceUID = false;
+    std::optional<Types::UUID> instanceUID;
     LengthForm lengths;
 };
 
-Walk walk(const KLV::Key& key, Types::ByteView value, TagMeanings& meanings) {
+/// @param isInstanceUID  tells of a tag.
+template <class IsInstanceUID>
+Walk walk(const KLV::Key& key, Types::ByteView value, IsInstanceUID isInstanceUID) {
     Walk result;
     const bool hasBerLengths = KLV::hasBerLengths(key);
     LocalSet set(key, value);
@@ -73,9 +75,10 @@ Walk walk(const KLV::Key& key, Types::ByteView value, TagMeanings& meanings) {
         if (hasBerLengths) {
             result.lengths.take(property->value.size, property->lengthOctets);
         }
-        result.hasInstanceUID =
-            result.hasInstanceUID || (property->value.size == Types::UUID::fixedSize &&
-                                      meanings.of(property->tag).isInstanceUID);
+        if (!result.instanceUID && Types::UUID::fits(property->value) &&
+            isInstanceUID(property->tag)) {
+            result.instanceUID = Types::UUID(property->value);
+        }
     }
     result.rest = value.size - set.position();
     return result;
@@ -137,6 +140,20 @@ void SetReader::warn(const WarningKind& kind, const Place& place, std::string te
     warnings_.warn(warning);
 }
 
+std::optional<Types::UUID> identifierOfDarkGroup(const KLV::Key& key, Types::ByteView value,
+                                                 const Metadata::PartitionDictionary& primer) {
+    if (!KLV::isLocalSet(key) || primer.dictionary()->findSet(key) != nullptr) {
+        return std::nullopt;
+    }
+    const Walk found = walk(key, value, [&primer](Types::u16 tag) {
+        const auto* const label = primer.find(Types::LocalTag(tag), true);
+        return label != nullptr &&
+               label->withoutVersion() ==
+                   Metadata::Structural::StructuralMetadataULs::instanceUID().withoutVersion();
+    });
+    return obstacleTo(found, value.size) ? std::nullopt : found.instanceUID;
+}
+
 const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView value) {
     const auto& dictionary = *partition_.partitionDictionary().dictionary();
     const auto* definition = dictionary.findSet(triplet.key);
@@ -145,14 +162,15 @@ const MetadataSet* SetReader::read(const KLV::Triplet& triplet, Types::ByteView 
         return nullptr;
     }
     const Place place{triplet.key, definition, triplet.offset};
-    const Walk found = walk(triplet.key, value, meanings_);
+    const Walk found = walk(triplet.key, value,
+                            [this](Types::u16 tag) { return meanings_.of(tag).isInstanceUID; });
     if (const auto obstacle = obstacleTo(found, value.size)) {
         warn(*obstacle->kind, place, obstacle->text + ", so the set is kept as a dark set");
         addDark(triplet, value);
         return nullptr;
     }
     if (definition == nullptr) {
-        if (!found.hasInstanceUID) {
+        if (!found.instanceUID) {
             addDark(triplet, value);
             return nullptr;
         }

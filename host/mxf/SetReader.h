@@ -54,6 +54,11 @@ private:
     Primer primer_;
 };
 
+/// The InstanceUID of a set that SetReader makes a DarkParsedGroup of; nothing for any other set.
+/// @param value  the whole value. Borrowed.
+CORVID_EXPORT std::optional<Types::UUID> identifierOfDarkGroup(
+    const KLV::Key& key, Types::ByteView value, const Metadata::PartitionDictionary& primer);
+
 /// What a warning calls a set: its name in the dictionary, or its key.
 CORVID_EXPORT std::string nameOfSet(const KLV::Key& key,
                                     const MetaMetadata::MetaMetadataSet* definition);

@@ -138,6 +138,22 @@ TEST_F(MergeCopies, leavesDarkSetsWithoutIdentifierAlone) {
     EXPECT_EQ(darkSets(), 12);
 }
 
+/// A file has as many of these, each for itself.
+TEST_F(MergeCopies, leavesDarkSetsAloneThatNobodyCanTakeApart) {
+    auto berLengths = Model::darkKey();
+    berLengths[5] = 0x13;
+    const std::string uid = std::string("\x3C\x0A", 2);
+    const std::string mixed =
+        uid + "\x10" + std::string(16, 'u') + std::string("\x01\x01\x81\x01x", 5);
+    const auto knownClass = model_.set("TimelineTrack", 9).key().bytes();
+    for (int i = 0; i != 2; ++i) {
+        model_.darkSet(knownClass, 4, identified(1));
+        model_.darkSet(berLengths, 4, mixed);
+    }
+    EXPECT_EQ(mergeCopies(model_.partition).equal, 0U);
+    EXPECT_EQ(darkSets(), 4);
+}
+
 TEST_F(MergeCopies, copesWithManyCopies) {
     for (int i = 0; i != 20000; ++i) {
         track(1, "a");
