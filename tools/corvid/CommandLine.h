@@ -13,8 +13,7 @@ struct Command {
     std::string text;                   ///< help or version, for standard output
 };
 
-/// Understands a command line. The arguments of all verbs are declared here, and nowhere else:
-/// their help is made of that.
+/// Understands a command line.
 /// @param colours  whether results may be coloured.
 /// @throws UsageError  it can't be understood.
 Command parseCommandLine(int argc, const char* const* argv, bool colours);

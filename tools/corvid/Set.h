@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/corvid/Apply.h"
+#include "tools/corvid/EditClip.h"
 
 namespace Corvid::Tool {
 
@@ -12,7 +12,7 @@ struct SetOptions : ClipEdit {
 
 /// Changes single values of the header metadata of a clip.
 /// @throws UsageError  an assignment is none.
-/// @throws EndedWith, IOError, BaseException  as apply().
+/// @throws EndedWith, IOError, BaseException  as editClip().
 void set(const SetOptions& options, Messages& messages);
 
 } // namespace Corvid::Tool

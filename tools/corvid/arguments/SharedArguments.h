@@ -1,0 +1,32 @@
+#pragma once
+
+#include "tools/corvid/input/Clip.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+/// Arguments that several verbs have.
+namespace Corvid::Tool {
+
+/// The groups of a verb's help.
+constexpr const char* input = "Input";
+constexpr const char* processing = "Processing";
+constexpr const char* output = "Output";
+
+/// Unlike the library's own, it adds nothing to the help: the type's name shows the values.
+CLI::Validator oneOf(std::vector<std::string> values);
+CLI::Validator numberFromOne(std::uint32_t greatest);
+
+void declareDictionaries(CLI::App& verb, DictionaryChoice& choice);
+/// The options of verbs that read MXF files, one or many.
+void declareReading(CLI::App& verb, ClipOptions& options);
+/// The same with the one file that is read.
+void declareClip(CLI::App& verb, ClipOptions& options);
+/// @param what  the help.
+void declareForce(CLI::App& verb, bool& force, const char* what);
+/// @param what  the help.
+void declareStrictness(CLI::App& verb, bool& wanted, const char* what);
+
+} // namespace Corvid::Tool
