@@ -198,7 +198,7 @@ std::vector<Dimension> contentDimensions() {
         {"links to nothing", xml, 256, linksToNothing},
         {"sets in each other", xml, 60, setsInEachOther, 250},
         {"sets in one set", xml, 64, setsInOneSet},
-        {"sets in 250 others", xml, 64, setsDeepInside},
+        {"sets in 250 others", xml, 256, setsDeepInside},
         {"items of a collection", xml, 256, items},
         {"labels of unknown properties", xml, 256, unknownLabels},
         {"unknown properties with one label", xml, 256, oneUnknownLabel},
