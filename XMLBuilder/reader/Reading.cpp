@@ -118,7 +118,11 @@ void Reading::readWaiting() {
 }
 
 void Reading::addMistake(const DocumentNode& node, const Exceptions::BaseException& error) {
-    strictness_->mistakes().add(node, Platform::toUtf8(error.message()));
+    const std::string name = narrow(node.name) + ": ";
+    const std::string message = Platform::toUtf8(error.message());
+    // Some messages name the property themselves.
+    const bool isNamed = message.compare(0, name.size(), name) == 0;
+    strictness_->mistakes().add(node, message.substr(isNamed ? name.size() : 0));
 }
 
 std::string ReadingPlace::inFrontOf(const std::string& message) const {

@@ -9,6 +9,7 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 
 std::string identifier(unsigned number) {
     return "00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.0" + std::to_string(number);
@@ -206,6 +207,18 @@ TEST(DocumentMistakes, areCountedBeyondAHundred) {
     EXPECT_EQ(outcome.status, 1);
     EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 101);
     EXPECT_THAT(outcome.err, HasSubstr("corvid: doc.xml: 30 more mistakes\n"));
+}
+
+TEST(DocumentMistakes, nameAPropertyOnce) {
+    const Workshop shop;
+    const std::string there = "<![CDATA[Picture]]> 1";
+    std::string document = rightDocument();
+    document.replace(document.find(there), there.size(), std::string(40000, 'x'));
+    shop.write("doc.xml", document);
+    const Outcome outcome = shop.run("corvid from-xml doc.xml -o out.mxf");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("/rp210:TrackName: value of 80000 bytes"));
+    EXPECT_THAT(outcome.err, Not(HasSubstr("rp210:TrackName: rp210:TrackName")));
 }
 
 TEST(DocumentOfPeople, isReadWithWhatItMayHave) {

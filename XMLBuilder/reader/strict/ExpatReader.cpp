@@ -21,6 +21,8 @@ constexpr std::size_t greatestBlock = std::size_t{256} * 1024 * 1024;
 
 constexpr std::size_t longestUri = 1024; // as in a dictionary
 
+constexpr std::size_t longestDeclaration = 256; // of those that anybody writes
+
 static_assert(sizeof(XML_Char) == 1, "expat is built for UTF-8");
 
 /// An encoding as expat calls it; null where the document says it itself or is in UTF-8.
@@ -35,11 +37,30 @@ const char* nameOf(XMLUtils::Utf16Form::Order order) {
     }
 }
 
-/// Other names of ISO 8859-1 and ASCII; expat knows one of each.
-bool takeEncoding(std::string_view name, XML_Encoding& info) {
+std::string inCapitals(std::string_view name) {
     std::string folded(name);
     std::transform(folded.begin(), folded.end(), folded.begin(),
                    [](char each) { return each >= 'a' && each <= 'z' ? each - 'a' + 'A' : each; });
+    return folded;
+}
+
+/// Whether the declaration of a document calls its encoding "utf8", as many programs do: expat
+/// knows UTF-8 by no other name.
+bool saysUtf8(std::string_view front) {
+    const std::string_view declaration = front.substr(0, front.find("?>"));
+    const auto encoding = declaration.find("encoding");
+    const auto quote = declaration.find_first_of("'\"", encoding);
+    if (declaration.substr(0, 5) != "<?xml" || encoding == std::string_view::npos ||
+        quote == std::string_view::npos) {
+        return false;
+    }
+    const std::string_view name = declaration.substr(quote + 1);
+    return inCapitals(name.substr(0, name.find(declaration[quote]))) == "UTF8";
+}
+
+/// Other names of ISO 8859-1 and ASCII; expat knows one of each.
+bool takeEncoding(std::string_view name, XML_Encoding& info) {
+    const std::string folded = inCapitals(name);
     static constexpr std::array<std::string_view, 8> latin1 = {
         "LATIN1", "LATIN-1", "L1", "ISO8859-1", "ISO_8859-1", "CP819", "IBM819", "ISO-IR-100"};
     static constexpr std::array<std::string_view, 4> ascii = {"ASCII", "US_ASCII", "USASCII",
@@ -210,7 +231,7 @@ void ExpatReader::feed(std::basic_string_view<unsigned char> front, DataIO::Data
 }
 
 void ExpatReader::read(DataIO::DataSource& source) {
-    std::array<unsigned char, 4> first{};
+    std::array<unsigned char, longestDeclaration> first{};
     const std::size_t count = source.read(first.data(), first.size());
     if (count == 0) {
         throw Exceptions::ParseError("line 1, column 1: empty document, expected a root element",
@@ -226,7 +247,8 @@ void ExpatReader::read(DataIO::DataSource& source) {
     if (form.order != XMLUtils::Utf16Form::Order::none) {
         surrogates_.emplace(form.order == XMLUtils::Utf16Form::Order::highFirst);
     }
-    start(nameOf(form.order));
+    const std::string_view front(reinterpret_cast<const char*>(first.data()), count);
+    start(saysUtf8(front) ? "UTF-8" : nameOf(form.order));
     feed({first.data() + form.markSize, count - form.markSize}, source);
 }
 
