@@ -38,9 +38,11 @@ std::optional<Types::int64> positionIn(const Place& place,
 /// The sum, unless it is too great.
 std::optional<Types::int64> sum(const std::optional<Types::int64>& a,
                                 const std::optional<Types::int64>& b) {
-    constexpr Types::int64 most = Types::int64{1} << 62;
-    return a && b && *a > -most && *a<most&& * b> - most && *b < most ? std::make_optional(*a + *b)
-                                                                      : std::nullopt;
+    const auto isSmall = [](Types::int64 number) {
+        constexpr Types::int64 most = Types::int64{1} << 62;
+        return number > -most && number < most;
+    };
+    return a && b && isSmall(*a) && isSmall(*b) ? std::make_optional(*a + *b) : std::nullopt;
 }
 
 /// The timecode of a package at a place in it.

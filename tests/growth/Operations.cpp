@@ -12,10 +12,13 @@
 #include "tests/support/MxfBuilder.h"
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
+#include "tools/corvid/Diff.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/FromXml.h"
+#include "tools/corvid/Get.h"
 #include "tools/corvid/Info.h"
 #include "tools/corvid/Schema.h"
+#include "tools/corvid/Set.h"
 #include "tools/corvid/ToXml.h"
 #include "tools/corvid/terminal/Messages.h"
 
@@ -43,7 +46,7 @@ constexpr std::string_view smallDictionary =
 using PartitionHolder = Templates::auto_ptr<Metadata::PartitionMetadata>;
 
 /// Runs a verb; its messages go into a file of the folder.
-template <class Verb> bool runVerb(const Subject& subject, Verb verb) {
+template <class Verb> int statusOf(const Subject& subject, Verb verb) {
     class FileSink final : public DataIO::DataSink {
     public:
         explicit FileSink(const std::filesystem::path& path) : file_(path, std::ios::binary) {}
@@ -55,7 +58,11 @@ template <class Verb> bool runVerb(const Subject& subject, Verb verb) {
         std::ofstream file_;
     } sink(subject.folder / "messages");
     Tool::Messages messages(sink, false);
-    return Tool::guard([&] { verb(messages); }, messages) == Tool::exitDone;
+    return Tool::guard([&] { verb(messages); }, messages);
+}
+
+template <class Verb> bool runVerb(const Subject& subject, Verb verb) {
+    return statusOf(subject, verb) == Tool::exitDone;
 }
 
 /// Takes bytes without keeping them.
@@ -137,6 +144,53 @@ template <bool referencesAsValues> Work fromXml(const Subject& subject) {
     return [subject, options] {
         return runVerb(subject,
                        [&](Tool::Messages& messages) { Tool::fromXml(options, messages); });
+    };
+}
+
+Work get(const Subject& subject) {
+    Tool::GetOptions options;
+    options.clip = clipOf(subject);
+    options.paths = {"**[*/*/*/InstanceUID!=x]/*",
+                     "**[*[last]/*[1]/InstanceUID!=x,last]/InstanceUID",
+                     "Preface/**/*/*/InstanceUID", "InterchangeObject/InterchangeObject/*/*"};
+    return [=] {
+        return runVerb(subject, [&](Tool::Messages& messages) { Tool::get(options, messages); });
+    };
+}
+
+/// Plans a change of every set; the status is that of a refusal where something would change.
+Work setValues(const Subject& subject) {
+    Tool::SetOptions options;
+    options.clip = subject.input.string();
+    options.all = true;
+    options.edit.allowsTechnical = true;
+    options.dryRun = true;
+    options.assignments = {"**/GenerationUID=00.00.00.00.00.00.00.00.00.00.00.00.00.00.00.07"};
+    return [=] {
+        return runVerb(subject, [&](Tool::Messages& messages) { Tool::set(options, messages); });
+    };
+}
+
+/// With what becomes of it, with new InstanceUIDs.
+Work diff(const Subject& subject) {
+    Tool::ToXmlOptions to;
+    to.clip = clipOf(subject);
+    to.replaceInvalid = true;
+    to.output = (subject.folder / "diff.xml").string();
+    runVerb(subject, [&](Tool::Messages& messages) { Tool::toXml(to, messages); });
+    Tool::FromXmlOptions from;
+    from.path = to.output;
+    from.output = (subject.folder / "renamed.mxf").string();
+    from.identifiers = Editing::DocumentIdentifiers::fresh;
+    runVerb(subject, [&](Tool::Messages& messages) { Tool::fromXml(from, messages); });
+    Tool::DiffOptions options;
+    options.before = subject.input.string();
+    options.after = std::filesystem::exists(from.output) ? from.output : options.before;
+    return [=] {
+        // The two differ at least in their InstanceUIDs.
+        return statusOf(subject, [&](Tool::Messages& messages) {
+                   Tool::diff(options, messages);
+               }) != Tool::exitNoFile;
     };
 }
 
@@ -280,6 +334,9 @@ const std::vector<Operation>& operations() {
     static const std::vector<Operation> all = {
         {"info", {mxf}, info<false>},
         {"info --json", {mxf}, info<true>, true},
+        {"get", {mxf}, get},
+        {"set --dry-run", {mxf}, setValues},
+        {"diff", {mxf}, diff},
         {"to-xml", {mxf, definitions}, toXml<false>},
         {"to-xml --references values", {mxf}, toXml<true>, true},
         {"from-xml", {mxf, xml, definitions}, fromXml<false>, true},
