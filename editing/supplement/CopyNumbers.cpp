@@ -48,8 +48,10 @@ public:
     CopyCount(const Metadata::PartitionMetadata& metadata, bool structuralOnly)
         : metadata_(metadata), structuralOnly_(structuralOnly) {}
 
+    /// Dark sets are not counted: a document says nothing of their properties.
     void add(const MetadataSet& set) {
-        if (set.hasInstanceUID() && metadata_.resolve(set.instanceUID()).size() > 1) {
+        if (set.metaMetadataSet() != nullptr && set.hasInstanceUID() &&
+            metadata_.resolve(set.instanceUID()).size() > 1) {
             numbers[&set].push_back(next_[set.instanceUID()]++);
         }
     }

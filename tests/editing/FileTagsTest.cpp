@@ -165,4 +165,14 @@ TEST(FileTagsAlone, ofAnIdentifierThatIsNoneComeBackWithIt) {
     }
 }
 
+/// The document has the dark set where the Preface refers to it, and says nothing of its values.
+TEST(FileTagsAlone, ofASetThatSharesItsIdentifierWithADarkSetComeBack) {
+    const auto differences = differencesOf(join(
+        {standardPrimer(),
+         set(structuralKey(prefaceSet), 1, {property(0x3B06, batch({Testing::uuid(2U)}, 16))}),
+         set(darkKey(), 2),
+         set(structuralKey(identificationSet), 2, {property(0x3C01, hex("0041.0000.0042"))})}));
+    EXPECT_THAT(differences, IsEmpty()) << linesOf(differences);
+}
+
 } // namespace
