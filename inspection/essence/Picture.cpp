@@ -234,8 +234,9 @@ Picture describePicture(const MetadataSet& set,
     };
     picture.aspectRatio = rational(imageAspectRatio);
     picture.rate = rational(sampleRate);
-    if (const auto field = number(set, fieldDominance); field == 1 || field == 2) {
-        picture.firstField = *field;
+    const auto field = number(set, fieldDominance).value_or(0);
+    if (field == 1 || field == 2) {
+        picture.firstField = field;
     }
     picture.depths = depthsOf(set, subDescriptors);
     picture.sampling = samplingOf(set);

@@ -62,7 +62,7 @@ TEST(EssenceText, namesTheFirstAndTheLastOfManyTracks) {
 }
 
 TEST(EssenceText, hasNoMoreLinesThanAreTakenInAtAGlance) {
-    for (const std::size_t count : {10, 11, 12, 100}) {
+    for (const std::size_t count : {10U, 11U, 12U, 100U}) {
         std::vector<Inspection::Stream> streams;
         for (std::size_t i = 0; i != count; ++i) {
             streams.push_back(sound(static_cast<Types::u32>(i), "", std::to_string(i)));
