@@ -313,7 +313,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "line 1, column 1: /html: is no root of a document of metadata, expected "},
         Refused{"AValueThatNoSetHolds", documentOf(preface + longName),
                 "line 1, column 426: /s377m:MetadataSets/s377m:TimelineTrack/rp210:TrackName: "
-                "rp210:TrackName: value of 65536 bytes"},
+                "value of 65536 bytes"},
         Refused{"AValueOfAnotherForm",
                 documentOf("<s377m:Preface rp210:GenerationUID='x'" + identified + "/>"),
                 "line 1, column 138: /s377m:MetadataSets/s377m:Preface/@rp210:GenerationUID: 'x', "
