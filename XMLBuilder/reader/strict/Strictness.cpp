@@ -211,7 +211,7 @@ std::optional<Types::UUID> Strictness::targetOf(const DocumentNode& link) {
         mistakes_.add(link, "has no " + narrow(Names::targetInstance) + ", expected one");
         return std::nullopt;
     }
-    const auto identifier = parseUuid(trimmed(attribute->value));
+    auto identifier = parseUuid(trimmed(attribute->value));
     if (!identifier) {
         mistakes_.add(*attribute, quoted(attribute->value) +
                                       ", expected 16 pairs of hexadecimal digits with full stops "
