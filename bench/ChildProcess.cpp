@@ -3,6 +3,7 @@
 #include <chrono>
 #include <exception>
 #include <fcntl.h>
+#include <fstream>
 #include <iostream>
 #include <spawn.h>
 #include <stdexcept>
@@ -13,6 +14,22 @@
 namespace Corvid::Bench {
 
 namespace {
+
+/// The system's account of the bytes that a process has read and written. It may have ended, but
+/// must not have been waited for.
+double bytesOf(pid_t process) {
+    std::ifstream account("/proc/" + std::to_string(process) + "/io");
+    double bytes = 0;
+    std::size_t found = 0;
+    std::string name;
+    for (double value = 0; account >> name >> value;) {
+        if (name == "rchar:" || name == "wchar:") {
+            bytes += value;
+            ++found;
+        }
+    }
+    return found == 2 ? bytes : -1;
+}
 
 rusage waitFor(pid_t child, const std::string& what) {
     int status = 0;
@@ -48,10 +65,13 @@ Usage run(const std::vector<std::string>& commandLine) {
     if (error != 0) {
         throw std::runtime_error(commandLine[0] + " can't be started");
     }
-    const rusage usage = waitFor(child, commandLine[0]);
+    siginfo_t ended{};
+    ::waitid(P_PID, static_cast<id_t>(child), &ended, WEXITED | WNOWAIT);
     const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - begin;
+    const double bytes = bytesOf(child);
+    const rusage usage = waitFor(child, commandLine[0]);
     return {wall.count(), seconds(usage.ru_utime) + seconds(usage.ru_stime),
-            static_cast<double>(usage.ru_maxrss) / 1024};
+            static_cast<double>(usage.ru_maxrss) / 1024, bytes};
 }
 
 void inChild(const std::function<void()>& work) {

@@ -11,6 +11,9 @@ struct Usage {
     double wallSeconds = 0; ///< from before its start until its end was noticed
     double cpuSeconds = 0;  ///< of processor time, the system's on its behalf included
     double peakMiB = 0;     ///< of memory resident at once
+    /// Read and written by system calls, from and to files of any kind, from a cache or not; what
+    /// is mapped into memory is not counted. Negative where the system keeps no such account.
+    double bytes = -1;
 };
 
 /// Runs a program with its standard output thrown away.

@@ -20,14 +20,19 @@ void write(const std::string& path, const Testing::Bytes& bytes) {
     }
 }
 
-void measure(benchmark::State& state, const std::vector<std::string>& commandLine) {
+void measure(benchmark::State& state, const std::vector<std::string>& commandLine,
+             const std::function<void()>& prepare) {
     Usage usage;
     for (auto _ : state) {
+        if (prepare) {
+            prepare();
+        }
         usage = run(commandLine);
         state.SetIterationTime(usage.wallSeconds);
     }
     state.counters["cpu_ms"] = 1000 * usage.cpuSeconds;
     state.counters["peak_MiB"] = usage.peakMiB;
+    state.counters["bytes"] = usage.bytes;
 }
 
 } // namespace
@@ -40,9 +45,11 @@ CommandFiles::CommandFiles(const std::vector<std::size_t>& scales) {
     }
 }
 
-void addRuns(const std::string& name, const std::vector<std::string>& commandLine,
-             int repetitions) {
-    const auto work = [commandLine](benchmark::State& state) { measure(state, commandLine); };
+void addRuns(const std::string& name, const std::vector<std::string>& commandLine, int repetitions,
+             const std::function<void()>& prepare) {
+    const auto work = [commandLine, prepare](benchmark::State& state) {
+        measure(state, commandLine, prepare);
+    };
     benchmark::RegisterBenchmark(name.c_str(), work)
         ->Repetitions(repetitions)
         ->Iterations(1)

@@ -3,6 +3,7 @@
 #include "bench/WorkFolder.h"
 
 #include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -30,7 +31,10 @@ private:
 };
 
 /// Registers a benchmark that measures a program from its start to its end: the wall time, and as
-/// counters cpu_ms, the processor time, and peak_MiB. Each repetition is one run.
-void addRuns(const std::string& name, const std::vector<std::string>& commandLine, int repetitions);
+/// counters cpu_ms, the processor time, peak_MiB, and bytes, those read and written. Each
+/// repetition is one run.
+/// @param prepare  is called before each run and not measured.
+void addRuns(const std::string& name, const std::vector<std::string>& commandLine, int repetitions,
+             const std::function<void()>& prepare = {});
 
 } // namespace Corvid::Bench

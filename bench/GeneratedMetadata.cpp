@@ -235,13 +235,18 @@ public:
 
 } // namespace
 
-GeneratedFile generateFile(std::size_t sets) {
+GeneratedMetadata generateMetadata(std::size_t sets) {
     const Tree tree = grow(sets);
     SetWriter writer;
     for (std::size_t i = 0; i != tree.nodes().size(); ++i) {
         writer.write(tree.nodes()[i], i);
     }
-    return {MxfBuilder().add(headerPartition(writer.metadata())).build(), writer.properties()};
+    return {writer.metadata(), writer.properties()};
+}
+
+GeneratedFile generateFile(std::size_t sets) {
+    const GeneratedMetadata made = generateMetadata(sets);
+    return {MxfBuilder().add(headerPartition(made.bytes)).build(), made.properties};
 }
 
 Templates::auto_ptr<Metadata::PartitionMetadata> readMetadata(const GeneratedFile& file) {

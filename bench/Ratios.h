@@ -38,6 +38,9 @@ public:
     /// @param figure  negative, or `yardstick` 0 or less, where it was not measured.
     void print(const std::string& what, double figure, double yardstick, double limit);
 
+    /// A median, or what is made of several; negative where a benchmark was not run.
+    double valueOf(const Figure& figure) const;
+
     /// Whether a ratio that was printed is over its limit.
     bool isOneMissed() const noexcept { return missed_; }
 
@@ -45,7 +48,6 @@ private:
     /// The median of a benchmark's repetitions, or of a counter of it; negative where there is
     /// none.
     double median(const std::string& benchmark, const std::string& counter) const;
-    double valueOf(const Figure& figure) const;
     /// Begins a line. @return false where it says that there is no ratio.
     static bool printRatio(const std::string& what, double figure, double yardstick);
 

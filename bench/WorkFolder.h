@@ -10,9 +10,10 @@ namespace Corvid::Bench {
 /// A folder for the files of a benchmark; they go with the object.
 class WorkFolder {
 public:
-    WorkFolder() {
-        std::string name =
-            (std::filesystem::temp_directory_path() / "corvid-bench-XXXXXX").string();
+    /// @param parent  where the folder is made; that of temporary files without it.
+    explicit WorkFolder(
+        const std::filesystem::path& parent = std::filesystem::temp_directory_path()) {
+        std::string name = (parent / "corvid-bench-XXXXXX").string();
         if (::mkdtemp(name.data()) == nullptr) {
             throw std::runtime_error("can't make a temporary folder");
         }

@@ -82,8 +82,12 @@ void printRatios(Bench::Ratios& ratios) {
                  {"dom_100000", 1 / 1.5, 20e6 / (1 << 20), "peak_MiB"}, 1.0);
 }
 
-/// What others need for the same document, for information.
+/// What to-json and others need for the same metadata, for information.
 void tellRivals(Bench::Ratios& ratios) {
+    ratios.tell("corvid to-json to corvid to-xml, 100,000 sets", {"to-json_100000", 1, 0, "cpu_ms"},
+                {toXml(large), 1, 0, "cpu_ms"});
+    ratios.tell("peak memory of corvid to-json to that of corvid to-xml, 100,000 sets",
+                {"to-json_100000", 1, 0, "peak_MiB"}, {toXml(large), 1, 0, "peak_MiB"});
     for (const Rival& rival : rivals) {
         ratios.tell("corvid to-xml to " + std::string(rival.what) + ", 100,000 sets",
                     {toXml(large), 1, 0, "cpu_ms"}, {rival.name, 1, 0, "cpu_ms"});
@@ -117,6 +121,8 @@ int runAll(int argc, char** argv) {
         addRuns(toXml(sets), {command, "to-xml", files.mxf(sets), "-o", files.xml(sets)},
                 sets > 1000 ? seldom : often);
     }
+    addRuns("to-json_100000",
+            {command, "to-json", files.mxf(large), "-o", files.mxf(large) + ".json"}, seldom);
     addRuns("from-xml_50", {command, "from-xml", files.xml(small), "-o", "/dev/null"}, often);
     addRuns("from-xml_100000", {command, "from-xml", files.xml(large), "-o", "/dev/null"}, seldom);
     addRuns("check_100000", {command, "check", files.mxf(large)}, seldom);

@@ -24,15 +24,17 @@ corvid_public_headers(editing/compare
   Comparison.h Difference.h DifferenceKinds.def Differences.h)
 corvid_public_headers(editing/supplement
   SupplementOutcome.h)
+corvid_public_headers(editing/values
+  ValueText.h)
 corvid_public_headers(inspection
   Glossary.h RegisteredName.h StructuralLabels.h Summary.h)
 corvid_public_headers(inspection/essence
   Contradiction.h Essence.h LabelName.h Picture.h Scheme.h Sound.h Stream.h Timecode.h Timing.h)
 corvid_public_headers(host/base
-  Attached.h Exceptions.h IdentifierText.h Platform.h Templates.h Text.h)
+  Attached.h ExceptionText.h Exceptions.h IdentifierText.h Platform.h Templates.h Text.h)
 corvid_public_headers(host/dataio
-  BufferedSink.h DataSink.h DataSource.h Memory.h MemorySource.h OpenSource.h RandomAccessSource.h
-  ReadWindow.h Slice.h)
+  BufferedSink.h DataSink.h DataSource.h FileSink.h Memory.h MemorySource.h OpenSource.h
+  RandomAccessSource.h ReadWindow.h Slice.h)
 corvid_public_headers(host/dictionary
   AbstractMetaAttribute.h AbstractMetaAttributeVisitor.h AttributeFacts.h AttributeRequiredStatus.h
   Dictionary.h DictionaryText.h MetaAttribute.h MetaCollectionElement.h MetaDefinition.h MetaElement.h
@@ -41,8 +43,8 @@ corvid_public_headers(host/dictionary
 corvid_public_headers(host/klv
   BerInput.h Key.h Triplet.h Value.h)
 corvid_public_headers(host/metadata
-  DarkMetadataSet.h DarkParsedGroup.h Element.h Elements.h MetadataSet.h PartitionDictionary.h
-  PartitionMetadata.h Targets.h Visitors.h)
+  DarkMetadataSet.h DarkParsedGroup.h Element.h ElementItems.h Elements.h MetadataSet.h Names.h
+  PartitionDictionary.h PartitionMetadata.h Properties.h Targets.h Visitors.h)
 corvid_public_headers(host/mxf
   File.h HeaderMetadataReader.h HeaderMetadataWriter.h PartitionPack.h Partitions.h PrimerPack.h
   WarningKinds.def Warnings.h)
@@ -55,5 +57,5 @@ corvid_public_headers(host/types
   Identifiers.h Integers.h Jpeg2000.h RGBALayout.h Rational.h References.h Strings.h Timestamp.h
   Types.h UID.h ValueTypes.def Versions.h Visitors.h)
 corvid_public_headers(host/xmlutils
-  CleanDocument.h EncodingType.h Initializer.h InvalidCharacters.h Layout.h Limits.h LoadDocument.h Serialise.h
-  UnicodeString.h XercesForward.h)
+  CleanDocument.h EncodingType.h ExceptionText.h FindNodes.h Initializer.h InvalidCharacters.h Layout.h
+  Limits.h LoadDocument.h Serialise.h UnicodeString.h XercesForward.h)

@@ -8,12 +8,26 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 include(GNUInstallDirs)
 include(GenerateExportHeader)
 
-# A shared library with hidden visibility whose sources come from its folders' target_sources.
+# The libraries for applications, each after those that it needs.
+set(CORVID_LIBRARIES Corvid Corvid_XMLUtils Corvid_XMLBuilder Corvid_Editing Corvid_Inspection)
+
+# Shared unless BUILD_SHARED_LIBS says otherwise; a project around this one keeps its own default.
+if(NOT DEFINED BUILD_SHARED_LIBS)
+  set(BUILD_SHARED_LIBS ON)
+endif()
+if(NOT BUILD_SHARED_LIBS)
+  foreach(library IN LISTS CORVID_LIBRARIES)
+    string(TOUPPER ${library} upper)
+    add_compile_definitions(${upper}_STATIC_DEFINE)
+  endforeach()
+endif()
+
+# A library with hidden visibility whose sources come from its folders' target_sources.
 #   corvid_add_library(<target> <export name>)
 # makes <target> and the alias Corvid::<export name>; the export macro's header is
 # <binary dir of the project>/generated/<target>/Export.h.
 function(corvid_add_library target export_name)
-  add_library(${target} SHARED)
+  add_library(${target})
   add_library(Corvid::${export_name} ALIAS ${target})
   string(TOUPPER ${target} upper)
   generate_export_header(${target}
@@ -28,8 +42,20 @@ function(corvid_add_library target export_name)
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR}
+    # Before 1.0 every minor version may change the interface (docs/compatibility.md).
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
     EXPORT_NAME ${export_name})
+  if(NOT BUILD_SHARED_LIBS)
+    target_compile_definitions(${target} INTERFACE ${upper}_STATIC_DEFINE)
+  endif()
+endfunction()
+
+# Says that the static library <target> is a part of several of the libraries. Applications that link
+# those as static libraries need it; for shared libraries it is not installed.
+#   corvid_part(<target> <export name>)
+function(corvid_part target export_name)
+  set_target_properties(${target} PROPERTIES EXPORT_NAME ${export_name})
+  set_property(GLOBAL APPEND PROPERTY CORVID_PARTS ${target})
 endfunction()
 
 # Lets no source of <target> include Xerces-C or XQilla, wherever they are installed: every header of

@@ -63,8 +63,8 @@ void complete(DocumentMetadata& document, const DocumentSupplement& supplement,
         document.content.start = supplement.partial->start;
     }
     CopyCounts copies;
-    for (const auto& [set, count] : supplement.copies) {
-        copies[set] = count;
+    for (const auto& [set, known, dark] : supplement.copies) {
+        copies[set] = {known, dark};
     }
     document.copies = mergeCopies(*document.metadata, copies);
     if (identifiers == DocumentIdentifiers::fresh) {

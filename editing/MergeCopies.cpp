@@ -41,25 +41,33 @@ std::optional<Types::UUID> identifierOf(const DarkMetadataSet& set,
 /// Counts equal sets of one identifier.
 class Copies {
 public:
-    explicit Copies(Types::u32 greatest) : greatest_(greatest) {}
+    /// @param ofFirst  how many are equal to the first, where that is known.
+    explicit Copies(std::optional<Types::u32> ofFirst) : ofFirst_(ofFirst) {}
 
     enum class Verdict { first, another, kept, tooMany };
     Verdict add(const std::string& content) {
-        const Types::u32 count = ++counts_[content];
-        return count > greatest_     ? Verdict::tooMany
-               : count > 1           ? Verdict::kept
-               : counts_.size() == 1 ? Verdict::first
-                                     : Verdict::another;
+        const auto [place, isNew] = counts_.try_emplace(content);
+        Content& same = place->second;
+        same.isFirst = same.isFirst || counts_.size() == 1;
+        ++same.count;
+        const bool isTooMany = ofFirst_ ? same.isFirst && same.count > *ofFirst_ : !isNew;
+        return isNew ? (same.isFirst ? Verdict::first : Verdict::another)
+                     : (isTooMany ? Verdict::tooMany : Verdict::kept);
     }
 
 private:
-    Types::u32 greatest_;
-    std::map<std::string, Types::u32> counts_;
+    struct Content {
+        bool isFirst = false;
+        Types::u32 count = 0;
+    };
+
+    std::optional<Types::u32> ofFirst_;
+    std::map<std::string, Content> counts_;
 };
 
-Copies copiesOf(const Types::UUID& identifier, const CopyCounts& counts) {
+ExpectedCopies expectedOf(const Types::UUID& identifier, const CopyCounts& counts) {
     const auto count = counts.find(identifier);
-    return Copies(count == counts.end() ? 1 : std::max(count->second, Types::u32{1}));
+    return count == counts.end() ? ExpectedCopies() : count->second;
 }
 
 void mergeSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopies& merged) {
@@ -73,15 +81,16 @@ void mergeSets(PartitionMetadata& metadata, const CopyCounts& counts, MergedCopi
             &sameIdentifier.front() != set) {
             continue;
         }
-        Copies seen = copiesOf(set->instanceUID(), counts);
+        const auto count = expectedOf(set->instanceUID(), counts).known;
+        Copies seen(count);
         std::size_t nth = 0;
         for (const MetadataSet* copy : sameIdentifier) {
             const auto verdict = seen.add(bytesOf(*copy, metadata.partitionDictionary()));
             if (verdict == Copies::Verdict::tooMany) {
                 copies.push_back(copy);
             } else if (verdict == Copies::Verdict::another) {
-                merged.unequal.push_back({className(*copy), copy->instanceUID(), false, nth,
-                                          counts.count(copy->instanceUID()) != 0});
+                merged.unequal.push_back(
+                    {className(*copy), copy->instanceUID(), false, nth, count.has_value()});
             }
             ++nth;
         }
@@ -96,7 +105,8 @@ void mergeDarkSets(PartitionMetadata& metadata, const CopyCounts& counts, Merged
     for (auto set = metadata.darkBegin(); set != metadata.darkEnd(); ++nth) {
         const auto identifier = identifierOf(**set, metadata.partitionDictionary());
         if (identifier) {
-            auto& copies = seen.tryEmplace(*identifier, copiesOf(*identifier, counts)).first;
+            const auto count = expectedOf(*identifier, counts).dark;
+            auto& copies = seen.tryEmplace(*identifier, count).first;
             const auto verdict = copies.add(bytesOf(**set));
             if (verdict == Copies::Verdict::tooMany) {
                 ++merged.equal;
@@ -105,7 +115,7 @@ void mergeDarkSets(PartitionMetadata& metadata, const CopyCounts& counts, Merged
             }
             if (verdict == Copies::Verdict::another) {
                 merged.unequal.push_back({Platform::toUtf8((*set)->key().toString()), *identifier,
-                                          true, nth, counts.count(*identifier) != 0});
+                                          true, nth, count.has_value()});
             }
         }
         ++set;

@@ -10,8 +10,8 @@ namespace Corvid::Editing {
 /// bytes are theirs to know, may be meant.
 Renaming renameSets(Metadata::PartitionMetadata& metadata);
 
-/// Gives the sets that are named in the renaming the InstanceUIDs that stand for theirs. References
-/// follow likewise.
+/// Gives the sets that are named in the renaming their new InstanceUIDs. References follow
+/// likewise.
 void renameSets(Metadata::PartitionMetadata& metadata, const Renaming& names);
 
 } // namespace Corvid::Editing

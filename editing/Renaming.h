@@ -4,12 +4,12 @@
 
 namespace Corvid::Editing {
 
-/// Which InstanceUID stands for which. One that is not entered stands for itself.
+/// New InstanceUIDs by those that they replace. One that is not entered stays.
 class Renaming {
 public:
     void add(const Types::UUID& before, const Types::UUID& after) { names_[before] = after; }
 
-    /// What stands for an identifier, or null for itself.
+    /// What replaces an identifier, or null where it stays.
     const Types::UUID* find(const Types::UUID& before) const { return names_.find(before); }
 
     const Types::UUID& of(const Types::UUID& before) const {
@@ -17,7 +17,10 @@ public:
         return found == nullptr ? before : *found;
     }
 
-    /// Calls the function with each InstanceUID that was entered and the one that stands for it.
+    /// How many were entered.
+    std::size_t size() const noexcept { return names_.size(); }
+
+    /// Calls the function with each InstanceUID that was entered and the one that replaces it.
     template <class Function> void forEach(Function function) const { names_.forEach(function); }
 
 private:

@@ -25,13 +25,16 @@ PartitionHolder throughFile(PartitionMetadata& metadata) {
 
 } // namespace
 
-Comparison compareWithRoundTrip(PartitionMetadata& metadata, std::size_t listed) {
-    const PartitionHolder read = throughXml(metadata, {});
-    Comparison comparison = compare(metadata, *throughFile(*read), listed);
-    const Renaming renaming = renameSets(*read);
-    comparison.differences.unite(
-        compareRenamed(metadata, *throughFile(*read), renaming, listed).differences);
-    return comparison;
+RoundTrip compareWithRoundTrip(PartitionMetadata& metadata, std::size_t listed) {
+    RoundTrip trip;
+    trip.fromDocument = throughXml(metadata, {});
+    PartitionMetadata& read = *trip.fromDocument;
+    trip.fromFile = throughFile(read);
+    static_cast<Comparison&>(trip) = compare(metadata, *trip.fromFile, listed);
+    // Other identifiers make no other file but for their bytes.
+    const Renaming renaming = renameSets(read);
+    trip.differences.unite(compareRenamed(metadata, read, renaming, listed).differences);
+    return trip;
 }
 
 } // namespace Corvid::Editing

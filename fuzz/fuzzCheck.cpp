@@ -93,7 +93,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t siz
     }
     DataIO::Memory::MemoryDataSink sink;
     Tool::CheckTally tally;
-    tally.add(checked);
+    tally.add(checked.result);
     Tool::CheckJson json(sink);
     json.add(checked);
     json.finish(tally);

@@ -28,6 +28,7 @@ using Subject =
 /// people have at hand of it.
 class CORVID_INSPECTION_EXPORT Glossary {
 public:
+    /// A definition, or an entry of a register, with all of its names.
     struct Entry {
         Subject subject;
         /// The name that it goes by, then its others: symbol, words, aliases.
@@ -38,6 +39,7 @@ public:
 
     /// How entries were found.
     enum class Match { nothing, label, localTag, name, partOfName };
+    /// What a text means.
     struct Found {
         Match match = Match::nothing;
         Entries entries;

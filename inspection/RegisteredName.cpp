@@ -1,6 +1,6 @@
 #include "inspection/RegisteredName.h"
 
-#include "host/dictionary/Registers.h"
+#include "host/dictionary/RegisterNames.h"
 #include "inspection/LabelText.h"
 
 #include <algorithm>
@@ -9,15 +9,7 @@
 namespace Corvid::Inspection {
 
 std::string registeredName(const Types::UniversalLabel& label) {
-    namespace Registers = MetaMetadata::Registers;
-    if (const auto found = Registers::labels().find(label)) {
-        return std::string(found->name());
-    }
-    if (const auto property = Registers::properties().find(label)) {
-        return std::string(property->name());
-    }
-    const auto group = Registers::findGroup(KLV::Key(label.bytes()));
-    return group ? std::string(group->name()) : "";
+    return std::string(MetaMetadata::Registers::nameOf(label));
 }
 
 std::string registeredName(const std::string& text) {

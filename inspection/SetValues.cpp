@@ -2,7 +2,7 @@
 
 #include "host/dictionary/DefinitionNames.h"
 #include "host/dictionary/MetaElement.h"
-#include "inspection/ElementItems.h"
+#include "host/metadata/ElementItems.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -13,6 +13,7 @@ namespace Corvid::Inspection {
 namespace {
 
 using Metadata::Element;
+using Metadata::ElementItems;
 using Metadata::MetadataSet;
 
 /// The labels that an element holds, one or many.
@@ -159,18 +160,12 @@ const MetadataSet* firstTarget(const Metadata::PartitionMetadata& metadata, cons
 
 std::vector<const MetadataSet*> allTargets(const Metadata::PartitionMetadata& metadata,
                                            const MetadataSet& set) {
-    struct IsStrong : Types::Visitors::NullVisitor {
-        using NullVisitor::visit;
-        void visit(const Types::StrongReference& /*reference*/) override { is = true; }
-        bool is = false;
-    };
     std::vector<const MetadataSet*> found;
     for (const auto& [label, element] : set.made()) {
         const ElementItems items(element);
         for (Types::u32 i = 0; i != items.size() && items.reference(i) != nullptr; ++i) {
-            IsStrong strong;
-            items.reference(i)->accept(strong);
-            const MetadataSet* const target = strong.is ? targetOf(metadata, items, i) : nullptr;
+            const MetadataSet* const target =
+                items.reference(i)->isStrong() ? targetOf(metadata, items, i) : nullptr;
             if (target != nullptr) {
                 found.push_back(target);
             }

@@ -8,6 +8,7 @@
 /// called is in the dictionary.
 namespace Corvid::Inspection::Structural {
 
+/// The bytes of two numbers, big-endian.
 constexpr std::array<Types::u8, 16> sixteenBytes(Types::u64 front, Types::u64 back) {
     std::array<Types::u8, 16> bytes{};
     for (unsigned i = 0; i != 8; ++i) {
@@ -15,6 +16,22 @@ constexpr std::array<Types::u8, 16> sixteenBytes(Types::u64 front, Types::u64 ba
         bytes[8 + i] = static_cast<Types::u8>(back >> (56 - 8 * i));
     }
     return bytes;
+}
+
+/// The part of a label that its register assigns: the last 8 bytes, as a number.
+template <class Bytes> constexpr Types::u64 itemOf(const Bytes& bytes) {
+    Types::u64 item = 0;
+    for (std::size_t i = 8; i != 16; ++i) {
+        item = item << 8 | bytes[i];
+    }
+    return item;
+}
+
+/// Whether two items have the same first bytes.
+/// @param length  how many, 1 to 8.
+constexpr bool beginAlike(Types::u64 a, Types::u64 b, unsigned length) {
+    const unsigned unused = 8 * (8 - length);
+    return a >> unused == b >> unused;
 }
 
 /// A property whose values are of the class Value, or references. Its label without version byte.
@@ -96,6 +113,7 @@ enum class SetClass : Types::u8 {
     dictionary = 0x22,
 };
 
+/// The key of a class of sets, version byte 1.
 inline KLV::Key keyOf(SetClass set) {
     return KLV::Key(
         sixteenBytes(0x060e2b3402530101, 0x0d01010101010000 | static_cast<Types::u64>(set) << 8));

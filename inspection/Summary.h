@@ -17,6 +17,7 @@ namespace Corvid::Inspection {
 /// says nothing.
 struct Summary {
     using Timecode = Inspection::Timecode;
+    /// A track of a package.
     struct Track {
         std::optional<Types::u32> id;
         std::optional<Types::u32> number;
@@ -28,17 +29,20 @@ struct Summary {
         std::optional<Types::int64> duration;    ///< in edit units; nothing where it is not known
         std::optional<Timecode> timecode;
     };
+    /// A label among the values of a descriptor.
     struct Label {
         std::string className;
         std::string property;
         Types::UniversalLabel label;
     };
+    /// What a package says of its essence.
     struct Descriptor {
         std::string className;
         std::vector<Label> labels;               ///< its own, then its sub-descriptors'
         std::vector<std::string> subDescriptors; ///< their classes
         std::vector<Descriptor> parts;           ///< of a descriptor of several essences
     };
+    /// A package with its tracks.
     struct Package {
         std::string kind; ///< "material", "file source", "physical source", "source", or a class
         std::string id;
@@ -47,6 +51,7 @@ struct Summary {
         std::vector<Track> tracks;
         std::optional<Descriptor> descriptor;
     };
+    /// A program that wrote or changed the file.
     struct Writer {
         std::string company;
         std::string product;
@@ -56,6 +61,7 @@ struct Summary {
         std::string platform;
         std::string date;
     };
+    /// How much there is of one kind of dark set.
     struct Count {
         std::size_t sets = 0;
         std::uint64_t bytes = 0; ///< of values that are kept as bytes

@@ -54,11 +54,6 @@ std::string separatorsOf(Identifiers::Identifier type, const CompoundType& parts
     return separators;
 }
 
-bool isDigits(const std::string& text) {
-    return !text.empty() &&
-           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
 } // namespace
 
 std::optional<JoinedForm> joinedFormOf(Identifiers::Identifier type) {
@@ -72,7 +67,7 @@ std::optional<JoinedForm> joinedFormOf(Identifiers::Identifier type) {
 
 std::string JoinedForm::join(std::vector<std::string> parts) const {
     const bool isTime = separators == separatorsOfTime;
-    if (isTime && isDigits(parts.back())) {
+    if (isTime && Platform::isDigits(parts.back())) {
         parts.back() = std::to_string(millisecondsOfStep * std::stoul(parts.back()));
     }
     std::string text;
@@ -108,7 +103,7 @@ std::optional<std::vector<std::string>> JoinedForm::split(std::string text) cons
     }
     parts.push_back(text.substr(begin));
     constexpr std::size_t mostDigits = 9;
-    if (isTime && isDigits(parts.back()) && parts.back().size() <= mostDigits) {
+    if (isTime && Platform::isDigits(parts.back()) && parts.back().size() <= mostDigits) {
         const unsigned long milliseconds = std::stoul(parts.back());
         if (milliseconds % millisecondsOfStep != 0) {
             return std::nullopt;

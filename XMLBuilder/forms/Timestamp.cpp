@@ -1,10 +1,9 @@
+#include "XMLBuilder/format/Calendar.h"
 #include "XMLBuilder/forms/Compound.h"
 
 namespace Corvid::XMLBuilder::ValueForms {
 
 namespace {
-
-bool isLeapYear(unsigned year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }
 
 /// The number in a part, which is there and holds one.
 unsigned partOf(const DocumentNode& time, std::u16string_view local) {
@@ -24,34 +23,14 @@ unsigned partOf(const DocumentNode& time, std::u16string_view local) {
 
 void Compound::doubt(ValueCheck& time, As<Types::Timestamp>) {
     const DocumentNode& node = time.node();
-    const unsigned year = partOf(node, u"Year");
-    const unsigned month = partOf(node, u"Month");
-    const unsigned day = partOf(node, u"Day");
-    const unsigned hour = partOf(node, u"Hour");
-    const unsigned minute = partOf(node, u"Minute");
-    const unsigned second = partOf(node, u"Second");
-    const unsigned steps = partOf(node, u"mSec4");
-    if (year + month + day + hour + minute + second + steps == 0) {
-        return;
-    }
-    static constexpr std::array<unsigned, 12> days = {31, 28, 31, 30, 31, 30,
-                                                      31, 31, 30, 31, 30, 31};
-    const auto add = [&](const char* what, unsigned number) {
-        time.mistakes().doubt(node, std::string("no calendar has ") + what + " " +
-                                        std::to_string(number));
-    };
-    if (month < 1 || month > days.size()) {
-        add("month", month);
-    } else if (day < 1 || day > days[month - 1] + (month == 2 && isLeapYear(year) ? 1 : 0)) {
-        add("day", day);
-    } else if (hour > 23) {
-        add("hour", hour);
-    } else if (minute > 59) {
-        add("minute", minute);
-    } else if (second > 59) {
-        add("second", second);
-    } else if (steps > 249) {
-        add("4 ms steps of a second:", steps);
+    const TimeParts parts = {partOf(node, u"Year"),   partOf(node, u"Month"),
+                             partOf(node, u"Day"),    partOf(node, u"Hour"),
+                             partOf(node, u"Minute"), partOf(node, u"Second"),
+                             partOf(node, u"mSec4")};
+    const auto fault = calendarFaultOf(parts);
+    if (fault && parts != TimeParts{}) {
+        time.mistakes().doubt(node, std::string("no calendar has ") + fault->part + " " +
+                                        std::to_string(fault->number));
     }
 }
 

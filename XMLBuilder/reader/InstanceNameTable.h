@@ -19,7 +19,7 @@ enum class WrittenIdentifiers : unsigned char {
 };
 
 /// The identifiers of a document that is read leniently, as they are written there, and the
-/// InstanceUIDs that stand for them in the partition. A reference and its target meet here,
+/// InstanceUIDs that they have in the partition. A reference and its target meet here,
 /// whichever is read first.
 class InstanceNameTable {
 public:

@@ -21,6 +21,12 @@ std::string narrow(const char16_t* name) {
     return Platform::toUtf8(XMLUtils::fromXml(std::u16string(name, length).c_str()));
 }
 
+/// A message about a property without the property's name, which some have in front.
+std::string withoutName(const std::string& message, const DocumentNode& property) {
+    const std::string name = narrow(property.name) + ": ";
+    return message.compare(0, name.size(), name) == 0 ? message.substr(name.size()) : message;
+}
+
 } // namespace
 
 Reading::Reading(const DocumentNode& root, DomQueries* queries,
@@ -118,11 +124,7 @@ void Reading::readWaiting() {
 }
 
 void Reading::addMistake(const DocumentNode& node, const Exceptions::BaseException& error) {
-    const std::string name = narrow(node.name) + ": ";
-    const std::string message = Platform::toUtf8(error.message());
-    // Some messages name the property themselves.
-    const bool isNamed = message.compare(0, name.size(), name) == 0;
-    strictness_->mistakes().add(node, message.substr(isNamed ? name.size() : 0));
+    strictness_->mistakes().add(node, withoutName(Platform::toUtf8(error.message()), node));
 }
 
 std::string ReadingPlace::inFrontOf(const std::string& message) const {
@@ -135,9 +137,9 @@ std::string ReadingPlace::inFrontOf(const std::string& message) const {
         whole += " " + narrow(identifier);
     }
     whole += ": ";
-    const std::string name = property == nullptr ? "" : narrow(property->name) + ": ";
-    // Some messages name the property themselves.
-    return whole + (message.compare(0, name.size(), name) == 0 ? "" : name) + message;
+    return property == nullptr
+               ? whole + message
+               : whole + narrow(property->name) + ": " + withoutName(message, *property);
 }
 
 OpenSet::OpenSet(Reading& reading, const DocumentNode& element)

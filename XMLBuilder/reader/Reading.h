@@ -100,7 +100,7 @@ public:
     /// says which.
     Metadata::MetadataSet& makeSet(const MetaMetadata::MetaMetadataSet& definition,
                                    const DocumentNode& element);
-    /// The InstanceUID that a written identifier stands for.
+    /// The InstanceUID that a written identifier has in the partition.
     /// @param make  gives one for what comes up for the first time; not asked where the document
     ///              is read strictly.
     template <class Make> Types::UUID identifierOf(std::u16string_view written, Make make) {

@@ -238,8 +238,10 @@ private:
         plan_.namespaces_.insert(Names::groups);
         const std::string& value =
             plan_.groups_.emplace_back(valueOf(group, plan_.partition_.partitionDictionary()));
-        plan_.addBytes(group.key(), group.berLength(), true,
-                       {reinterpret_cast<const Types::u8*>(value.data()), value.size()});
+        plan_
+            .addBytes(group.key(), group.berLength(), true,
+                      {reinterpret_cast<const Types::u8*>(value.data()), value.size()})
+            .group = &group;
     }
 
     DocumentPlan& plan_;
@@ -266,7 +268,8 @@ void DocumentPlan::planDarkSets() {
         const DataIO::Slice* const value = (*set)->value();
         addBytes((*set)->key(), (*set)->berLength(), value != nullptr,
                  value == nullptr ? Types::ByteView{}
-                                  : Types::ByteView{value->begin(), value->size()});
+                                  : Types::ByteView{value->begin(), value->size()})
+            .dark = *set;
     }
 }
 
@@ -282,11 +285,12 @@ void DocumentPlan::planFloatingSets() {
     }
 }
 
-void DocumentPlan::addBytes(const KLV::Key& key, unsigned char berLength, bool hasValue,
-                            Types::ByteView value) {
+DocumentPlan::Floating& DocumentPlan::addBytes(const KLV::Key& key, unsigned char berLength,
+                                               bool hasValue, Types::ByteView value) {
     namespaces_.insertUnlessPrefixInUse(Names::groups);
-    floating_.push_back({nullptr, &key, berLength, hasValue, value,
+    floating_.push_back({nullptr, nullptr, nullptr, &key, berLength, hasValue, value,
                          namespaces_.uriOf(Names::groups.prefix).data()});
+    return floating_.back();
 }
 
 } // namespace Corvid::XMLBuilder

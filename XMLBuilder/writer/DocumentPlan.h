@@ -12,6 +12,7 @@
 #include <vector>
 
 namespace Corvid::Metadata {
+class DarkMetadataSet;
 class Element;
 class MetadataSet;
 class PartitionMetadata;
@@ -60,9 +61,12 @@ public:
         bool skipNonStructural = false;  ///< without sets that are no structural metadata
     };
 
-    /// What the floating container holds: a set, or bytes with a key.
+    /// What the floating container holds: a set, or bytes with a key, which are those of a group or
+    /// of a dark set.
     struct Floating {
         const Metadata::MetadataSet* set = nullptr;
+        const Metadata::MetadataSet* group = nullptr;
+        const Metadata::DarkMetadataSet* dark = nullptr;
         const KLV::Key* key = nullptr;
         unsigned char berLength = 0;
         bool hasValue = false;
@@ -102,8 +106,8 @@ public:
 private:
     class Walk;
 
-    void addBytes(const KLV::Key& key, unsigned char berLength, bool hasValue,
-                  Types::ByteView value);
+    Floating& addBytes(const KLV::Key& key, unsigned char berLength, bool hasValue,
+                       Types::ByteView value);
     void planDarkSets();
     void planFloatingSets();
 

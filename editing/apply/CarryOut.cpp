@@ -134,8 +134,9 @@ EditWay wayOf(FileSystem& system, const std::string& clip, DataIO::RandomAccessS
     return inPlaceOf(system, clip, source, plan.rewrite) ? EditWay::inPlace : EditWay::replace;
 }
 
-EditWay carryOut(FileSystem& system, const std::string& clip, DataIO::RandomAccessSource& source,
-                 const EditPlan& plan, const mxf::FileStatus& planned, const EditTarget& target,
+EditWay carryOut(FileSystem& system, const std::string& clip,
+                 Templates::auto_ptr<DataIO::RandomAccessSource> source, const EditPlan& plan,
+                 const mxf::FileStatus& planned, const EditTarget& target,
                  const mxf::CopyProgress& progress) {
     if (!target.undo.empty() &&
         (!target.newFile.empty() || plan.rewrite.newSize() != plan.rewrite.oldSize)) {
@@ -153,7 +154,8 @@ EditWay carryOut(FileSystem& system, const std::string& clip, DataIO::RandomAcce
     const KeptTime time(clip, target.preservesTimes);
     EditWay way = EditWay::inPlace;
     UndoFile undo(system, clip, target.undo, plan.rewrite);
-    const auto form = inPlaceOf(system, clip, source, plan.rewrite);
+    const auto form = inPlaceOf(system, clip, *source, plan.rewrite);
+    source.reset();
     // The status with which the clip is replaced, if it must be.
     const auto replaced = form ? mxf::rewriteInPlace(system, clip, *form, planned,
                                                      target.recoveryFolder.empty()

@@ -40,15 +40,17 @@ CORVID_EDITING_EXPORT EditWay wayOf(mxf::FileSystem& system, const std::string& 
 
 /// Does what was planned. The clip is as before or changed as a whole; where the process dies
 /// meanwhile, mxf::recover() sees to that.
-/// @param source   the clip. Borrowed.
+/// @param source   the clip. It is closed before anything is written: where the system says whether
+///                 a file is open elsewhere, it counts this too.
 /// @param planned  the clip's status before it was read for the plan.
 /// @throws InvalidArgument  the clip has changed since; the edit would break hard links; or what
 ///                          undoes it is wanted, but the clip becomes longer.
 /// @throws InvalidFormat, IOError  as mxf::rewriteInPlace() and mxf::writeNewFile().
 /// @return how it was done.
 CORVID_EDITING_EXPORT EditWay carryOut(mxf::FileSystem& system, const std::string& clip,
-                                       DataIO::RandomAccessSource& source, const EditPlan& plan,
-                                       const mxf::FileStatus& planned, const EditTarget& target,
+                                       Templates::auto_ptr<DataIO::RandomAccessSource> source,
+                                       const EditPlan& plan, const mxf::FileStatus& planned,
+                                       const EditTarget& target,
                                        const mxf::CopyProgress& progress = {});
 
 /// Takes a finished edit back.

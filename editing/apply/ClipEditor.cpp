@@ -11,6 +11,7 @@
 #include "editing/change/History.h"
 #include "editing/change/PlaceChanges.h"
 #include "host/base/Exceptions.h"
+#include "host/dataio/ReadOnceSource.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/metadata/MetadataSet.h"
 #include "host/mxf/File.h"
@@ -22,10 +23,10 @@ namespace Corvid::Editing {
 
 namespace {
 
-/// Lets two readers have one source.
-class SharedSource final : public DataIO::RandomAccessSource {
+/// Lends a source to a reader that owns what it reads.
+class LentSource final : public DataIO::RandomAccessSource {
 public:
-    explicit SharedSource(DataIO::RandomAccessSource& source)
+    explicit LentSource(DataIO::RandomAccessSource& source)
         : RandomAccessSource(source.name()), source_(source) {}
 
     std::size_t readAt(std::uint64_t offset, unsigned char* to, std::size_t count) override {
@@ -59,10 +60,10 @@ struct ClipEditor::Content {
     Content(DataIO::RandomAccessSource& clip,
             const Templates::SharedPtr<MetaMetadata::Dictionary>& definitions,
             mxf::WarningSink& warnings)
-        : dictionary(definitions),
-          reader(Templates::auto_ptr<DataIO::RandomAccessSource>(new SharedSource(clip)),
+        : dictionary(definitions), source(clip),
+          reader(Templates::auto_ptr<DataIO::RandomAccessSource>(new LentSource(source)),
                  definitions, warnings),
-          source(clip), file(clip) {
+          file(source) {
         mxf::HeaderMetadata read = reader.readMetadata();
         chosen = read.partition;
         first = std::move(read.metadata);
@@ -80,8 +81,9 @@ struct ClipEditor::Content {
     std::string nameOf(std::size_t partition) const;
 
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary;
+    /// Both read partition packs and the metadata of the chosen copy.
+    DataIO::ReadOnceSource source;
     mxf::File reader;
-    DataIO::RandomAccessSource& source;
     mxf::RewritableFile file;
     std::size_t chosen = 0;
     Templates::auto_ptr<Metadata::PartitionMetadata> first; ///< what the first reading gave
@@ -93,6 +95,8 @@ ClipEditor::ClipEditor(DataIO::RandomAccessSource& source,
     : content_(std::make_unique<Content>(source, dictionary, warnings)) {}
 
 ClipEditor::~ClipEditor() = default;
+
+mxf::RewritableFile& ClipEditor::file() noexcept { return content_->file; }
 
 const mxf::Partitions& ClipEditor::partitions() const noexcept {
     return content_->file.partitions();

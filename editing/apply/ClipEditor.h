@@ -8,12 +8,17 @@
 
 #include <memory>
 
+namespace Corvid::mxf {
+class RewritableFile;
+}
+
 namespace Corvid::Editing {
 
 struct DocumentMetadata;
 
 /// Which copies of header metadata an edit changes.
 struct CopyChoice {
+    /// Of which partitions.
     enum class Kind : unsigned char { all, header, footer, number };
 
     Kind kind = Kind::all;
@@ -67,6 +72,8 @@ public:
                mxf::WarningSink& warnings);
     ~ClipEditor();
 
+    /// The clip as it is taken apart to be changed.
+    mxf::RewritableFile& file() noexcept;
     /// The partitions of the file, in its order.
     const mxf::Partitions& partitions() const noexcept;
     /// The partition whose copy edits are made for.

@@ -1,12 +1,12 @@
 #include "editing/apply/ClipHashes.h"
 
 #include "host/mxf/rewrite/FileHashes.h"
+#include "host/mxf/rewrite/RewritableFile.h"
 
 namespace Corvid::Editing {
 
-std::vector<ContentHash> headerHashes(DataIO::RandomAccessSource& clip,
+std::vector<ContentHash> headerHashes(mxf::RewritableFile& file, DataIO::RandomAccessSource& clip,
                                       const std::vector<std::size_t>& partitions) {
-    mxf::RewritableFile file(clip);
     std::vector<ContentHash> hashes;
     for (const std::size_t partition : partitions) {
         const mxf::HeaderLayout& layout = file.layout(partition);
@@ -15,14 +15,11 @@ std::vector<ContentHash> headerHashes(DataIO::RandomAccessSource& clip,
     return hashes;
 }
 
-ContentHash essenceHash(DataIO::RandomAccessSource& clip, const HashProgress& progress) {
-    mxf::RewritableFile file(clip);
+ContentHash essenceHash(mxf::RewritableFile& file, DataIO::RandomAccessSource& clip,
+                        const HashProgress& progress) {
     return mxf::hashOf(clip, essenceOf(file), progress);
 }
 
-void requireCertainEssence(DataIO::RandomAccessSource& clip) {
-    mxf::RewritableFile file(clip);
-    essenceOf(file);
-}
+void requireCertainEssence(mxf::RewritableFile& file) { essenceOf(file); }
 
 } // namespace Corvid::Editing

@@ -7,6 +7,7 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace Corvid::Editing {
@@ -50,8 +51,15 @@ struct SetPlace {
     std::size_t alike = 1;               ///< how many of those there are before
 };
 
+/// How a set of timecode counts frames.
+struct TimecodeCount {
+    Types::u16 framesPerSecond = 0;
+    bool dropFrame = false;
+};
+
 /// A set that is there before, after, or both.
 struct ChangedSet {
+    /// What becomes of it.
     enum class Kind : unsigned char { changed, added, removed };
 
     Kind kind = Kind::changed;
@@ -60,6 +68,10 @@ struct ChangedSet {
     std::optional<Types::UUID> owner; ///< of an added set: the set that refers to it strongly
     /// Those that differ; all of a set that is added or removed. The InstanceUID is not among them.
     std::vector<ChangedProperty> properties;
+    /// How to read the StartTimecode, whether or not this changes; nothing in sets without it.
+    std::optional<TimecodeCount> countBefore;
+    std::optional<TimecodeCount> countAfter;
+    std::size_t number = 0; ///< in the layout after, of a removed set in that before
 };
 
 /// A KLV that is no set or can't be taken apart, and is there before, after, or both.
@@ -67,6 +79,7 @@ struct ChangedDark {
     KLV::Key key;
     std::optional<mxf::Bytes> before; ///< its value; nothing where it is not there
     std::optional<mxf::Bytes> after;
+    std::size_t number = 0; ///< as of a set
 };
 
 /// What makes one header metadata of another, in the order of the one after; what is removed is
@@ -74,6 +87,8 @@ struct ChangedDark {
 struct Changes {
     std::vector<ChangedSet> sets;
     std::vector<ChangedDark> dark;
+    /// What belongs together, whether or not it differs: numbers in the layouts before and after.
+    std::vector<std::pair<std::size_t, std::size_t>> pairs;
 
     bool empty() const noexcept { return sets.empty() && dark.empty(); }
 };

@@ -3,7 +3,9 @@
 #include "editing/change/CodedMetadata.h"
 #include "editing/change/Owners.h"
 #include "editing/change/StoredProperties.h"
+#include "host/dictionary/MetaElement.h"
 #include "host/mxf/rewrite/ObjectDirectory.h"
+#include "host/types/FixedBytes.h"
 
 #include <algorithm>
 #include <cassert>
@@ -43,12 +45,38 @@ std::string textOf(ByteView bytes) {
     return {reinterpret_cast<const char*>(bytes.data), bytes.size};
 }
 
+/// What a set of timecode counts in (SMPTE ST 377-1).
+class TimecodeCounts {
+public:
+    explicit TimecodeCounts(const MetaMetadata::Dictionary& dictionary)
+        : framesPerSecond_(placeOf(0x1502, dictionary)), dropFrame_(placeOf(0x1503, dictionary)) {}
+
+    std::optional<TimecodeCount> of(const StoredProperties& properties) const {
+        const auto rate = properties.find(framesPerSecond_);
+        if (rate == properties.end() || rate->second.value.size != sizeof(Types::u16)) {
+            return std::nullopt;
+        }
+        const auto drop = properties.find(dropFrame_);
+        const bool isThere = drop != properties.end() && drop->second.value.size == 1;
+        return TimecodeCount{Types::readBigEndian<Types::u16>(rate->second.value.data),
+                             isThere && *drop->second.value.data != 0};
+    }
+
+private:
+    static PropertyPlace placeOf(Types::u16 staticTag, const MetaMetadata::Dictionary& dictionary) {
+        return {XMLBuilder::identityOf(dictionary.findElementByStaticTag(staticTag)->label())};
+    }
+
+    PropertyPlace framesPerSecond_;
+    PropertyPlace dropFrame_;
+};
+
 class Finder {
 public:
     Finder(const HeaderLayout& before, const HeaderLayout& after,
            const MetaMetadata::Dictionary& dictionary)
         : before_(before), after_(after), dictionary_(dictionary), setsBefore_(before),
-          setsAfter_(after) {}
+          setsAfter_(after), timecodeCounts_(dictionary) {}
 
     Changes find() {
         for (const auto& [identity, numbers] : setsAfter_.all()) {
@@ -66,6 +94,7 @@ public:
         for (Found& found : found_) {
             changes.sets.push_back(std::move(found.set));
         }
+        changes.pairs = std::move(pairs_);
         giveOwners(changes);
         findDark(changes);
         return changes;
@@ -116,6 +145,7 @@ private:
                 leftPlaces.push_back(places[i]);
             } else {
                 dropped.insert(same.back());
+                pairs_.emplace_back(before[i], same.back());
                 same.pop_back();
             }
         }
@@ -149,6 +179,9 @@ private:
         }
         const HeaderLayout& layout = after == nullptr ? before_ : after_;
         const std::size_t number = after == nullptr ? *before : *after;
+        if (before != nullptr && after != nullptr) {
+            pairs_.emplace_back(*before, *after);
+        }
         const LayoutItem& item = layout.items()[number];
         const auto isEqual = mxf::isObjectRoot(item.triplet.key) ? isSameButForOffset : isSame;
         ChangedSet set;
@@ -171,6 +204,9 @@ private:
         set.kind = kind;
         set.place = {item.triplet.key, layout.instanceUID(item), nth, alike};
         set.name = nameOf(item.triplet.key, dictionary_);
+        set.countBefore = timecodeCounts_.of(old);
+        set.countAfter = timecodeCounts_.of(wanted);
+        set.number = number;
         found_.push_back({{after == nullptr, number}, std::move(set)});
     }
 
@@ -208,47 +244,50 @@ private:
     /// KLVs that are no sets belong together by key: first those that are the same, then the others
     /// in their order.
     void findDark(Changes& changes) const {
-        using Values = std::vector<ByteView>;
         struct Both {
-            Values before;
-            Values after;
+            Numbers before;
+            Numbers after;
         };
-        std::map<std::pair<KLV::Key, std::string>, std::size_t> same;
-        for (const LayoutItem& item : before_.items()) {
+        std::map<std::pair<KLV::Key, std::string>, Numbers> free;
+        for (std::size_t number = before_.items().size(); number-- != 0;) {
+            const LayoutItem& item = before_.items()[number];
             if (isDark(item)) {
-                ++same[{item.triplet.key, textOf(before_.value(item))}];
+                free[{item.triplet.key, textOf(before_.value(item))}].push_back(number);
             }
         }
-        auto unmatched = same;
         std::map<KLV::Key, Both> others;
-        for (const LayoutItem& item : after_.items()) {
-            if (isDark(item)) {
-                const auto found = unmatched.find({item.triplet.key, textOf(after_.value(item))});
-                if (found != unmatched.end() && found->second != 0) {
-                    --found->second;
-                } else {
-                    others[item.triplet.key].after.push_back(after_.value(item));
-                }
+        for (std::size_t number = 0; number != after_.items().size(); ++number) {
+            const LayoutItem& item = after_.items()[number];
+            if (!isDark(item)) {
+                continue;
+            }
+            const auto found = free.find({item.triplet.key, textOf(after_.value(item))});
+            if (found != free.end() && !found->second.empty()) {
+                changes.pairs.emplace_back(found->second.back(), number);
+                found->second.pop_back();
+            } else {
+                others[item.triplet.key].after.push_back(number);
             }
         }
-        for (const LayoutItem& item : before_.items()) {
-            if (isDark(item)) {
-                const auto found = unmatched.find({item.triplet.key, textOf(before_.value(item))});
-                if (found->second != 0) {
-                    --found->second;
-                    others[item.triplet.key].before.push_back(before_.value(item));
-                }
-            }
+        for (const auto& [identity, numbers] : free) {
+            Numbers& left = others[identity.first].before;
+            left.insert(left.end(), numbers.begin(), numbers.end());
         }
-        for (const auto& [key, both] : others) {
+        for (auto& [key, both] : others) {
+            std::sort(both.before.begin(), both.before.end());
             for (std::size_t i = 0; i < std::max(both.before.size(), both.after.size()); ++i) {
                 ChangedDark dark;
                 dark.key = key;
                 if (i < both.before.size()) {
-                    dark.before = copyOf(both.before[i]);
+                    dark.number = both.before[i];
+                    dark.before = copyOf(before_.value(before_.items()[dark.number]));
                 }
                 if (i < both.after.size()) {
-                    dark.after = copyOf(both.after[i]);
+                    dark.number = both.after[i];
+                    dark.after = copyOf(after_.value(after_.items()[dark.number]));
+                }
+                if (dark.before && dark.after) {
+                    changes.pairs.emplace_back(both.before[i], both.after[i]);
                 }
                 changes.dark.push_back(std::move(dark));
             }
@@ -260,7 +299,9 @@ private:
     const MetaMetadata::Dictionary& dictionary_;
     StoredSets setsBefore_;
     StoredSets setsAfter_;
+    TimecodeCounts timecodeCounts_;
     std::vector<Found> found_;
+    std::vector<std::pair<std::size_t, std::size_t>> pairs_;
 };
 
 } // namespace

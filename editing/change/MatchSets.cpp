@@ -179,17 +179,15 @@ private:
 
     /// The class and all values but for references and the set's own identifiers.
     static std::string say(const MetadataSet& set) {
-        using Metadata::Structural::StructuralMetadataULs;
         std::string saying = classOf(set);
         for (const auto& [label, element] : set.made()) {
             References references;
             element->accept(references);
-            const auto matched = label.withoutVersion();
             if (element->isSkipped() || references.isReference ||
-                matched == StructuralMetadataULs::instanceUID().withoutVersion() ||
-                matched == StructuralMetadataULs::generationUID().withoutVersion()) {
+                Metadata::Structural::identifies(label)) {
                 continue;
             }
+            const auto matched = label.withoutVersion();
             const std::string bytes = bytesOf(*element);
             saying.append(matched.begin(), matched.end());
             saying += std::to_string(bytes.size()) + ':' + bytes;
@@ -222,12 +220,10 @@ private:
 
 std::size_t matchSets(const PartitionMetadata& before, PartitionMetadata& after) {
     const Renaming names = Matcher(before, after).match();
-    std::size_t count = 0;
-    names.forEach([&count](const Types::UUID&, const Types::UUID&) { ++count; });
-    if (count != 0) {
+    if (names.size() != 0) {
         renameSets(after, names);
     }
-    return count;
+    return names.size();
 }
 
 } // namespace Corvid::Editing

@@ -5,6 +5,8 @@
 #include "editing/compare/SetComparison.h"
 #include "host/mxf/LocalSet.h"
 
+#include <boost/container/small_vector.hpp>
+
 #include <bitset>
 #include <deque>
 #include <map>
@@ -18,7 +20,8 @@ using Kind = DifferenceKind;
 using Metadata::MetadataSet;
 using Metadata::PartitionMetadata;
 using KeyBytes = std::array<unsigned char, KLV::Key::length>;
-template <class Set> using Sets = std::vector<const Set*>;
+/// Nearly always one.
+template <class Set> using Sets = boost::container::small_vector<const Set*, 1>;
 
 std::string textOf(const Types::UUID& uuid) { return Platform::toUtf8(uuid.toString()); }
 
@@ -118,7 +121,7 @@ private:
     SetComparison sets_;
     Types::UuidMap<Types::UUID> origins_; ///< the renaming the other way round
     /// Sets that can't be told by an InstanceUID that both partitions have.
-    Sets<MetadataSet> nameless_;
+    std::vector<const MetadataSet*> nameless_;
     std::map<KeyBytes, std::deque<const MetadataSet*>> unclaimed_;
 };
 

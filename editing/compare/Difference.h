@@ -11,6 +11,7 @@ enum class DifferenceKind : unsigned char {
 #include "editing/compare/DifferenceKinds.def"
 };
 
+/// A kind with its name and the sentence that explains it.
 struct DescribedKind {
     DifferenceKind kind;
     const char* name;

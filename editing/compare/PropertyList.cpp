@@ -61,10 +61,8 @@ std::vector<ListedProperty> listProperties(const Metadata::PartitionDictionary& 
                                                            : listedKnown(tags, element));
         }
     };
-    const auto instanceUID =
-        Metadata::Structural::StructuralMetadataULs::instanceUID().withoutVersion();
     for (const auto& [label, element] : set.made()) {
-        if (label.withoutVersion() != instanceUID) {
+        if (!Metadata::Structural::isInstanceUID(label)) {
             add(*element);
         }
     }

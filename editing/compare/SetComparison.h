@@ -39,6 +39,8 @@ private:
              const ListedProperty& property, std::string detail = {});
     void compareInstanceUIDs(const Metadata::MetadataSet& before,
                              const Metadata::MetadataSet& after);
+    bool sayTheSame(const Metadata::MetadataSet& before, const Metadata::MetadataSet& after);
+    void compareProperties(const Metadata::MetadataSet& before, const Metadata::MetadataSet& after);
     void compareAlike(Range olds, Range news);
     void compareLabels(const ListedProperty& before, const ListedProperty& after);
 
@@ -48,6 +50,8 @@ private:
     const Renaming asTheyAre_;
     Differences& differences_;
     const Metadata::MetadataSet* set_ = nullptr; ///< the one at work, as it was before
+    std::string bytesBefore_;                    ///< for sayTheSame(), which is called often
+    std::string bytesAfter_;
 };
 
 } // namespace Corvid::Editing

@@ -1,5 +1,6 @@
 #include "editing/supplement/ApplySupplement.h"
 
+#include "XMLBuilder/format/HexBytes.h"
 #include "editing/StoredBytes.h"
 #include "editing/supplement/Filling.h"
 #include "editing/supplement/ListedElements.h"
@@ -18,14 +19,6 @@ using Metadata::Element;
 using Metadata::MetadataSet;
 using XMLBuilder::identityOf;
 using XMLBuilder::PropertyIdentity;
-
-std::optional<Types::UUID> parseIdentifier(std::u16string_view text) {
-    try {
-        return Types::UUID(Utf16Text(text.begin(), text.end()).c_str(), Types::dottedHexadecimal);
-    } catch (const Exceptions::InvalidFormat&) {
-        return std::nullopt; // another name, which becomes a new identifier
-    }
-}
 
 /// How often a document has a set: in the tree of the Preface, and with the sets outside of it that
 /// share it. What is said of more would make a document grow with each of them.
@@ -115,7 +108,8 @@ const XMLBuilder::Supplement::Properties* SupplementReader::enter(MetadataSet& s
         const auto found = ofUnidentified_.find(setClass);
         sayings = found == ofUnidentified_.end() ? nullptr : &found->second;
     } else if (!ofSets_.empty()) {
-        const auto identifier = parseIdentifier(written);
+        // Another name becomes a new identifier.
+        const auto identifier = XMLBuilder::parseUuid(written);
         const auto found = identifier ? ofSets_.find(*identifier) : ofSets_.end();
         sayings = found == ofSets_.end() ? nullptr : &found->second;
     }

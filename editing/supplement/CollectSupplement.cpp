@@ -107,6 +107,7 @@ public:
 private:
     void findWhatIsUsual();
     void countCopies(const Metadata::Targets& namesakes);
+    std::optional<Types::u32> equalToFirst(const Metadata::Targets& namesakes, bool dark);
     void explainTagsOf(const MetadataSet& darkGroup);
     void explainTag(const Types::LocalTag& tag);
     void explainElement(const Element& element);
@@ -172,14 +173,35 @@ void Collector::findWhatIsUsual() {
 
 /// Equal sets that share an InstanceUID would become one, and unequal ones would be a mistake.
 void Collector::countCopies(const Metadata::Targets& namesakes) {
+    const auto known = equalToFirst(namesakes, false);
+    const auto dark = equalToFirst(namesakes, true);
+    if (known || dark) {
+        result_.copies.push_back({namesakes.front().instanceUID(), known, dark});
+    }
+}
+
+/// How many of the sets are equal to the first of them in the document. Where the document holds
+/// one of them twice, it is that one; else any number will do that is not too low.
+/// @return nothing for less than two sets.
+std::optional<Types::u32> Collector::equalToFirst(const Metadata::Targets& namesakes, bool dark) {
     std::map<std::string, Types::u32> contents;
+    Types::u32 count = 0;
     Types::u32 most = 0;
+    const std::string* twice = nullptr;
     for (const MetadataSet* each : namesakes) {
-        most = std::max(most, ++contents[contentOf(*each)]);
+        if ((each->metaMetadataSet() == nullptr) != dark) {
+            continue;
+        }
+        const auto content = contents.try_emplace(contentOf(*each)).first;
+        ++count;
+        most = std::max(most, ++content->second);
+        if (copyNumbers_[each].size() > 1) {
+            twice = &content->first;
+        }
     }
-    if (most > 1 || contents.size() > 1) {
-        result_.copies.push_back({namesakes.front().instanceUID(), most});
-    }
+    return count < 2          ? std::nullopt
+           : twice == nullptr ? std::optional(most)
+                              : std::optional(contents[*twice]);
 }
 
 std::string Collector::contentOf(const MetadataSet& set) const {

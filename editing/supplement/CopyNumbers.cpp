@@ -48,11 +48,10 @@ public:
     CopyCount(const Metadata::PartitionMetadata& metadata, bool structuralOnly)
         : metadata_(metadata), structuralOnly_(structuralOnly) {}
 
-    /// Dark sets are not counted: a document says nothing of their properties.
     void add(const MetadataSet& set) {
-        if (set.metaMetadataSet() != nullptr && set.hasInstanceUID() &&
-            metadata_.resolve(set.instanceUID()).size() > 1) {
-            numbers[&set].push_back(next_[set.instanceUID()]++);
+        if (set.hasInstanceUID() && metadata_.resolve(set.instanceUID()).size() > 1) {
+            auto& next = set.metaMetadataSet() == nullptr ? nextDark_ : next_;
+            numbers[&set].push_back(next[set.instanceUID()]++);
         }
     }
 
@@ -61,10 +60,13 @@ public:
         while (!waiting.empty()) {
             const MetadataSet& set = *waiting.back();
             waiting.pop_back();
-            if (set.metaMetadataSet() == nullptr || !seen_.insert(&set).second) {
+            if (!seen_.insert(&set).second) {
                 continue;
             }
             add(set);
+            if (set.metaMetadataSet() == nullptr) {
+                continue;
+            }
             Owned owned;
             forEachElement(set, [&](const Element& element) { element.accept(owned); });
             for (const Types::Reference* const reference : owned.references) {
@@ -85,6 +87,7 @@ private:
     const Metadata::PartitionMetadata& metadata_;
     bool structuralOnly_;
     std::map<Types::UUID, Types::u32> next_;
+    std::map<Types::UUID, Types::u32> nextDark_;
     std::unordered_set<const MetadataSet*> seen_;
 };
 

@@ -8,7 +8,8 @@
 namespace Corvid::Editing {
 
 /// Which of the sets with its InstanceUID, in the order of the document, a set is; of those that
-/// share one. Several numbers where the document holds it several times.
+/// share one. Two numbers where the document holds it twice. Sets of a class that the dictionary
+/// lacks are numbered for themselves: a document says nothing of their properties.
 using CopyNumbers = std::unordered_map<const Metadata::MetadataSet*, std::vector<Types::u32>>;
 
 /// @param order    the sets of the Preface's tree, then those outside of it.

@@ -72,9 +72,11 @@ struct DocumentSupplement {
         PropertyAddress property;
         std::string bytes;
     };
+    /// Of several sets with an InstanceUID, how many are equal to the first in the document.
     struct Copies {
         Types::UUID set;
-        Types::u32 count;
+        std::optional<Types::u32> known; ///< of those of a known class, where they are several
+        std::optional<Types::u32> dark;  ///< of the others; likewise
     };
     struct Unidentified {
         KLV::Key setClass;

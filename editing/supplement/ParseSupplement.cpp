@@ -289,7 +289,12 @@ private:
     void readCopies(Reader& line) {
         const auto set = line.identifier<Types::UUID>("set");
         sayOnce(line, "copies" + subjectOf(SetAddress{set, {}, {}}));
-        supplement.copies.push_back({set, line.number("count")});
+        const auto number = [&line](const char* name) {
+            return line.has(name) ? std::optional(line.number(name)) : std::nullopt;
+        };
+        const auto dark = number("dark");
+        const auto known = dark ? number("count") : line.number("count");
+        supplement.copies.push_back({set, known, dark});
     }
     void readUnidentified(Reader& line) {
         const auto setClass = line.identifier<KLV::Key>("class");

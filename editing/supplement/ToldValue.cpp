@@ -1,5 +1,6 @@
 #include "editing/supplement/ToldValue.h"
 
+#include "XMLBuilder/reader/strict/StrictText.h"
 #include "editing/StoredBytes.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/metadata/Elements.h"
@@ -27,11 +28,7 @@ template <class Number> std::string bigEndian(Number number) {
     return {bytes, bytes + sizeof bytes};
 }
 
-bool isXmlSpace(char16_t unit) {
-    return unit == u' ' || unit == u'\t' || unit == u'\n' || unit == u'\r';
-}
-
-/// True for a code unit that stands for no character of XML 1.0 where it is, or for half of one.
+/// Whether a code unit makes no character of XML where it is, or half of one.
 bool isInvalid(std::u16string_view text, std::size_t at) {
     const auto isLead = [&](std::size_t i) {
         return i < text.size() && (text[i] & 0xFC00) == 0xD800;
@@ -40,15 +37,15 @@ bool isInvalid(std::u16string_view text, std::size_t at) {
         return i < text.size() && (text[i] & 0xFC00) == 0xDC00;
     };
     const char16_t unit = text[at];
-    return (unit < 0x20 && !isXmlSpace(unit)) || unit >= 0xFFFE ||
-           (isLead(at) && !isTrail(at + 1)) || (isTrail(at) && (at == 0 || !isLead(at - 1)));
+    return XMLBuilder::isNoXmlUnit(unit) || (isLead(at) && !isTrail(at + 1)) ||
+           (isTrail(at) && (at == 0 || !isLead(at - 1)));
 }
 
 /// A text as a document has it: up to its terminator, with U+FFFD for what XML can't hold, and
 /// nothing of one that is blank.
 std::u16string toldText(std::u16string units) {
     units.erase(std::min(units.find(u'\0'), units.size()));
-    if (std::all_of(units.begin(), units.end(), isXmlSpace)) {
+    if (std::all_of(units.begin(), units.end(), XMLBuilder::isXmlSpace)) {
         return {};
     }
     // Whether a surrogate is alone is asked before what is beside it is replaced.

@@ -89,8 +89,15 @@ std::vector<std::string> toInstructions(const DocumentSupplement& supplement) {
         add(Writer("bytes").with(property).with(
             "hex", Hex::encoded<std::string>(bytes.data(), bytes.size(), Hex::upper)));
     }
-    for (const auto& [set, count] : supplement.copies) {
-        add(Writer("copies").with("set", set).with("count", count));
+    for (const auto& [set, known, dark] : supplement.copies) {
+        Writer line = Writer("copies").with("set", set);
+        if (known) {
+            line = line.with("count", *known);
+        }
+        if (dark) {
+            line = line.with("dark", *dark);
+        }
+        add(line);
     }
     for (const auto& [setClass, count] : supplement.unidentified) {
         add(Writer("unidentified").with("class", setClass).with("count", count));

@@ -7,10 +7,12 @@
 #include "XMLBuilder/reader/strict/StrictText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
 #include "editing/StoredBytes.h"
+#include "editing/supplement/Filling.h"
 #include "editing/values/ValueText.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/dictionary/MisplacedAttribute.h"
+#include "host/metadata/ElementItems.h"
 #include "host/types/ByteRuns.h"
 
 #include <algorithm>
@@ -34,34 +36,6 @@ bool isReference(Identifiers::Identifier type) {
     return type == Identifiers::StrongReference || type == Identifiers::WeakReference;
 }
 
-/// The texts of whatever an element has.
-struct ItemTexts final : Metadata::Visitors::ElementVisitor {
-    void visit(const Metadata::ReferenceBatchElement& element) override { add(element); }
-    void visit(const Metadata::ReferenceArrayElement& element) override { add(element); }
-    void visit(const Metadata::ReferenceElement& element) override { addOne(element.value()); }
-    void visit(const Metadata::BatchElement& element) override { addItems(element.value()); }
-    void visit(const Metadata::ArrayElement& element) override { addItems(element.value()); }
-    void visit(const Metadata::SimpleElement& element) override { addOne(element.value()); }
-
-    void addOne(const Types::SimpleDataType* value) {
-        if (value != nullptr) {
-            texts.push_back(valueText(*value));
-        }
-    }
-    template <class Items> void add(const Items& items) {
-        for (Types::u32 i = 0; i != items.size(); ++i) {
-            addOne(&items.at(i));
-        }
-    }
-    void addItems(const Types::Collection* items) {
-        if (items != nullptr) {
-            add(*items);
-        }
-    }
-
-    std::vector<std::string> texts;
-};
-
 std::u16string wide(const std::string& text) {
     const Utf16Text units = Platform::fromUtf8(text);
     return {units.begin(), units.end()};
@@ -74,7 +48,7 @@ void checkCharacters(const std::string& text) {
         throw Exceptions::InvalidFormat("the value is not UTF-8", CORVID_HERE);
     }
     for (const Utf16Unit unit : units) {
-        if ((unit < 0x20 && unit != '\t' && unit != '\n' && unit != '\r') || unit >= 0xFFFE) {
+        if (XMLBuilder::isNoXmlUnit(unit)) {
             char code[8];
             std::snprintf(code, sizeof code, "U+%04X", unsigned{unit});
             throw Exceptions::InvalidFormat(std::string("the value has the character ") + code +
@@ -249,15 +223,12 @@ void readValues(Metadata::PartitionMetadata& metadata, const DocumentNode& node,
     refuse(mistakes);
 }
 
-/// Zeros that end a text take no part in it.
-std::size_t terminatorSize(const Element& element) {
+/// The zeros that end a text as it is, in bytes; they take no part in it.
+std::size_t presentTerminator(const Element& element) {
     if (element.isSkipped()) {
         return 0;
     }
-    const auto type = element.definition()->dataType();
-    const std::size_t size = type == Identifiers::UTF16String  ? 2
-                             : type == Identifiers::ISO7String ? 1
-                                                               : 0;
+    const std::size_t size = terminatorSize(element);
     const std::string bytes = bytesOf(element);
     const bool has =
         bytes.size() >= size && std::all_of(bytes.end() - static_cast<std::ptrdiff_t>(size),
@@ -268,9 +239,13 @@ std::size_t terminatorSize(const Element& element) {
 } // namespace
 
 std::vector<std::string> textsOf(const Element& element) {
-    ItemTexts items;
-    element.accept(items);
-    return items.texts;
+    const Metadata::ElementItems items(&element);
+    std::vector<std::string> texts;
+    texts.reserve(items.size());
+    for (Types::u32 i = 0; i != items.size(); ++i) {
+        texts.push_back(valueText(items.at(i)));
+    }
+    return texts;
 }
 
 bool assignValue(Metadata::PartitionMetadata& metadata, Element& element,
@@ -297,12 +272,11 @@ bool assignValue(Metadata::PartitionMetadata& metadata, Element& element,
     if (!element.isSkipped() && textsOf(*wanted) == present) {
         return false;
     }
-    if (definition.label().withoutVersion() ==
-        Metadata::Structural::StructuralMetadataULs::instanceUID().withoutVersion()) {
+    if (Metadata::Structural::isInstanceUID(definition.label())) {
         throw Exceptions::InvalidFormat("sets are known by their InstanceUIDs, which stay",
                                         CORVID_HERE);
     }
-    const std::string bytes = bytesOf(*wanted).append(terminatorSize(element), '\0');
+    const std::string bytes = bytesOf(*wanted).append(presentTerminator(element), '\0');
     if (bytes.size() > Types::ByteRun::greatestSize) {
         throw Exceptions::LimitExceeded("value of " + std::to_string(bytes.size()) +
                                             " bytes, expected at most " +

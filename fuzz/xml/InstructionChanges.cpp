@@ -152,7 +152,8 @@ std::string newText(Pieces& pieces, Random& random) {
     case 5:
         return " key" + setOrCopy(pieces, random) + " key=\"" + oneClass(random) + "\"";
     case 6:
-        return " copies set=\"" + oneSet(pieces, random) + "\" count=\"" + oneNumber(random) + "\"";
+        return " copies set=\"" + oneSet(pieces, random) + "\" count=\"" + oneNumber(random) +
+               (below(2, random) == 0 ? "\"" : "\" dark=\"" + oneNumber(random) + "\"");
     case 7:
         return " unidentified class=\"" + oneClass(random) + "\" count=\"" + oneNumber(random) +
                "\"";

@@ -11,6 +11,7 @@ namespace Corvid::Platform {
 /// once: made when it is first asked for, by whatever thread, and gone with the object.
 class Attached {
 public:
+    /// The base of what is kept.
     class CORVID_EXPORT Content {
     public:
         Content() = default;

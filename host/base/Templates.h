@@ -24,6 +24,7 @@ public:
 
     allocator() noexcept = default;
     template <class U> allocator(const allocator<U, Policy>&) noexcept {}
+    /// The same allocator for another type.
     template <class U> struct rebind { using other = allocator<U, Policy>; };
 
     T* allocate(std::size_t count) {
@@ -111,6 +112,7 @@ public:
     using std::map<Key, T, Less, allocator<std::pair<const Key, T>, Policy>>::map;
 };
 
+/// Text of code units of any type.
 template <class Unit, class Traits = char_traits<Unit>, class Policy = Platform::malloc_alloc>
 class basic_string : public std::basic_string<Unit, Traits, allocator<Unit, Policy>> {
 public:

@@ -93,6 +93,10 @@ std::string toUtf8(const Utf16Unit* text, std::size_t length) {
     return result;
 }
 
+bool isDigits(std::string_view text) noexcept {
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
 std::string toUtf8(const Utf16Unit* text) {
     return toUtf8(text, Templates::char_traits<Utf16Unit>::length(text));
 }

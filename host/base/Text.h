@@ -18,6 +18,9 @@ namespace Platform {
 /// Widens 8-bit text: each byte becomes the code unit of the same number (ISO 8859-1).
 CORVID_EXPORT Utf16Text widen(std::string_view text);
 
+/// Whether a text is decimal digits only, and not empty.
+CORVID_EXPORT bool isDigits(std::string_view text) noexcept;
+
 /// UTF-16 text as UTF-8, for messages and for people. A lone surrogate becomes U+FFFD.
 CORVID_EXPORT std::string toUtf8(const Utf16Unit* text, std::size_t length);
 CORVID_EXPORT std::string toUtf8(const Utf16Unit* text);

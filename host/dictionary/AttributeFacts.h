@@ -6,6 +6,7 @@ class MetaElement;
 
 /// What the dictionary says of an element of a set, as a value.
 struct AttributeFacts {
+    /// What the element is in its set.
     enum class Kind : unsigned char {
         placed,    ///< a property that the set's class lists: MetaAttribute
         misplaced, ///< a property of other sets: MisplacedAttribute

@@ -16,6 +16,7 @@ template <class Value> class RowValues {
 public:
     using Row = typename Value::Row;
 
+    /// Goes from row to row.
     class const_iterator {
     public:
         using iterator_category = std::input_iterator_tag;

@@ -24,10 +24,12 @@ struct EntryRow {
 
 struct LabelRow : EntryRow {};
 
+/// A property of the register of elements.
 struct PropertyRow : EntryRow {
     std::uint32_t type; ///< row of a type, or noRow
 };
 
+/// A type, or an enumeration with its members.
 struct TypeRow : EntryRow {
     std::uint32_t kind;   ///< text
     std::uint32_t base;   ///< row of a type, or noRow
@@ -46,6 +48,7 @@ struct MemberRow {
     std::uint32_t deprecated; ///< 1 or 0
 };
 
+/// A group: the class of a set or pack.
 struct GroupRow : EntryRow {
     std::uint32_t parent;   ///< row of a group, or noRow
     std::uint32_t concrete; ///< 1 or 0
@@ -69,6 +72,7 @@ struct BranchRow {
     std::uint32_t name;                 ///< text
 };
 
+/// Another name of a definition, from the document that calls it so.
 struct AliasRow {
     std::uint32_t definition; ///< text
     std::uint32_t name;       ///< text

@@ -8,15 +8,19 @@ namespace Corvid::MetaMetadata {
 /// The SMPTE metadata registers as the library knows them, and what is in use beside them.
 namespace Registers {
 
+/// The register of labels.
 inline Register<RegisteredLabel> labels() noexcept {
     return Register<RegisteredLabel>(registerTables().labels);
 }
+/// The register of types.
 inline Register<RegisteredType> types() noexcept {
     return Register<RegisteredType>(registerTables().types);
 }
+/// The register of elements: properties.
 inline Register<RegisteredProperty> properties() noexcept {
     return Register<RegisteredProperty>(registerTables().properties);
 }
+/// The register of groups: classes of sets and packs.
 inline Register<RegisteredGroup> groups() noexcept {
     return Register<RegisteredGroup>(registerTables().groups);
 }
@@ -35,6 +39,7 @@ inline RowValues<LabelBranch> branches() noexcept {
     return RowValues<LabelBranch>(registerTables().branches);
 }
 
+/// Other names of sets and properties.
 inline RowValues<RegisteredAlias> aliases() noexcept {
     return RowValues<RegisteredAlias>(registerTables().aliases);
 }

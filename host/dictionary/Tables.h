@@ -14,11 +14,13 @@ namespace Corvid::MetaMetadata {
 /// Stands where a row refers to no other row.
 constexpr std::uint32_t noRow = 0xFFFFFFFF;
 
+/// A namespace of definitions.
 struct NamespaceRow {
     std::uint32_t prefix; ///< text
     std::uint32_t uri;    ///< text
 };
 
+/// A property of a set.
 struct UseRow {
     std::uint32_t element; ///< row of the property
     std::uint32_t status;  ///< AttributeRequiredStatus::Status

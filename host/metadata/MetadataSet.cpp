@@ -56,11 +56,6 @@ Types::LocalTag tagOf(const Types::UniversalLabel* label, const Element& element
                             : primer.tagOf(*element.metaAttribute());
 }
 
-bool isInstanceUID(const Types::UniversalLabel& label) noexcept {
-    return label.withoutVersion() ==
-           Structural::StructuralMetadataULs::instanceUID().withoutVersion();
-}
-
 } // namespace
 
 namespace Structural {
@@ -75,6 +70,15 @@ const Types::UniversalLabel& StructuralMetadataULs::generationUID() {
     static const Types::UniversalLabel label(std::array<Types::u8, 16>{
         0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x02, 0x05, 0x20, 0x07, 0x01, 0x08, 0, 0, 0});
     return label;
+}
+
+bool isInstanceUID(const Types::UniversalLabel& label) noexcept {
+    return label.withoutVersion() == StructuralMetadataULs::instanceUID().withoutVersion();
+}
+
+bool identifies(const Types::UniversalLabel& label) noexcept {
+    return isInstanceUID(label) ||
+           label.withoutVersion() == StructuralMetadataULs::generationUID().withoutVersion();
 }
 
 const KLV::Key& StructuralMetadataKeys::preface() {
@@ -150,7 +154,7 @@ std::size_t MetadataSet::nextPosition() const {
 
 Element& MetadataSet::make(const Types::UniversalLabel& label, Element::Attribute attribute,
                            std::size_t position) const {
-    const bool identifies = isInstanceUID(label);
+    const bool identifies = Structural::isInstanceUID(label);
     auto element =
         identifies
             ? Templates::auto_ptr<Element>(new InstanceUIDElement(std::move(attribute), partition_))

@@ -23,6 +23,13 @@ struct CORVID_EXPORT StructuralMetadataULs {
     static const Types::UniversalLabel& generationUID();
 };
 
+/// Whether it is the label of InstanceUID, whatever its version byte.
+CORVID_EXPORT bool isInstanceUID(const Types::UniversalLabel& label) noexcept;
+
+/// Whether it is the label of a property that identifies sets or their generation and says nothing
+/// of the clip: InstanceUID or GenerationUID.
+CORVID_EXPORT bool identifies(const Types::UniversalLabel& label) noexcept;
+
 /// Keys of sets that the model itself needs.
 struct CORVID_EXPORT StructuralMetadataKeys {
     static const KLV::Key& preface();

@@ -7,6 +7,7 @@ namespace Corvid::mxf {
 /// Which partition's header metadata is wanted.
 class PartitionChoice {
 public:
+    /// How a partition is chosen.
     enum class Kind : unsigned char {
         automatic, ///< the last complete copy that can be read
         header,

@@ -46,6 +46,7 @@ public:
             header.begin + window_.source().available(header.begin, position_ - header.begin);
         header.isWhole = !cutOffAt_ && hasPreface_;
         header.cutOffAt = cutOffAt_;
+        header.offsets = std::move(offsets_);
         return header;
     }
 
@@ -201,7 +202,9 @@ private:
                 }
                 hasPreface_ = true;
             }
-            offsets_.push_back(triplet.offset);
+            offsets_.sets.push_back(triplet.offset);
+        } else {
+            offsets_.dark.push_back(triplet.offset);
         }
         position_ = triplet.end();
     }
@@ -249,7 +252,7 @@ private:
             const auto targets =
                 set->hasInstanceUID() ? result_->resolve(set->instanceUID()) : Metadata::Targets();
             if (!targets.empty() && &targets.front() != set) {
-                warn(WarningKinds::sharedInstanceUID, offsets_[i],
+                warn(WarningKinds::sharedInstanceUID, offsets_.sets[i],
                      "has the same InstanceUID (" +
                          Platform::toUtf8(set->instanceUID().toString(Types::dottedHexadecimal)) +
                          ") as a set before it, so no reference leads to it",
@@ -266,7 +269,7 @@ private:
     Templates::auto_ptr<Metadata::PartitionMetadata> result_;
     std::uint64_t position_;
     std::optional<std::uint64_t> declaredEnd_; ///< while HeaderByteCount is believed
-    Templates::vector<std::uint64_t> offsets_; ///< of the sets in the file, for warnings
+    SetOffsets offsets_;
     bool declaredPastFile_ = false;
     std::optional<std::uint64_t> cutOffAt_;
     bool ended_ = false; ///< nothing behind the position can be read

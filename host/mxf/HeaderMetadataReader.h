@@ -18,6 +18,12 @@ struct MetadataStart {
     bool isPrimer = false;
 };
 
+/// Where the sets of header metadata are in their file: their keys, in bytes from its front.
+struct SetOffsets {
+    Templates::vector<std::uint64_t> sets; ///< in the order of the partition's sets
+    Templates::vector<std::uint64_t> dark; ///< in that of its dark sets
+};
+
 /// Header metadata as read from a partition.
 struct HeaderMetadata {
     Templates::auto_ptr<Metadata::PartitionMetadata> metadata;
@@ -27,6 +33,7 @@ struct HeaderMetadata {
     bool isWhole = false;      ///< nothing is cut off, and there is a Preface
     /// Where it is cut off, in bytes from the front of the file: all before has been read.
     std::optional<std::uint64_t> cutOffAt;
+    SetOffsets offsets;
 };
 
 /// Looks after a partition pack for header metadata; fill is passed over and belongs to the pack.

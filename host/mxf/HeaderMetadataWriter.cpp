@@ -2,6 +2,7 @@
 
 #include "host/base/Exceptions.h"
 #include "host/klv/BerOutput.h"
+#include "host/metadata/ElementItems.h"
 #include "host/mxf/Fill.h"
 #include "host/mxf/HeaderMetadataReader.h"
 #include "host/mxf/Keys.h"
@@ -50,6 +51,28 @@ void keepTags(const DarkMetadataSet& set, Metadata::PartitionDictionary& primer)
     }
 }
 
+// Labels of properties of the Preface (SMPTE ST 377-1).
+using LabelBytes = std::array<Types::u8, 16>;
+constexpr LabelBytes operationalPattern{0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05,
+                                        0x01, 0x02, 0x02, 0x03, 0,    0,    0,    0};
+constexpr LabelBytes essenceContainers{0x06, 0x0e, 0x2b, 0x34, 0x01, 0x01, 0x01, 0x05,
+                                       0x01, 0x02, 0x02, 0x10, 0x02, 0x01, 0,    0};
+
+/// The labels among the values of a property.
+Templates::vector<Types::UniversalLabel> labelsOf(const MetadataSet& set,
+                                                  const LabelBytes& property) {
+    struct Collect : Types::Visitors::NullVisitor {
+        using NullVisitor::visit;
+        void visit(const Types::UniversalLabel& label) override { labels.push_back(label); }
+        Templates::vector<Types::UniversalLabel> labels;
+    } collect;
+    const Metadata::ElementItems items(set.find(Types::UniversalLabel(property)));
+    for (Types::u32 i = 0; i != items.size(); ++i) {
+        items.at(i).accept(collect);
+    }
+    return std::move(collect.labels);
+}
+
 } // namespace
 
 HeaderMetadataWriter::HeaderMetadataWriter(Metadata::PartitionMetadata& metadata)
@@ -95,6 +118,19 @@ void HeaderMetadataWriter::write(DataIO::DataSink& sink) const {
     for (auto i = metadata_.darkBegin(); i != metadata_.darkEnd(); ++i) {
         serialize(**i, sink);
     }
+}
+
+PartitionPack headerPack(const MetadataSet& preface, Types::u32 kagSize) {
+    PartitionPack pack;
+    pack.status = PartitionStatus::closedComplete;
+    pack.majorVersion = 1;
+    pack.minorVersion = 3;
+    pack.kagSize = kagSize;
+    if (const auto pattern = labelsOf(preface, operationalPattern); !pattern.empty()) {
+        pack.operationalPattern = pattern.front();
+    }
+    pack.essenceContainers = labelsOf(preface, essenceContainers);
+    return pack;
 }
 
 void writeHeaderPartition(PartitionPack pack, const HeaderMetadataWriter& metadata,

@@ -38,6 +38,14 @@ private:
     std::uint64_t size_ = 0;
 };
 
+/// The pack of a closed and complete header partition without essence, of a file by the rules of
+/// SMPTE ST 377-1 (version 1.3).
+/// @param preface  has the operational pattern and the essence containers; where it has none, the
+///                 pattern is zeros, the containers none. Borrowed.
+/// @param kagSize  bytes of which pack and metadata are multiples; 1 for no alignment.
+CORVID_EXPORT PartitionPack headerPack(const Metadata::MetadataSet& preface,
+                                       Types::u32 kagSize = 1);
+
 /// Writes a header partition without essence: pack, header metadata, and fill so that both end on
 /// the KAG.
 /// @param pack  its HeaderByteCount is made true, its kind that of a header partition.

@@ -63,7 +63,7 @@ struct Walk {
     LengthForm lengths;
 };
 
-/// @param isInstanceUID  tells of a tag.
+/// @param isInstanceUID  whether a tag means the InstanceUID.
 template <class IsInstanceUID>
 Walk walk(const KLV::Key& key, Types::ByteView value, IsInstanceUID isInstanceUID) {
     Walk result;
@@ -147,9 +147,7 @@ std::optional<Types::UUID> identifierOfDarkGroup(const KLV::Key& key, Types::Byt
     }
     const Walk found = walk(key, value, [&primer](Types::u16 tag) {
         const auto* const label = primer.find(Types::LocalTag(tag), true);
-        return label != nullptr &&
-               label->withoutVersion() ==
-                   Metadata::Structural::StructuralMetadataULs::instanceUID().withoutVersion();
+        return label != nullptr && Metadata::Structural::isInstanceUID(*label);
     });
     return obstacleTo(found, value.size) ? std::nullopt : found.instanceUID;
 }

@@ -41,12 +41,8 @@ TagMeaning& TagMeanings::of(Types::u16 tag) {
     meaning.inPrimer = dictionary_.find(localTag, false) != nullptr;
     meaning.label = dictionary_.find(localTag, true);
     if (meaning.label != nullptr) {
-        using Metadata::Structural::StructuralMetadataULs;
-        const auto is = [&meaning](const Types::UniversalLabel& label) {
-            return meaning.label->withoutVersion() == label.withoutVersion();
-        };
-        meaning.isInstanceUID = is(StructuralMetadataULs::instanceUID());
-        meaning.identifies = meaning.isInstanceUID || is(StructuralMetadataULs::generationUID());
+        meaning.isInstanceUID = Metadata::Structural::isInstanceUID(*meaning.label);
+        meaning.identifies = Metadata::Structural::identifies(*meaning.label);
         meaning.definition = dictionary_.dictionary()->findElement(*meaning.label);
     }
     if (meaning.definition != nullptr) {

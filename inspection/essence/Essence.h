@@ -10,6 +10,7 @@ namespace Corvid::Inspection {
 /// What a clip is: title, time, pictures, sound, data, and what people say of it. Values are those
 /// of the metadata; nothing is guessed.
 struct Essence {
+    /// The identifiers of the clip.
     struct Material {
         std::string umid; ///< "urn:smpte:umid:..." of the material package
         std::string uuid; ///< "urn:uuid:..." of a file with one track, as packages of such files

@@ -1,7 +1,7 @@
 #include "inspection/essence/FieldText.h"
 
 #include "host/dictionary/MetaElement.h"
-#include "host/dictionary/Registers.h"
+#include "host/dictionary/RegisterNames.h"
 #include "host/metadata/SimpleValue.h"
 #include "host/types/Types.h"
 #include "inspection/RegisteredName.h"
@@ -85,18 +85,8 @@ std::string memberText(std::string_view symbol) {
 
 /// What the registers call a number; empty where it is just a number.
 std::string enumeratedText(const Types::UniversalLabel& property, Types::u32 number) {
-    const auto registered = MetaMetadata::Registers::properties().find(property);
-    const auto type = registered ? registered->type() : std::nullopt;
-    if (!type || type->kind() != "enumeration") {
-        return "";
-    }
-    const std::string wanted = std::to_string(number);
-    for (const auto& member : type->members()) {
-        if (member.value() == wanted) {
-            return memberText(member.symbol());
-        }
-    }
-    return "";
+    const auto enumeration = MetaMetadata::Registers::enumerationOf(property);
+    return enumeration ? memberText(MetaMetadata::Registers::memberOf(*enumeration, number)) : "";
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "inspection/essence/LabelName.h"
 
 #include "inspection/RegisteredName.h"
+#include "inspection/StructuralLabels.h"
 
 #include <algorithm>
 
@@ -19,10 +20,6 @@ constexpr ShortName shortNames[] = {
 #include "inspection/essence/ShortNames.def"
 };
 
-Types::u64 front(Types::u64 item, unsigned length) {
-    return length == 8 ? item : item >> (8 * (8 - length));
-}
-
 } // namespace
 
 std::string shortName(const Types::UniversalLabel& label) {
@@ -30,13 +27,10 @@ std::string shortName(const Types::UniversalLabel& label) {
     if (!std::equal(std::begin(registry), std::end(registry), label.bytes().begin())) {
         return "";
     }
-    Types::u64 item = 0;
-    for (std::size_t i = 8; i != label.bytes().size(); ++i) {
-        item = item << 8 | label.bytes()[i];
-    }
+    const Types::u64 item = Structural::itemOf(label.bytes());
     const ShortName* best = nullptr;
     for (const ShortName& each : shortNames) {
-        if (front(item, each.length) == front(each.item, each.length) &&
+        if (Structural::beginAlike(item, each.item, each.length) &&
             (best == nullptr || each.length > best->length)) {
             best = &each;
         }

@@ -259,4 +259,10 @@ Picture describePicture(const MetadataSet& set,
     return picture;
 }
 
+const char* nameOf(Picture::Layout layout) {
+    constexpr const char* names[] = {"progressive", "interlaced", "single field", "interlaced",
+                                     "segmented frame"};
+    return names[static_cast<std::size_t>(layout)];
+}
+
 } // namespace Corvid::Inspection

@@ -27,6 +27,7 @@ struct Picture {
         mixedFields = 3,    ///< interlaced, the lines of both fields in turn
         segmentedFrame = 4, ///< progressive, in two segments
     };
+    /// How colours are coded, by the names of their labels.
     struct Colour {
         std::string primaries;
         std::string transfer;
@@ -40,6 +41,7 @@ struct Picture {
     };
     /// A display that the picture was graded on (SMPTE ST 2067-21).
     struct Mastering {
+        /// A colour by its chromaticity.
         struct Point {
             unsigned x = 0; ///< in steps of 0.00002
             unsigned y = 0;
@@ -71,5 +73,8 @@ struct Picture {
     /// The area that is to be seen: display, else sampled, else stored, each number by itself.
     CORVID_INSPECTION_EXPORT Area size() const;
 };
+
+/// "progressive", "interlaced", "single field" or "segmented frame".
+CORVID_INSPECTION_EXPORT const char* nameOf(Picture::Layout layout);
 
 } // namespace Corvid::Inspection

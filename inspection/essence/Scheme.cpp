@@ -41,19 +41,10 @@ constexpr SchemePhrase schemePhrases[] = {
 #include "inspection/essence/SchemeNames.def"
 };
 
-template <class Bytes> Types::u64 itemOf(const Bytes& bytes) {
-    Types::u64 item = 0;
-    for (std::size_t i = 8; i != 16; ++i) {
-        item = item << 8 | bytes[i];
-    }
-    return item;
-}
-
 std::string schemeOf(const KLV::Key& key) {
-    const Types::u64 item = itemOf(key.bytes());
+    const Types::u64 item = Structural::itemOf(key.bytes());
     for (const SchemeName& each : schemeNames) {
-        const unsigned unused = 8 * (8 - each.length);
-        if (item >> unused == each.item >> unused) {
+        if (Structural::beginAlike(item, each.item, each.length)) {
             return each.name;
         }
     }
@@ -66,11 +57,7 @@ std::vector<SchemeSet::Field> fieldsOf(const MetadataSet& set) {
     for (const auto& [label, element] : set.made()) {
         const auto* const definition = element->definition();
         // Identifiers of sets say nothing of the clip.
-        if (definition == nullptr ||
-            label.withoutVersion() ==
-                Metadata::Structural::StructuralMetadataULs::instanceUID().withoutVersion() ||
-            label.withoutVersion() ==
-                Metadata::Structural::StructuralMetadataULs::generationUID().withoutVersion()) {
+        if (definition == nullptr || Metadata::Structural::identifies(label)) {
             continue;
         }
         std::string value = fieldText(*element);
@@ -195,7 +182,7 @@ std::vector<SchemeLine> schemeLines(const std::vector<SchemeSet>& sets) {
         }
         Scheme& scheme = schemes[place->second];
         for (const auto& field : set.fields) {
-            scheme.values.try_emplace(itemOf(field.property.bytes()), &field.value);
+            scheme.values.try_emplace(Structural::itemOf(field.property.bytes()), &field.value);
             if (scheme.first.size() != fieldsShown) {
                 scheme.first.push_back(field.name + " " + field.value);
             }
@@ -212,7 +199,7 @@ std::vector<SchemeLine> schemeLines(const std::vector<SchemeSet>& sets) {
 std::string fieldOf(const std::vector<SchemeSet>& sets, Types::u64 item) {
     for (const SchemeSet& set : sets) {
         for (const auto& field : set.fields) {
-            if (itemOf(field.property.bytes()) == item) {
+            if (Structural::itemOf(field.property.bytes()) == item) {
                 return field.value;
             }
         }

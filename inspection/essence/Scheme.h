@@ -10,6 +10,7 @@ namespace Corvid::Inspection {
 
 /// A set of descriptive metadata: what people, not machines, say of a clip.
 struct SchemeSet {
+    /// A property and its value.
     struct Field {
         Types::UniversalLabel property;
         std::string name;  ///< of the property, in the dictionary

@@ -10,6 +10,7 @@ namespace Corvid::Inspection {
 
 /// What the metadata says of sound (SMPTE ST 377-1, channels SMPTE ST 377-4).
 struct Sound {
+    /// A channel and what it is for.
     struct Channel {
         std::optional<Types::u32> number; ///< from 1
         std::string symbol;               ///< "L": without the "ch" in front that all have

@@ -9,8 +9,11 @@ namespace Corvid::Inspection {
 
 /// The essence of one track: what a descriptor of a file's package says of it.
 struct Stream {
+    /// What it is for.
     enum class Kind : unsigned char { picture, sound, data, other };
+    /// How essence is divided into KLVs.
     enum class Wrapping : unsigned char { notStated, frame, clip };
+    /// What is said of data.
     struct Data {
         std::string namespaceUri;
         std::string languages;

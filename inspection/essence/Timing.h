@@ -6,6 +6,7 @@ namespace Corvid::Inspection {
 
 /// When a clip begins and how long it is.
 struct Timing {
+    /// The timecode of the first frame, and where it is from.
     struct Start {
         Timecode timecode;
         std::string source; ///< "material package", `tape "A12"`

@@ -20,19 +20,6 @@ std::string prefixOf(const MetaDefinition& definition) {
     return prefix == nullptr ? "" : Platform::toUtf8(prefix);
 }
 
-/// Whether a definition has a name, letter by letter. Names are ASCII as a rule, so most differ in
-/// the first units, and no text is made of them.
-bool isCalled(const MetaDefinition& definition, const std::string& name) {
-    const auto* unit = definition.attribute("XMLTagName");
-    for (const char each : name) {
-        if (unit == nullptr || *unit != static_cast<unsigned char>(each)) {
-            return false;
-        }
-        ++unit;
-    }
-    return unit != nullptr && *unit == 0;
-}
-
 /// What a path has for a name.
 struct Wanted {
     explicit Wanted(const std::string& text) {
@@ -72,10 +59,8 @@ void addAliases(NamedDefinitions& found, const Dictionary& dictionary, const Wan
         if (Platform::folded(std::string(alias.name())) != folded) {
             continue;
         }
-        const Wanted meant{std::string(alias.definition())};
         add(found, dictionary, [&](const MetaDefinition& definition) {
-            return isCalled(definition, meant.name) && meant.hasPrefixOf(definition) &&
-                   wanted.hasPrefixOf(definition);
+            return isCalled(definition, alias.definition()) && wanted.hasPrefixOf(definition);
         });
     }
 }
@@ -84,7 +69,7 @@ template <class Definition>
 void addAmbiguous(const std::vector<const Definition*>& found, std::vector<std::string>& names) {
     if (found.size() > 1) {
         for (const Definition* const each : found) {
-            names.push_back(prefixOf(*each) + ":" + tagName(*each));
+            names.push_back(prefixedName(*each));
         }
     }
 }
@@ -99,9 +84,8 @@ void addAmbiguous(NamedDefinitions& found) {
 NamedDefinitions findDefinitions(const Dictionary& dictionary, const std::string& name) {
     const Wanted wanted(name);
     NamedDefinitions found;
-    add(found, dictionary, [&](const MetaDefinition& definition) {
-        return isCalled(definition, wanted.name) && wanted.hasPrefixOf(definition);
-    });
+    add(found, dictionary,
+        [&](const MetaDefinition& definition) { return isCalled(definition, name); });
     if (found.isEmpty()) {
         const std::string folded = Platform::folded(wanted.name);
         add(found, dictionary, [&](const MetaDefinition& definition) {

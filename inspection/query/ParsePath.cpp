@@ -10,11 +10,6 @@ namespace Corvid::Inspection {
 
 namespace {
 
-bool isDigits(const std::string& text) {
-    return !text.empty() &&
-           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
 std::string trimmed(const std::string& text) {
     const auto begin = text.find_first_not_of(' ');
     return begin == std::string::npos ? ""
@@ -35,6 +30,31 @@ public:
         } while (take("/"));
         path.text = text_.substr(begin, at_ - begin);
         return path;
+    }
+
+    Question question() {
+        Question question;
+        const std::size_t begin = at_;
+        if (take("@")) {
+            question.field = trimmed(until("=!"));
+        } else {
+            question.path = path(0);
+        }
+        question.text = trimmed(text_.substr(begin, at_ - begin));
+        if (take("!=")) {
+            question.kind = Question::Kind::unequal;
+        } else if (take("=")) {
+            question.kind = Question::Kind::equal;
+        } else if (!isAtEnd()) {
+            refuse(question.path ? "/, [, = or !=" : "= or !=");
+        } else {
+            return question;
+        }
+        question.value = value("");
+        if (!isAtEnd()) {
+            refuse("nothing behind the value in quotes");
+        }
+        return question;
     }
 
     /// @throws InvalidArgument  the next character is none of those that can follow.
@@ -82,6 +102,8 @@ private:
         return found;
     }
 
+    void passBlanks() { at_ = std::min(text_.find_first_not_of(' ', at_), text_.size()); }
+
     Step step(std::size_t depth) {
         Step step;
         const std::size_t begin = at_;
@@ -107,6 +129,7 @@ private:
             if (!take("]")) {
                 refuse("] or ,");
             }
+            passBlanks();
         }
         return step;
     }
@@ -154,7 +177,7 @@ private:
             condition.kind = Condition::Kind::last;
             return condition;
         }
-        if (isWhole && isDigits(word)) {
+        if (isWhole && Platform::isDigits(word)) {
             condition.position = position(begin, word);
             return condition;
         }
@@ -167,7 +190,7 @@ private:
         } else {
             refuse("= or !=");
         }
-        condition.value = value();
+        condition.value = value(",]");
         return condition;
     }
 
@@ -184,17 +207,21 @@ private:
         return static_cast<std::uint32_t>(number);
     }
 
-    std::string value() {
+    /// Blanks before and behind it don't count.
+    /// @param stops  where a bare value ends.
+    std::string value(const char* stops) {
+        passBlanks();
         for (const char* const quote : {"\"", "'"}) {
             if (take(quote)) {
                 std::string found = until(quote);
                 if (!take(quote)) {
                     refuse(std::string(quote) + " at the end of the value");
                 }
+                passBlanks();
                 return found;
             }
         }
-        return until(",]");
+        return trimmed(until(stops));
     }
 
     const std::string& text_;
@@ -211,6 +238,10 @@ Path parsePath(const std::string& text, const MetaMetadata::Dictionary& dictiona
         parser.refuse("/ or [");
     }
     return path;
+}
+
+Question parseQuestion(const std::string& text, const MetaMetadata::Dictionary& dictionary) {
+    return Parser(text, dictionary).question();
 }
 
 Assignment parseAssignment(const std::string& text, const MetaMetadata::Dictionary& dictionary) {

@@ -1,7 +1,7 @@
 #include "inspection/query/Query.h"
 
 #include "host/dictionary/MetaElement.h"
-#include "inspection/ElementItems.h"
+#include "host/metadata/ElementItems.h"
 
 #include <algorithm>
 
@@ -53,7 +53,7 @@ std::vector<std::string> textsOf(const Place& place, const ValueText& text) {
         }
         return texts;
     }
-    const ElementItems items(place.element);
+    const Metadata::ElementItems items(place.element);
     const Types::u32 begin = place.item.value_or(0);
     const Types::u32 end = place.item ? begin + 1 : items.size();
     for (Types::u32 i = begin; i != end; ++i) {
@@ -218,7 +218,7 @@ Places Query::keep(const std::vector<Condition>& conditions, Places places) {
             items.push_back(place);
             continue;
         }
-        const Types::u32 size = ElementItems(place.element).size();
+        const Types::u32 size = Metadata::ElementItems(place.element).size();
         for (Types::u32 i = 0; i != size; ++i) {
             items.push_back({place.set, place.element, i});
         }
@@ -296,7 +296,7 @@ Sets Query::targetsOf(const Place& place, bool onlyStrong) const {
     if (place.element == nullptr) {
         return {place.set};
     }
-    const ElementItems items(place.element);
+    const Metadata::ElementItems items(place.element);
     Sets found;
     const Types::u32 begin = place.item.value_or(0);
     const Types::u32 end = place.item ? begin + 1 : items.size();

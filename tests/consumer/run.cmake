@@ -22,3 +22,13 @@ function(build_against_installed source build)
     -D CMAKE_CXX_FLAGS=${flags} ${ARGN})
   run(log ${CMAKE_COMMAND} --build ${build})
 endfunction()
+
+# expect_sample(<who> <output>): header metadata of the sample is shown.
+function(expect_sample what output)
+  foreach(part "<s377m:Preface" "</s377m:Preface>" "Test picture and tone")
+    string(FIND "${output}" "${part}" place)
+    if(place EQUAL -1)
+      message(FATAL_ERROR "${what} printed no '${part}':\n${output}")
+    endif()
+  endforeach()
+endfunction()

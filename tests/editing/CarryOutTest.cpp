@@ -33,6 +33,11 @@ protected:
         return disk;
     }
 
+    Templates::auto_ptr<DataIO::RandomAccessSource> source() const {
+        return Templates::auto_ptr<DataIO::RandomAccessSource>(
+            new DataIO::MemorySource(clip.bytes.data(), clip.bytes.size()));
+    }
+
     /// An edit after which the clip is longer, by blocks of the model.
     Editing::EditPlan growth() {
         Editing::EditOptions options;
@@ -55,7 +60,7 @@ protected:
 TEST_F(CarryOut, insertsBlocksIntoTheClip) {
     ModelFiles files(disk());
     const auto plan = growth();
-    EXPECT_EQ(carryOut(files, path, clip.source, plan, *files.find(path), EditTarget()),
+    EXPECT_EQ(carryOut(files, path, source(), plan, *files.find(path), EditTarget()),
               EditWay::inPlace);
     EXPECT_TRUE(has(files, clip.after(plan)));
     EXPECT_EQ(files.now().names.at(path), 1U);
@@ -70,7 +75,7 @@ TEST_F(CarryOut, replacesTheClipWhereItsFileSystemInsertsNoBlocksAfterAll) {
     Refusing files(disk());
     files.inserts = false;
     const auto plan = growth();
-    EXPECT_EQ(carryOut(files, path, clip.source, plan, *files.find(path), EditTarget()),
+    EXPECT_EQ(carryOut(files, path, source(), plan, *files.find(path), EditTarget()),
               EditWay::replace);
     EXPECT_TRUE(has(files, clip.after(plan)));
     EXPECT_NE(files.now().names.at(path), 1U);

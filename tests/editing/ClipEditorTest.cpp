@@ -6,6 +6,7 @@
 #include "host/types/Types.h"
 #include "tests/editing/CopyPartition.h"
 #include "tests/editing/EditedClip.h"
+#include "tests/support/NotingSource.h"
 #include "tests/support/Paths.h"
 
 #include <fstream>
@@ -129,6 +130,17 @@ TEST_P(EveryClip, staysAsItIsWhereItsDocumentLosesItsInstructions) {
     } catch (const Editing::DocumentMistakes& refusal) {
         GTEST_SKIP() << "it can't be read without: " << refusal.mistakes().front().text;
     }
+}
+
+TEST_P(EveryClip, isReadOnceToPlanAnEdit) {
+    const Bytes bytes = bytesOf(GetParam());
+    NotingSource source(bytes);
+    mxf::NoWarnings warnings;
+    Editing::ClipEditor editor(source, MetaMetadata::Dictionary::builtIn(), warnings);
+    const auto wanted = editor.readMetadata();
+    setText(*findText(*wanted), asText(utf16(u"Another text")));
+    EXPECT_FALSE(editor.plan(*wanted, {}).isEmpty());
+    EXPECT_EQ(*std::max_element(source.times.begin(), source.times.end()), 1);
 }
 
 INSTANTIATE_TEST_SUITE_P(, EveryClip, ::testing::ValuesIn(clips()), nameOfClip);

@@ -89,6 +89,20 @@ TEST_F(MergeCopies, takesLengthOctetsForAPartOfTheSet) {
     EXPECT_EQ(merged.unequal.size(), 1U);
 }
 
+TEST_F(MergeCopies, keepsAsManyAsAreExpected) {
+    for (const char* name : {"a", "b", "b", "a", "a"}) {
+        track(1, name);
+        dark(property(0x0101, name) + identified(1));
+    }
+    const auto merged = mergeCopies(model_.partition, {{uuid(1), {2, 1}}});
+    EXPECT_EQ(merged.equal, 1U + 2U) << "of those equal to the first";
+    EXPECT_EQ(model_.partition.size(), 4U);
+    EXPECT_EQ(darkSets(), 3);
+    ASSERT_EQ(merged.unequal.size(), 2U);
+    EXPECT_TRUE(merged.unequal[0].isExpected);
+    EXPECT_TRUE(merged.unequal[1].isExpected);
+}
+
 TEST_F(MergeCopies, doesNotCompareSetsWithoutIdentifier) {
     for (int i = 0; i != 2; ++i) {
         const auto& definition = *track(0, "a").metaMetadataSet();

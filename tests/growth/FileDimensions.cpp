@@ -151,7 +151,7 @@ std::vector<Dimension> fileDimensions() {
         {"random index entries past the end", mxf, 128, packEntriesPastTheEnd},
         {"KLVs that are searched for partitions", mxf, 256, essenceWithoutAPack},
         {"bytes of a run-in", mxf, 8192, runIn, 65535},
-        {"files on the command line", InputKind::files, 16, smallFile},
+        {"files on the command line", InputKind::files, 256, smallFile},
     };
 }
 

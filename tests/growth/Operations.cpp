@@ -10,6 +10,7 @@
 #include "host/xmlutils/Serialise.h"
 #include "tests/growth/Operation.h"
 #include "tests/support/MxfBuilder.h"
+#include "tools/corvid/Apply.h"
 #include "tools/corvid/Check.h"
 #include "tools/corvid/DictionaryCommand.h"
 #include "tools/corvid/Diff.h"
@@ -17,8 +18,10 @@
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/Get.h"
 #include "tools/corvid/Info.h"
+#include "tools/corvid/Report.h"
 #include "tools/corvid/Schema.h"
 #include "tools/corvid/Set.h"
+#include "tools/corvid/ToJson.h"
 #include "tools/corvid/ToXml.h"
 #include "tools/corvid/terminal/Messages.h"
 
@@ -89,6 +92,17 @@ Tool::ClipOptions clipOf(const Subject& subject) {
     return clip;
 }
 
+/// The input under as many names as a verb gets files: a path that comes again is read once.
+std::vector<std::string> filesOf(const Subject& subject) {
+    std::vector<std::string> files{subject.input.string()};
+    while (files.size() != subject.files) {
+        const auto file = subject.folder / (std::to_string(files.size()) + ".mxf");
+        std::filesystem::create_hard_link(subject.input, file);
+        files.push_back(file.string());
+    }
+    return files;
+}
+
 void writeSample(const Subject& subject) {
     if (isDictionary(subject)) {
         const Bytes bytes = MxfBuilder().add(headerPartition()).build();
@@ -99,6 +113,7 @@ void writeSample(const Subject& subject) {
 Tool::ToXmlOptions toXmlOptions(const Subject& subject, bool referencesAsValues) {
     Tool::ToXmlOptions options;
     options.clip = clipOf(subject);
+    options.batch.files = {options.clip.path};
     options.output = (subject.folder / "written.xml").string();
     options.referencesAsValues = referencesAsValues;
     return options;
@@ -121,7 +136,7 @@ template <bool json> Work info(const Subject& subject) {
     return [subject] {
         Tool::InfoOptions options;
         options.clip = clipOf(subject);
-        options.files = {options.clip.path};
+        options.batch.files = {options.clip.path};
         options.json = json;
         options.text.all = true;
         return runVerb(subject, [&](Tool::Messages& messages) { Tool::info(options, messages); });
@@ -133,6 +148,27 @@ template <bool referencesAsValues> Work toXml(const Subject& subject) {
     return [subject] {
         const auto options = toXmlOptions(subject, referencesAsValues);
         return runVerb(subject, [&](Tool::Messages& messages) { Tool::toXml(options, messages); });
+    };
+}
+
+template <bool referencesAsValues> Work toJson(const Subject& subject) {
+    return [subject] {
+        Tool::ToJsonOptions options;
+        options.clip = clipOf(subject);
+        options.batch.files = {options.clip.path};
+        options.output = (subject.folder / "written.json").string();
+        options.referencesAsValues = referencesAsValues;
+        return runVerb(subject, [&](Tool::Messages& messages) { Tool::toJson(options, messages); });
+    };
+}
+
+Work report(const Subject& subject) {
+    Tool::ReportOptions options;
+    options.clip = clipOf(subject);
+    options.batch.files = {options.clip.path};
+    options.output = (subject.folder / "report.html").string();
+    return [=] {
+        return runVerb(subject, [&](Tool::Messages& messages) { Tool::report(options, messages); });
     };
 }
 
@@ -150,9 +186,10 @@ template <bool referencesAsValues> Work fromXml(const Subject& subject) {
 Work get(const Subject& subject) {
     Tool::GetOptions options;
     options.clip = clipOf(subject);
-    options.paths = {"**[*/*/*/InstanceUID!=x]/*",
-                     "**[*[last]/*[1]/InstanceUID!=x,last]/InstanceUID",
-                     "Preface/**/*/*/InstanceUID", "InterchangeObject/InterchangeObject/*/*"};
+    options.batch.files = {options.clip.path};
+    options.questions = {"@external", "**[*/*/*/InstanceUID!=x]/*",
+                         "**[*[last]/*[1]/InstanceUID!=x,last]/InstanceUID",
+                         "Preface/**/*/*/InstanceUID", "InterchangeObject/InterchangeObject/*/*"};
     return [=] {
         return runVerb(subject, [&](Tool::Messages& messages) { Tool::get(options, messages); });
     };
@@ -171,10 +208,22 @@ Work setValues(const Subject& subject) {
     };
 }
 
+/// Plans to apply the document of a clip to that clip: nothing is to change.
+Work apply(const Subject& subject) {
+    Tool::ApplyOptions options;
+    options.clip = subject.input.string();
+    options.document = documentOf(subject, false).string();
+    options.dryRun = true;
+    return [=] {
+        return runVerb(subject, [&](Tool::Messages& messages) { Tool::apply(options, messages); });
+    };
+}
+
 /// With what becomes of it, with new InstanceUIDs.
 Work diff(const Subject& subject) {
     Tool::ToXmlOptions to;
     to.clip = clipOf(subject);
+    to.batch.files = {to.clip.path};
     to.replaceInvalid = true;
     to.output = (subject.folder / "diff.xml").string();
     runVerb(subject, [&](Tool::Messages& messages) { Tool::toXml(to, messages); });
@@ -195,9 +244,9 @@ Work diff(const Subject& subject) {
 }
 
 template <bool json> Work check(const Subject& subject) {
-    return [subject] {
+    return [subject, files = filesOf(subject)] {
         Tool::CheckOptions options;
-        options.files.assign(subject.files, subject.input.string());
+        options.batch.files = files;
         options.json = json;
         options.all = json;
         return runVerb(subject, [&](Tool::Messages& messages) { Tool::check(options, messages); });
@@ -336,9 +385,13 @@ const std::vector<Operation>& operations() {
         {"info --json", {mxf}, info<true>, true},
         {"get", {mxf}, get},
         {"set --dry-run", {mxf}, setValues},
+        {"apply --dry-run", {mxf}, apply},
         {"diff", {mxf}, diff},
         {"to-xml", {mxf, definitions}, toXml<false>},
         {"to-xml --references values", {mxf}, toXml<true>, true},
+        {"to-json", {mxf}, toJson<false>, true},
+        {"to-json --references values", {mxf}, toJson<true>},
+        {"report", {mxf}, report},
         {"from-xml", {mxf, xml, definitions}, fromXml<false>, true},
         {"from-xml, of values", {mxf}, fromXml<true>},
         {"--validate", {mxf, xml}, validate},

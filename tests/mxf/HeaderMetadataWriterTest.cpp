@@ -1,5 +1,6 @@
 #include "host/mxf/HeaderMetadataWriter.h"
 
+#include "host/metadata/Properties.h"
 #include "tests/mxf/ReadBack.h"
 #include "tests/support/Model.h"
 
@@ -265,6 +266,29 @@ TEST(HeaderPartition, listsEssenceContainersAndIsAlwaysAHeader) {
     EXPECT_EQ(back.read.end, back.bytes.size());
     EXPECT_EQ(back.bytes.size() % 512, 0U);
     EXPECT_EQ(back.warnings.lines(), "");
+}
+
+TEST(HeaderPack, hasWhatThePrefaceSays) {
+    Metadata::PartitionMetadata metadata(MetaMetadata::Dictionary::builtIn());
+    auto& set = Metadata::createSet(metadata, "Preface");
+    const PartitionPack empty = headerPack(set);
+    EXPECT_EQ(empty.kind, PartitionKind::header);
+    EXPECT_EQ(empty.status, PartitionStatus::closedComplete);
+    EXPECT_EQ(empty.operationalPattern, Types::UniversalLabel());
+    EXPECT_TRUE(empty.essenceContainers.empty());
+    EXPECT_EQ(empty.kagSize, 1U);
+
+    const Types::UniversalLabel pattern(std::array<Types::u8, 16>{6, 1});
+    const Types::UniversalLabel container(std::array<Types::u8, 16>{6, 2});
+    Metadata::setValue(set, "OperationalPattern", pattern);
+    Metadata::setItems<Types::UniversalLabel>(set, "EssenceContainers", {container, pattern});
+    const PartitionPack pack = headerPack(set, 512);
+    EXPECT_EQ(pack.majorVersion, 1);
+    EXPECT_EQ(pack.minorVersion, 3);
+    EXPECT_EQ(pack.kagSize, 512U);
+    EXPECT_EQ(pack.operationalPattern, pattern);
+    ASSERT_EQ(pack.essenceContainers.size(), 2U);
+    EXPECT_EQ(pack.essenceContainers[0], container);
 }
 
 } // namespace

@@ -160,6 +160,7 @@ def from_dictionary(files):
 
 
 ROOT = os.path.normpath(os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", ".."))
+SAMPLES = os.environ.get("CORVID_SAMPLES") or os.path.join(ROOT, "..", "shared", "samples")
 
 
 def registers_folder():

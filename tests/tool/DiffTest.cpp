@@ -62,6 +62,22 @@ TEST_F(Diff, printsTheLinesOfADryRun) {
     EXPECT_EQ(dryRun.substr(0, std::string(edit).size()), edit);
 }
 
+TEST_F(Diff, showsTimecodeAsTimecode) {
+    shop.run("corvid set a.mxf Timecode/StartTimecode=90000 --all --no-identification -o c.mxf");
+    EXPECT_THAT(shop.run("corvid diff a.mxf c.mxf").out,
+                HasSubstr("\n  StartTimecode: 10:00:00:00 (900000) -> 01:00:00:00 (90000)\n"));
+    shop.run("corvid set c.mxf Timecode/FramesPerSecond=30 Timecode/DropFrame=1 "
+             "Timecode/StartTimecode=107892 --all --allow-technical --no-identification");
+    const auto json = nlohmann::json::parse(shop.run("corvid diff c.mxf a.mxf --json").out);
+    const auto& properties = json["sets"][0]["properties"];
+    const auto start = std::find_if(properties.begin(), properties.end(), [](const auto& each) {
+        return each["name"] == "StartTimecode";
+    });
+    ASSERT_NE(start, properties.end());
+    EXPECT_EQ((*start)["before"], "01:00:00;00 (107892)");
+    EXPECT_EQ((*start)["after"], "10:00:00:00 (900000)");
+}
+
 TEST_F(Diff, matchesSetsWithOtherIdentifiers) {
     shop.run("corvid from-xml b.xml --new-identifiers -o new.mxf");
     const Outcome outcome = shop.run("corvid diff a.mxf new.mxf");

@@ -51,7 +51,14 @@ TEST_P(Docs, examplesPrintWhatThePageShows) {
     const Workshop shop;
     std::filesystem::copy_file(sourceDir() / "examples" / "sample.mxf", shop.path() / "sample.mxf");
     for (const Example& example : examples) {
-        const Outcome outcome = shop.run(example.command);
+        if (example.command.find("jq ") != std::string::npos &&
+            shop.run("command -v jq").status != 0) {
+            GTEST_SKIP() << "no jq";
+        }
+        Outcome outcome = shop.run(example.command);
+        // Of the line breaks of CSV a page shows the second half.
+        outcome.out.erase(std::remove(outcome.out.begin(), outcome.out.end(), '\r'),
+                          outcome.out.end());
         EXPECT_EQ(outcome.status, 0) << example.command << "\n" << outcome.err;
         EXPECT_TRUE(matches(example.output, outcome.out))
             << "$ " << example.command << "\nthe page shows\n"
@@ -61,9 +68,9 @@ TEST_P(Docs, examplesPrintWhatThePageShows) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, Docs,
-                         ::testing::Values("to-xml", "from-xml", "info", "check", "schema",
-                                           "dictionary-command", "apply", "recover", "get", "set",
-                                           "diff"),
+                         ::testing::Values("to-xml", "to-json", "from-xml", "info", "check",
+                                           "schema", "dictionary-command", "apply", "recover",
+                                           "get", "set", "diff", "report", "edit", "many-files"),
                          [](const auto& each) {
                              std::string name = each.param;
                              std::replace(name.begin(), name.end(), '-', '_');

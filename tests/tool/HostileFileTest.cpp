@@ -1,4 +1,5 @@
 #include "XMLBuilder/XMLBuilder.h"
+#include "XMLBuilder/json/MetadataJson.h"
 #include "editing/DocumentMetadata.h"
 #include "editing/RoundTrip.h"
 #include "editing/WrittenDocument.h"
@@ -120,11 +121,13 @@ void toDocument(const Bytes& bytes) {
     XMLBuilder::partition2XML(read.metadata.get(), false, false);
 }
 
+class Nowhere : public DataIO::DataSink {
+public:
+    void write(const unsigned char*, std::size_t) override {}
+};
+
 void toText(const Bytes& bytes) {
-    class Nowhere : public DataIO::DataSink {
-    public:
-        void write(const unsigned char*, std::size_t) override {}
-    } sink;
+    Nowhere sink;
     const auto read = readFile(bytes);
     if (read.metadata->find(Metadata::Structural::StructuralMetadataKeys::preface()).empty()) {
         return; // the front of a file may end before it
@@ -132,6 +135,16 @@ void toText(const Bytes& bytes) {
     XMLUtils::ReplaceInvalidCharacters invalid(0);
     Editing::WrittenDocument(*read.metadata, {})
         .serialise(XMLUtils::EncodingType::utf8, XMLUtils::Layout::indented, invalid, sink);
+}
+
+void toJson(const Bytes& bytes) {
+    Nowhere sink;
+    const auto read = readFile(bytes);
+    const auto prefaces =
+        read.metadata->find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (!prefaces.empty()) {
+        writeJson(XMLBuilder::DocumentPlan(*read.metadata, *prefaces.front(), {}), {}, sink);
+    }
 }
 
 void thereAndBack(const Bytes& bytes) {
@@ -145,6 +158,10 @@ TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsMetadata) {
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsText) {
     expectPeak(MemoryBounds::fileToText, toText);
+}
+
+TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsJson) {
+    expectPeak(MemoryBounds::fileToJson, toJson);
 }
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsDocument) {
@@ -186,7 +203,7 @@ void reportDamage(const Bytes& bytes, std::size_t& differences, std::size_t& siz
     Tool::CheckJson report(sink);
     report.add(checked);
     Tool::CheckTally tally;
-    tally.add(checked);
+    tally.add(checked.result);
     report.finish(tally);
     differences = checked.comparison.differences.count();
 }

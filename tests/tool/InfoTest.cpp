@@ -308,7 +308,8 @@ TEST(Info, showsSeveralFilesAndGoesOnAfterABadOne) {
 TEST(Info, printsJsonOfSeveralFilesOnALineEach) {
     const Workshop shop;
     shop.write("a.mxf", smallClip());
-    const std::string text = shop.run("corvid info --json a.mxf gone.mxf a.mxf").out;
+    shop.write("b.mxf", smallClip());
+    const std::string text = shop.run("corvid info --json a.mxf gone.mxf b.mxf").out;
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
     EXPECT_EQ(text.find("{\"file\":\"a.mxf\""), 0U);
     EXPECT_THAT(text, HasSubstr("\n{\"file\":\"gone.mxf\""));

@@ -20,7 +20,12 @@
 #include "tests/support/MemoryBounds.h"
 #include "tests/support/Paths.h"
 #include "tools/corvid/FromXml.h"
+#include "tools/corvid/batch/BatchOptions.h"
+#include "tools/corvid/batch/NameList.h"
+#include "tools/corvid/batch/Results.h"
+#include "tools/corvid/batch/Summary.h"
 #include "tools/corvid/input/DictionaryChoice.h"
+#include "tools/corvid/remote/HttpFile.h"
 #include "tools/corvid/reports/SummaryReport.h"
 #include "tools/corvid/terminal/WarningLog.h"
 #include "tools/corvid/xml/LenientDocument.h"
@@ -89,6 +94,12 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Tool::WarningLog::, mostOfAKind),
         CORVID_LIMIT(Inspection::, longestKind),
         CORVID_LIMIT(Inspection::, longestShownText),
+        CORVID_LIMIT(Tool::, greatestFetch),
+        CORVID_LIMIT(Tool::, greatestWhole),
+        CORVID_LIMIT(Tool::, longestHead),
+        CORVID_LIMIT(Tool::, mostRedirects),
+        CORVID_LIMIT(Tool::, mostRepeats),
+        CORVID_LIMIT(Tool::, mostRequests),
         CORVID_LIMIT(Inspection::, longestChain),
         CORVID_LIMIT(Inspection::, mostTracks),
         CORVID_LIMIT(Inspection::, mostLocators),
@@ -97,6 +108,11 @@ TEST(LimitsPage, tellsTheFiguresOfTheCode) {
         CORVID_LIMIT(Tool::WarningLog::, longestText),
         CORVID_LIMIT(Editing::Differences::, mostListed),
         CORVID_LIMIT(Editing::Differences::, mostListedAtAll),
+        CORVID_LIMIT(Tool::NameList::, longestPath),
+        CORVID_LIMIT(Tool::Results::, mostWaiting),
+        CORVID_LIMIT(Tool::Spool::, mostInMemory),
+        CORVID_LIMIT(Tool::Summary::, mostFailures),
+        CORVID_LIMIT(Tool::, mostJobs),
     };
 #undef CORVID_LIMIT
     std::map<std::string, std::string> told;
@@ -117,6 +133,7 @@ TEST(LimitsPage, tellsTheBoundsThatAreTested) {
     };
     EXPECT_TRUE(tells("file to metadata", MemoryBounds::fileToMetadata));
     EXPECT_TRUE(tells("file to document, as `to-xml`", MemoryBounds::fileToText));
+    EXPECT_TRUE(tells("file to JSON, as `to-json`", MemoryBounds::fileToJson));
     EXPECT_TRUE(tells("file to nodes, as `partition2XML`", MemoryBounds::fileToDocument));
     EXPECT_TRUE(tells("file to document and back, as `check`", MemoryBounds::check));
     EXPECT_TRUE(

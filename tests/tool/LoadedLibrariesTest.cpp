@@ -38,10 +38,9 @@ TEST_P(LoadedLibraries, haveXercesAmongThemOnlyWhereItIsNeeded) {
     const auto loaded = AllOf(HasSubstr("corvid-xml.so"), HasSubstr("libxerces-c"),
                               HasSubstr("libCorvid_XMLUtils.so"));
     // By their files: folders may be called anything.
-    const auto notLoaded =
-        AllOf(Not(HasSubstr("corvid-xml.so")), Not(HasSubstr("libxerces-c")),
-              Not(HasSubstr("libxqilla")), Not(HasSubstr("libicuuc")),
-              Not(HasSubstr("libCorvid_XMLUtils.so")));
+    const auto notLoaded = AllOf(Not(HasSubstr("corvid-xml.so")), Not(HasSubstr("libxerces-c")),
+                                 Not(HasSubstr("libxqilla")), Not(HasSubstr("libicuuc")),
+                                 Not(HasSubstr("libCorvid_XMLUtils.so")));
     if (GetParam().loadsXerces) {
         EXPECT_THAT(outcome.err, loaded);
     } else {
@@ -70,6 +69,9 @@ INSTANTIATE_TEST_SUITE_P(
         Run{"ToXmlWithADictionary", "corvid to-xml clip.mxf --dictionary own.dict"},
         Run{"ToXmlValidating", "corvid to-xml clip.mxf --validate", true},
         Run{"ToXmlRefusingWhatItWouldValidate", "corvid to-xml odd.mxf --validate", false, 1},
+        Run{"ToJson", "corvid to-json clip.mxf"},
+        Run{"ToJsonOfNoFile", "corvid to-json gone.mxf", false, 3},
+        Run{"JsonSchema", "corvid schema --json"},
         Run{"FromXml", "corvid from-xml doc.xml -o out.mxf"},
         Run{"FromXmlFromAPipe", "corvid from-xml - -o out.mxf <doc.xml"},
         Run{"FromXmlRefusing", "echo '<a/>' | corvid from-xml - -o out.mxf", false, 1},

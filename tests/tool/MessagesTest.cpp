@@ -146,28 +146,28 @@ TEST_F(MessagesOfTheCommand, sayNothingOfAClosedPipe) {
 }
 
 TEST(ProgressBar, fillsAsTheWorkGoesOn) {
-    EXPECT_EQ(progressBar(0, 4, "a", 80), "[....................] 0 of 4  a");
-    EXPECT_EQ(progressBar(1, 4, "a", 80), "[#####...............] 1 of 4  a");
-    EXPECT_EQ(progressBar(4, 4, "a", 80), "[####################] 4 of 4  a");
-    EXPECT_EQ(progressBar(0, 0, "", 80), "[####################] 0 of 0  ");
+    EXPECT_EQ(progressBar(0, 4, "", "a", 80), "[....................] 0 of 4  a");
+    EXPECT_EQ(progressBar(1, 4, "", "a", 80), "[#####...............] 1 of 4  a");
+    EXPECT_EQ(progressBar(4, 4, "", "a", 80), "[####################] 4 of 4  a");
+    EXPECT_EQ(progressBar(0, 0, "", "", 80), "[####################] 0 of 0  ");
 }
 
 TEST(ProgressBar, fitsTheLineAndEscapesNames) {
     const std::string bar = "[....................] 0 of 4  ";
-    EXPECT_EQ(progressBar(0, 4, "folder/clip.mxf", 40), bar + "clip.mxf");
-    EXPECT_EQ(progressBar(0, 4,
+    EXPECT_EQ(progressBar(0, 4, "", "folder/clip.mxf", 40), bar + "clip.mxf");
+    EXPECT_EQ(progressBar(0, 4, "",
                           "\xC3\xBC"
                           "12345678",
                           40),
               bar + "12345678");
-    EXPECT_EQ(progressBar(0, 4,
+    EXPECT_EQ(progressBar(0, 4, "",
                           "\xC3\xBC"
                           "1234567",
                           40),
               bar + "1234567");
-    EXPECT_EQ(progressBar(0, 4, "clip.mxf", 12), "[..........");
-    EXPECT_EQ(progressBar(0, 4, "clip.mxf", 0), "");
-    EXPECT_EQ(progressBar(0, 4, "\x1B[2J\u202E\xFF", 80), bar + "\\x1b[2J\\u202e\\xff");
+    EXPECT_EQ(progressBar(0, 4, "", "clip.mxf", 12), "[..........");
+    EXPECT_EQ(progressBar(0, 4, "", "clip.mxf", 0), "");
+    EXPECT_EQ(progressBar(0, 4, "", "\x1B[2J\u202E\xFF", 80), bar + "\\x1b[2J\\u202e\\xff");
 }
 
 TEST(Table, escapesWhatATerminalShouldNotShow) {

@@ -208,7 +208,9 @@ class OutputIntoAnInput : public Replacing, public ::testing::WithParamInterface
 
 TEST_P(OutputIntoAnInput, isRefused) {
     shop.write("my.dict", std::string("namespace my urn:example:My\n"));
-    shop.write("rp210.xsd", std::string("namespace my urn:example:My\n"));
+    for (const char* schema : {"rp210.xsd", "corvid-metadata.schema.json"}) {
+        shop.write(schema, std::string("namespace my urn:example:My\n"));
+    }
     const std::string before = shop.run("md5sum *").out;
     const Outcome outcome = shop.run(GetParam().line);
     EXPECT_EQ(outcome.status, 2);
@@ -230,6 +232,12 @@ INSTANTIATE_TEST_SUITE_P(
                     "my.dict"},
         IntoAnInput{"DictionaryAppended", "corvid to-xml clip.mxf --dictionary my.dict >>my.dict",
                     "my.dict"},
+        IntoAnInput{"ToJson", "corvid to-json clip.mxf >>clip.mxf", "clip.mxf"},
+        IntoAnInput{"ToJsonDictionary", "corvid to-json clip.mxf --dictionary my.dict -o my.dict",
+                    "my.dict"},
+        IntoAnInput{"JsonSchemaDictionary",
+                    "corvid schema --json --dictionary corvid-metadata.schema.json",
+                    "corvid-metadata.schema.json"},
         IntoAnInput{"FromXml", "corvid from-xml clip.xml -o - >>clip.xml", "clip.xml"},
         IntoAnInput{"FromXmlDictionary",
                     "corvid from-xml clip.xml --dictionary my.dict -o ./my.dict", "my.dict"},
@@ -281,7 +289,7 @@ TEST_F(Replacing, schemaKeepsAClipWithTheNameOfASchema) {
 }
 
 TEST_F(Replacing, everyVerbThatWritesFilesCanBeForced) {
-    for (const char* verb : {"to-xml", "from-xml", "schema"}) {
+    for (const char* verb : {"to-xml", "to-json", "from-xml", "schema"}) {
         EXPECT_THAT(shop.run(std::string("corvid ") + verb + " --help").out, HasSubstr("--force"));
     }
 }

@@ -1,6 +1,7 @@
 #include "tests/tool/RunCommand.h"
 
 #include <gmock/gmock.h>
+#include <nlohmann/json.hpp>
 
 using namespace Corvid::Testing;
 using ::testing::HasSubstr;
@@ -35,6 +36,36 @@ TEST_F(SchemaCommand, describesWhatADictionaryAdds) {
     EXPECT_EQ(shop.run("corvid schema --dictionary house.dict -o schema").status, 0);
     EXPECT_THAT(shop.read("schema/house.xsd"), HasSubstr("name=\"Shelf\""));
     EXPECT_THAT(shop.read("schema/s377m.xsd"), HasSubstr("ref=\"house:Shelf\""));
+}
+
+TEST_F(SchemaCommand, writesOneFileForJson) {
+    const Outcome outcome = shop.run("corvid schema --json -o made/schema");
+    EXPECT_EQ(outcome.status, 0) << outcome.err;
+    EXPECT_THAT(outcome.out, IsEmpty());
+    EXPECT_THAT(outcome.err,
+                HasSubstr("corvid-metadata.schema.json describes what to-json writes"));
+    EXPECT_EQ(shop.run("ls made/schema").out, "corvid-metadata.schema.json\n");
+    const auto schema = nlohmann::json::parse(shop.read("made/schema/corvid-metadata.schema.json"));
+    EXPECT_EQ(schema["$schema"], "https://json-schema.org/draft/2020-12/schema");
+    const auto& track = schema["$defs"]["class.TimelineTrack"]["properties"];
+    EXPECT_EQ(track["EditRate"]["$ref"], "#/$defs/Rational");
+    EXPECT_FALSE(track.contains("StoredWidth"));
+}
+
+TEST_F(SchemaCommand, describesInJsonWhatADictionaryAdds) {
+    shop.write("house.dict", std::string("namespace s377m urn:SMPTE:S377M\n"
+                                         "namespace house urn:test:House\n"
+                                         "extend s377m:Preface\n"
+                                         "property house:Shelf 06.0e.2b.34.01.01.01.01.0e.7f.01."
+                                         "00.00.00.01.00 - UInt8 optional -\n"
+                                         "property house:ByteOrder 06.0e.2b.34.01.01.01.01.0e.7f."
+                                         "01.00.00.00.02.00 - UInt8 optional -\n"));
+    EXPECT_EQ(shop.run("corvid schema --json --dictionary house.dict").status, 0);
+    const auto schema = nlohmann::json::parse(shop.read("corvid-metadata.schema.json"));
+    const auto& preface = schema["$defs"]["class.Preface"]["properties"];
+    EXPECT_EQ(preface["Shelf"]["$ref"], "#/$defs/UInt8");
+    EXPECT_EQ(preface["ByteOrder"]["$ref"], "#/$defs/Int16");
+    EXPECT_EQ(preface["house:ByteOrder"]["$ref"], "#/$defs/UInt8");
 }
 
 TEST_F(SchemaCommand, leavesNothingHalfWritten) {

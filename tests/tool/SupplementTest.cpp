@@ -68,16 +68,17 @@ constexpr const char* label = "06.0e.2b.34.01.01.01.01.01.01.15.02.00.00.00.00";
 constexpr const char* key = "06.0e.2b.34.02.53.01.01.0d.01.01.01.01.01.2f.00";
 
 TEST(SupplementText, comesBackAsItWasWritten) {
-    const std::string all = "partial structural-only=\"1\" start=\"" + std::string(uid) +
-                            "\"|primer tag=\"ff.fe\" label=\"" + label + "\"|key class=\"" + key +
-                            "\" key=\"" + key + "\"|key set=\"" + uid + "\" copy=\"1\" key=\"" +
-                            key + "\"|form text=\"terminated\"|form set=\"" + uid +
-                            "\" property=\"" + label + "\" octets=\"9\"|form class=\"" + key +
-                            "\" copy=\"0\" property=\"3c.0b\" nth=\"2\" item=\"16\"|bytes set=\"" +
-                            uid + "\" property=\"" + label +
-                            "\" nth=\"1\" hex=\"00FF\"|bytes set=\"" + uid +
-                            "\" property=\"80.01\" hex=\"\"|copies set=\"" + uid +
-                            "\" count=\"2\"|unidentified class=\"" + key + "\" count=\"1\"";
+    const std::string all =
+        "partial structural-only=\"1\" start=\"" + std::string(uid) +
+        "\"|primer tag=\"ff.fe\" label=\"" + label + "\"|key class=\"" + key + "\" key=\"" + key +
+        "\"|key set=\"" + uid + "\" copy=\"1\" key=\"" + key +
+        "\"|form text=\"terminated\"|form set=\"" + uid + "\" property=\"" + label +
+        "\" octets=\"9\"|form class=\"" + key +
+        "\" copy=\"0\" property=\"3c.0b\" nth=\"2\" item=\"16\"|bytes set=\"" + uid +
+        "\" property=\"" + label + "\" nth=\"1\" hex=\"00FF\"|bytes set=\"" + uid +
+        "\" property=\"80.01\" hex=\"\"|copies set=\"" + uid + "\" count=\"2\"|copies set=\"" +
+        label + "\" count=\"2\" dark=\"1\"|copies set=\"" + key +
+        "\" dark=\"3\"|unidentified class=\"" + key + "\" count=\"1\"";
     std::string lines = first;
     std::vector<std::string> expected{"corvid format=\"1\""};
     for (std::size_t at = 0; at < all.size();) {

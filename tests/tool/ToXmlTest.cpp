@@ -204,7 +204,7 @@ TEST_F(ToXml, advisesAnotherStartWhereThereIsNoPreface) {
                MxfBuilder().add(headerPartition(metadata)).withRandomIndexPack().build());
     const Outcome outcome = shop.run("corvid to-xml bare.mxf");
     EXPECT_EQ(outcome.status, 1);
-    EXPECT_THAT(outcome.err, HasSubstr("corvid: bare.mxf: the partition has no Preface; to-xml "
+    EXPECT_THAT(outcome.err, HasSubstr("corvid: bare.mxf: the partition has no Preface; "
                                        "--start INSTANCEUID begins with another set\n"));
 }
 
@@ -328,12 +328,12 @@ TEST_F(ToXml, canBeCalledWithoutTheCommandLine) {
     DataIO::Memory::MemoryDataSink said;
     Tool::Messages messages(said, false);
     Tool::ToXmlOptions options;
-    options.clip.path = (shop.path() / "clip.mxf").string();
+    options.batch.files = {(shop.path() / "clip.mxf").string()};
     options.output = (shop.path() / "out.xml").string();
     Tool::toXml(options, messages);
     EXPECT_THAT(shop.read("out.xml"), HasSubstr(preface));
     EXPECT_EQ(said.serializedSize(), 0U);
-    options.clip.path = (shop.path() / "gone.mxf").string();
+    options.batch.files = {(shop.path() / "gone.mxf").string()};
     EXPECT_THROW(Tool::toXml(options, messages), Exceptions::IOError);
 }
 

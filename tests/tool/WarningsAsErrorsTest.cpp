@@ -46,14 +46,16 @@ TEST_F(WarningsAsErrors, endVerbsThatReportWithStatusOneAfterTheReport) {
         EXPECT_EQ(strict.out, plain.out);
         EXPECT_EQ(strict.err, plain.err + "corvid: odd.mxf: 1 warning, and --warnings-as-errors\n");
     }
-    EXPECT_THAT(shop.run("corvid check --warnings-as-errors odd.mxf good.mxf odd.mxf").err,
-                EndsWith("corvid: 2 warnings, and --warnings-as-errors\n"));
+    EXPECT_THAT(shop.run("corvid check --warnings-as-errors odd.mxf good.mxf").err,
+                EndsWith("corvid: odd.mxf: 1 warning, and --warnings-as-errors\n"
+                         "corvid: 2 files: 1 ok, 1 refused\ncorvid:   odd.mxf: refused\n"));
     EXPECT_EQ(shop.run("corvid check --warnings-as-errors odd.mxf none.mxf").status, 3);
 }
 
 TEST_F(WarningsAsErrors, keepVerbsThatWriteFromWriting) {
-    for (const std::string line : {"to-xml odd.mxf", "to-xml --validate count.mxf",
-                                   "to-xml --replace-invalid control.mxf", "from-xml bare.xml"}) {
+    for (const std::string line :
+         {"to-xml odd.mxf", "to-json odd.mxf", "to-xml --validate count.mxf",
+          "to-xml --replace-invalid control.mxf", "from-xml bare.xml"}) {
         for (const char* target : {"-", "new.out", "old.out"}) {
             const Outcome outcome =
                 shop.run("corvid " + line + " --warnings-as-errors -o " + target);

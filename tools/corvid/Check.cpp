@@ -3,31 +3,53 @@
 #include "editing/RoundTrip.h"
 #include "host/dataio/BufferedSink.h"
 #include "tools/corvid/ExitStatus.h"
-#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/KeptToEnd.h"
+#include "tools/corvid/batch/CountedSource.h"
+#include "tools/corvid/batch/ReadFiles.h"
+#include "tools/corvid/output/Output.h"
 #include "tools/corvid/reports/CheckJson.h"
+#include "tools/corvid/reports/JsonText.h"
 #include "tools/corvid/terminal/Messages.h"
-#include "tools/corvid/terminal/ProgressBar.h"
 
-#include <optional>
-#include <unistd.h>
+#include <new>
+#include <nlohmann/json.hpp>
+#include <utility>
 
 namespace Corvid::Tool {
 
 namespace {
 
-using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
+/// All models; see keptToEnd().
+struct Leftovers {
+    mxf::HeaderMetadata header;
+    Editing::RoundTrip trip;
+};
 
-CheckedFile checkFile(const ClipOptions& clip, const Dictionary& dictionary, std::size_t listed,
-                      Messages& messages) {
+void compare(const ClipOptions& clip, const DictionaryPointer& dictionary, std::size_t listed,
+             FileTask& task, CheckedFile& checked) {
+    mxf::File file(openCounted(clip, task.bytesRead), dictionary, task.messages);
+    const Leftover<Leftovers> work(task.isOneOfMany);
+    work->header = readMetadata(file, clip, task.messages);
+    checked.cutOffAt = work->header.cutOffAt;
+    work->trip = Editing::compareWithRoundTrip(*work->header.metadata, listed);
+    checked.comparison = std::move(static_cast<Editing::Comparison&>(work->trip));
+}
+
+CheckedFile checkFile(const CheckOptions& options, const DictionaryPointer& dictionary,
+                      std::size_t listed, FileTask& task) {
+    Messages& messages = task.messages;
+    ClipOptions clip = options.clip;
+    clip.path = task.path;
     CheckedFile checked;
-    messages.setFile(clip.path);
     checked.file = messages.file();
     const int status = guard(
         [&] {
-            mxf::File file(clip.path, dictionary, messages);
-            const mxf::HeaderMetadata header = readMetadata(file, clip, messages);
-            checked.cutOffAt = header.cutOffAt;
-            checked.comparison = Editing::compareWithRoundTrip(*header.metadata, listed);
+            try {
+                compare(clip, dictionary, listed, task, checked);
+            } catch (const std::bad_alloc&) {
+                checked.lacksMemory = true;
+                throw;
+            }
         },
         messages);
     if (status == exitDone) {
@@ -47,48 +69,71 @@ std::size_t listedOfAKind(const CheckOptions& options) {
                           : shownOfAKind;
 }
 
+void print(const CheckedFile& file, const CheckOptions& options, FileTask& task) {
+    if (!options.json) {
+        writeWhole(task.output, toText(file, options.colours));
+    } else if (task.isOneOfMany) {
+        writeWhole(task.output, jsonLine(toJson(file)) + "\n");
+    } else {
+        DataIO::BufferedSink buffer(task.output);
+        CheckTally tally;
+        tally.add(file.result);
+        CheckJson report(buffer);
+        report.add(file);
+        report.finish(tally);
+        buffer.flush();
+        task.output.commit();
+    }
+}
+
+void work(const CheckOptions& options, const DictionaryPointer& dictionary, FileTask& task) {
+    const CheckedFile file = checkFile(options, dictionary, listedOfAKind(options), task);
+    task.verdict = static_cast<unsigned char>(file.result);
+    print(file, options, task);
+    using Cause = EndedWith::Cause;
+    switch (file.result) {
+    case CheckResult::lossless:
+        refuseWarnings(options.warningsAsErrors, task.messages);
+        return;
+    case CheckResult::cutOff:
+    case CheckResult::different:
+        throw EndedWith{exitRefused, Cause::different};
+    case CheckResult::refused:
+        throw EndedWith{exitRefused, file.lacksMemory ? Cause::noMemory : Cause::other};
+    case CheckResult::unreadable:
+    case CheckResult::crashed:
+        throw EndedWith{exitNoFile};
+    }
+}
+
 } // namespace
 
 void check(const CheckOptions& options, Messages& messages) {
-    protectInputs(inputsOf(options.files, options.clip.dictionaries));
-    const Dictionary dictionary = loadDictionary(options.clip.dictionaries);
-    const std::size_t total = options.files.size();
     CheckTally tally;
-    DescriptorOutput output(STDOUT_FILENO, "standard output");
-    DataIO::BufferedSink buffer(output);
-    std::optional<CheckJson> report;
-    if (options.json) {
-        report.emplace(buffer);
-    }
-    ClipOptions clip = options.clip;
-    for (const std::string& path : options.files) {
-        if (total != 1 && messages.showsProgress()) {
-            messages.showProgress(progressBar(tally.files(), total, path, terminalColumns()));
+    BatchWork many;
+    many.suffix = options.json ? ".json" : ".txt";
+    many.count = [&tally](const FileResult& result) {
+        tally.add(result.facts.status == FileStatus::crashed
+                      ? CheckResult::crashed
+                      : static_cast<CheckResult>(result.facts.verdict));
+    };
+    const auto printTally = [&] {
+        if (isBatch(options.batch) && !options.json) {
+            printText(toText(tally));
         }
-        clip.path = path;
-        const CheckedFile file = checkFile(clip, dictionary, listedOfAKind(options), messages);
-        tally.add(file);
-        messages.showProgress("");
-        if (report) {
-            report->add(file);
-            buffer.flush();
-        } else {
-            printText(toText(file, options.colours));
-        }
+    };
+    try {
+        readFiles(
+            options.batch, options.clip.dictionaries, std::move(many),
+            [&options](const DictionaryPointer& dictionary, FileTask& task) {
+                work(options, dictionary, task);
+            },
+            messages);
+    } catch (const EndedWith&) {
+        printTally();
+        throw;
     }
-    if (report) {
-        report->finish(tally);
-        buffer.flush();
-    } else if (total != 1) {
-        printText(toText(tally));
-    }
-    if (tally.worst() >= CheckResult::cutOff) {
-        throw EndedWith{tally.worst() == CheckResult::unreadable ? exitNoFile : exitRefused};
-    }
-    if (total != 1) {
-        messages.setFile("");
-    }
-    refuseWarnings(options.warningsAsErrors, messages);
+    printTally();
 }
 
 } // namespace Corvid::Tool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/corvid/batch/BatchOptions.h"
 #include "tools/corvid/input/Clip.h"
 
 namespace Corvid::Tool {
@@ -8,8 +9,8 @@ class Messages;
 
 /// The options of `corvid check`.
 struct CheckOptions {
-    ClipOptions clip;               ///< of which the path does not matter
-    std::vector<std::string> files; ///< "-" is standard input
+    BatchOptions batch; ///< the files
+    ClipOptions clip;   ///< how each of them is read; its path does not matter
     bool json = false;
     bool warningsAsErrors = false; ///< after all is printed
     bool all = false;              ///< lists up to Differences::mostListedAtAll of a kind

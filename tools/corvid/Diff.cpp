@@ -3,26 +3,31 @@
 #include "editing/ThroughXml.h"
 #include "editing/change/FindChanges.h"
 #include "editing/change/MatchSets.h"
-#include "host/dataio/OpenSource.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/ReadDocument.h"
+#include "tools/corvid/batch/CountedSource.h"
+#include "tools/corvid/batch/OutputFolder.h"
+#include "tools/corvid/batch/ReadFiles.h"
 #include "tools/corvid/input/DocumentFile.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/output/Output.h"
+#include "tools/corvid/remote/Address.h"
 #include "tools/corvid/reports/ChangeReport.h"
 #include "tools/corvid/reports/DocumentReport.h"
 #include "tools/corvid/reports/JsonText.h"
 #include "tools/corvid/terminal/Messages.h"
+#include "tools/corvid/terminal/Printable.h"
 #include "tools/corvid/terminal/UsageError.h"
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <unistd.h>
 
 namespace Corvid::Tool {
 
 namespace {
 
-using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
 using Holder = Templates::auto_ptr<Metadata::PartitionMetadata>;
 
 /// One of the two.
@@ -31,31 +36,32 @@ struct Side {
     std::optional<Editing::DocumentContent> document; ///< nothing for an MXF file
 };
 
-Side readSide(const std::string& path, const ClipOptions& clips, const Dictionary& dictionary,
-              Messages& messages) {
-    auto source = DataIO::openSource(path);
+Side readSide(const std::string& path, const ClipOptions& clips,
+              const DictionaryPointer& dictionary, FileTask& task) {
+    ClipOptions clip = clips;
+    clip.path = path;
+    auto source = openCounted(clip, task.bytesRead);
     if (isMxfFile(*source)) {
-        ClipOptions clip = clips;
-        clip.path = path;
-        mxf::File file(std::move(source), dictionary, messages);
-        return {std::move(readMetadata(file, clip, messages).metadata), std::nullopt};
+        mxf::File file(std::move(source), dictionary, task.messages);
+        return {std::move(readMetadata(file, clip, task.messages).metadata), std::nullopt};
     }
     DocumentFile file(std::move(source));
-    auto document = readStrictly(file, dictionary, Editing::DocumentIdentifiers::written, messages);
-    report(document, messages);
+    auto document =
+        readStrictly(file, dictionary, Editing::DocumentIdentifiers::written, task.messages);
+    report(document, task.messages);
     return {std::move(document.metadata), document.content};
 }
 
 /// To status 1, which means that files differ, no failure leads.
-Side readOrEnd(const std::string& path, const ClipOptions& clips, const Dictionary& dictionary,
-               Messages& messages) {
-    messages.setFile(path);
+Side readOrEnd(const std::string& path, const ClipOptions& clips,
+               const DictionaryPointer& dictionary, FileTask& task) {
+    task.messages.setFile(path);
     try {
-        return readSide(path, clips, dictionary, messages);
+        return readSide(path, clips, dictionary, task);
     } catch (const EndedWith&) {
         throw EndedWith{exitNoFile};
     } catch (const Exceptions::BaseException& error) {
-        messages.error(Platform::toUtf8(error.message()));
+        task.messages.error(Platform::toUtf8(error.message()));
         throw EndedWith{exitNoFile};
     }
 }
@@ -67,42 +73,87 @@ void takeForm(Side& file, const Side& document) {
     }
 }
 
-std::string identifiersText(std::size_t count) {
-    return count == 0   ? ""
-           : count == 1 ? "1 set has another InstanceUID\n"
-                        : std::to_string(count) + " sets have other InstanceUIDs\n";
+/// What is compared, and how people call it.
+struct Pair {
+    std::string before, after;
+};
+
+std::string textOf(const Pair& pair, const Editing::Changes& changes, std::size_t others,
+                   const DictionaryPointer& dictionary, bool isOneOfMany) {
+    const bool isSame = changes.empty() && others == 0;
+    const std::string text = toText(changes, others, *dictionary);
+    return isOneOfMany ? printable(withoutSecrets(pair.before)) + ":" + (isSame ? " " : "\n") + text
+                       : text;
 }
 
-} // namespace
-
-void diff(const DiffOptions& options, Messages& messages) {
-    if (options.before == "-" && options.after == "-") {
-        throw UsageError{"only one of both can be standard input"};
-    }
-    protectInputs(inputsOf({options.before, options.after}, options.clips.dictionaries));
-    const auto dictionary = loadDictionary(options.clips.dictionaries);
-    Side before = readOrEnd(options.before, options.clips, dictionary, messages);
-    Side after = readOrEnd(options.after, options.clips, dictionary, messages);
+void compare(const Pair& pair, const DiffOptions& options, const DictionaryPointer& dictionary,
+             FileTask& task) {
+    Side before = readOrEnd(pair.before, options.clips, dictionary, task);
+    Side after = readOrEnd(pair.after, options.clips, dictionary, task);
     takeForm(before, after);
     takeForm(after, before);
     const std::size_t others = Editing::matchSets(*before.metadata, *after.metadata);
     const Editing::Changes changes = Editing::findChanges(*before.metadata, *after.metadata);
     const bool isSame = changes.empty() && others == 0;
-    messages.flush();
+    task.messages.flush();
     if (options.json) {
-        const nlohmann::ordered_json json{{"before", options.before},
-                                          {"after", options.after},
+        const nlohmann::ordered_json json{{"before", withoutSecrets(pair.before)},
+                                          {"after", withoutSecrets(pair.after)},
                                           {"same", isSame},
                                           {"otherInstanceUIDs", others},
                                           {"sets", toJson(changes, *dictionary)}};
-        printText(jsonText(json) + "\n");
+        writeWhole(task.output, (task.isOneOfMany ? jsonLine(json) : jsonText(json)) + "\n");
     } else {
-        printText(isSame ? "no difference\n"
-                         : toText(changes, *dictionary) + identifiersText(others));
+        writeWhole(task.output, textOf(pair, changes, others, dictionary, task.isOneOfMany));
     }
     if (!isSame) {
-        throw EndedWith{exitRefused};
+        throw EndedWith{exitRefused, EndedWith::Cause::different};
     }
+}
+
+/// The file of the same path in a folder, or the document that to-xml has made of it there.
+std::string counterpart(const std::string& folder, const std::string& path) {
+    const std::string file = OutputFolder(folder, "").pathOf(path);
+    std::error_code error;
+    return std::filesystem::exists(file, error) ? file : file + ".xml";
+}
+
+void diffWithFolder(const DiffOptions& options, Messages& messages) {
+    BatchWork many;
+    many.suffix = options.json ? ".json" : ".txt";
+    BatchOptions batch = options.batch;
+    batch.isAlwaysMany = true;
+    batch.fingerprint += options.folder;
+    many.other = [&options](const std::string& path) {
+        return leadsUpwards(path) ? "" : counterpart(options.folder, path);
+    };
+    readFiles(
+        batch, options.clips.dictionaries, std::move(many),
+        [&options](const DictionaryPointer& dictionary, FileTask& task) {
+            if (leadsUpwards(task.path)) {
+                throw Exceptions::InvalidArgument("'..' would lead out of " + options.folder,
+                                                  CORVID_HERE);
+            }
+            compare({task.path, counterpart(options.folder, task.path)}, options, dictionary, task);
+        },
+        messages);
+}
+
+} // namespace
+
+void diff(const DiffOptions& options, Messages& messages) {
+    if (!options.folder.empty()) {
+        diffWithFolder(options, messages);
+        return;
+    }
+    if (options.before == "-" && options.after == "-") {
+        throw UsageError{"only one of both can be standard input"};
+    }
+    protectInputs(inputsOf({options.before, options.after}, options.clips.dictionaries));
+    const auto dictionary = loadDictionary(options.clips.dictionaries);
+    DescriptorOutput output(STDOUT_FILENO, "standard output");
+    FileTask task{options.before, output, messages};
+    compare({options.before, options.after}, options, dictionary, task);
 }
 
 } // namespace Corvid::Tool

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/corvid/batch/BatchOptions.h"
 #include "tools/corvid/input/Clip.h"
 
 namespace Corvid::Tool {
@@ -10,7 +11,11 @@ class Messages;
 struct DiffOptions {
     std::string before; ///< an MXF file or a document; "-" is standard input
     std::string after;  ///< likewise
-    ClipOptions clips;  ///< how MXF files are read; without path
+    /// Has what is at the paths of `batch.files`, which are compared with that; empty where
+    /// `before` and `after` are.
+    std::string folder;
+    BatchOptions batch;
+    ClipOptions clips; ///< how MXF files are read; without path
     bool json = false;
 };
 

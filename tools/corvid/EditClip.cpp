@@ -1,12 +1,13 @@
 #include "tools/corvid/EditClip.h"
 
 #include "host/dataio/OpenSource.h"
+#include "host/mxf/rewrite/RewritableFile.h"
 #include "host/mxf/rewrite/disk/InPlace.h"
 #include "host/mxf/rewrite/disk/SystemFiles.h"
 #include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/input/Clip.h"
-#include "tools/corvid/input/PackingLists.h"
+#include "tools/corvid/input/StaleFiles.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/reports/ChangeReport.h"
 #include "tools/corvid/reports/JsonText.h"
@@ -23,6 +24,7 @@ namespace Corvid::Tool {
 
 namespace {
 
+using Editing::ClipEditor;
 using Editing::CopyChoice;
 using Editing::EditPlan;
 using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
@@ -113,24 +115,6 @@ void warnOfCopies(const EditPlan& plan, const mxf::Partitions& partitions, Messa
     }
 }
 
-/// Names packing lists that may have the hash of the clip as it was.
-void noteStaleLists(const ClipEdit& options, const EditPlan& plan, Messages& messages) {
-    if (!options.target.newFile.empty() || plan.rewrite.isEmpty()) {
-        return;
-    }
-    constexpr std::size_t mostNamed = 3;
-    const auto lists = packingListsBeside(options.clip);
-    for (std::size_t i = 0; i != std::min(lists.size(), mostNamed); ++i) {
-        messages.note(
-            "the packing list " + lists[i] +
-            " is beside the clip; if it lists the clip, the hash and size there are those "
-            "of the clip before the edit");
-    }
-    if (lists.size() > mostNamed) {
-        messages.note("the same for " + std::to_string(lists.size() - mostNamed) + " more");
-    }
-}
-
 /// Opens the file for the record of the edit, before anything is changed; null where none is
 /// wanted.
 std::unique_ptr<Output> openLog(const ClipEdit& options, const std::vector<std::string>& inputs) {
@@ -158,39 +142,77 @@ mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
     }
     return [&messages, path](std::uint64_t done, std::uint64_t all) {
         messages.showProgress(progressBar(static_cast<std::size_t>(done),
-                                          static_cast<std::size_t>(all), path, terminalColumns()));
+                                          static_cast<std::size_t>(all), "", path,
+                                          terminalColumns()));
     };
 }
 
-/// Carries an edit out and records it.
-void makeEdit(const ClipEdit& options, const WantedEdit& wanted,
-              const std::vector<std::string>& inputs, mxf::SystemFiles& files,
-              DataIO::RandomAccessSource& source, const mxf::FileStatus& status, EditReport& report,
-              Messages& messages) {
-    const auto log = openLog(options, inputs);
-    const bool isRecorded = log || options.json;
-    if (isRecorded) {
-        report.headersBefore = Editing::headerHashes(source, report.plan.copies);
+/// A clip that is read to be edited.
+struct OpenClip {
+    explicit OpenClip(const std::string& path)
+        : status(files.find(path)), source(DataIO::openSource(path)) {
+        mxf::requireFinished(files, path);
     }
-    if (options.hashesEssence) {
-        Editing::requireCertainEssence(source);
-    }
-    report.way = carryOut(files, options.clip, source, report.plan, status, options.target,
-                          progressOn(messages, options.clip));
+
+    mxf::SystemFiles files;
+    /// From before the source was opened: a file that takes the place of the clip in between is
+    /// noticed then.
+    std::optional<mxf::FileStatus> status;
+    Templates::auto_ptr<DataIO::RandomAccessSource> source;
+};
+
+/// Says what is not known of other programs that could have been at the clip during the edit.
+void warnOfOthers(const mxf::SystemFiles& files, Messages& messages) {
+    using Lease = mxf::SystemFiles::Lease;
     if (files.lacksLocks()) {
         messages.warn({CommandWarnings::notLocked,
                        "the file system has no locks, so another program could have changed the "
                        "clip meanwhile unnoticed"});
+    } else if (files.lastLease() == Lease::unknown) {
+        messages.warn({CommandWarnings::notLocked,
+                       "the system grants no lease on the clip, so another program could have had "
+                       "it open meanwhile unnoticed"});
+    } else if (files.lastLease() == Lease::openElsewhere) {
+        messages.warn({CommandWarnings::openElsewhere,
+                       "another program has the clip open and may have read it half edited"});
     }
+}
+
+/// Takes the hashes of the edited file.
+void hashEdited(const ClipEdit& options, bool hashesHeaders, EditReport& report,
+                Messages& messages) {
     const std::string& newFile = options.target.newFile;
-    const auto edited = DataIO::openSource(newFile.empty() ? options.clip : newFile);
-    if (isRecorded) {
-        report.headersAfter = Editing::headerHashes(*edited, report.plan.copies);
+    const auto source = DataIO::openSource(newFile.empty() ? options.clip : newFile);
+    mxf::RewritableFile file(*source);
+    if (hashesHeaders) {
+        report.headersAfter = Editing::headerHashes(file, *source, report.plan.copies);
     }
     if (options.hashesEssence) {
-        report.essence = Editing::essenceHash(*edited, progressOn(messages, edited->name()));
+        report.essence = Editing::essenceHash(file, *source, progressOn(messages, source->name()));
+        messages.showProgress("");
     }
+}
+
+/// Carries an edit out and records it.
+void makeEdit(const ClipEdit& options, const WantedEdit& wanted,
+              const std::vector<std::string>& inputs, OpenClip& clip, ClipEditor& editor,
+              EditReport& report, Messages& messages) {
+    const auto log = openLog(options, inputs);
+    const bool isRecorded = log || options.json;
+    if (isRecorded) {
+        report.headersBefore =
+            Editing::headerHashes(editor.file(), *clip.source, report.plan.copies);
+    }
+    if (options.hashesEssence) {
+        Editing::requireCertainEssence(editor.file());
+    }
+    report.way = carryOut(clip.files, options.clip, std::move(clip.source), report.plan,
+                          clip.status.value(), options.target, progressOn(messages, options.clip));
     messages.showProgress("");
+    warnOfOthers(clip.files, messages);
+    if (isRecorded || options.hashesEssence) {
+        hashEdited(options, isRecorded, report, messages);
+    }
     if (log) {
         writeLog(options, wanted, toJson(report), *log);
     }
@@ -207,30 +229,29 @@ void editClip(const ClipEdit& options, const WantedEdit& wanted, Messages& messa
     inputs = inputsOf(std::move(inputs), options.dictionaries);
     checkOptions(options, inputs);
     const auto dictionary = loadDictionary(options.dictionaries);
-    mxf::SystemFiles files;
-    // Its status first: a file that takes the place of the clip while it is opened is noticed then.
-    const auto status = files.find(options.clip);
-    const auto source = DataIO::openSource(options.clip);
-    mxf::requireFinished(files, options.clip);
+    OpenClip clip(options.clip);
     const MakePlan makePlan = wanted.read(dictionary);
-    Editing::ClipEditor editor(*source, dictionary, messages);
+    ClipEditor editor(*clip.source, dictionary, messages);
     Editing::EditOptions edit = editOptionsOf(options);
-    edit.blockSize = Editing::blockSizeOf(files, options.clip);
+    edit.blockSize = Editing::blockSizeOf(clip.files, options.clip);
     const EditPlan plan = makePlan(editor, edit);
     warnOfCopies(plan, editor.partitions(), messages);
     refuseWarnings(options.warningsAsErrors, messages);
     EditReport report{messages.file(), plan, Editing::EditWay::nothing,
                       namesOf(plan.copies, editor.partitions()), *dictionary};
     if (options.dryRun) {
-        report.way = wayOf(files, options.clip, *source, plan, options.target);
+        report.way = wayOf(clip.files, options.clip, *clip.source, plan, options.target);
         if (options.hashesEssence) {
-            report.essence = Editing::essenceHash(*source, progressOn(messages, options.clip));
+            report.essence = Editing::essenceHash(editor.file(), *clip.source,
+                                                  progressOn(messages, options.clip));
             messages.showProgress("");
         }
     } else {
-        makeEdit(options, wanted, inputs, files, *source, status.value(), report, messages);
+        makeEdit(options, wanted, inputs, clip, editor, report, messages);
     }
-    noteStaleLists(options, plan, messages);
+    if (options.target.newFile.empty() && !plan.rewrite.isEmpty()) {
+        noteStaleFiles(options.clip, plan.rewrite.newSize() != plan.rewrite.oldSize, messages);
+    }
     messages.flush();
     printText(options.json ? jsonText(toJson(report)) + "\n"
                            : (options.dryRun ? toText(plan, *dictionary) : "") + wayText(report) +

@@ -14,9 +14,27 @@ enum ExitStatus : int {
     exitNoFile = 3,  ///< a file can't be read or written
 };
 
+/// What a status means, in the words of help and manual.
+struct ExitMeaning {
+    ExitStatus status;
+    const char* meaning;
+};
+constexpr ExitMeaning exitMeanings[] = {{exitDone, "done"},
+                                        {exitRefused, "data refused or different"},
+                                        {exitUsage, "wrong command line"},
+                                        {exitNoFile, "file unreadable or unwritable"}};
+
 /// The work is done and everything about it told, but it did not go well.
 struct EndedWith {
+    /// Why it did not, for what counts many files.
+    enum class Cause : unsigned char {
+        other,
+        different, ///< all was read, and is not as it should be
+        noMemory,
+    };
+
     ExitStatus status;
+    Cause cause = Cause::other;
 };
 
 /// For verbs with --warnings-as-errors.

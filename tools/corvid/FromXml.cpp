@@ -5,6 +5,7 @@
 #include "inspection/SetValues.h"
 #include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/ExitStatus.h"
+#include "tools/corvid/KeptToEnd.h"
 #include "tools/corvid/ReadDocument.h"
 #include "tools/corvid/input/Clip.h"
 #include "tools/corvid/input/DocumentFile.h"
@@ -12,9 +13,6 @@
 #include "tools/corvid/reports/DocumentReport.h"
 #include "tools/corvid/terminal/Messages.h"
 #include "tools/corvid/terminal/UsageError.h"
-
-#include <memory>
-#include <vector>
 
 namespace Corvid::Tool {
 
@@ -36,22 +34,12 @@ const Metadata::MetadataSet& prefaceOf(const Metadata::PartitionMetadata& metada
 
 mxf::PartitionPack packFor(const Metadata::MetadataSet& preface, std::uint32_t kagSize,
                            Messages& messages) {
-    mxf::PartitionPack pack;
-    pack.status = mxf::PartitionStatus::closedComplete;
-    pack.majorVersion = 1;
-    pack.minorVersion = 3;
-    pack.kagSize = kagSize;
-    if (const auto* const pattern =
-            Inspection::find(preface, Inspection::Structural::operationalPattern)) {
-        pack.operationalPattern = *pattern;
-    } else {
+    if (Inspection::find(preface, Inspection::Structural::operationalPattern) == nullptr) {
         messages.warn({CommandWarnings::noOperationalPattern,
                        "the Preface has no operational pattern, so that of the partition is "
                        "zeros"});
     }
-    const auto containers = Inspection::labels(preface, Inspection::Structural::essenceContainers);
-    pack.essenceContainers.assign(containers.begin(), containers.end());
-    return pack;
+    return mxf::headerPack(preface, kagSize);
 }
 
 Editing::DocumentMetadata read(DocumentFile& file, const FromXmlOptions& options,
@@ -75,11 +63,8 @@ void fromXml(const FromXmlOptions& options, Messages& messages) {
     }
     const auto dictionary = loadDictionary(options.dictionaries);
     DocumentFile file(options.path);
-    // Kept until the process ends: to take a large model apart just before brings nothing.
-    static std::vector<std::unique_ptr<Editing::DocumentMetadata>> kept;
-    kept.push_back(
-        std::make_unique<Editing::DocumentMetadata>(read(file, options, dictionary, messages)));
-    const Editing::DocumentMetadata& document = *kept.back();
+    const Editing::DocumentMetadata& document =
+        keptToEnd<Editing::DocumentMetadata>(read(file, options, dictionary, messages));
     report(document, messages);
     const auto& preface = prefaceOf(*document.metadata, messages);
     const mxf::PartitionPack pack = packFor(preface, options.kagSize, messages);

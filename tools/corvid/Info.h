@@ -1,9 +1,8 @@
 #pragma once
 
+#include "tools/corvid/batch/BatchOptions.h"
 #include "tools/corvid/input/Clip.h"
 #include "tools/corvid/reports/SummaryReport.h"
-
-#include <vector>
 
 namespace Corvid::Tool {
 
@@ -11,8 +10,8 @@ class Messages;
 
 /// The options of `corvid info`.
 struct InfoOptions {
-    std::vector<std::string> files; ///< not empty; "-" is standard input
-    ClipOptions clip;               ///< how each of them is read; its path does not matter
+    BatchOptions batch; ///< the files
+    ClipOptions clip;   ///< how each of them is read; its path does not matter
     SummaryText text;
     bool json = false;
     bool warningsAsErrors = false; ///< after all is printed

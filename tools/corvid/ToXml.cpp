@@ -5,13 +5,14 @@
 #include "host/xmlutils/InvalidCharacters.h"
 #include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/ExitStatus.h"
-#include "tools/corvid/input/InstanceText.h"
-#include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/KeptToEnd.h"
+#include "tools/corvid/batch/CountedSource.h"
+#include "tools/corvid/batch/ReadFiles.h"
+#include "tools/corvid/input/StartSet.h"
+#include "tools/corvid/output/Output.h"
 #include "tools/corvid/reports/LeftOutReferences.h"
 #include "tools/corvid/terminal/Messages.h"
-#include "tools/corvid/terminal/UsageError.h"
 
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -114,77 +115,47 @@ private:
     const ToXmlOptions& options_;
 };
 
-Editing::DocumentContent contentOf(const ToXmlOptions& options) {
-    Editing::DocumentContent content{options.referencesAsValues, options.structuralOnly, {}};
-    if (!options.start.empty()) {
-        content.start = parseInstanceUID(options.start);
-        if (!content.start) {
-            throw UsageError{"--start: expected an InstanceUID: 16 bytes as hexadecimal digits, "
-                             "joined by full stops as in the documents, or a UUID"};
-        }
-    }
-    return content;
-}
-
-/// @param text  what people named the set by, if they did.
-const Metadata::MetadataSet& findStart(const Metadata::PartitionMetadata& metadata,
-                                       const Editing::DocumentContent& content,
-                                       const std::string& text) {
-    if (content.start) {
-        const auto found = metadata.resolve(*content.start);
-        if (found.empty()) {
-            throw Exceptions::InvalidArgument("no set with the InstanceUID " + text +
-                                                  " to start from in this partition",
-                                              CORVID_HERE);
-        }
-        return found.front();
-    }
-    const auto prefaces = metadata.find(Metadata::Structural::StructuralMetadataKeys::preface());
-    if (prefaces.empty()) {
-        throw Exceptions::InvalidFormat(
-            "the partition has no Preface; to-xml --start INSTANCEUID begins with another set",
-            CORVID_HERE);
-    }
-    return *prefaces.front();
-}
-
-/// Model and document, kept until the process ends: to take tens of thousands of objects apart just
-/// before costs time and brings nothing.
+/// Model and document; see keptToEnd().
 struct Leftovers {
     mxf::HeaderMetadata header;
     std::optional<Editing::WrittenDocument> document;
 };
 
-void convert(const ToXmlOptions& options, Messages& messages, Leftovers& work) {
-    const Editing::DocumentContent content = contentOf(options);
-    const auto output =
-        openOutput(options.output, inputsOf({options.clip.path}, options.clip.dictionaries),
-                   options.force ? MayReplace::everything : MayReplace::noMxfFile);
-    const auto dictionary = loadDictionary(options.clip.dictionaries);
-    mxf::File file(options.clip.path, dictionary, messages);
-    work.header = readMetadata(file, options.clip, messages);
-    if (options.clip.partition == "auto" && work.header.partition != 0) {
-        messages.note("metadata is from " +
-                      describe(work.header.partition, file.partitions()[work.header.partition]));
-    }
-    const auto& start = findStart(*work.header.metadata, content, options.start);
+void convert(const ToXmlOptions& options, const StartSet& startSet,
+             const DictionaryPointer& dictionary, FileTask& task) {
+    Messages& messages = task.messages;
+    ClipOptions clip = options.clip;
+    clip.path = task.path;
+    const Leftover<Leftovers> work(task.isOneOfMany);
+    mxf::File file(openCounted(clip, task.bytesRead), dictionary, messages);
+    work->header = readMetadata(file, clip, messages);
+    noteOrigin(file, work->header, clip, messages);
+    const auto& start = startSet.in(*work->header.metadata);
     if (options.referencesAsValues) {
-        warnOfLeftOutReferences(*work.header.metadata, start, options.structuralOnly, messages);
+        warnOfLeftOutReferences(*work->header.metadata, start, options.structuralOnly, messages);
     }
-    work.document.emplace(*work.header.metadata, content);
-    Writer(*work.document, options).write(*output, *dictionary, messages);
+    work->document.emplace(*work->header.metadata,
+                           Editing::DocumentContent{options.referencesAsValues,
+                                                    options.structuralOnly, startSet.identifier()});
+    Writer(*work->document, options).write(task.output, *dictionary, messages);
     refuseWarnings(options.warningsAsErrors, messages);
-    output->commit();
+    task.output.commit();
 }
 
 } // namespace
 
 void toXml(const ToXmlOptions& options, Messages& messages) {
-    messages.setFile(options.clip.path);
-    // Reachable to the end, so that leak checkers see that nothing is lost.
-    static std::vector<std::unique_ptr<Leftovers>> kept;
-    kept.push_back(std::make_unique<Leftovers>());
-    convert(options, messages, *kept.back());
+    const StartSet startSet(options.start);
+    BatchWork many;
+    many.suffix = ".xml";
+    many.isDocument = true;
+    many.mayDestroy = options.force;
+    writeDocuments(
+        options.batch, options.clip.dictionaries, options.output, std::move(many),
+        [&](const DictionaryPointer& dictionary, FileTask& task) {
+            convert(options, startSet, dictionary, task);
+        },
+        messages);
 }
 
 } // namespace Corvid::Tool

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/xmlutils/EncodingType.h"
+#include "tools/corvid/batch/BatchOptions.h"
 #include "tools/corvid/input/Clip.h"
 #include "tools/corvid/xml/DocumentValidator.h"
 
@@ -10,7 +11,8 @@ class Messages;
 
 /// The options of `corvid to-xml`.
 struct ToXmlOptions {
-    ClipOptions clip;
+    BatchOptions batch;       ///< the files
+    ClipOptions clip;         ///< how each of them is read; its path does not matter
     std::string output = "-"; ///< "-" is standard output
     bool force = false;       ///< replace an MXF file, too
     XMLUtils::EncodingType encoding = XMLUtils::EncodingType::utf8;

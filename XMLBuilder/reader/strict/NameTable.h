@@ -3,6 +3,7 @@
 #include "XMLBuilder/reader/nodes/NodePool.h"
 #include "host/base/KeyedHash.h"
 
+#include <array>
 #include <functional>
 #include <memory_resource>
 #include <string>
@@ -11,8 +12,8 @@
 
 namespace Corvid::XMLBuilder {
 
-/// Appends well-formed UTF-8 as UTF-16.
-void appendUtf16(std::u16string& to, std::string_view utf8);
+/// Text that is well-formed UTF-8, as UTF-16 with a terminator.
+const char16_t* addUtf8(NodePool& pool, std::string_view utf8);
 
 /// A name that came up; its texts stay as long as the parser.
 struct Name {
@@ -51,15 +52,18 @@ private:
         }
     };
 
+    using Entry = std::pair<const Key, Name>;
+
+    const Entry& entryOf(const Key& key);
     std::string_view kept(std::string_view text);
-    const char16_t* textOf(std::string_view utf8);
     const char16_t* uriOf(std::string_view uri);
 
     std::unordered_map<std::string_view, const char16_t*, Hash> uris_{16, Hash()};
     std::unordered_map<Key, Name, Hash> names_{64, Hash()};
-    std::string_view lastUri_;
-    const char16_t* last_ = nullptr;
-    std::u16string qualified_; ///< used by find()
+    /// Those found last, by some of their bytes: a document has few names, and to ask for one under
+    /// the secret key takes longer than all else. Names that share a place take turns.
+    std::array<const std::pair<const std::string_view, const char16_t*>*, 16> recentUris_{};
+    std::array<const Entry*, 256> recent_{};
     std::pmr::monotonic_buffer_resource keys_;
     NodePool texts_;
 };

@@ -60,8 +60,7 @@ private:
     DocumentNode* root_ = nullptr;
     DocumentNode* container_ = nullptr;
     std::vector<Level> open_; ///< all open elements
-    std::u16string value_;    ///< of an attribute
-    std::u16string text_;     ///< that is not part of a node yet
+    std::string text_;        ///< that is not part of a node yet, as UTF-8
     std::size_t textLine_ = 0;
     std::size_t textColumn_ = 0;
 };
@@ -86,9 +85,7 @@ DocumentNode& Pieces::addElement(NodePool& pool, const char* name, const char** 
         DocumentNode& attribute = pool.add();
         attribute.kind = DocumentNode::Kind::attribute;
         giveName(attribute, attributes[0]);
-        value_.clear();
-        appendUtf16(value_, attributes[1]);
-        attribute.value = pool.addText(value_);
+        attribute.value = addUtf8(pool, attributes[1]);
         attribute.line = element.line;
         attribute.column = element.column;
         attribute.parent = &element;
@@ -148,7 +145,7 @@ void Pieces::characters(std::string_view text) {
         textLine_ = reader_.line();
         textColumn_ = reader_.column();
     }
-    appendUtf16(text_, text);
+    text_ += text;
 }
 
 /// Makes a node of the text so far. White space between elements is none.
@@ -159,11 +156,11 @@ void Pieces::flushText(bool isLast) {
     }
     Level& level = open_.back();
     const bool mayBeLayout = level.hasElements || !isLast;
-    if (!mayBeLayout || !trimmed(text_).empty()) {
+    if (!mayBeLayout || text_.find_first_not_of(" \t\r\n") != std::string::npos) {
         const bool isOuter = open_.size() <= outer();
         DocumentNode& node = ofPiece_.add();
         node.kind = DocumentNode::Kind::text;
-        node.value = ofPiece_.addText(text_);
+        node.value = addUtf8(ofPiece_, text_);
         node.parent = level.element;
         node.line = textLine_;
         node.column = textColumn_;

@@ -29,6 +29,11 @@ constexpr bool isXmlSpace(char16_t unit) noexcept {
     return unit == u' ' || unit == u'\t' || unit == u'\n' || unit == u'\r';
 }
 
+/// Whether no character of XML 1.0 has such a code unit. Surrogates are halves of one.
+constexpr bool isNoXmlUnit(char16_t unit) noexcept {
+    return (unit < 0x20 && !isXmlSpace(unit)) || unit >= 0xFFFE;
+}
+
 /// A text without white space at its ends.
 std::u16string_view trimmed(std::u16string_view text) noexcept;
 

@@ -14,16 +14,12 @@ using Kind = LayoutItem::Kind;
     throw Exceptions::InvalidArgument("the edit " + why, CORVID_HERE);
 }
 
-bool isInstanceUID(const Types::UniversalLabel& label) {
-    using Metadata::Structural::StructuralMetadataULs;
-    return label.withoutVersion() == StructuralMetadataULs::instanceUID().withoutVersion();
-}
-
 bool isInstanceUID(const PropertyName& property, const HeaderLayout& layout) {
     const auto* tag = std::get_if<Types::u16>(&property.name);
     const auto* label =
         tag == nullptr ? std::get_if<Types::UniversalLabel>(&property.name) : layout.label(*tag);
-    return label != nullptr ? isInstanceUID(*label) : tag != nullptr && *tag == 0x3C0A;
+    return label != nullptr ? Metadata::Structural::isInstanceUID(*label)
+                            : tag != nullptr && *tag == 0x3C0A;
 }
 
 } // namespace
@@ -93,7 +89,8 @@ void EditIndex::requireUntouched(std::size_t directory, std::size_t root) const 
 
 Types::UUID instanceOf(const NewSet& set) {
     for (const NewProperty& property : set.properties) {
-        if (isInstanceUID(property.label) && Types::UUID::fits(viewOf(property.value))) {
+        if (Metadata::Structural::isInstanceUID(property.label) &&
+            Types::UUID::fits(viewOf(property.value))) {
             return Types::UUID(viewOf(property.value));
         }
     }

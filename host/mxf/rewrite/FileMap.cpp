@@ -81,8 +81,8 @@ FileMap FileMap::of(DataIO::ReadWindow& window) {
     }
     // Fill after the pack is not counted.
     const auto metadata = findHeaderMetadata(window, header);
-    const std::uint64_t end = (metadata ? metadata->triplet.offset : header.triplet.end()) +
-                              header.pack.headerByteCount;
+    const std::uint64_t end =
+        (metadata ? metadata->triplet.offset : header.triplet.end()) + header.pack.headerByteCount;
     const bool isAll = map.partitions.size() == 1 && window.source().available(0, end + 1) <= end;
     if (map.doubt.empty() && !isListed(map) && !isAll) {
         map.doubt = "neither a random index pack nor FooterPartition says where the partitions of "

@@ -202,15 +202,12 @@ std::optional<std::size_t> HeaderLayout::find(const Types::UUID& instance) const
 }
 
 std::optional<Types::UUID> HeaderLayout::instanceUID(const LayoutItem& set) const {
-    using Metadata::Structural::StructuralMetadataULs;
     constexpr Types::u16 staticTag = 0x3C0A;
     LocalSet properties = this->properties(set);
     while (const auto property = properties.next()) {
         const auto* meaning = label(property->tag);
-        const bool isIt = meaning == nullptr
-                              ? property->tag == staticTag
-                              : meaning->withoutVersion() ==
-                                    StructuralMetadataULs::instanceUID().withoutVersion();
+        const bool isIt = meaning == nullptr ? property->tag == staticTag
+                                             : Metadata::Structural::isInstanceUID(*meaning);
         if (isIt && Types::UUID::fits(property->value)) {
             return Types::UUID(property->value);
         }

@@ -1,5 +1,6 @@
 #include "tools/corvid/FromXml.h"
 #include "tools/corvid/Schema.h"
+#include "tools/corvid/ToJson.h"
 #include "tools/corvid/ToXml.h"
 #include "tools/corvid/arguments/SharedArguments.h"
 #include "tools/corvid/arguments/Verbs.h"
@@ -24,12 +25,9 @@ Editing::DocumentMetadata readLenientlyInModule(
     return xmlModule().readLeniently(source, dictionary, identifiers);
 }
 
-} // namespace
-
-Work declareToXml(CLI::App& verb) {
-    using XMLUtils::EncodingType;
-    const auto options = std::make_shared<ToXmlOptions>();
-    declareClip(verb, options->clip);
+/// What of a clip is written, and how sets refer to each other.
+template <class Options>
+void declareContent(CLI::App& verb, const std::shared_ptr<Options>& options) {
     verb.add_option_function<std::string>(
             "--references",
             [options](const std::string& how) { options->referencesAsValues = how == "values"; },
@@ -45,6 +43,25 @@ Work declareToXml(CLI::App& verb) {
     verb.add_option("--start", options->start, "Begin with this set instead of the Preface")
         ->type_name("INSTANCEUID")
         ->group(processing);
+}
+
+template <class Options>
+void declareOutput(CLI::App& verb, const std::shared_ptr<Options>& options) {
+    verb.add_option("-o,--output", options->output, "File to write; - is standard output")
+        ->type_name("FILE")
+        ->capture_default_str()
+        ->group(output);
+    declareForce(verb, options->force, "Write also where an MXF file is, which is lost");
+}
+
+} // namespace
+
+Work declareToXml(CLI::App& verb) {
+    using XMLUtils::EncodingType;
+    const auto options = std::make_shared<ToXmlOptions>();
+    declareFiles(verb, options->batch, "MXF files to read; - is standard input");
+    declareReading(verb, options->clip);
+    declareContent(verb, options);
     verb.add_flag("--replace-invalid", options->replaceInvalid,
                   "Write U+FFFD for characters that XML can't hold, and say where, instead of "
                   "refusing them")
@@ -55,11 +72,7 @@ Work declareToXml(CLI::App& verb) {
         ->group(processing);
     declareStrictness(verb, options->warningsAsErrors,
                       "Write nothing and exit with status 1 if there are warnings");
-    verb.add_option("-o,--output", options->output, "File to write; - is standard output")
-        ->type_name("FILE")
-        ->capture_default_str()
-        ->group(output);
-    declareForce(verb, options->force, "Write also where an MXF file is, which is lost");
+    declareOutput(verb, options);
     verb.add_option_function<std::string>(
             "--encoding",
             [options](const std::string& name) {
@@ -72,7 +85,22 @@ Work declareToXml(CLI::App& verb) {
         ->group(output);
     verb.add_flag("--compact", options->compact, "No line breaks and no indentation")
         ->group(output);
+    declareMany(verb, options->batch);
     return [options](Messages& messages) { toXml(*options, messages); };
+}
+
+Work declareToJson(CLI::App& verb) {
+    const auto options = std::make_shared<ToJsonOptions>();
+    declareFiles(verb, options->batch, "MXF files to read; - is standard input");
+    declareReading(verb, options->clip);
+    declareContent(verb, options);
+    declareStrictness(verb, options->warningsAsErrors,
+                      "Write nothing and exit with status 1 if there are warnings");
+    declareOutput(verb, options);
+    verb.add_flag("--compact", options->compact, "No line breaks and no indentation")
+        ->group(output);
+    declareMany(verb, options->batch);
+    return [options](Messages& messages) { toJson(*options, messages); };
 }
 
 Work declareFromXml(CLI::App& verb) {
@@ -119,7 +147,11 @@ Work declareSchema(CLI::App& verb) {
         ->capture_default_str()
         ->group(output);
     declareForce(verb, options->force, "Write also where an MXF file is, which is lost");
-    return [options](Messages& messages) { xmlModule().schema(*options, messages); };
+    verb.add_flag("--json", options->json, "Write the JSON Schema of what to-json writes instead")
+        ->group(output);
+    return [options](Messages& messages) {
+        options->json ? jsonSchema(*options, messages) : xmlModule().schema(*options, messages);
+    };
 }
 
 } // namespace Corvid::Tool

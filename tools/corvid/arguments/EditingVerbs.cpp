@@ -1,3 +1,4 @@
+#include "Corvid/Version.h"
 #include "tools/corvid/Apply.h"
 #include "tools/corvid/Recover.h"
 #include "tools/corvid/Set.h"
@@ -42,7 +43,7 @@ void declareEdit(CLI::App& verb, const std::shared_ptr<ClipEdit>& options) {
     verb.add_option("--reserve", options->edit.reserve,
                     "Room for later edits where the metadata must grow")
         ->type_name("BYTES")
-        ->check(CLI::Range(std::uint64_t{0}, Editing::greatestReserve))
+        ->check(CLI::Range(std::uint64_t{0}, Editing::greatestReserve).description(""))
         ->capture_default_str()
         ->group(processing);
     declareStrictness(verb, options->warningsAsErrors,
@@ -69,7 +70,7 @@ void declareEdit(CLI::App& verb, const std::shared_ptr<ClipEdit>& options) {
     verb.add_option("--recovery-dir", options->target.recoveryFolder,
                     "Folder for the recovery file while the clip changes, instead of its own")
         ->type_name("DIR")
-        ->check(CLI::ExistingDirectory)
+        ->check(CLI::Validator(CLI::ExistingDirectory).description(""))
         ->group(output);
     verb.add_flag("--break-links", options->target.breaksLinks,
                   "Replace the clip also where it has other hard links, which keep the old file")

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/corvid/batch/BatchOptions.h"
 #include "tools/corvid/input/Clip.h"
 
 #include <CLI/CLI.hpp>
@@ -14,6 +15,7 @@ namespace Corvid::Tool {
 constexpr const char* input = "Input";
 constexpr const char* processing = "Processing";
 constexpr const char* output = "Output";
+constexpr const char* manyFiles = "Many files";
 
 /// Unlike the library's own, it adds nothing to the help: the type's name shows the values.
 CLI::Validator oneOf(std::vector<std::string> values);
@@ -22,8 +24,17 @@ CLI::Validator numberFromOne(std::uint32_t greatest);
 void declareDictionaries(CLI::App& verb, DictionaryChoice& choice);
 /// The options of verbs that read MXF files, one or many.
 void declareReading(CLI::App& verb, ClipOptions& options);
-/// The same with the one file that is read.
-void declareClip(CLI::App& verb, ClipOptions& options);
+/// The files of verbs that read many: names, folders, a list.
+/// @param what  the help.
+void declareFiles(CLI::App& verb, BatchOptions& batch, const char* what);
+/// The options of verbs that read many files, but -0.
+void declareBatch(CLI::App& verb, BatchOptions& batch);
+void declareZeros(CLI::App& verb, BatchOptions& batch);
+/// To be called when all arguments of the verb are there.
+/// @throws CLI::Error  they don't go together.
+void completeBatch(const CLI::App& verb, BatchOptions& batch);
+/// All of that.
+void declareMany(CLI::App& verb, BatchOptions& batch);
 /// @param what  the help.
 void declareForce(CLI::App& verb, bool& force, const char* what);
 /// @param what  the help.

@@ -15,6 +15,7 @@ class Messages;
 using Work = std::function<void(Messages&)>;
 
 Work declareToXml(CLI::App& verb);
+Work declareToJson(CLI::App& verb);
 Work declareFromXml(CLI::App& verb);
 Work declareSchema(CLI::App& verb);
 
@@ -25,6 +26,7 @@ Work declareRecover(CLI::App& verb);
 /// @param colours  whether results may be coloured; likewise below.
 Work declareInfo(CLI::App& verb, bool colours);
 Work declareGet(CLI::App& verb);
+Work declareReport(CLI::App& verb);
 Work declareDiff(CLI::App& verb);
 Work declareCheck(CLI::App& verb, bool colours);
 Work declareDictionary(CLI::App& verb, bool colours);

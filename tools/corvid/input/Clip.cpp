@@ -1,9 +1,14 @@
 #include "tools/corvid/input/Clip.h"
 
 #include "host/base/Exceptions.h"
+#include "host/dataio/OpenSource.h"
 #include "host/mxf/rewrite/disk/InPlace.h"
 #include "host/mxf/rewrite/disk/SystemFiles.h"
 #include "tools/corvid/CommandWarnings.h"
+#include "tools/corvid/remote/Address.h"
+#include "tools/corvid/remote/RemoteSource.h"
+#include "tools/corvid/terminal/Messages.h"
+#include "tools/corvid/terminal/UsageError.h"
 
 #include <charconv>
 #include <filesystem>
@@ -54,7 +59,7 @@ std::string partitionsWithMetadata(mxf::File& file) {
 void warnOfUnfinishedEdit(const std::string& path, mxf::WarningSink& warnings) {
     std::error_code nothing;
     mxf::SystemFiles files;
-    if (path != "-" && std::filesystem::is_regular_file(path, nothing) &&
+    if (path != "-" && !isAddress(path) && std::filesystem::is_regular_file(path, nothing) &&
         mxf::needsRecovery(files, path)) {
         warnings.warn({CommandWarnings::unfinishedEdit,
                        "an edit of the file was interrupted; corvid recover brings back what was "
@@ -65,6 +70,19 @@ void warnOfUnfinishedEdit(const std::string& path, mxf::WarningSink& warnings) {
 } // namespace
 
 bool isPartitionChoice(const std::string& text) { return choiceOf(text).has_value(); }
+
+Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options) {
+    if (!isAddress(options.path)) {
+        return DataIO::openSource(options.path);
+    }
+    if (options.remote.isForbidden) {
+        throw UsageError{withoutSecrets(options.path) +
+                         " is on a server, and --no-remote forbids to ask it"};
+    }
+    RemoteLimits limits;
+    limits.mayDownload = options.remote.mayDownload;
+    return openRemote(options.path, limits);
+}
 
 mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options,
                                  mxf::WarningSink& warnings) {
@@ -83,6 +101,14 @@ mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options,
         }
         throw Exceptions::InvalidFormat(
             Platform::toUtf8(error.message()) + "; " + partitionsWithMetadata(file), CORVID_HERE);
+    }
+}
+
+void noteOrigin(mxf::File& file, const mxf::HeaderMetadata& header, const ClipOptions& options,
+                Messages& messages) {
+    if (options.partition == "auto" && header.partition != 0) {
+        messages.note("metadata is from " +
+                      describe(header.partition, file.partitions()[header.partition]));
     }
 }
 

@@ -12,7 +12,8 @@ std::vector<std::string> inputsOf(std::vector<std::string> files, const Dictiona
     return files;
 }
 
-Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const DictionaryChoice& choice) {
+Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const DictionaryChoice& choice,
+                                                              std::string* read) {
     using MetaMetadata::Dictionary;
     auto base = choice.registeredOnly ? Dictionary::registered() : Dictionary::builtIn();
     if (choice.files.empty()) {
@@ -26,6 +27,9 @@ Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const DictionaryCh
                    });
     for (std::size_t i = 0; i != contents.size(); ++i) {
         texts.push_back({choice.files[i], contents[i]});
+        if (read != nullptr) {
+            *read += contents[i] + '\0'; // so that two texts are not one
+        }
     }
     return Dictionary::extend(*base, texts);
 }

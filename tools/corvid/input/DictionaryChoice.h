@@ -23,8 +23,10 @@ struct DictionaryChoice {
 std::vector<std::string> inputsOf(std::vector<std::string> files, const DictionaryChoice& choice);
 
 /// The built-in dictionary, or one that extends it.
+/// @param read  gets the text of all files; null where nobody asks.
 /// @throws IOError            a file can't be read.
 /// @throws InvalidDictionary  a file breaks a rule of the format.
-Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const DictionaryChoice& choice);
+Templates::SharedPtr<MetaMetadata::Dictionary> loadDictionary(const DictionaryChoice& choice,
+                                                              std::string* read = nullptr);
 
 } // namespace Corvid::Tool

@@ -67,8 +67,8 @@ bool HiddenName::give(const std::filesystem::path& folder,
     static unsigned count = 0;
     constexpr int tries = 1000; // others may have left files of a process of the same number
     for (int i = 0; i != tries; ++i) {
-        const std::string name =
-            ".corvid-" + std::to_string(::getpid()) + "-" + std::to_string(++count);
+        const std::string name = std::string(unfinishedName) + std::to_string(::getpid()) + "-" +
+                                 std::to_string(++count);
         std::string path = (folder / name).string();
         const SignalsHeldBack held;
         if (make(path.c_str())) {

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace Corvid::Tool {
 
@@ -18,6 +19,9 @@ public:
 private:
     sigset_t before_;
 };
+
+/// How the name of every unfinished file begins.
+inline constexpr std::string_view unfinishedName = ".corvid-";
 
 /// The name that an unfinished file has beside its target. The file goes away with the object, and
 /// with the process where a signal ends it. Any number of them may be there at once.

@@ -41,18 +41,21 @@ std::optional<int> descriptorOf(std::string_view path) {
 OutputError::OutputError(std::string target, const std::string& what, int errorNumber)
     : IOError(what + " " + target + ": " + std::generic_category().message(errorNumber),
               CORVID_HERE),
-      target_(std::move(target)), closedPipe_(errorNumber == EPIPE) {}
+      target_(std::move(target)), closedPipe_(errorNumber == EPIPE),
+      diskFull_(errorNumber == ENOSPC || errorNumber == EDQUOT) {}
 
 OutputError::~OutputError() = default;
 
 bool Output::goesTo(const std::string& path) const {
     const auto mine = status();
+    // What is written to a terminal or a pipe is not what is read from it.
+    if (!mine || !(S_ISREG(mine->st_mode) || S_ISBLK(mine->st_mode))) {
+        return false;
+    }
     struct stat other {};
     const bool isThere =
         path == "-" ? ::fstat(STDIN_FILENO, &other) == 0 : ::stat(path.c_str(), &other) == 0;
-    // What is written to a terminal or a pipe is not what is read from it.
-    return mine && isThere && (S_ISREG(other.st_mode) || S_ISBLK(other.st_mode)) &&
-           mine->st_dev == other.st_dev && mine->st_ino == other.st_ino;
+    return isThere && mine->st_dev == other.st_dev && mine->st_ino == other.st_ino;
 }
 
 std::unique_ptr<Output> Output::open(const std::string& path) {
@@ -112,10 +115,16 @@ std::optional<struct stat> DescriptorOutput::status() const {
     return ::fstat(file_.number(), &status) == 0 ? std::optional(status) : std::nullopt;
 }
 
+void writeWhole(Output& output, const std::string& text) {
+    if (!text.empty()) {
+        output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
+        output.commit();
+    }
+}
+
 void printText(const std::string& text) {
     DescriptorOutput output(STDOUT_FILENO, "standard output");
-    output.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
-    output.commit();
+    writeWhole(output, text);
 }
 
 } // namespace Corvid::Tool

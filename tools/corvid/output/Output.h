@@ -22,10 +22,13 @@ public:
     const std::string& target() const noexcept { return target_; }
     /// True where the reader of a pipe has gone, of which nobody needs to be told.
     bool isClosedPipe() const noexcept { return closedPipe_; }
+    /// True where nothing else can be written there, either.
+    bool isDiskFull() const noexcept { return diskFull_; }
 
 private:
     std::string target_;
     bool closedPipe_;
+    bool diskFull_;
 };
 
 /// Where the result of a verb goes.
@@ -79,6 +82,10 @@ private:
     DataIO::FileDescriptor file_;
     std::string name_;
 };
+
+/// Writes text as the whole result, or nothing where there is none.
+/// @throws OutputError  it can't be written.
+void writeWhole(Output& output, const std::string& text);
 
 /// Writes text to standard output.
 /// @throws OutputError  it can't be written.

@@ -1,6 +1,9 @@
 #include "tools/corvid/reports/ChangeReport.h"
 
 #include "host/base/Hex.h"
+#include "host/types/FixedBytes.h"
+#include "inspection/StructuralLabels.h"
+#include "inspection/essence/Timecode.h"
 #include "tools/corvid/reports/ValueText.h"
 
 #include <nlohmann/json.hpp>
@@ -50,9 +53,34 @@ std::string hexOf(const mxf::Bytes& bytes) {
     return Hex::encoded<std::string>(bytes.data(), bytes.size(), Hex::lower);
 }
 
+/// Whether a value is the start of timecode, a number of frames.
+bool isStartTimecode(const ChangedProperty& property, const mxf::Bytes& value) {
+    return property.label && value.size() == sizeof(Types::int64) &&
+           property.label->withoutVersion() ==
+               Inspection::Structural::startTimecode.label().withoutVersion();
+}
+
+/// @param count  of a set of timecode.
 std::string text(const ChangedProperty& property, const std::optional<mxf::Bytes>& value,
+                 const std::optional<Editing::TimecodeCount>& count,
                  const MetaMetadata::Dictionary& dictionary) {
-    return valueText(property.label, mxf::viewOf(*value), dictionary);
+    std::string text = valueText(property.label, mxf::viewOf(*value), dictionary);
+    if (!count || count->framesPerSecond == 0 || !isStartTimecode(property, *value)) {
+        return text;
+    }
+    const auto frames = Types::readBigEndian<Types::int64>(value->data());
+    return Inspection::timecodeText({frames, count->framesPerSecond, count->dropFrame}) + " (" +
+           text + ")";
+}
+
+std::string textBefore(const ChangedSet& set, const ChangedProperty& property,
+                       const MetaMetadata::Dictionary& dictionary) {
+    return text(property, property.before, set.countBefore, dictionary);
+}
+
+std::string textAfter(const ChangedSet& set, const ChangedProperty& property,
+                      const MetaMetadata::Dictionary& dictionary) {
+    return text(property, property.after, set.countAfter, dictionary);
 }
 
 std::uint64_t bytesOf(const mxf::Rewrite& rewrite) {
@@ -75,17 +103,18 @@ std::string hexOf(const Editing::ContentHash& hash) {
     return Hex::encoded<std::string>(hash.data(), hash.size(), Hex::lower);
 }
 
-Json toJson(const ChangedProperty& property, const MetaMetadata::Dictionary& dictionary) {
+Json toJson(const ChangedSet& set, const ChangedProperty& property,
+            const MetaMetadata::Dictionary& dictionary) {
     Json json{{"name", property.name}};
     if (property.label) {
         json["label"] = Platform::toUtf8(property.label->toString());
     }
     if (property.before) {
-        json["before"] = text(property, property.before, dictionary);
+        json["before"] = textBefore(set, property, dictionary);
         json["bytesBefore"] = hexOf(*property.before);
     }
     if (property.after) {
-        json["after"] = text(property, property.after, dictionary);
+        json["after"] = textAfter(set, property, dictionary);
         json["bytesAfter"] = hexOf(*property.after);
     }
     return json;
@@ -103,11 +132,11 @@ std::string toText(const Changes& changes, const MetaMetadata::Dictionary& dicti
         lines += "\n";
         for (const ChangedProperty& property : set.properties) {
             lines += "  " + property.name + ": ";
-            lines += property.before ? text(property, property.before, dictionary) : "";
+            lines += property.before ? textBefore(set, property, dictionary) : "";
             lines += property.before && property.after ? " -> " : "";
             lines += !property.before ? "+ " : "";
-            lines += property.after ? text(property, property.after, dictionary)
-                                    : std::string(" (removed)");
+            lines +=
+                property.after ? textAfter(set, property, dictionary) : std::string(" (removed)");
             lines += "\n";
         }
     }
@@ -115,6 +144,18 @@ std::string toText(const Changes& changes, const MetaMetadata::Dictionary& dicti
         lines += std::string(nameOf(dark)) + " KLV " + Platform::toUtf8(dark.key.toString()) + "\n";
     }
     return lines;
+}
+
+std::string toText(const Changes& changes, std::size_t otherInstanceUIDs,
+                   const MetaMetadata::Dictionary& dictionary) {
+    if (changes.empty() && otherInstanceUIDs == 0) {
+        return "no difference\n";
+    }
+    return toText(changes, dictionary) +
+           (otherInstanceUIDs == 0 ? ""
+            : otherInstanceUIDs == 1
+                ? "1 set has another InstanceUID\n"
+                : std::to_string(otherInstanceUIDs) + " sets have other InstanceUIDs\n");
 }
 
 std::string toText(const Editing::EditPlan& plan, const MetaMetadata::Dictionary& dictionary) {
@@ -134,7 +175,7 @@ Json toJson(const Changes& changes, const MetaMetadata::Dictionary& dictionary) 
         }
         json["properties"] = Json::array();
         for (const ChangedProperty& property : set.properties) {
-            json["properties"].push_back(toJson(property, dictionary));
+            json["properties"].push_back(toJson(set, property, dictionary));
         }
         sets.push_back(std::move(json));
     }

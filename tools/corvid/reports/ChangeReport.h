@@ -25,6 +25,10 @@ struct EditReport {
 /// and after.
 std::string toText(const Editing::Changes& changes, const MetaMetadata::Dictionary& dictionary);
 
+/// The same of two files, with how many sets have other InstanceUIDs.
+std::string toText(const Editing::Changes& changes, std::size_t otherInstanceUIDs,
+                   const MetaMetadata::Dictionary& dictionary);
+
 /// The same of a plan, with what closes the header.
 std::string toText(const Editing::EditPlan& plan, const MetaMetadata::Dictionary& dictionary);
 

@@ -55,30 +55,30 @@ CheckJson::CheckJson(DataIO::DataSink& sink) : json_(sink) {
     json_.beginArray();
 }
 
-void CheckJson::add(const CheckedFile& file) {
+nlohmann::ordered_json toJson(const CheckedFile& file) {
     const bool isCompared = file.result < CheckResult::refused;
     const Editing::Comparison& comparison = file.comparison;
-    json_.beginObject();
-    json_.member("file", file.file);
-    json_.member("result", Tool::nameOf(file.result));
-    json_.member("sets", isCompared ? Json(comparison.sets) : Json(nullptr));
-    json_.member("properties", isCompared ? Json(comparison.properties) : Json(nullptr));
-    json_.member("counts", countsOf(comparison.differences));
-    json_.key("differences");
-    json_.beginArray();
+    Json differences = Json::array();
     for (const Editing::Difference& difference : comparison.differences) {
-        json_.value(toJson(difference));
+        differences.push_back(toJson(difference));
     }
-    json_.end();
+    Json json = {{"file", file.file},
+                 {"result", nameOf(file.result)},
+                 {"sets", isCompared ? Json(comparison.sets) : Json(nullptr)},
+                 {"properties", isCompared ? Json(comparison.properties) : Json(nullptr)},
+                 {"counts", countsOf(comparison.differences)},
+                 {"differences", std::move(differences)}};
     if (const std::size_t leftOut = comparison.differences.leftOut(); leftOut != 0) {
-        json_.member("leftOut", leftOut);
+        json["leftOut"] = leftOut;
     }
-    json_.member("error", orNull(file.error));
-    json_.member("cutOffAt", file.cutOffAt ? Json(*file.cutOffAt) : Json(nullptr));
-    json_.member("warnings", toJson(file.warnings));
-    json_.member("errors", errorsJson(file.error, file.cutOffAt));
-    json_.end();
+    json["error"] = orNull(file.error);
+    json["cutOffAt"] = file.cutOffAt ? Json(*file.cutOffAt) : Json(nullptr);
+    json["warnings"] = toJson(file.warnings);
+    json["errors"] = errorsJson(file.error, file.cutOffAt);
+    return json;
 }
+
+void CheckJson::add(const CheckedFile& file) { json_.value(toJson(file)); }
 
 void CheckJson::finish(const CheckTally& tally) {
     json_.end();

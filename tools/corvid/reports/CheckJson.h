@@ -5,8 +5,10 @@
 
 namespace Corvid::Tool {
 
-/// The report of a check for programs: JSON with the keys that docs/check.md names, written file by
-/// file.
+/// What a check says of a file for programs: JSON with the keys that docs/check.md names.
+nlohmann::ordered_json toJson(const CheckedFile& file);
+
+/// The report of a check of one file.
 class CheckJson {
 public:
     /// @param sink  is borrowed.

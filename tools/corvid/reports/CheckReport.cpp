@@ -22,6 +22,7 @@ constexpr DescribedResult results[] = {
     {CheckResult::different, "different", "different"},
     {CheckResult::refused, "refused", "refused"},
     {CheckResult::unreadable, "unreadable", "unreadable"},
+    {CheckResult::crashed, "crashed", "crashed"},
 };
 
 struct Style {
@@ -80,10 +81,9 @@ std::string line(const Editing::Difference& difference) {
 
 } // namespace
 
-void CheckTally::add(const CheckedFile& file) {
+void CheckTally::add(CheckResult result) {
     ++files_;
-    ++counts_[file.result];
-    worst_ = std::max(worst_, file.result);
+    ++counts_[result];
 }
 
 std::size_t CheckTally::count(CheckResult result) const {

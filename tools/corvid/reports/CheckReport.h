@@ -15,6 +15,7 @@ enum class CheckResult : unsigned char {
     different,  ///< something was damaged
     refused,    ///< the file can't be taken to XML and back
     unreadable, ///< the file can't be read at all
+    crashed,    ///< so did the process that checked it
 };
 
 /// A file that was checked.
@@ -24,21 +25,20 @@ struct CheckedFile {
     Editing::Comparison comparison;        ///< where it came to that
     std::string error;                     ///< where it did not
     std::optional<std::uint64_t> cutOffAt; ///< of the metadata, in bytes from the front of the file
+    bool lacksMemory = false;
     WarningLog warnings;
 };
 
 /// Many of them, counted.
 class CheckTally {
 public:
-    void add(const CheckedFile& file);
+    void add(CheckResult result);
     std::size_t files() const noexcept { return files_; }
     std::size_t count(CheckResult result) const;
-    CheckResult worst() const noexcept { return worst_; }
 
 private:
     std::size_t files_ = 0;
     std::map<CheckResult, std::size_t> counts_;
-    CheckResult worst_ = CheckResult::lossless;
 };
 
 /// How programs call a result.

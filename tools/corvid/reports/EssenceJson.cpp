@@ -45,9 +45,7 @@ Json orNull(const std::optional<Picture::Area>& area) {
 }
 
 Json scanOf(const Picture& picture) {
-    constexpr const char* names[] = {"progressive", "interlaced", "single field", "interlaced",
-                                     "segmented frame"};
-    return picture.layout ? Json(names[static_cast<std::size_t>(*picture.layout)]) : Json(nullptr);
+    return picture.layout ? Json(nameOf(*picture.layout)) : Json(nullptr);
 }
 
 Json toJson(const Picture::Mastering& mastering) {

@@ -36,35 +36,7 @@ std::string grouped(std::int64_t number) {
     return text;
 }
 
-/// Lines with a name in front of the first: they stay together where there are too many.
-struct Block {
-    std::string name;
-    std::vector<std::string> lines;
-    bool isVital = false; ///< it is shown whatever else is not
-};
-
-std::string writerText(const Summary& summary) {
-    if (summary.writers.empty()) {
-        return "";
-    }
-    const auto& writer = summary.writers.back();
-    const std::string version = writer.version.empty() ? writer.productVersion : writer.version;
-    const bool repeats = !writer.company.empty() &&
-                         writer.product.compare(0, writer.company.size(), writer.company) == 0;
-    return joined(
-        {repeats ? "" : writer.company, writer.product, version.substr(0, version.find(" ("))},
-        " ");
-}
-
-/// "holby.mxf  MXF OP1a, AS-11 UK DPP HD 1.1, EBU bmx 1.7.0"
-std::string headline(const Summary& summary) {
-    const std::string pattern =
-        Inspection::Structural::operationalPatternName(summary.operationalPattern);
-    const auto& essence = summary.essence;
-    const std::string shim = essence.shim.empty() ? "" : "AS-11 " + essence.shim;
-    return summary.file + "  " +
-           joined({joined({"MXF", pattern}, " "), shim, writerText(summary)}, ", ");
-}
+using Block = SummaryBlock;
 
 std::vector<std::string> warningLines(const Summary& summary, const WarningLog& warnings,
                                       bool areListed) {
@@ -167,29 +139,6 @@ void addSchemes(const Essence& essence, std::vector<Block>& blocks) {
     }
 }
 
-std::vector<Block> blocksOf(const Summary& summary, bool labels) {
-    const Essence& essence = summary.essence;
-    std::vector<Block> blocks;
-    if (!essence.title.empty()) {
-        blocks.push_back({"Title", {essence.title}, true});
-    }
-    if (!summary.packages.empty()) {
-        addTiming(essence, blocks);
-    }
-    addStreams(essence, labels, blocks);
-    addSchemes(essence, blocks);
-    for (const auto& source : essence.sources) {
-        blocks.push_back({"Source", {source}});
-    }
-    const auto& material = essence.material;
-    if (!material.uuid.empty()) {
-        blocks.push_back({"Asset", {material.uuid}, true});
-    } else if (!material.umid.empty()) {
-        blocks.push_back({"Material", {material.umid}, true});
-    }
-    return blocks;
-}
-
 /// Takes lines out of the blocks, from the end on, so that no more than so many are left.
 /// @return how many it has taken out.
 std::size_t shorten(std::vector<Block>& blocks, std::size_t most) {
@@ -228,15 +177,60 @@ std::string blockText(const Block& block, const Style& style) {
 
 } // namespace
 
+std::string writerText(const Summary& summary) {
+    if (summary.writers.empty()) {
+        return "";
+    }
+    const auto& writer = summary.writers.back();
+    const std::string version = writer.version.empty() ? writer.productVersion : writer.version;
+    const bool repeats = !writer.company.empty() &&
+                         writer.product.compare(0, writer.company.size(), writer.company) == 0;
+    return joined(
+        {repeats ? "" : writer.company, writer.product, version.substr(0, version.find(" ("))},
+        " ");
+}
+
+std::string kindText(const Summary& summary) {
+    const std::string pattern =
+        Inspection::Structural::operationalPatternName(summary.operationalPattern);
+    const auto& essence = summary.essence;
+    const std::string shim = essence.shim.empty() ? "" : "AS-11 " + essence.shim;
+    return joined({joined({"MXF", pattern}, " "), shim, writerText(summary)}, ", ");
+}
+
+std::vector<SummaryBlock> summaryBlocks(const Summary& summary, bool labels) {
+    const Essence& essence = summary.essence;
+    std::vector<Block> blocks;
+    if (!essence.title.empty()) {
+        blocks.push_back({"Title", {essence.title}, true});
+    }
+    if (!summary.packages.empty()) {
+        addTiming(essence, blocks);
+    }
+    addStreams(essence, labels, blocks);
+    addSchemes(essence, blocks);
+    for (const auto& source : essence.sources) {
+        blocks.push_back({"Source", {source}});
+    }
+    const auto& material = essence.material;
+    if (!material.uuid.empty()) {
+        blocks.push_back({"Asset", {material.uuid}, true});
+    } else if (!material.umid.empty()) {
+        blocks.push_back({"Material", {material.umid}, true});
+    }
+    return blocks;
+}
+
 std::string essenceText(const Summary& summary, const WarningLog& warnings,
                         const SummaryText& what) {
     const Style style(what.colours);
-    std::string text = style.heading + printable(headline(summary)) + style.end + "\n";
+    std::string text =
+        style.heading + printable(summary.file + "  " + kindText(summary)) + style.end + "\n";
     const auto notes = warningLines(summary, warnings, what.warnings || what.all);
     for (const std::string& note : notes) {
         text += style.odd + printable(note) + style.end + "\n";
     }
-    auto blocks = blocksOf(summary, what.labels);
+    auto blocks = summaryBlocks(summary, what.labels);
     const std::size_t shortest = 1 + std::min<std::size_t>(notes.size(), 2);
     const std::size_t gone = what.all ? 0 : shorten(blocks, mostLines - shortest);
     bool isSaid = gone == 0;

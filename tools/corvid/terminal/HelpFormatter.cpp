@@ -2,20 +2,11 @@
 
 #include "tools/corvid/terminal/Lines.h"
 
-#include <iterator>
-#include <sstream>
-
 namespace Corvid::Tool {
 
 namespace {
 
 constexpr std::size_t indent = 6;
-
-std::string wrappedWords(const std::string& text) {
-    std::istringstream stream(text);
-    const std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
-    return wrapped(words, " ", indent);
-}
 
 } // namespace
 
@@ -55,7 +46,8 @@ std::string HelpFormatter::make_option(const CLI::Option* option, bool isPositio
     const std::string standard = hasValue ? option->get_default_str() : "";
     return text + "\n" +
            wrappedWords(option->get_description() +
-                        (standard.empty() ? "" : " (default: " + standard + ")"));
+                            (standard.empty() ? "" : " (default: " + standard + ")"),
+                        indent);
 }
 
 } // namespace Corvid::Tool

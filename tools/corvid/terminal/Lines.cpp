@@ -1,5 +1,8 @@
 #include "tools/corvid/terminal/Lines.h"
 
+#include <iterator>
+#include <sstream>
+
 namespace Corvid::Tool {
 
 std::string joined(const std::vector<std::string>& items, const char* between) {
@@ -26,6 +29,12 @@ std::string wrapped(const std::vector<std::string>& items, const std::string& be
         line += (line.empty() ? "" : between) + items[i];
     }
     return line.empty() ? result : result + std::string(indent, ' ') + line + "\n";
+}
+
+std::string wrappedWords(const std::string& text, std::size_t indent) {
+    std::istringstream stream(text);
+    const std::vector<std::string> words(std::istream_iterator<std::string>(stream), {});
+    return wrapped(words, " ", indent);
 }
 
 } // namespace Corvid::Tool

@@ -16,4 +16,7 @@ std::string joined(const std::vector<std::string>& items, const char* between);
 std::string wrapped(const std::vector<std::string>& items, const std::string& between,
                     std::size_t indent);
 
+/// A text in such lines, broken between words.
+std::string wrappedWords(const std::string& text, std::size_t indent);
+
 } // namespace Corvid::Tool

@@ -2,7 +2,10 @@
 
 #include "host/base/Exceptions.h"
 #include "host/base/Text.h"
+#include "tools/corvid/remote/Address.h"
 #include "tools/corvid/terminal/Printable.h"
+
+#include <algorithm>
 
 namespace Corvid::Tool {
 
@@ -26,21 +29,39 @@ std::string withoutName(std::string_view file, std::string_view text) {
     return message;
 }
 
+/// An error may name an address that no verb reads from there, as people wrote it.
+std::string withoutSecretsIn(std::string_view text) {
+    std::string shown;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t end = std::min(text.find_first_of(" '\"", at), text.size());
+        std::string word(text.substr(at, end - at));
+        const bool hasColon = isAddress(word) && word.back() == ':';
+        if (hasColon) {
+            word.pop_back();
+        }
+        shown += withoutSecrets(word) + (hasColon ? ":" : "");
+        at = std::min(end + 1, text.size());
+        shown += text.substr(end, at - end);
+    }
+    return shown;
+}
+
 } // namespace
 
 void Messages::setFile(const std::string& path) {
     flush();
     log_ = {};
     written_.clear();
-    file_ = path == "-" ? "standard input" : path;
+    file_ = path == "-" ? "standard input" : withoutSecrets(path);
 }
 
 void Messages::error(std::string_view text) { error(file_, text); }
 
 void Messages::error(std::string_view file, std::string_view text) {
     flush();
-    lastError_ = withoutName(file, text);
-    line(file, red, "", lastError_);
+    const std::string name = withoutSecrets(std::string(file));
+    lastError_ = withoutName(name, withoutSecretsIn(text));
+    line(name, red, "", lastError_);
 }
 
 std::string Messages::withoutFile(std::string_view text) const { return withoutName(file_, text); }

@@ -32,6 +32,8 @@ public:
     void error(std::string_view file, std::string_view text);
     /// Says what people may want to know.
     void note(std::string_view text);
+    /// Says what is about no file: "corvid: text".
+    void say(std::string_view text) { line("", "", "", text); }
     /// Keeps what is not as it should be, though the work goes on. Repeats are counted, so the line
     /// is written when no more are to come: see flush().
     void warn(const mxf::Warning& warning) override;
@@ -48,6 +50,7 @@ public:
     /// @param text  shorter than a line; empty takes the last one away.
     void showProgress(std::string_view text);
     bool showsProgress() const noexcept { return terminal_; }
+    bool hasColours() const noexcept { return colours_; }
 
     /// What the last error was about, without file; empty where there was none.
     const std::string& lastError() const noexcept { return lastError_; }

@@ -1,40 +1,15 @@
 #include "tools/corvid/terminal/Printable.h"
 
 #include "host/base/Hex.h"
+#include "host/base/Unseen.h"
 #include "host/base/Utf8.h"
-
-#include <algorithm>
-#include <array>
-#include <iterator>
 
 namespace Corvid::Tool {
 
 namespace {
 
-struct Range {
-    char32_t first;
-    char32_t last;
-};
-
-/// What Unicode calls default ignorable, all that turns the direction of text among it, but for the
-/// variation selectors, which symbols need; and the ends of lines and paragraphs, and the marks of
-/// interlinear annotation. In ascending order.
-constexpr Range unseen[] = {
-    {0x00AD, 0x00AD},   {0x034F, 0x034F},   {0x061C, 0x061C},   {0x115F, 0x1160},
-    {0x17B4, 0x17B5},   {0x180B, 0x180F},   {0x200B, 0x200F},   {0x2028, 0x202E},
-    {0x2060, 0x206F},   {0x3164, 0x3164},   {0xFEFF, 0xFEFF},   {0xFFA0, 0xFFA0},
-    {0xFFF0, 0xFFFB},   {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE00FF},
-    {0xE01F0, 0xE0FFF},
-};
-
-bool isUnseen(char32_t point) {
-    const auto* const range =
-        std::lower_bound(std::begin(unseen), std::end(unseen), point,
-                         [](const Range& each, char32_t wanted) { return each.last < wanted; });
-    return range != std::end(unseen) && range->first <= point;
-}
-
-bool isControl(char32_t point) { return point < 0x20 || (point >= 0x7F && point < 0xA0); }
+using Platform::isControl;
+using Platform::isUnseen;
 
 /// @param digits  how many, hexadecimal.
 std::string escaped(char kind, char32_t value, unsigned digits) {

@@ -13,7 +13,7 @@ struct SchemaOptions;
 /// These pull in some forty shared libraries, whose loading costs more than all that `corvid info`
 /// or `corvid to-xml` does with a small file. So what needs them is in a module of its own that
 /// is loaded when it is called. Module and command are built together: there is no other version to
-/// be met.
+/// be met. A build with static libraries has it in the command, where it costs no loading.
 struct XmlModule {
     void (*schema)(const SchemaOptions& options, Messages& messages);
     DocumentValidator validate;

@@ -40,6 +40,7 @@ using DataRuns = Templates::vector<DataRun>;
 /// All throw IOError where the system refuses, with the path and the system's reason.
 class CORVID_EXPORT FileSystem {
 public:
+    /// What a file is opened for.
     enum class Access : unsigned char {
         read,
         write,  ///< of a file that is there; also reads
@@ -59,8 +60,10 @@ public:
     virtual void close(int file) noexcept = 0;
     /// Keeps all who ask for this from changing a file that is open to write, until it is closed.
     /// Where a file system has no locks, nothing is kept from it.
-    /// @throws IOError  another one has the lock.
+    /// @throws IOError  another one has the lock, or has the file open to write.
     virtual void lock(int file) = 0;
+    /// Lets all who open a file wait until it is closed here, where the system can.
+    virtual void lease(int file) = 0;
     virtual FileStatus status(int file) = 0;
     /// @return how many bytes were read; fewer than count only at the end of the file.
     virtual std::size_t readAt(int file, std::uint64_t offset, Types::u8* to,
@@ -83,7 +86,7 @@ public:
     /// only a hole follows.
     virtual std::optional<DataRun> nextData(int file, std::uint64_t offset) = 0;
 
-    /// Copies bytes from one file to another, past holes if there are any.
+    /// Copies bytes from one file to another.
     virtual void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
                            std::uint64_t size) = 0;
     /// Gives a file the owner, mode, access lists and extended attributes of another.
@@ -112,6 +115,7 @@ public:
 
     int number() const noexcept { return number_; }
     void lock() const { system_.lock(number_); }
+    void lease() const { system_.lease(number_); }
     FileStatus status() const { return system_.status(number_); }
     /// Reads exactly so many bytes.
     /// @throws IOError  the file is shorter.

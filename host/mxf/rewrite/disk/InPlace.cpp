@@ -117,6 +117,7 @@ std::optional<FileStatus> rewriteInPlace(FileSystem& system, const std::string& 
     const std::string target = system.resolve(path);
     const OpenFile file(system, target, Access::write);
     file.lock();
+    file.lease();
     requireFinished(system, path);
     requireAsPlanned(file, path, planned);
     Change change(file, Journal::of(file, rewrite),
@@ -173,6 +174,7 @@ bool recover(FileSystem& system, const std::string& path, RecoveryGoal goal) {
     }
     const OpenFile file(system, target, Access::write);
     file.lock();
+    file.lease();
     if (!JournalFile::isThere(system, target)) {
         return false; // the change ended meanwhile
     }

@@ -8,7 +8,8 @@ namespace Corvid::mxf {
 /// Changes a file where it is. Before its first byte changes, what brings it back is on the disk.
 ///
 /// Where the process or the machine dies meanwhile, recover() finishes it one way or the other;
-/// where a write fails, the file is brought back at once.
+/// where a write fails, the file is brought back at once. A program that opens the file meanwhile
+/// waits for the end, where the system can let it wait.
 /// @param path     symbolic links are followed.
 /// @param rewrite  of inPlaceForm().
 /// @param planned  what the file's status was when the rewrite was planned.

@@ -15,7 +15,7 @@ constexpr std::array<Types::u8, 8> magic = {'C', 'o', 'r', 'v', 'i', 'd', 'R', '
 constexpr Types::u64 version = 1;
 
 /// The bytes at the front of a file by which it is known.
-constexpr std::uint64_t frontSize = 65536;
+constexpr std::uint64_t frontSize = 32768;
 
 Journal::Hash hashOf(Types::ByteView bytes) {
     Journal::Hash hash;

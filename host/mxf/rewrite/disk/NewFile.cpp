@@ -44,9 +44,17 @@ public:
 private:
     void copy(std::uint64_t begin, std::uint64_t end, std::uint64_t shift) {
         while (begin != end) {
-            const std::uint64_t size = std::min(end - begin, pieceSize);
-            system_.copyRange(from_.number(), begin, to_.number(), begin + shift, size);
-            begin += size;
+            if (begin >= data_.end) {
+                data_ = system_.nextData(from_.number(), begin)
+                            .value_or(DataRun{rewrite_.oldSize, rewrite_.oldSize});
+            }
+            if (begin < data_.begin) {
+                begin = std::min(end, data_.begin); // a hole stays one
+            } else {
+                const std::uint64_t size = std::min({end - begin, data_.end - begin, pieceSize});
+                system_.copyRange(from_.number(), begin, to_.number(), begin + shift, size);
+                begin += size;
+            }
             if (progress_) {
                 progress_(begin, rewrite_.oldSize);
             }
@@ -58,6 +66,7 @@ private:
     const OpenFile& to_;
     const Rewrite& rewrite_;
     const CopyProgress& progress_;
+    DataRun data_; ///< the last that was looked for: to look takes time that grows with the run
 };
 
 void removeQuietly(FileSystem& system, const std::string& path) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
@@ -55,6 +56,22 @@ std::string folderOf(const std::string& path) {
 
 off_t offsetOf(std::uint64_t offset) { return static_cast<off_t>(offset); }
 
+/// Asks for a lease on an open file; a signal that nobody minds says that another program waits for
+/// it.
+/// @return 0, or the reason why the system grants none.
+int setLease(int file, int type) {
+    ::fcntl(file, F_SETSIG, SIGURG);
+    return ::fcntl(file, F_SETLEASE, type) == 0 ? 0 : errno;
+}
+
+/// Whether a program has a file open to write it, as far as the system says so: then it grants no
+/// lease to a reader.
+bool isOpenToWrite(const std::string& path) {
+    const auto file = DataIO::FileDescriptor::owning(
+        uninterrupted([&] { return ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); }));
+    return file.isOpen() && setLease(file.number(), F_RDLCK) == EAGAIN;
+}
+
 /// The names of the extended attributes of a file, each with a zero at its end.
 std::string attributeNames(int file, const std::string& name) {
     std::string names;
@@ -76,7 +93,7 @@ std::string attributeNames(int file, const std::string& name) {
 
 } // namespace
 
-const std::string& SystemFiles::nameOf(int file) const { return names_.at(file); }
+const std::string& SystemFiles::nameOf(int file) const { return open_.at(file).name; }
 
 std::string SystemFiles::resolve(const std::string& path) {
     const std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr),
@@ -104,17 +121,18 @@ int SystemFiles::open(const std::string& path, Access access) {
     const int flags = access == Access::read ? O_RDONLY
                       : creates              ? O_RDWR | O_CREAT | O_EXCL
                                              : O_RDWR;
+    const bool isWrittenByOther = access == Access::write && isOpenToWrite(path);
     const int file = uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
     if (file < 0) {
         throwSystemError((creates ? "can't make " : "can't open ") + path, errno);
     }
-    names_[file] = path;
+    open_[file] = {path, isWrittenByOther};
     return file;
 }
 
 void SystemFiles::close(int file) noexcept {
     ::close(file);
-    names_.erase(file);
+    open_.erase(file);
 }
 
 void SystemFiles::lock(int file) {
@@ -122,15 +140,27 @@ void SystemFiles::lock(int file) {
     struct flock whole {};
     whole.l_type = F_WRLCK;
     whole.l_whence = SEEK_SET;
-    if (uninterrupted([&] { return ::fcntl(file, F_OFD_SETLK, &whole); }) == 0) {
-        return;
+    if (uninterrupted([&] { return ::fcntl(file, F_OFD_SETLK, &whole); }) != 0) {
+        if (errno == EAGAIN || errno == EACCES) {
+            throw Exceptions::IOError("another program has locked " + nameOf(file) +
+                                          ", perhaps to change it too; nothing was written",
+                                      CORVID_HERE);
+        }
+        lacksLocks_ = true;
     }
-    if (errno == EAGAIN || errno == EACCES) {
-        throw Exceptions::IOError("another program has locked " + nameOf(file) +
-                                      ", perhaps to change it too; nothing was written",
-                                  CORVID_HERE);
+    if (open_.at(file).isWrittenByOther) {
+        throw Exceptions::IOError(
+            "another program has " + nameOf(file) +
+                " open to write it, perhaps to record it; nothing was written",
+            CORVID_HERE);
     }
-    lacksLocks_ = true;
+}
+
+void SystemFiles::lease(int file) {
+    const int error = setLease(file, F_WRLCK);
+    lastLease_ = error == 0        ? Lease::granted
+                 : error == EAGAIN ? Lease::openElsewhere
+                                   : Lease::unknown;
 }
 
 FileStatus SystemFiles::status(int file) {
@@ -238,21 +268,6 @@ std::optional<DataRun> SystemFiles::nextData(int file, std::uint64_t offset) {
 
 void SystemFiles::copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
                             std::uint64_t size) {
-    const std::uint64_t end = offset + size;
-    std::uint64_t position = offset;
-    while (position < end) {
-        const auto run = nextData(from, position);
-        if (!run || run->begin >= end) {
-            return;
-        }
-        const std::uint64_t stop = std::min(run->end, end);
-        copyData(from, run->begin, to, toOffset + (run->begin - offset), stop - run->begin);
-        position = stop;
-    }
-}
-
-void SystemFiles::copyData(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
-                           std::uint64_t size) {
     constexpr std::size_t bufferSize = 1024 * 1024;
     std::uint64_t done = 0;
     while (done != size) {

@@ -14,6 +14,16 @@ public:
     void lock(int file) override;
     /// Whether a file system had no locks for a file that was to be locked.
     bool lacksLocks() const noexcept { return lacksLocks_; }
+    /// Programs that open the file wait for at most the seconds in /proc/sys/fs/lease-break-time.
+    void lease(int file) override;
+
+    /// What the system said when a file was to be leased.
+    enum class Lease : unsigned char {
+        granted,       ///< or never asked for
+        openElsewhere, ///< another program has the file open
+        unknown,       ///< the file system has none, or the file is another user's
+    };
+    Lease lastLease() const noexcept { return lastLease_; }
     FileStatus status(int file) override;
     std::size_t readAt(int file, std::uint64_t offset, Types::u8* to, std::size_t count) override;
     void writeAt(int file, std::uint64_t offset, Types::ByteView bytes) override;
@@ -26,7 +36,7 @@ public:
     void collapse(int file, std::uint64_t offset, std::uint64_t size) override;
     void clear(int file, std::uint64_t offset, std::uint64_t size) override;
     std::optional<DataRun> nextData(int file, std::uint64_t offset) override;
-    /// Holes stay holes, and blocks are shared where the file system can.
+    /// Blocks are shared where the file system can.
     void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
                    std::uint64_t size) override;
     void copyAttributes(int from, int to) override;
@@ -36,12 +46,16 @@ public:
     void syncFolderOf(const std::string& path) override;
 
 private:
-    const std::string& nameOf(int file) const;
-    void copyData(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
-                  std::uint64_t size);
+    struct Open {
+        std::string name;              ///< for messages
+        bool isWrittenByOther = false; ///< when it was opened to write
+    };
 
-    Templates::map<int, std::string> names_; ///< of the open files, for messages
+    const std::string& nameOf(int file) const;
+
+    Templates::map<int, Open> open_; ///< by their numbers
     bool lacksLocks_ = false;
+    Lease lastLease_ = Lease::granted;
 };
 
 } // namespace Corvid::mxf

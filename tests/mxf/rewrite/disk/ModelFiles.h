@@ -68,6 +68,7 @@ public:
     std::size_t fullAt = 0;
     std::size_t calls = 0; ///< those that change something
     std::size_t syncs = 0;
+    std::size_t lookups = 0; ///< of data between holes
 
     explicit ModelFiles(Disk disk) : durable_(disk), now_(std::move(disk)) {}
 
@@ -153,6 +154,7 @@ public:
             fail("another program has the lock");
         }
     }
+    void lease(int) override {}
     mxf::FileStatus status(int file) override { return statusOf(static_cast<std::uint64_t>(file)); }
 
     std::size_t readAt(int file, std::uint64_t offset, Types::u8* to, std::size_t count) override {
@@ -228,6 +230,7 @@ public:
         }
     }
     std::optional<mxf::DataRun> nextData(int file, std::uint64_t offset) override {
+        ++lookups;
         const auto number = static_cast<std::uint64_t>(file);
         const auto found = now_.holes.find(number);
         const auto isData = [&](std::uint64_t block) {
@@ -250,6 +253,9 @@ public:
     }
     void copyRange(int from, std::uint64_t offset, int to, std::uint64_t toOffset,
                    std::uint64_t size) override {
+        const auto data = nextData(from, offset);
+        --lookups;
+        EXPECT_TRUE(data && data->begin == offset && data->end >= offset + size) << "not all data";
         mxf::Bytes bytes(size);
         readAt(from, offset, bytes.data(), bytes.size());
         writeAt(to, toOffset, mxf::viewOf(bytes));

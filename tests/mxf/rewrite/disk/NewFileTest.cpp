@@ -119,6 +119,31 @@ TEST_P(NewFile, isThereWholeOrNotAtAllWhereverTheMachineDies) {
     }
 }
 
+TEST(WriteNewFile, looksForEachRunOfDataOnceAndKeepsTheHolesBetween) {
+    constexpr std::uint64_t block = ModelFiles::blockSize;
+    Disk disk;
+    disk.names[clip] = 1;
+    disk.files[1] = pattern(10 * block);
+    std::fill_n(disk.files[1].begin() + 3 * block, 2 * block, Types::u8{0});
+    disk.holes[1] = {3, 4};
+    // One insertion into the first run of data, three into the second.
+    const Rewrite longer = {
+        10 * block,
+        {{block, block}, {6 * block, block}, {7 * block, block}, {8 * block, block}},
+        {}};
+    ModelFiles files(disk);
+    writeNewFile(files, clip, other, longer, *files.find(clip));
+    EXPECT_EQ(files.lookups, 2U);
+    Bytes expected = disk.files[1];
+    for (const unsigned at : {1U, 7U, 9U, 11U}) {
+        expected.insert(expected.begin() + static_cast<std::ptrdiff_t>(at * block), block,
+                        Types::u8{0});
+    }
+    EXPECT_EQ(files.now().content(other), expected);
+    EXPECT_EQ(files.now().holes.at(files.now().names.at(other)),
+              (std::set<std::uint64_t>{1, 4, 5, 7, 9, 11}));
+}
+
 TEST_P(NewFile, needsEachOfItsSyncs) {
     ModelFiles whole(diskWithClips());
     carryOut(whole, GetParam());

@@ -1,0 +1,5 @@
+/** What a number of a type counts. */
+export const units = {
+  Position: 'edit units',
+  Length: 'edit units',
+};

@@ -1,0 +1,40 @@
+# Run by CTest with cmake -P after installedPackage.cmake, whose installation it uses: programs that
+# are built with what pkg-config says, for each library.
+include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
+
+set(work ${WORK_DIR}/pkg-config)
+file(REMOVE_RECURSE ${work})
+file(MAKE_DIRECTORY ${work})
+set(ENV{PKG_CONFIG_PATH} ${WORK_DIR}/moved/${LIBRARY_DIR}/pkgconfig)
+set(ENV{LD_LIBRARY_PATH} ${WORK_DIR}/moved/${LIBRARY_DIR})
+set(static)
+if(NOT SHARED)
+  set(static --static)
+endif()
+set(sanitize)
+if(SANITIZE)
+  set(sanitize -fsanitize=${SANITIZE})
+endif()
+
+# build_by_pkg_config(<module> <source> <program>)
+function(build_by_pkg_config module source program)
+  run(flags ${PKG_CONFIG} --cflags --libs ${static} ${module})
+  separate_arguments(flags UNIX_COMMAND "${flags}")
+  run(log ${CXX_COMPILER} -std=c++17 ${sanitize} ${source} -o ${program} ${flags})
+endfunction()
+
+foreach(library IN ITEMS Corvid XMLUtils XMLBuilder Editing Inspection)
+  string(TOLOWER corvid-${library} module)
+  string(REPLACE "corvid-corvid" "corvid" module ${module})
+  run(version ${PKG_CONFIG} --modversion ${module})
+  if(NOT version STREQUAL "${VERSION}\n")
+    message(FATAL_ERROR "${module} has the version '${version}', expected ${VERSION}")
+  endif()
+  build_by_pkg_config(${module} ${CMAKE_CURRENT_LIST_DIR}/components/use${library}.cpp
+    ${work}/use${library})
+  run(log ${work}/use${library})
+endforeach()
+
+build_by_pkg_config(corvid-xmlbuilder ${EXAMPLES_DIR}/printMetadata.cpp ${work}/printMetadata)
+run(xml ${work}/printMetadata ${EXAMPLES_DIR}/sample.mxf)
+expect_sample("the example" "${xml}")

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "host/dataio/RandomAccessSource.h"
+#include "tools/corvid/remote/BlockCache.h"
+#include "tools/corvid/remote/HttpFile.h"
+
+#include <memory>
+
+namespace Corvid::Tool {
+
+/// A remote file that is read in parts, in blocks of which the last used ones are kept.
+class RemoteSource final : public DataIO::RandomAccessSource {
+public:
+    explicit RemoteSource(std::unique_ptr<HttpFile> file);
+
+    std::size_t readAt(std::uint64_t offset, unsigned char* to, std::size_t count) override;
+    std::uint64_t size() override { return file_->size(); }
+
+private:
+    /// The bytes of a block, of which it is read with those behind it up to a last one.
+    const BlockCache::Bytes& block(std::uint64_t number, std::uint64_t last);
+
+    std::unique_ptr<HttpFile> file_;
+    BlockCache cache_;
+};
+
+/// @param address  as isAddress() takes it.
+/// @throws IOError  as HttpFile.
+Templates::auto_ptr<DataIO::RandomAccessSource> openRemote(const std::string& address,
+                                                           const RemoteLimits& limits);
+
+} // namespace Corvid::Tool
