@@ -4,7 +4,7 @@
 
 #include <string>
 
-/// What callers of the library see in exceptions, or can tell from what is read, and may therefore
+/// What callers of the library see in exceptions, or can infer from what is read, and may therefore
 /// never change, wherever the code that it is about moves. The names of compound values' parts, the
 /// conditions that their checks quote and the order of the checks are fixed in the same way; they
 /// are in the tables of format/CompoundFields.h. host/base/Exceptions.h has the number of each

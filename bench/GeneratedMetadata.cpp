@@ -127,7 +127,7 @@ Bytes references(const std::vector<std::size_t>& targets) {
     return batch(items, 16);
 }
 
-/// Writes the sets one behind the other and notes the local tags that they use.
+/// Writes the sets one after the other and notes the local tags that they use.
 class SetWriter {
 public:
     void write(const Node& node, std::size_t number) {

@@ -7,7 +7,7 @@
 
 namespace Corvid::Bench {
 
-/// What main() does: runs the program and tells a failure, so that nothing is thrown past the
+/// What main() does: runs the program and reports a failure, so that nothing is thrown past the
 /// owners of the files that the program makes.
 /// @param run  gives the exit status.
 template <class Run> int runProgram(const char* name, Run run) {

@@ -9,7 +9,7 @@
 
 namespace Corvid::Bench {
 
-/// Prints what the benchmarks took and keeps it, so that ratios can be told afterwards.
+/// Prints what the benchmarks took and keeps it, so that ratios can be computed afterwards.
 class Ratios : public benchmark::ConsoleReporter {
 public:
     Ratios() : ConsoleReporter(OO_Tabular) {}

@@ -14,7 +14,7 @@ namespace {
 using namespace Corvid;
 using Document = Templates::auto_ptr<xercesc::DOMNode>;
 
-/// Generated metadata as it stands in memory after reading, made once per number of sets.
+/// Generated metadata as it is in memory after reading, made once per number of sets.
 struct Model {
     explicit Model(std::size_t sets) {
         const Bench::GeneratedFile made = Bench::generateFile(sets);

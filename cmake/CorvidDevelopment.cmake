@@ -21,7 +21,7 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
   endif()
 endif()
 
-# Whether the C library is glibc, whose allocator tells what it holds and can be stood in for.
+# Whether the C library is glibc, whose allocator reports what it holds and can be replaced.
 include(CheckCXXSymbolExists)
 check_cxx_symbol_exists(mallinfo2 malloc.h CORVID_HAS_GLIBC_MALLOC)
 

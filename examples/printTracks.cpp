@@ -1,4 +1,4 @@
-// Prints the packages of a file with their tracks and timecode. No XML takes part.
+// Prints the packages of a file with their tracks and timecode. No XML is involved.
 
 #include "host/base/ExceptionText.h"
 #include "host/dictionary/Dictionary.h"

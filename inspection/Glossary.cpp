@@ -37,7 +37,7 @@ constexpr unsigned char localSetCoding = 0x53;
 constexpr int codingByte = 5;
 constexpr int groupByte = 4;
 
-/// What of a label takes part in matching: not the version, and of a group's key not the coding.
+/// The part of a label that is matched: not the version, and of a group's key not the coding.
 std::array<Types::u8, 16> matchOf(const Types::UniversalLabel& label) {
     auto bytes = label.withoutVersion();
     if (bytes[groupByte] == 2) {
@@ -144,7 +144,7 @@ Glossary::Entries Glossary::findLabel(const Types::UniversalLabel& label) const 
     const auto wanted = matchOf(label);
     for (const Entry& entry : entries_) {
         const auto own = labelOf(entry.subject);
-        // A member that stands for a label is told of where the label is.
+        // A member that stands for a label is described with the label.
         if (own && matchOf(*own) == wanted &&
             (found.empty() || !std::holds_alternative<TypeMember>(entry.subject))) {
             found.push_back(&entry);

@@ -31,7 +31,7 @@ public:
     /// A definition, or an entry of a register, with all of its names.
     struct Entry {
         Subject subject;
-        /// The name that it goes by, then its others: symbol, words, aliases.
+        /// Its usual name, then its others: symbol, words, aliases.
         std::vector<std::string> names;
         std::string qualifiedName; ///< prefix:name in the dictionary; else empty
     };

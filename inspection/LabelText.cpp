@@ -23,7 +23,7 @@ bool removeFront(std::string_view& text, std::string_view front) {
     return true;
 }
 
-/// Bytes of pairs of digits, between which separators may stand; exactly so many.
+/// Bytes of pairs of digits, between which separators are allowed; exactly so many.
 template <std::size_t Size>
 std::optional<std::array<Types::u8, Size>> bytesOf(std::string_view text,
                                                    std::string_view separators) {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # What a new user does with what is released, run in a system that has nothing beyond the essential
-# packages. Lines that begin with "report: " are shown to whoever runs ./dev release.
+# packages. Lines that begin with "report: " are shown by ./dev release.
 #   clean-root.sh packages|tarball    in the folder with these and sample.mxf
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")"

@@ -70,7 +70,7 @@ HEAD = """\
 #   property   of the set above: name, label, static local tag or -, value type, status, SchemaIndex
 #   use        a property of the set above that another set has too: name, status
 # Status: required, optional. SchemaIndex: 10000, 1000 for each ancestor of the set, and a number.
-# Written by tools/make-dictionary.py; rows can be changed by hand, with where they were found.
+# This text is the source: rows are changed by hand, with where they were found.
 """
 
 LABEL_HEAD = """\
@@ -80,7 +80,7 @@ LABEL_HEAD = """\
 # each group of rows says where they were found.
 #   unregistered  whose the entries below it are
 #   label         label, symbol, name in words
-# Written by tools/make-dictionary.py; rows can be changed by hand, with where they were found.
+# This text is the source: rows are changed by hand, with where they were found.
 """
 
 

@@ -10,8 +10,8 @@ TITLE = """\
 
 [The dictionary](dictionary.md) defines every set that header metadata can hold, with all
 properties that the registers give it. [corvid dictionary](dictionary-command.md) explains these and
-all other entries of the registers (SMPTE ST 335, ST 395, ST 400, ST 2003). This page is made by
-`tools/make-dictionary.py` from the registers' tables.
+all other entries of the registers (SMPTE ST 335, ST 395, ST 400, ST 2003). `tools/compare-dictionary.py --write`
+makes this page from the registers' tables.
 """
 
 

@@ -2,8 +2,8 @@
 
 from collections import defaultdict
 
-# Where a label stands, as the bytes from the ninth on tell; a label belongs to the longest of these
-# that it begins with. Each file has its own; what all labels begin with stands in the last one.
+# Where a label is, by its bytes from the ninth on; a label belongs to the longest of these
+# that it begins with. Each file has its own; what all labels begin with is in the last one.
 LABEL_FILES = {
     "labels-operational-patterns": ("Operational patterns (SMPTE ST 377-1, ST 378, ST 390 and others)", {
         "0d.01.02.01": "Operational patterns of MXF",
@@ -117,7 +117,7 @@ LABEL_FILES = {
         "0d.04.01": "Archive preservation",
         "0d.0c.01": "UK DPP",
     }),
-    "labels-other": ("Labels that stand in no other file", {
+    "labels-other": ("Labels of no other file", {
         "01": "Identification and location",
         "01.01": "Formats of files",
         "02": "Administration",
@@ -162,7 +162,7 @@ PROPERTY_FILES = {
 # which is one row; the groups of an area all have the same.
 REASONS = {
     "partition": "Packs that frame partitions: partition packs, primer pack, random index pack",
-    "index-table": "Segments of index tables, which stand behind the header metadata",
+    "index-table": "Segments of index tables, which follow the header metadata",
     "message": "Messages between the devices of digital cinemas",
     "essence": "Metadata that accompanies essence, frame by frame, in its container or stream",
     "no-coding": "Classes for which the registers name no coding as KLV",
@@ -180,8 +180,14 @@ REASON_OF_AREA = {
     "register-2045": "no-coding",
 }
 
-# Whose other names are of use to people who read a standard, and where they stand.
+# Whose other names are of use to people who read a standard, and where they are.
 ALIAS_DOCUMENTS = {"AAF": "AAF Object Specification", "DMS-Crypto": "SMPTE ST 429-6"}
+
+# The end of each text's head.
+ORIGIN = """\
+# This text is the source: rows are changed by hand. tools/compare-dictionary.py compares them with a
+# release of the registers.
+"""
 
 HEAD = """\
 # {title}
@@ -190,8 +196,7 @@ HEAD = """\
 # several words. Lines that begin with a number sign are comments.
 {columns}#   document    that defines the entries below it, or -
 #   deprecated  says so of the entry or member above it
-# Made by tools/make-dictionary.py; to change a row, change that and run it again.
-"""
+""" + ORIGIN
 
 LABEL_COLUMNS = """\
 #   branch      first bytes of labels from the ninth on, what such labels name
@@ -206,10 +211,10 @@ PROPERTY_COLUMNS = """\
 #   property    label, symbol, type or -, name in words
 """
 GROUP_COLUMNS = """\
-#   reason      why a group does not stand in header metadata, in words
+#   reason      why a group does not belong in header metadata, in words
 #   group       key of any coding, symbol, parent or -, concrete or abstract, codings (byte 6 of
 #               keys) or -, header or a reason, name in words
-#   use         a property of the group above, for groups that stand elsewhere: label, local tag
+#   use         a property of the group above, for groups that are elsewhere: label, local tag
 #               or -, required or optional
 """
 ALIAS_COLUMNS = """\

@@ -40,7 +40,7 @@ private:
     /// The reference that a link stands for; null where the link or the type is none.
     Templates::auto_ptr<Types::Reference> readLink(const DocumentNode& link,
                                                    Types::Identifiers::Identifier type);
-    /// The set that stands inside a reference, made and filled; null where its class is unknown.
+    /// The set inside a reference, made and filled; null where its class is unknown.
     Metadata::MetadataSet* readInlineSet(const DocumentNode& element);
 
     const DocumentNode& node_;

@@ -22,7 +22,7 @@ public:
     FromXMLMetadataSetVisitor(const DocumentNode& element, Reading& reading)
         : element_(element), reading_(reading) {}
 
-    /// @throws LimitExceeded  sets stand in each other deeper than greatestInlineDepth; else as
+    /// @throws LimitExceeded  sets are nested deeper than greatestInlineDepth; else as
     ///                        the parsers of values do. What was read before stays.
     void visit(Metadata::MetadataSet& set) override;
 

@@ -149,7 +149,7 @@ OpenSet::OpenSet(Reading& reading, const DocumentNode& element)
     if (depth_ == greatestInlineDepth) {
         throw Exceptions::LimitExceeded(
             "element " + Platform::toUtf8(XMLUtils::fromXml(element.name)) +
-                ": sets stand in each other deeper than " + std::to_string(greatestInlineDepth) +
+                ": sets are nested deeper than " + std::to_string(greatestInlineDepth) +
                 ", write the references as links instead",
             CORVID_HERE);
     }

@@ -89,9 +89,9 @@ public:
     const char16_t* uriOfParts(const Names::Namespace& parts);
 
     /// Whether an extension element needs a tag that can only be made when the whole document is
-    /// read: a stream does not tell before which tags it names.
+    /// read: a stream does not say before which tags it names.
     bool mustWait(const DocumentNode& extension) const;
-    /// Keeps an extension element of a set and those behind it for then.
+    /// Keeps an extension element of a set, and those after it, for then.
     void wait(Metadata::MetadataSet& set, const DocumentNode& extension);
     /// Reads them. To be called at the end of a document that is a stream.
     void readWaiting();
@@ -168,7 +168,7 @@ private:
 /// A set's element while it is being read.
 class OpenSet {
 public:
-    /// @throws LimitExceeded  sets stand in each other deeper than greatestInlineDepth.
+    /// @throws LimitExceeded  sets are nested deeper than greatestInlineDepth.
     OpenSet(Reading& reading, const DocumentNode& element);
     OpenSet(const OpenSet&) = delete;
     OpenSet& operator=(const OpenSet&) = delete;

@@ -19,7 +19,7 @@ class MetadataSet;
 
 namespace Corvid::XMLBuilder {
 
-/// What tells the properties of a set apart, in a file as in a document: 'l' and the label, with
+/// What distinguishes the properties of a set, in a file as in a document: 'l' and the label, with
 /// its version byte as zero, or 't' and the local tag where no label is known.
 using PropertyIdentity = std::array<Types::u8, 17>;
 

@@ -8,7 +8,7 @@ class Dictionary;
 
 namespace Corvid::XMLBuilder {
 
-/// Describes what stands around sets and properties: the root, links, extension elements and dark
+/// Describes what surrounds sets and properties: the root, links, extension elements and dark
 /// data.
 void describeFrame(SchemaSet& schemas, const MetaMetadata::Dictionary& dictionary);
 

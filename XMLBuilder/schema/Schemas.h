@@ -22,7 +22,7 @@ struct Schema {
 /// Describes the documents that partition2XML() makes with a dictionary, with references as links
 /// and as values, in XML Schema 1.0: a schema for each namespace, in the order of their prefixes.
 ///
-/// They tell which sets and properties there are, in which order, and what a value may look like;
+/// They say which sets and properties there are, in which order, and what a value may look like;
 /// that every set has an InstanceUID. Not whether a reference leads to a set of the right class, or
 /// to any.
 /// @throws InvalidDictionary  two things that the documents hold have one name.

@@ -107,7 +107,7 @@ private:
             return *number;
         }
         refuse(set, sets_.find(set.place.key, set.place.instance) == nullptr
-                        ? "it is not here, or its properties can't be told apart"
+                        ? "it is not here, or its properties can't be separated"
                         : "there are several with this identifier, so it is not certain which one "
                           "is meant");
     }
@@ -228,7 +228,7 @@ private:
                                             CORVID_HERE);
         };
         if (!dark.before) {
-            refuseDark("it is no set whose properties can be told apart, and can't be added");
+            refuseDark("its properties can't be separated, so it can't be added");
         }
         if (dark_.empty()) {
             for (std::size_t number = 0; number != copy_.items().size(); ++number) {

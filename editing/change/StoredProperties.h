@@ -19,7 +19,7 @@ struct StoredProperty {
 
 /// The properties of a set by their places, the InstanceUID that the set is known by left out.
 ///
-/// A property goes by the label that the primer pack gives to its tag, else by the label that the
+/// A property is known by the label that the primer pack gives to its tag, else by the label that the
 /// tag has for good, else by its tag.
 using StoredProperties = std::map<PropertyPlace, StoredProperty>;
 

@@ -27,7 +27,7 @@ std::string textOf(const Types::UUID& uuid) { return Platform::toUtf8(uuid.toStr
 
 /// Finds out what came back as what among sets with the same name: first those of the same content
 /// in their order, then the others in theirs.
-/// @param outcome  is told of every pair, of sets that are missing, that are too many, and of those
+/// @param outcome  receives every pair, of sets that are missing, that are too many, and of those
 ///     of which only an equal one came back.
 template <class Set, class Content, class ContentBefore, class Outcome>
 void pairUp(const Sets<Set>& before, const Sets<Set>& after, ContentBefore contentBefore,
@@ -36,7 +36,7 @@ void pairUp(const Sets<Set>& before, const Sets<Set>& after, ContentBefore conte
         outcome.pair(*before.front(), *after.front());
         return;
     }
-    // No hash: whoever makes a file could choose contents that share one.
+    // No hash: an attacker could choose contents that share one.
     std::map<std::string, std::deque<const Set*>> byContent;
     for (const Set* set : after) {
         byContent[content(*set)].push_back(set);
@@ -120,7 +120,7 @@ private:
     Comparison result_;
     SetComparison sets_;
     Types::UuidMap<Types::UUID> origins_; ///< the renaming the other way round
-    /// Sets that can't be told by an InstanceUID that both partitions have.
+    /// Sets without an InstanceUID that both partitions have.
     std::vector<const MetadataSet*> nameless_;
     std::map<KeyBytes, std::deque<const MetadataSet*>> unclaimed_;
 };

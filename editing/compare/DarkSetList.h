@@ -13,10 +13,10 @@ struct ListedDarkSet {
     KLV::Key key;
     int berLength; ///< octets of its length field
     std::string value;
-    std::optional<Types::UUID> instanceUID; ///< of one whose properties can be told apart
+    std::optional<Types::UUID> instanceUID; ///< of one whose properties can be separated
 };
 
-/// All of them: those whose properties can be told apart in the order of the sets, then the others.
+/// All of them: those whose properties can be separated in the order of the sets, then the others.
 /// @param partition  its primer pack gets an entry where a property has a label that it lacks.
 std::vector<ListedDarkSet> listDarkSets(Metadata::PartitionMetadata& partition);
 

@@ -30,7 +30,7 @@ constexpr const DescribedKind& describe(DifferenceKind kind) {
 /// With which identifiers of sets a difference appears: those of the file, or new ones.
 enum class DifferenceIdentifiers : unsigned char { both, written, fresh };
 
-/// One difference. Texts are UTF-8; empty where there is nothing to say.
+/// One difference. Texts are UTF-8; empty where they do not apply.
 struct Difference {
     DifferenceKind kind;
     std::string set;         ///< its class, or the key of a dark set

@@ -25,7 +25,7 @@ const Types::UniversalLabel& labelInFile(const Metadata::PartitionDictionary& ta
 
 /// The properties of a set that have a value, but for its InstanceUID, by identity and, where that
 /// is the same, in stored order. Those of a document and those of a file are listed alike: an
-/// unknown property with a static tag and a label that is not the dictionary's goes by the tag,
+/// unknown property with a static tag and a label that is not the dictionary's is known by the tag,
 /// others by the label: a value that does not fit its type may come back with another tag.
 /// @param tags  of the set's partition.
 std::vector<ListedProperty> listProperties(const Metadata::PartitionDictionary& tags,

@@ -9,7 +9,7 @@
 namespace Corvid::Editing {
 
 /// The most zeros that a text, or the items of a collection together, are filled up with on the
-/// word of a document; what has more is told as bytes, so that no document makes much more than it
+/// word of a document; what has more is written as bytes, so that no document makes much more than it
 /// holds.
 constexpr std::size_t greatestFilling = 1024;
 

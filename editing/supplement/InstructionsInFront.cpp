@@ -6,7 +6,7 @@ namespace Corvid::Editing {
 
 namespace {
 
-/// Gives a document's characters one by one, those beyond ASCII as one that stands for all.
+/// Gives a document's characters one by one, those beyond ASCII as one character for all.
 class Characters {
 public:
     static constexpr char other = '\x7F';
@@ -52,7 +52,7 @@ private:
 };
 
 /// Takes characters up to an end mark, and the mark.
-/// @return what stands before it; what there was at the end of the document without one.
+/// @return what is before it; all of the document where it is absent.
 std::string takeUpTo(Characters& document, std::string_view mark) {
     std::string text;
     while (!document.atEnd()) {

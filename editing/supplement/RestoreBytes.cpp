@@ -12,7 +12,7 @@ namespace {
 using Metadata::Element;
 using XMLBuilder::EmptyParts;
 
-/// What a document that is read with a supplement tells of bytes as the value of such an element.
+/// What a document that is read with a supplement says of bytes as the value of such an element.
 /// @return false where the bytes can't be its value.
 bool tellOf(const Element::Attribute& attribute, const std::string& bytes,
             std::optional<std::string>& told) {

@@ -11,7 +11,7 @@ namespace Corvid::Editing {
 bool restoreBytes(Metadata::Element& element, const std::string& bytes);
 
 /// Adds the element of a property that a document does not hold at all. One that is not the first
-/// of its label goes behind the invalid elements.
+/// of its label goes after the invalid elements.
 /// @return it; null where the document would hold it, or the bytes can't be its value.
 Metadata::Element* insertBytes(Metadata::MetadataSet& set, const DocumentSupplement::Bytes& bytes,
                                const MetaMetadata::Dictionary& dictionary);

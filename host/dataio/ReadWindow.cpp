@@ -23,7 +23,7 @@ void ReadWindow::load(std::uint64_t offset, std::size_t count) {
     size_ = 0;
     offset_ = offset;
     const auto size = static_cast<std::size_t>(source_.available(offset, wanted));
-    // The room for one long value is not kept for the many short ones behind it.
+    // The room for one long value is not kept for the many short ones after it.
     if (bytes_.size() < size || (bytes_.size() > 16 * readAhead && size <= readAhead)) {
         bytes_ =
             Templates::vector<unsigned char>(std::max(size, std::min<std::size_t>(readAhead, 512)));

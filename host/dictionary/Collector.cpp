@@ -13,7 +13,7 @@ namespace Corvid::MetaMetadata {
 
 namespace {
 
-/// What of a label takes part in matching, as a key for an index.
+/// The part of a label that is matched, as a key for an index.
 std::string matchKey(LabelBytes label) {
     label[7] = 0;
     return std::string(label.begin(), label.end());

@@ -11,7 +11,7 @@ namespace Corvid::MetaMetadata {
 
 namespace {
 
-/// The pool of texts; each text stands there once.
+/// The pool of texts; each text is there once.
 class TextPool {
 public:
     explicit TextPool(std::vector<unsigned short>& units) : units_(units) {}

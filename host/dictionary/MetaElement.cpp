@@ -2,7 +2,7 @@
 
 namespace Corvid::MetaMetadata {
 
-// The destructors stand here so that each class has one home for its table of virtual functions.
+// The destructors are here so that each class has one home for its table of virtual functions.
 MetaElement::~MetaElement() = default;
 MetaCollectionElement::~MetaCollectionElement() = default;
 

@@ -11,7 +11,7 @@
 
 namespace Corvid::MetaMetadata {
 
-/// Values of a class that stands for a row each, as a read-only sequence. Borrows the rows.
+/// Values of a class that represents a row each, as a read-only sequence. Borrows the rows.
 template <class Value> class RowValues {
 public:
     using Row = typename Value::Row;

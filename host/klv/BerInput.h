@@ -16,12 +16,12 @@ struct BerLength {
     unsigned char octets = 1; ///< bytes of the length itself, the first included: 1 to 9
 };
 
-/// How many bytes a length has, told by its first one: 1 to 9.
+/// How many bytes a length has, by its first one: 1 to 9.
 /// @throws InvalidLength  the length is indefinite (0x80), longer than 9 bytes or reserved (0xff).
 CORVID_EXPORT unsigned berOctetsFromFirst(unsigned char first);
 
 /// Reads a length.
-/// @param bytes  stands on its first byte. Borrowed.
+/// @param bytes  positioned at its first byte. Borrowed.
 /// @param size   the bytes that are there; those after the length do not matter.
 /// @throws InvalidLength  as berOctetsFromFirst(), or the bytes end inside the length.
 CORVID_EXPORT BerLength readBer(const unsigned char* bytes, std::size_t size);

@@ -13,7 +13,7 @@ constexpr std::size_t versionByte = 7;
 constexpr unsigned char lengthsOfTwoBytes = 0x53;
 constexpr unsigned char berLengths = 0x13;
 
-/// Compares the front of what takes part in matching.
+/// Compares the front of the part that is matched.
 template <std::size_t Size>
 bool startsWith(const Key& key, const unsigned char (&front)[Size]) noexcept {
     const auto bytes = key.forMatching();

@@ -29,7 +29,7 @@ public:
     const std::array<unsigned char, length>& bytes() const noexcept { return bytes_; }
     unsigned char operator[](std::size_t index) const noexcept { return bytes_[index]; }
 
-    /// What of the key takes part in matching: all but the version byte, the eighth, and of the two
+    /// The part of the key that is matched: all but the version byte, the eighth, and of the two
     /// codings of a local set not which one it is (the sixth byte).
     std::array<unsigned char, length> forMatching() const noexcept;
 
@@ -47,7 +47,7 @@ private:
     std::array<unsigned char, length> bytes_;
 };
 
-/// True for two keys of the same thing: what takes part in matching is equal.
+/// True for two keys of the same thing: the parts that are matched are equal.
 inline bool matches(const Key& a, const Key& b) noexcept {
     return a.hasBackOf(b) && a.forMatching() == b.forMatching();
 }

@@ -4,7 +4,7 @@
 
 namespace Corvid::Metadata {
 
-/// A set whose key the dictionary does not know, but whose properties could be told apart and which
+/// A set whose key the dictionary does not know, but whose properties could be separated and which
 /// has an InstanceUID, so that references find it. All its other properties are unknown elements
 /// with the tags of their file, so it serialises to the bytes it was read from.
 class CORVID_EXPORT DarkParsedGroup : public MetadataSet {

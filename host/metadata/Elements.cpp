@@ -165,7 +165,7 @@ bool CollectionElement::parse(ByteView bytes) {
 }
 
 std::size_t CollectionElement::serializedSize() const {
-    // Whoever reads the bytes tells the items apart by their size alone.
+    // Readers of the bytes know the items by their size alone.
     for (Types::u32 i = 0; i != value_->size(); ++i) {
         if (const auto found = value_->at(i).byteCount();
             found != static_cast<std::size_t>(value_->itemSize())) {

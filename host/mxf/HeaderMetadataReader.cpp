@@ -272,7 +272,7 @@ private:
     SetOffsets offsets_;
     bool declaredPastFile_ = false;
     std::optional<std::uint64_t> cutOffAt_;
-    bool ended_ = false; ///< nothing behind the position can be read
+    bool ended_ = false; ///< nothing after the position can be read
     bool hasPreface_ = false;
 };
 

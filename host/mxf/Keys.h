@@ -2,7 +2,7 @@
 
 #include "host/klv/Key.h"
 
-/// The keys by which the parts of an MXF file are told apart (SMPTE ST 377-1). The version byte
+/// The keys by which the parts of an MXF file are recognised (SMPTE ST 377-1). The version byte
 /// takes no part.
 namespace Corvid::mxf {
 

@@ -12,7 +12,7 @@ namespace Corvid::mxf {
 
 namespace {
 
-/// Takes numbers and labels one behind the other.
+/// Takes numbers and labels one after the other.
 class Fields {
 public:
     explicit Fields(const Types::u8* bytes) noexcept : next_(bytes) {}
@@ -30,7 +30,7 @@ private:
     const Types::u8* next_;
 };
 
-/// Writes numbers and labels one behind the other.
+/// Writes numbers and labels one after the other.
 class FieldSink {
 public:
     explicit FieldSink(DataIO::DataSink& sink) noexcept : sink_(sink) {}

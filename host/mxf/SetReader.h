@@ -8,7 +8,7 @@
 namespace Corvid::mxf {
 
 /// The most properties of a set that is taken apart; one with more is kept as a dark set. Real sets
-/// have some tens, and no more local tags than twice this many can be told apart.
+/// have some tens, and no more local tags than twice this many can be distinguished.
 constexpr std::size_t greatestPropertyCount = 0x7FFF;
 
 /// Makes sets of the KLV triplets of header metadata. Nothing is lost: what the dictionary does not
@@ -28,7 +28,7 @@ public:
     /// Adds the set of a triplet to the partition:
     /// - a set of a class that the dictionary knows, with its properties in the order of the file;
     /// - a DarkParsedGroup where the dictionary does not know the key of a local set, but its
-    ///   properties can be told apart and one is an InstanceUID;
+    ///   properties can be separated and one is an InstanceUID;
     /// - else a DarkMetadataSet. That is also what becomes of a set of a known class whose
     ///   properties do not fill its length exactly, or have BER lengths of several forms or a value
     ///   that is too long: as a dark set it keeps every byte, as a set of its class it could not.

@@ -13,7 +13,7 @@ public:
     Number value() const noexcept { return this->template numberAt<Number>(0); }
 };
 
-// One row per type: an alias would not do, because a visitor tells the types apart.
+// One row per type: an alias would not do, because a visitor distinguishes the types.
 #define CORVID_INTEGER(Class, Number)                                                              \
     class CORVID_EXPORT Class : public Visitable<Class, IntegerValue<Number>> {                    \
     public:                                                                                        \

@@ -4,7 +4,7 @@
 
 namespace Corvid::Types {
 
-/// A date and time. Nothing checks it against a calendar; all zeros stand for an unknown time.
+/// A date and time. Nothing checks it against a calendar; all zeros mean an unknown time.
 class CORVID_EXPORT Timestamp : public Visitable<Timestamp, FixedBytes<8>> {
 public:
     /// @param milliSecond  the bytes hold it divided by 4 and its low 8 bits only.

@@ -29,7 +29,8 @@ void DocumentLimits::startElement(const XMLElementDecl& declaration, unsigned in
             throwParseError(scanner_, "element " + nameOf(declaration, prefix) + problem);
         }
     };
-    check(limits_.startElement(attributeCount, !isEmpty)); // of an empty element no end is told
+    check(limits_.startElement(attributeCount,
+                               !isEmpty)); // the end of an empty element is not reported
     if (!isCounted({&declaration, uri})) {
         check(limits_.useName(uri, {prefix, declaration.getBaseName()}));
     }

@@ -12,7 +12,7 @@
 
 namespace Corvid::XMLUtils {
 
-/// Counts the elements of a document, their attributes and names while it is parsed, and tells
+/// Counts the elements of a document, their attributes and names while it is parsed, and says
 /// which is beyond a limit. Limits.h has the limits.
 class ElementLimits {
 public:
@@ -20,7 +20,7 @@ public:
 
     /// An element begins.
     /// @param attributes  of its own, namespace declarations included.
-    /// @param isOpen      false for one whose end is not told.
+    /// @param isOpen      false for one whose end is not reported.
     /// @return what is wrong with it, to follow its name; empty where nothing is.
     std::string startElement(std::size_t attributes, bool isOpen);
     void endElement() { open_.pop_back(); }

@@ -15,7 +15,7 @@ struct PathStep {
     std::u16string identifier;     ///< that attribute's value
 };
 
-/// Whether an attribute of that local name tells one element from others of its name.
+/// Whether an attribute of that local name distinguishes one element from others of its name.
 bool identifiesElement(std::u16string_view localName);
 
 /// Where in a document something is, for people: the element names from the child of the root

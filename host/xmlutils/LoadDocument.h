@@ -32,7 +32,7 @@ CORVID_XMLUTILS_EXPORT xercesc::DOMDocument* loadDocumentFromBuffer(const unsign
                                                                     xercesc::DOMLSParser& parser);
 
 /// The same without the texts that cleanEmptyTextNodes() would remove, which never get into the
-/// document. Comments do, whatever the parser was told.
+/// document. Comments do, whatever the parser's settings are.
 CORVID_XMLUTILS_EXPORT xercesc::DOMDocument* loadCleanDocumentFromBuffer(
     const unsigned char* bytes, std::size_t length, xercesc::DOMLSParser& parser);
 

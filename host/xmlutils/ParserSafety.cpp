@@ -25,7 +25,7 @@ using namespace xercesc;
 /// Reaches what a parser keeps to itself.
 class ParserAccess : public AbstractDOMParser {
 public:
-    /// The scanner alone tells line and column while it parses.
+    /// The scanner alone has line and column while it parses.
     static XMLScanner& scannerOf(const AbstractDOMParser& parser) {
         return *(parser.*&ParserAccess::getScanner)();
     }

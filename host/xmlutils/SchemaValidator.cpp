@@ -175,7 +175,7 @@ std::unique_ptr<SAX2XMLReader> createReader(XMLGrammarPool& pool) {
 } // namespace
 
 /// The pool is never locked. A lock would make a model of the schemas for programs to look at, and
-/// no parse changes the pool unless it is told to.
+/// no parse changes the pool unless it is asked to.
 struct SchemaValidator::State {
     XMLGrammarPoolImpl pool{XMLPlatformUtils::fgMemoryManager};
 };

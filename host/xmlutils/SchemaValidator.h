@@ -32,7 +32,7 @@ class CORVID_XMLUTILS_EXPORT SchemaValidator {
 public:
     /// @param schemas  the first describes the root of documents; all that it imports, directly or
     ///                 not, must be among them.
-    /// @throws InvalidFormat  they are no schemas; tells file, line and reason.
+    /// @throws InvalidFormat  they are no schemas; with file, line and reason.
     explicit SchemaValidator(const std::vector<SchemaText>& schemas);
 
     /// Reads a validator from compiled schemas, in a fraction of the time that compiling takes.

@@ -101,7 +101,7 @@ void TextEncoder::toUtf8(const char16_t* text, std::size_t count) {
             text += blockSize;
             to += blockSize;
         }
-        // The second unit of a pair may lie behind `stop`: the first one's four bytes pay for both.
+        // The second unit of a pair may be after `stop`: the first one's four bytes pay for both.
         while (text < stop) {
             const unsigned long unit = *text++;
             if (unit < 0x80) {

@@ -12,7 +12,7 @@ bool startsDocument(unsigned char byte) {
 
 Utf16Form recogniseUtf16(const unsigned char* first, std::size_t count) noexcept {
     using Order = Utf16Form::Order;
-    // Zeros behind what looks like one code unit make it one of UTF-32, which parsers know.
+    // Zeros after what looks like one code unit make it one of UTF-32, which parsers know.
     const bool isWider = count >= 4 && first[2] == 0 && first[3] == 0;
     if (count < 2 || isWider) {
         return {};

@@ -4,7 +4,7 @@
 
 namespace Corvid::XMLUtils {
 
-/// Starts XQilla, if it takes part in the build, and gives the implementation that the reader's
+/// Starts XQilla, if it is part of the build, and gives the implementation that the reader's
 /// documents come from. To be called once, with Xerces-C running.
 xercesc::DOMImplementation* startXPathSupport();
 

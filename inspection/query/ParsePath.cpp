@@ -52,7 +52,7 @@ public:
         }
         question.value = value("");
         if (!isAtEnd()) {
-            refuse("nothing behind the value in quotes");
+            refuse("nothing after the value in quotes");
         }
         return question;
     }
@@ -207,7 +207,7 @@ private:
         return static_cast<std::uint32_t>(number);
     }
 
-    /// Blanks before and behind it don't count.
+    /// Blanks before and after it don't count.
     /// @param stops  where a bare value ends.
     std::string value(const char* stops) {
         passBlanks();

@@ -19,7 +19,7 @@ using XML2Partition::getPartitionMetadataFromFile;
 using XML2Partition::getPartitionMetadataFromString;
 using XMLBuilder::partition2XML;
 
-/// Lets as many threads as it is told of go on together.
+/// Lets that many threads go on together.
 class Start {
 public:
     explicit Start(std::size_t threads) : missing_(threads) {}
@@ -249,7 +249,7 @@ TEST_F(SideBySide, aReaderDoesNotWaitForAWriter) {
     ObservedPartition partition([&] {
         std::call_once(once, [&] {
             writing.set_value();
-            // Long, for whoever would wait for the writer's end would wait for ever.
+            // Long, because a thread that waits for the writer's end would wait for ever.
             EXPECT_EQ(hasRead.get_future().wait_for(std::chrono::minutes(2)),
                       std::future_status::ready);
         });

@@ -71,7 +71,7 @@ INSTANTIATE_TEST_SUITE_P(
         Encoded{"Utf32AsUtf8", inUnits(textIn("UTF-8", "a"), 4, true), nullptr, ""},
         Encoded{"Utf7", "+ADw-a/+AD4-", nullptr, ""},
         Encoded{"Ebcdic", "\x4C\x6F\xA7\x94\x93\x40", nullptr, ""},
-        // The bytes tell better than the declaration.
+        // The bytes are surer than the declaration.
         Encoded{"Utf8DeclaredUtf16", textIn("UTF-16", "\xC3\xA9"), "00e9", ""},
         Encoded{"Utf16DeclaredUtf8", inUnits(textIn("UTF-8", "a"), 2, false), "0061", ""},
         Encoded{"Utf16DeclaredUnknown", inUnits(textIn("x-none", "a"), 2, true), "0061", ""}),

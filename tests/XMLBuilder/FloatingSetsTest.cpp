@@ -48,7 +48,7 @@ Listed listed(const PartitionMetadata& partition) {
     return {{order.begin(), order.end()}, floating};
 }
 
-/// The order of the sets as plainly as it can be told: whatever a strong reference leads to comes
+/// The order of the sets in the plainest way: whatever a strong reference leads to comes
 /// next, and what none leads to comes at the end.
 class PlainOrder {
 public:

@@ -28,7 +28,7 @@ std::string repeat(const std::string& text, std::size_t count) {
     return result;
 }
 
-/// Text inside of elements that stand in each other.
+/// Text inside nested elements.
 std::string inside(const std::string& open, const std::string& text, const std::string& close,
                    std::size_t depth) {
     return repeat(open, depth) + text + repeat(close, depth);
@@ -59,7 +59,7 @@ Fate fateOf(const Exceptions::BaseException& e) {
 
 struct Case {
     const char* name;
-    std::string (*inside)(); ///< the document, or what stands in its root
+    std::string (*inside)(); ///< the document, or what is in its root
     Fate fate;
     const char* message; ///< a part of it
     std::size_t sets;    ///< in the partition afterwards
@@ -75,7 +75,7 @@ std::string nameOfCase(const testing::TestParamInfo<Case>& info) { return info.p
 
 class HostileDocument : public Things, public testing::WithParamInterface<Case> {
 protected:
-    /// Reads the document; what that came to stands in fate_ and message_ afterwards.
+    /// Reads the document; fate_ and message_ have the result.
     void read(const std::string& xml) {
         try {
             readXml(model_, xml);
@@ -163,7 +163,7 @@ INSTANTIATE_TEST_SUITE_P(
                              return inside("<t:Thing><e:StrongReference>", "<t:Thing/>",
                                            "</e:StrongReference></t:Thing>", 2000);
                          },
-                         Fate::limitExceeded, "sets stand in each other deeper than 256", 257},
+                         Fate::limitExceeded, "sets are nested deeper than 256", 257},
                     Case{"SetsInReferencesAtTheLimit",
                          [] {
                              return inside("<t:Thing><e:StrongReferenceArray>", "<t:Thing/>",

@@ -13,7 +13,7 @@ namespace Corvid::Testing {
 /// A partition of a few sets that refer to each other in every way that the model allows.
 class RandomModel {
 public:
-    /// @param odd  whether references may stand where documents do not follow them, and lead weakly
+    /// @param odd  whether references may be where documents do not follow them, and lead weakly
     ///     to dark groups.
     RandomModel(unsigned seed, bool odd)
         : model(Model::extendedBy(things())), random_(seed), odd_(odd), count_(2 + below(12)) {

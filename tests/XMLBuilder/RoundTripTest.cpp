@@ -18,7 +18,7 @@ std::string readAndWritten(const std::string& xml,
     return documentOf(partition, flags);
 }
 
-/// Whether a set stands twice in a document: a set that a floating one shares with the tree of the
+/// Whether a set is in a document twice: a set that a floating one shares with the tree of the
 /// Preface does. Read back it is two sets, until somebody merges them.
 bool holdsASetTwice(const std::string& xml) {
     static const std::regex identifier("InstanceUID=\"([^\"]*)\"");

@@ -127,7 +127,7 @@ TEST(PreparedSchemas, areNotUsedWhereTheyAreStaleOrDamaged) {
     const auto good = XMLBuilder::documentValidator(dictionary);
     const auto prepared = XMLBuilder::preparedSchemas();
     const std::vector<unsigned char> bytes(prepared.bytes, prepared.bytes + prepared.length);
-    const std::size_t origin = 8; // behind the kind of file
+    const std::size_t origin = 8; // after the kind of file
     for (const std::size_t place : {std::size_t{0}, origin, bytes.size() / 2, bytes.size() - 1}) {
         auto changed = bytes;
         changed[place] ^= 1;
@@ -177,7 +177,7 @@ TEST(Schemas, areTheSameOnEveryCall) {
 }
 
 TEST(Schemas, knowWhatAnExtensionGivesToAClassThatOthersInheritFrom) {
-    // It has the highest SchemaIndex, so it stands behind the properties of the descendants.
+    // It has the highest SchemaIndex, so it is after the properties of the descendants.
     auto model = Model::extendedBy(
         "namespace s377m urn:SMPTE:S377M\nnamespace e urn:test:elements\n"
         "extend s377m:InterchangeObject\n"

@@ -242,8 +242,7 @@ TEST_F(SetReader, readsSetsInsideEachOtherUpToTheLimit) {
     EXPECT_EQ(model_.partition.size(), XMLBuilder::greatestInlineDepth);
     const auto failure = failureOf<Exceptions::LimitExceeded>(
         [&] { readSets(nested(XMLBuilder::greatestInlineDepth + 1)); });
-    EXPECT_THAT(failure.message,
-                HasSubstr("element t:Thing: sets stand in each other deeper than 256"));
+    EXPECT_THAT(failure.message, HasSubstr("element t:Thing: sets are nested deeper than 256"));
     readSets(nested(XMLBuilder::greatestInlineDepth)); // each call counts anew
 }
 

@@ -85,7 +85,7 @@ TEST(SetWriter, leavesASetWithoutPropertiesEmpty) {
 TEST(SetWriter, leavesOutElementsOfTheClassThatHaveNoSchemaIndex) {
     Model model;
     auto& preface = model.set("Preface", 1);
-    // A property that stands among those of the class though it is none of them.
+    // A property that is listed among those of the class but is none of them.
     auto attribute = Metadata::Element::Attribute(new MetaMetadata::UnknownAttribute(
         LocalTag(0x4001), MetaMetadata::UnknownAttribute::unknownLabel));
     preface.createElement(UniversalLabel(std::array<u8, 16>{1}), attribute)

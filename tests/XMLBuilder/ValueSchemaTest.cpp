@@ -12,7 +12,7 @@
 namespace Corvid::Testing {
 namespace {
 
-/// One thing for each text of a case, and the lines on which the refused ones stand.
+/// One thing for each text of a case, and the lines of the refused ones.
 struct Page {
     std::string document;
     std::set<std::size_t> refused;

@@ -13,7 +13,7 @@ struct Failing {
     bool onlyXml = false;   ///< only what Xerces-C asks its memory manager for counts
 };
 
-/// From construction to endCall() all allocations of the thread are counted, fail as told, and are
+/// From construction to endCall() all allocations of the thread are counted, fail as asked, and are
 /// remembered until they are released, be it later. There is one at a time in a process.
 ///
 /// All that the process allocates passes here, whether by malloc, by operator new or in a library.

@@ -115,7 +115,7 @@ TEST(Sweep, tellsALeak) {
         testing::ScopedFakeTestPartResultReporter reporter(&failures);
         sweep([] { return std::make_unique<Leaks>(); }, {"std::bad_alloc"});
     }
-    ASSERT_EQ(failures.size(), 2); // alone, and with all behind it
+    ASSERT_EQ(failures.size(), 2); // alone, and with all after it
     for (int i = 0; i != failures.size(); ++i) {
         EXPECT_NE(std::strstr(failures.GetTestPartResult(i).message(), "1 bytes not released"),
                   nullptr);

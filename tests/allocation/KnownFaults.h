@@ -5,7 +5,7 @@
 
 namespace Corvid::Testing {
 
-/// Who called for an allocation, innermost first, as AllocationTraces tells it.
+/// Who called for an allocation, innermost first, as AllocationTraces reports it.
 using Callers = std::vector<std::string>;
 
 /// A line for each.
@@ -18,7 +18,7 @@ struct KnownLeak {
     const char* handsOver = nullptr; ///< a call inside of it that gets something from Corvid
 };
 
-/// The call that leaves a block behind because an allocation fails inside of it.
+/// The call that leaks a block because an allocation fails inside of it.
 /// @param callers  for the block.
 /// @param failed   for the allocation that failed.
 /// @return null where it is none that is known.

@@ -34,7 +34,7 @@ struct Warnings : mxf::WarningSink {
     std::string text;
 };
 
-/// Reads the bytes of a file, which tells warnings, too.
+/// Reads the bytes of a file, with its warnings.
 class ReadsMxf : public Subject {
 public:
     explicit ReadsMxf(const Octets& bytes) : bytes_(bytes) {}

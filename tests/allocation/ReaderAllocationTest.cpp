@@ -106,7 +106,7 @@ TEST_F(ReaderWithoutMemory, saysSoOfAFile) {
     const auto path = folder.path() / "document.xml";
     std::ofstream(path, std::ios::binary) << richDocument(false);
     const Utf16Text name = Platform::fromUtf8(path.string());
-    // A stream does not tell why it can't open a file.
+    // A stream does not say why it can't open a file.
     std::set<std::string> allowed = outOfMemory;
     allowed.insert("13 " + path.string() + ": can't be ");
     sweep([&] { return std::make_unique<ReadsFile>(name); }, allowed);

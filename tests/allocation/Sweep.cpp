@@ -109,8 +109,7 @@ Outcome callWith(Failing failing, const std::function<std::unique_ptr<Subject>()
 
 std::string describe(const Failing& failing) {
     return "allocation " + std::to_string(failing.first) +
-           (failing.allBehind ? " and all behind it" : "") +
-           (failing.onlyXml ? " of Xerces-C" : "");
+           (failing.allBehind ? " and all after it" : "") + (failing.onlyXml ? " of Xerces-C" : "");
 }
 
 /// Which allocations are to fail.

@@ -28,7 +28,7 @@ public:
     virtual void call() = 0;
     /// What a call that succeeded has made.
     virtual std::string result() = 0;
-    /// Looks at what a call that failed has left behind.
+    /// Looks at what a call that failed has left.
     virtual void lookAtFailure() {}
 };
 

@@ -4,7 +4,7 @@
 
 namespace Corvid::Testing {
 
-/// Starts Xerces-C and XQilla with a memory manager that tells AllocationWatch what it is asked
+/// Starts Xerces-C and XQilla with a memory manager that reports to AllocationWatch what it is asked
 /// for, and otherwise does as Xerces-C's own. Once per process, before the library starts them.
 void watchXmlMemory();
 

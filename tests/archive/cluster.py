@@ -106,7 +106,7 @@ class Cluster:
         if self.node is None:
             return
         victims = [self.node.pid]
-        # What watches over a job has the log open, and goes before it can tell how the job ended.
+        # What watches over a job has the log open, and ends before it can report how the job ended.
         victims += [pid for pid in _processes() if _name(pid) == "slurmstepd" and
                     f"{self.folder}/slurmd.log" in _open_files(pid)]
         for process in victims:

@@ -104,7 +104,7 @@ template <class Entry> std::string symbolOf(const std::optional<Entry>& entry) {
     return entry ? std::string(entry->symbol()) : "";
 }
 
-/// One label in two editions, another one before and one behind them.
+/// One label in two editions, another one before and one after them.
 std::vector<LabelRow> rowsOfVersions() {
     std::vector<LabelRow> rows(4);
     const unsigned char last[] = {1, 2, 2, 3};
@@ -306,7 +306,7 @@ TEST(BuiltInRegisters, agreeWithTheDictionary) {
         const auto group = Registers::findGroup((*i)->key());
         ASSERT_TRUE(group) << nameOf(**i);
         EXPECT_TRUE(group->isHeaderMetadata());
-        EXPECT_TRUE(group->uses().empty()) << "these stand in the dictionary";
+        EXPECT_TRUE(group->uses().empty()) << "these are in the dictionary";
         EXPECT_EQ(group->symbol(), textOf(**i, "XMLTagName"));
         EXPECT_EQ(group->isConcrete(), (*i)->isConcrete());
         names.insert(nameOf(**i));

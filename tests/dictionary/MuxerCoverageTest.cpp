@@ -87,7 +87,7 @@ std::array<unsigned char, 16> sixteen(Bytes bytes) {
     return result;
 }
 
-/// Takes one KLV triplet from the front: key and value. Nothing at the end, or behind it.
+/// Takes one KLV triplet from the front: key and value. Nothing at the end, or after it.
 std::optional<std::pair<Bytes, Bytes>> takeTriplet(Bytes& data) {
     if (data.size() < 17) {
         return std::nullopt;

@@ -14,7 +14,7 @@ namespace {
 
 using namespace MetaMetadata;
 
-/// The registers' groups of local sets that stand in header metadata.
+/// The registers' groups of local sets that belong in header metadata.
 std::vector<Row> headerGroups() {
     std::vector<Row> groups;
     for (const Row& row : table("groups.csv")) {
@@ -112,55 +112,55 @@ TEST_F(Registers, orderOfASetsOwnPropertiesIsTheRegisters) {
     }
 }
 
-/// The command that makes the texts below a folder, or compares those that are there.
+/// The command that compares the texts below a folder with the registers, or makes them there.
 std::string scriptCommand(const std::string& option, const std::filesystem::path& root) {
-    return "'" + python() + "' '" + (sourceDir() / "tools" / "make-dictionary.py").string() + "' " +
-           option + " '" + registersDir().string() + "' '" + root.string() + "'";
+    return "'" + python() + "' '" + (sourceDir() / "tools" / "compare-dictionary.py").string() +
+           "' " + option + " '" + registersDir().string() + "' '" + root.string() + "'";
 }
 
-TEST_F(Registers, scriptComparesTheTextsWithTheTables) {
-    if (python().empty()) {
-        GTEST_SKIP() << "no Python 3";
-    }
-    const TemporaryDir made;
-    ASSERT_EQ(std::system(scriptCommand("", made.path()).c_str()), 0);
-    const auto changes = made.path() / "changes";
-    const std::string compare =
-        scriptCommand("--compare", made.path()) + " > '" + changes.string() + "'";
-    EXPECT_EQ(std::system(compare.c_str()), 0);
-    EXPECT_EQ(contentOf(changes), "");
-    const auto text = made.path() / "host" / "dictionary" / "beyond" / "apple.dict";
-    std::ofstream(text, std::ios::app) << "# one more line\n";
-    EXPECT_NE(std::system(compare.c_str()), 0);
-    EXPECT_NE(contentOf(changes).find("-# one more line\n"), std::string::npos);
+/// What it prints of the texts below a folder.
+std::string differencesOf(const std::filesystem::path& root) {
+    const TemporaryDir folder;
+    const auto printed = folder.path() / "differences";
+    const int status =
+        std::system((scriptCommand("", root) + " > '" + printed.string() + "'").c_str());
+    EXPECT_EQ(status == 0, contentOf(printed).empty());
+    return contentOf(printed);
 }
 
-TEST_F(Registers, scriptMakesTheTextsAsTheyStand) {
-    if (python().empty()) {
-        GTEST_SKIP() << "no Python 3";
+class DictionaryScript : public WithRegisters {
+protected:
+    void SetUp() override {
+        WithRegisters::SetUp();
+        if (python().empty()) {
+            GTEST_SKIP() << "no Python 3";
+        }
     }
+};
+
+TEST_F(DictionaryScript, findsTheTextsEqualToTheRegisters) {
+    // A row that is meant to differ is expected here, with the reason.
+    EXPECT_EQ(differencesOf(sourceDir()), "");
+}
+
+TEST_F(DictionaryScript, reportsWhatIsNewInTheRegistersAndWhatIsOnlyInTheTexts) {
     const TemporaryDir made;
-    ASSERT_EQ(std::system(scriptCommand("", made.path()).c_str()), 0);
-    std::set<std::string> names;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(made.path())) {
-        if (entry.is_regular_file()) {
-            const auto name = std::filesystem::relative(entry.path(), made.path());
-            names.insert(name.string());
-            EXPECT_TRUE(contentOf(entry.path()) == contentOf(sourceDir() / name)) << name;
-        }
-    }
-    // The two texts that are kept by hand, and the page.
-    EXPECT_TRUE(names.insert("host/dictionary/registers/aliases-st377-1.reg").second);
-    EXPECT_TRUE(names.insert("host/dictionary/beyond/groups.reg").second);
-    EXPECT_EQ(names.erase("docs/registers.md"), 1U);
-    std::set<std::string> committed;
-    for (const char* folder : {"smpte", "registers", "beyond"}) {
-        const auto path = std::filesystem::path("host") / "dictionary" / folder;
-        for (const auto& entry : std::filesystem::directory_iterator(sourceDir() / path)) {
-            committed.insert((path / entry.path().filename()).string());
-        }
-    }
-    EXPECT_EQ(names, committed);
+    ASSERT_EQ(std::system(scriptCommand("--write", made.path()).c_str()), 0);
+    EXPECT_EQ(differencesOf(made.path()), "");
+    const auto path = made.path() / "host" / "dictionary" / "beyond" / "apple.dict";
+    std::string text = contentOf(path);
+    const std::size_t row = text.rfind("property ");
+    text.replace(row, 9, "# note\nproperty     ");
+    std::ofstream(path) << text;
+    EXPECT_EQ(differencesOf(made.path()), "") << "comments and blanks";
+    const std::string other = "property  appleEl:Other " + text.substr(text.find("06.", row));
+    std::ofstream(path) << text.substr(0, row) << other;
+    const std::string differences = differencesOf(made.path());
+    EXPECT_NE(differences.find("apple.dict: new: property appleEl:"), std::string::npos)
+        << differences;
+    EXPECT_NE(differences.find("apple.dict: only here: property appleEl:Other 06."),
+              std::string::npos)
+        << differences;
 }
 
 } // namespace Corvid::Testing

@@ -17,7 +17,7 @@ struct Edits {
 };
 
 /// Copies the sets of a partition through the bytes of their values. Dark sets stay out, but for
-/// those whose properties can be told apart.
+/// those whose properties can be separated.
 /// @return null where edited bytes do not fit the type of their property.
 std::unique_ptr<Metadata::PartitionMetadata> copyOf(const Metadata::PartitionMetadata& source,
                                                     const Edits& edits = {});

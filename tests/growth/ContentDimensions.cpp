@@ -112,7 +112,7 @@ std::string setsInOneSet(std::size_t n) {
                 "</rp210:ComponentObjects></s377m:Sequence>\n");
 }
 
-/// Sets of which each stands inside 250 others.
+/// Sets, each inside 250 others.
 std::string setsDeepInside(std::size_t n) {
     constexpr std::size_t depth = 250;
     return sets(

@@ -5,7 +5,7 @@ namespace Corvid::Testing {
 
 namespace {
 
-/// The same bytes so many times, one behind the other.
+/// The same bytes so many times, one after the other.
 Bytes times(std::size_t n, const Bytes& bytes) {
     Bytes result;
     result.reserve(n * bytes.size());

@@ -131,7 +131,7 @@ private:
             status =
                 ::write(result, &cost, sizeof cost) == static_cast<ssize_t>(sizeof cost) ? 0 : 1;
         } catch (const std::exception& error) {
-            static_cast<void>(error); // the broken end tells it
+            static_cast<void>(error); // the broken end shows it
         } catch (...) {
         }
         ::_exit(status);

@@ -12,7 +12,7 @@ namespace {
 
 using Bytes = std::vector<unsigned char>;
 
-/// A head, behind three bytes that belong to something else.
+/// A head, after three bytes that belong to something else.
 Bytes headWith(const Bytes& length) {
     Bytes bytes = {0xAA, 0xAA, 0xAA};
     for (unsigned char i = 1; i <= Key::length; ++i) {

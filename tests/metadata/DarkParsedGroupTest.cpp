@@ -6,7 +6,7 @@ namespace {
 
 using namespace Metadata;
 
-/// A group of three properties behind a length field of that many octets.
+/// A group of three properties after a length field of that many octets.
 Bytes groupBytes(unsigned char octets, const Bytes& padding) {
     DataIO::Memory::MemoryDataSink sink;
     privateKey().serialize(sink);

@@ -5,7 +5,7 @@ namespace {
 
 using namespace Metadata;
 
-/// The order is told by the number in each set's InstanceUID.
+/// The order is that of the number in each set's InstanceUID.
 class SerializationOrder : public MetadataTest {
 protected:
     /// A set with strong references to others: each in an element of its own kind in turn.

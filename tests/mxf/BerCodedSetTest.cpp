@@ -2,7 +2,7 @@
 #include "tests/mxf/ReadBack.h"
 #include "tests/support/HeaderPartition.h"
 
-/// Local sets whose properties have BER lengths (SMPTE ST 336), told by the sixth byte of their
+/// Local sets whose properties have BER lengths (SMPTE ST 336), announced by the sixth byte of their
 /// key.
 namespace Corvid::mxf {
 namespace {

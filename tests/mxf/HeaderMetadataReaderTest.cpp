@@ -14,7 +14,7 @@ using Testing::ReadBack;
 
 const Bytes essence = Testing::klv(Testing::essenceKey(), Testing::repeat(0xEE, 300));
 
-/// A header partition with essence behind its metadata.
+/// A header partition with essence after its metadata.
 PartitionSpec header(const Bytes& metadata = Testing::smallMetadata()) {
     PartitionSpec spec = Testing::headerPartition(metadata);
     spec.behindMetadata = essence;

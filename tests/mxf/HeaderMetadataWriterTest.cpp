@@ -62,7 +62,7 @@ Bytes primerOf(const std::vector<unsigned>& tags) {
     return Testing::primer(entries);
 }
 
-/// What fill is needed behind so many bytes, the naive way.
+/// What fill is needed after so many bytes, the naive way.
 std::size_t fillSize(std::size_t position, std::size_t kag) {
     std::size_t size = 0;
     while (kag > 1 && ((position + size) % kag != 0 || (size != 0 && size < 20))) {

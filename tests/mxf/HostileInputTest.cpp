@@ -138,7 +138,7 @@ TEST(File, readsNoEssence) {
         File file(Templates::auto_ptr<DataIO::RandomAccessSource>(new WatchedSource(bytes, seen)),
                   MetaMetadata::Dictionary::builtIn(), warnings);
         EXPECT_EQ(file.readMetadata(PartitionChoice::numbered(number)).metadata->size(), 2U);
-        // The search for the header partition takes 4 KiB, whatever stands in them.
+        // The search for the header partition takes 4 KiB, whatever is in them.
         const auto read =
             static_cast<std::size_t>(std::count(seen.begin() + 4200, seen.end(), true));
         EXPECT_LT(read, 3000U);
@@ -161,10 +161,10 @@ private:
     std::uint64_t& read_;
 };
 
-/// Many partitions, each of which claims the bytes of those behind it.
+/// Many partitions, each of which claims the bytes of those after it.
 struct Claim {
     const char* name;
-    PartitionSpec (*partition)(std::uint32_t left); ///< `left` bytes follow behind its metadata
+    PartitionSpec (*partition)(std::uint32_t left); ///< `left` bytes follow its metadata
 };
 void PrintTo(const Claim& c, std::ostream* out) { *out << c.name; }
 

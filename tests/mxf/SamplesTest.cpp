@@ -102,7 +102,7 @@ TEST_F(Samples, giveEverySetTheBytesThatItWasReadFrom) {
         std::ifstream stream(path, std::ios::binary);
         Testing::ReadBack back(Testing::Bytes(std::istreambuf_iterator<char>(stream), {}));
         auto& metadata = back.metadata();
-        // The sets stand in the file in the order of the partition, with fill and dark sets
+        // The file has the sets in the order of the partition, with fill and dark sets
         // between.
         auto from = back.bytes.cbegin() + static_cast<std::ptrdiff_t>(back.read.begin);
         const auto end = back.bytes.cbegin() + static_cast<std::ptrdiff_t>(back.read.end);

@@ -41,7 +41,7 @@ Bytes testPrimer() {
     return Testing::primer(entries);
 }
 
-/// Reads one set behind a Preface.
+/// Reads one set after a Preface.
 struct OneSet {
     explicit OneSet(const Bytes& set)
         : back(Testing::MxfBuilder().add(
@@ -101,7 +101,7 @@ std::vector<std::string> kindsOf(const Metadata::MetadataSet& set) {
 
 struct Case {
     const char* name;
-    std::vector<Bytes> properties; ///< behind the InstanceUID
+    std::vector<Bytes> properties; ///< after the InstanceUID
     std::vector<std::string> kinds;
     const char* warning; ///< part of it; empty for none
 };
@@ -295,7 +295,7 @@ TEST(SetReader, namesFileOffsetSetAndPropertyInAWarning) {
 
 struct Damage {
     const char* name;
-    Bytes behind; ///< behind the InstanceUID
+    Bytes behind; ///< after the InstanceUID
 };
 void PrintTo(const Damage& c, std::ostream* out) { *out << c.name; }
 

@@ -35,7 +35,7 @@ def properties(item, primer, static_tags, versioned):
 
 
 def tags_of(item):
-    """The local tags in the bytes of a set, as far as they can be told apart."""
+    """The local tags in the bytes of a set, as far as they can be separated."""
     at, value = 0, item.value
     while at + 4 <= len(value):
         size = int.from_bytes(value[at + 2 : at + 4], "big")
@@ -111,7 +111,7 @@ def differences(path, header_path, facts):
     yield from structure(data)
     old, new = klv.choose(klv.read(path)), klv.Partition(data, 0, 0)
     if len(set(new.primer.values())) != len(new.primer):
-        yield "a label stands in the primer pack twice"
+        yield "a label is in the primer pack twice"
     labels = set(old.primer.values())
     same = Counter((item.key, item.ber_octets, item.value) for item in new.sets)
     sets = {}

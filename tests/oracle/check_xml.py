@@ -62,7 +62,7 @@ class Check:
         return self.complaints
 
     def sequence(self, place, entries, found):
-        """Every entry at its place, compared with the node that stands there."""
+        """Every entry at its place, compared with the node that is there."""
         wanted = [identity(entry.node)[:2] for entry in entries]
         actual = [identity(node)[:2] for node in found]
         missing, spare = [], []

@@ -16,7 +16,7 @@ def named(space, tag, **rest):
 
 
 def identity(node):
-    """What tells the element of a set from its neighbours."""
+    """What distinguishes the element of a set from its neighbours."""
     if node.name == "groups:DarkMetadata":
         return node.name, node.attribute(GROUPS[0], "Key"), node.text
     return node.name, node.attribute(RP210[0], "InstanceUID")
@@ -40,7 +40,7 @@ class Entry:
 
 
 class Expectation:
-    """The elements of all sets, and the order in which they must stand."""
+    """The elements of all sets, and the order that they must have."""
 
     def __init__(self, partition, facts):
         self.facts, self.primer = facts, partition.primer
@@ -49,7 +49,7 @@ class Expectation:
         for entry in self.entries:
             if entry.uid:
                 self.by_uid.setdefault(entry.uid, []).append(entry)
-        self.holds_values = False  # some value stands as text, not as an attribute or a link
+        self.holds_values = False  # some value is text, not as an attribute or a link
         self.forbidden = False  # some text holds what XML cannot
         for entry in self.entries:
             self.describe(entry) if entry.group else self.describe_dark(entry)

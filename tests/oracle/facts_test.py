@@ -84,13 +84,13 @@ def name_of(label, *sources):
 
 
 def disorder(dictionary):
-    """Properties of an ancestor that do not stand before those of its descendants."""
+    """Properties of an ancestor that are not before those of its descendants."""
     for group in dictionary.groups.values():
         newest = None
         for ancestor in group.lineage():
             indexes = [dictionary.elements[label].index for label in ancestor.own]
             if newest is not None and indexes and max(indexes) > newest:
-                yield "%s: a property of its ancestor %s stands behind its own" % (
+                yield "%s: a property of its ancestor %s is after its own" % (
                     group.tag,
                     ancestor.tag,
                 )

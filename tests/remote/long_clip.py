@@ -22,7 +22,7 @@ def _fill(gap):
 
 def lengthen(source, target, gap, partitions=0):
     """Writes source to target with gap bytes before its footer: fill, or so many body partitions with as
-    much fill behind each."""
+    much fill after each."""
     with open(source, "rb") as file:
         clip = bytearray(file.read())
     (index_size,) = struct.unpack(">I", clip[-4:])

@@ -8,7 +8,7 @@
 #include <vector>
 
 /// Makes the bytes of MXF files by hand: every field can be given a value of its own, true or not.
-/// It uses nothing of the project, so a mistake of the library does not hide behind its own twin.
+/// It uses nothing of the project, so a mistake of the library is not hidden by its own twin.
 namespace Corvid::Testing {
 
 using Bytes = std::vector<unsigned char>;

@@ -13,7 +13,7 @@
 ///
 /// Neither may allocate.
 
-// glibc's own, behind the names that are taken here.
+// glibc's own, by the names that are taken here.
 // NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
 void* __libc_malloc(std::size_t size);

@@ -11,7 +11,7 @@ using ::testing::Not;
 
 namespace {
 
-/// The block behind a heading of docs/dictionary.md that is fenced with that word, and the next
+/// The block after a heading of docs/dictionary.md that is fenced with that word, and the next
 /// ones.
 std::vector<std::string> blocksBehind(const std::string& heading, const std::string& fence) {
     std::ifstream file(sourceDir() / "docs" / "dictionary.md");

@@ -8,7 +8,7 @@ using namespace Corvid::Testing;
 
 namespace {
 
-/// An example: what people type behind "$ ", and what they then see.
+/// An example: what people type after "$ ", and what they then see.
 struct Example {
     std::string command;
     std::string output;

@@ -20,7 +20,7 @@ namespace {
 const unsigned char text[] = {'n', 'e', 'w'};
 
 /// Does the work in a process of its own, which has no other way to end well.
-/// @return as waitpid() tells it.
+/// @return as waitpid() reports it.
 template <class Work> int inAChild(const Work& work) {
     const pid_t child = ::fork();
     if (child == 0) {

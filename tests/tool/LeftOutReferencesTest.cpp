@@ -46,7 +46,7 @@ protected:
         EXPECT_EQ(outcome.status, 0);
         return outcome.err;
     }
-    /// How often an element stands in the document.
+    /// How often an element is in the document.
     std::size_t countOf(const std::string& text) const {
         const std::string document = shop.read("out.xml");
         std::size_t count = 0;

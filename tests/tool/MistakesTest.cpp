@@ -165,7 +165,7 @@ std::vector<std::pair<std::size_t, std::string>> messagesAbout(const std::string
 }
 
 TEST(DocumentMistakes, areReportedAllAtOnceAsEachAlone) {
-    // The sets of a document with one of the mistakes each, behind one another.
+    // The sets of a document with one of the mistakes each, one after another.
     const std::string end = "</s377m:MetadataSets>\n";
     const std::string right = rightDocument();
     const auto sets = right.find("<s377m:Preface");

@@ -19,7 +19,7 @@ std::string readAll(const std::filesystem::path& path) {
 } // namespace
 
 Outcome Workshop::run(const std::string& line) const {
-    // The output of the line stands outside of the folder, which it may look at.
+    // The line may look at the folder, so its output is outside.
     const TemporaryDir outside;
     const auto out = outside.path() / "out";
     const auto err = outside.path() / "err";

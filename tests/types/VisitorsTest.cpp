@@ -56,7 +56,7 @@ struct Listed {
     std::ptrdiff_t nonConstSlot;
 };
 
-/// The place of a virtual operation in the table of its class, where the platform tells it (the C++
+/// The place of a virtual operation in the table of its class, where the platform reveals it (the C++
 /// ABI of Itanium and its followers on x86-64: byte offset plus one); else -1.
 template <class Operation> std::ptrdiff_t slotOf([[maybe_unused]] Operation operation) {
 #if defined(__GXX_ABI_VERSION) && defined(__x86_64__)

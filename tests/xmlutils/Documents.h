@@ -13,7 +13,7 @@
 #include <string_view>
 #include <xercesc/dom/DOM.hpp>
 
-/// Documents for tests: made, parsed, written and told apart.
+/// Documents for tests: made, parsed, written and compared.
 namespace Corvid::XMLUtils::Testing {
 
 struct Releaser {

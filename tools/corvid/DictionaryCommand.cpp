@@ -59,7 +59,7 @@ struct KindName {
     const char* operator()(const MetaMetadata::RegisteredGroup&) const { return "group"; }
 };
 
-/// What tells entries of one name apart: the label, or the type of a member.
+/// What distinguishes entries of one name: the label, or the type of a member.
 std::string detail(const Subject& subject) {
     if (const auto* const member = std::get_if<TypeMember>(&subject)) {
         return std::string(member->type.symbol()) + " " + std::string(member->member.value());

@@ -14,7 +14,7 @@ struct DictionaryOptions {
     bool colours = false; ///< no part of JSON
 };
 
-/// Prints on standard output what a label, a local tag or a name stands for.
+/// Prints on standard output what a label, a local tag or a name means.
 /// @throws InvalidArgument  nothing; suggests what is near.
 /// @throws IOError, InvalidDictionary, OutputError  as guard() takes them.
 void dictionary(const DictionaryOptions& options);

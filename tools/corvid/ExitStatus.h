@@ -24,7 +24,7 @@ constexpr ExitMeaning exitMeanings[] = {{exitDone, "done"},
                                         {exitUsage, "wrong command line"},
                                         {exitNoFile, "file unreadable or unwritable"}};
 
-/// The work is done and everything about it told, but it did not go well.
+/// The work is done and reported, but it did not go well.
 struct EndedWith {
     /// Why it did not, for what counts many files.
     enum class Cause : unsigned char {

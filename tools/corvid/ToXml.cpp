@@ -91,7 +91,7 @@ private:
         }
     }
 
-    /// For whoever reads standard output. What is too long to keep is serialised a second time,
+    /// For readers of standard output. What is too long to keep is serialised a second time,
     /// when it is known that nothing is refused.
     void writeWholeOrNothing(Output& output, Messages& messages) const {
         HeldText text;

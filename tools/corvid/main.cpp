@@ -51,6 +51,6 @@ int main(int argc, char** argv) {
             }
         },
         messages);
-    // Everything is written and checked; what still stands in memory goes with the process.
+    // Everything is written and checked; what is still in memory goes with the process.
     std::_Exit(status);
 }

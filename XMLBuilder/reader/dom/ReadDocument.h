@@ -14,7 +14,7 @@ namespace Corvid::XMLBuilder {
 
 class Supplement;
 
-/// Whether the messages of failures tell the set and the property that could not be read.
+/// Whether the messages of failures name the set and the property that could not be read.
 enum class Places : unsigned char {
     untold, ///< as callers of the exported functions know them
     told,   ///< in front of the message: "set Preface 06.0e. ...: rp210:Version: "
@@ -27,7 +27,7 @@ enum class Places : unsigned char {
 ///               document get the identifier that the entry says.
 /// @param supplement  what is known besides the elements; null for nothing. Borrowed.
 /// @return the sets made for children of the root and of the container of dark sets, in document
-///         order; not those that stand inside references.
+///         order; not those inside references.
 /// @throws InvalidArgument  there is no partition; ParseError, InvalidFormat, InvalidLength,
 ///         IOError and LimitExceeded as the document deserves. What was made before stays in the
 ///         partition.

@@ -4,7 +4,7 @@
 
 namespace Corvid::XMLBuilder {
 
-/// The way in that a failure is told of; the number is the line that callers are told.
+/// The entry point that a failure names; the number is the line that callers see.
 enum class EntryPoint : int {
     buffer = CallerContract::Line::readBuffer,
     string = CallerContract::Line::readString,

@@ -22,7 +22,7 @@ struct DocumentNode {
     const char16_t* value = nullptr; ///< null for an element
 
     const DocumentNode* parent = nullptr;         ///< the element around it; null for the root
-    const DocumentNode* next = nullptr;           ///< the sibling behind it, or the next attribute
+    const DocumentNode* next = nullptr;           ///< the next sibling, or the next attribute
     const DocumentNode* firstChild = nullptr;     ///< attributes are no children
     const DocumentNode* firstAttribute = nullptr; ///< sorted by their names where a DOM gives them
 
@@ -78,7 +78,7 @@ inline std::size_t attributeCount(const DocumentNode& element) noexcept {
     return count;
 }
 
-/// Whether two texts are the same, without a look at what is behind the first difference.
+/// Whether two texts are the same, without a look at what follows the first difference.
 inline bool isSameText(const char16_t* a, const char16_t* b) noexcept {
     while (*a == *b && *a != 0) {
         ++a;

@@ -131,7 +131,7 @@ bool Strictness::checkExtension(const DocumentNode& element,
     return false;
 }
 
-/// What tells the property of a dark element: its tag, or else its label.
+/// What identifies the property of a dark element: its tag, or else its label.
 bool Strictness::checkDarkElement(const DocumentNode& element) {
     const char16_t* const tagName = Names::localPart(Names::staticLocalTag);
     const char16_t* const labelName = Names::localPart(Names::universalLabel);

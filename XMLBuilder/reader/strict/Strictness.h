@@ -26,7 +26,7 @@ namespace Corvid::XMLBuilder {
 class Strictness {
 public:
     /// All are borrowed.
-    /// @param supplement  tells what a document may do because its file does; may be null.
+    /// @param supplement  says what a document may do because its file does; may be null.
     Strictness(const MetaMetadata::Dictionary& dictionary, const Supplement* supplement,
                Mistakes& mistakes);
 

@@ -17,7 +17,7 @@ public:
     /// Goes on with the parts of a child.
     void enter(const DocumentNode& child) { parent_ = &child; }
 
-    /// The first part of a name, and the one of it behind another; null for none.
+    /// The first part of a name, and the next of that name after another; null for none.
     const DocumentNode* first(const char16_t* qualified) const;
     const DocumentNode* next(const DocumentNode& found, const char16_t* qualified) const;
 

@@ -33,7 +33,7 @@ bool choiceAt(const RowReader& row, std::size_t index, std::string_view first,
     return column(row, index) == first;
 }
 
-/// The columns from one to the end as they stand in the row, but for the width of blanks.
+/// The columns from one to the end as they are in the row, but for the width of blanks.
 std::string wordsFrom(const RowReader& row, std::size_t first) {
     std::string words;
     for (std::size_t i = first; i < row.columns().size(); ++i) {

@@ -97,7 +97,7 @@ std::optional<ListedFile> FolderWalk::enter(const std::string& path) {
          entry.increment(error)) {
         const std::string name = entry->path().filename().string();
         if (isFolder(*entry)) {
-            // The slash takes part in the order, as it does in that of whole paths.
+            // The slash counts in the order, as it does in that of whole paths.
             level.entries.push_back({name + "/"});
         } else if (isClip(*entry, name)) {
             level.entries.push_back({name});

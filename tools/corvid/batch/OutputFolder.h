@@ -11,7 +11,7 @@ std::string plainPath(const std::string& path);
 bool leadsUpwards(const std::string& path);
 
 /// The files in a folder that results of other files go to: each at the path of its file, without
-/// "/" and "./" at the front, and with a suffix behind the whole name.
+/// "/" and "./" at the front, and with a suffix after the whole name.
 class OutputFolder {
 public:
     /// @param suffix  such as ".xml".

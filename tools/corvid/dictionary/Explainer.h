@@ -18,7 +18,7 @@ inline Json dotted(const Types::UniversalLabel& label) {
     return Platform::toUtf8(label.toString());
 }
 
-/// Null for 0, which stands for none.
+/// Null for 0, which means none.
 inline Json dotted(Types::u16 localTag) {
     return localTag == 0 ? Json(nullptr)
                          : Json(Platform::toUtf8(Types::LocalTag(localTag).toString()));

@@ -42,7 +42,7 @@ std::string listOf(std::vector<std::string> texts, const char* between) {
     return joined(texts, between) + " and " + others + " more";
 }
 
-/// A value that stands on one line; empty where nothing is known.
+/// A value on one line; empty where nothing is known.
 /// @param between  the items of a list.
 std::string lineOf(const Json& value, const char* between = ", ") {
     std::vector<std::string> texts;

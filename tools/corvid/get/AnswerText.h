@@ -11,7 +11,7 @@ using AnswerTable = std::vector<Answers>;
 
 /// A value on each line.
 /// @param front  comes before each.
-/// @param end    behind each: a line break, or a zero.
+/// @param end    after each: a line break, or a zero.
 std::string answerLines(const AnswerTable& table, const std::string& front, char end);
 
 /// A line of CSV (RFC 4180). Several values of one cell have "; " between them.

@@ -31,7 +31,7 @@ Question parseQuery(const std::string& text, const MetaMetadata::Dictionary& dic
     try {
         Question query = known(Inspection::parseQuestion(text, dictionary));
         if (query.kind != Question::Kind::stated) {
-            throw UsageError{"'" + text + "': a comparison has its place behind --if"};
+            throw UsageError{"'" + text + "': a comparison belongs to --if"};
         }
         return query;
     } catch (const Exceptions::InvalidArgument& error) {

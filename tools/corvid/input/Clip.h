@@ -15,7 +15,7 @@ struct RemoteUse {
     bool mayDownload = false; ///< all of a file where the server sends no parts
 };
 
-/// What every verb that reads an MXF file can be told of it.
+/// What the options of every verb that reads an MXF file can say.
 struct ClipOptions {
     std::string path;               ///< "-" is standard input
     std::string partition = "auto"; ///< auto, header, footer, or a number from 0
@@ -32,7 +32,7 @@ bool isPartitionChoice(const std::string& text);
 Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options);
 
 /// Reads the metadata of the partition that the options name.
-/// @param warnings  is told where an edit of the file was interrupted. Borrowed.
+/// @param warnings  receives a warning where an edit of the file was interrupted. Borrowed.
 /// @throws InvalidFormat  there is none; names the partitions that have some.
 mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options,
                                  mxf::WarningSink& warnings);

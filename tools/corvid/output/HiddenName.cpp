@@ -37,7 +37,7 @@ void handleEndingSignals(void (*handler)(int)) {
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_NODEFER);
     for (int number = 1; number <= SIGRTMAX; ++number) {
         struct sigaction old {};
-        // What the caller has told to ignore, as nohup does, stays ignored.
+        // Signals that the caller ignores, as nohup does, stay ignored.
         if (endsTheProcess(number) && ::sigaction(number, nullptr, &old) == 0 &&
             old.sa_handler == SIG_DFL) {
             ::sigaction(number, &action, nullptr);

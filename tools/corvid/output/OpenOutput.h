@@ -17,7 +17,7 @@ enum class MayReplace : unsigned char {
 /// @param path    as for Output::open().
 /// @param inputs  as for protectInputs().
 /// @throws UsageError   as protectInputs(), or an MXF file is there that may not be replaced: what
-///                      makes up a clip would be gone without a word.
+///                      makes up a clip would be lost in silence.
 /// @throws OutputError  it can't be written.
 std::unique_ptr<Output> openOutput(const std::string& path, const std::vector<std::string>& inputs,
                                    MayReplace mayReplace);

@@ -20,7 +20,7 @@ public:
     ~OutputError() override;
 
     const std::string& target() const noexcept { return target_; }
-    /// True where the reader of a pipe has gone, of which nobody needs to be told.
+    /// True where the reader of a pipe has gone, which is no failure.
     bool isClosedPipe() const noexcept { return closedPipe_; }
     /// True where nothing else can be written there, either.
     bool isDiskFull() const noexcept { return diskFull_; }

@@ -31,7 +31,7 @@ Authority authorityOf(const std::string& address) {
     return {begin, user == std::string_view::npos || user < begin ? begin : user + 1, end};
 }
 
-/// Whether what follows the last colon behind a host is a port, if there is one.
+/// Whether what follows the last colon after a host is a port, if there is one.
 bool hasPort(const std::string& host) {
     const std::size_t colon =
         host.find(':', host.rfind(']') == std::string::npos ? 0 : host.rfind(']'));

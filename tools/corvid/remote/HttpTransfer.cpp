@@ -80,7 +80,7 @@ public:
 private:
     bool line(std::string_view text) {
         if (isBegun_) {
-            return true; // behind the body, which nobody needs
+            return true; // after the body, which nobody needs
         }
         headSize_ += text.size();
         if (headSize_ > longestHead) {

@@ -17,7 +17,7 @@ public:
     std::uint64_t size() override { return file_->size(); }
 
 private:
-    /// The bytes of a block, of which it is read with those behind it up to a last one.
+    /// The bytes of a block, of which it is read with the following ones up to a last one.
     const BlockCache::Bytes& block(std::uint64_t number, std::uint64_t last);
 
     std::unique_ptr<HttpFile> file_;

@@ -27,7 +27,7 @@ const char* nameOf(Editing::DifferenceIdentifiers identifiers) {
 Json toJson(const Editing::Difference& difference) {
     const Editing::DescribedKind& kind = describe(difference.kind);
     return {{"kind", kind.name},
-            // What documents can't hold was told here, too, before they could hold everything.
+            // What documents can't hold was reported here, too, before they could hold everything.
             {"weight", "real"},
             {"set", orNull(difference.set)},
             {"instanceUID", orNull(difference.instanceUID)},

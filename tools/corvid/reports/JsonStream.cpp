@@ -12,7 +12,7 @@ void JsonStream::write(std::string_view text) {
 
 void JsonStream::newLine() { write("\n" + std::string(jsonIndent * open_.size(), ' ')); }
 
-/// A value stands behind its key, in an array on a line of its own, else at the front.
+/// A value follows its key, has a line of its own in an array, else is at the front.
 void JsonStream::beginValue() {
     if (!followsKey_ && !open_.empty()) {
         write(open_.back().isEmpty ? "" : ",");

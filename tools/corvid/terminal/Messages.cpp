@@ -112,7 +112,7 @@ void Messages::write(std::string_view text) {
     try {
         sink_.write(reinterpret_cast<const unsigned char*>(text.data()), text.size());
     } catch (const Exceptions::IOError&) {
-        // Where nobody listens there is nobody to tell.
+        // Where nobody reads there is nobody to write to.
     }
 }
 

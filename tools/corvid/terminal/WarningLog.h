@@ -31,7 +31,7 @@ public:
 
 private:
     struct Kind {
-        std::map<std::string, std::size_t> facts; ///< to entries, by what the scope tells apart
+        std::map<std::string, std::size_t> facts; ///< to entries, by what the scope distinguishes
         std::size_t last = 0;                     ///< the entry that was added last
     };
 

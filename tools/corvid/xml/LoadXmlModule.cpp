@@ -9,7 +9,7 @@ namespace Corvid::Tool {
 namespace {
 
 const XmlModule& load() {
-    // Without a folder: it stands in the command's run path, with the libraries of Corvid.
+    // Without a folder: it is in the command's run path, with the libraries of Corvid.
     void* const module = ::dlopen(CORVID_XML_MODULE, RTLD_LAZY | RTLD_LOCAL);
     void* const symbol = module == nullptr ? nullptr : ::dlsym(module, "corvidXmlModule");
     if (symbol == nullptr) {

@@ -30,7 +30,7 @@ public:
     void resize(int file, std::uint64_t size) override;
     void sync(int file) override;
     /// Only of file systems that insert blocks by changing their own tables: others offer the call
-    /// and copy behind it.
+    /// but copy.
     std::uint64_t insertionBlock(int file) override;
     bool insert(int file, std::uint64_t offset, std::uint64_t size) override;
     void collapse(int file, std::uint64_t offset, std::uint64_t size) override;

@@ -1,27 +1,28 @@
 #!/usr/bin/env python3
-"""Writes the dictionary's data files from tables of the SMPTE metadata registers.
+"""Compares the dictionary's texts with tables of a release of the SMPTE metadata registers.
 
-    tools/make-dictionary.py [--compare] REGISTERS_DIR [ROOT]
+    tools/compare-dictionary.py REGISTERS_DIR [ROOT]
+    tools/compare-dictionary.py --write REGISTERS_DIR FOLDER
 
+The texts are the source and are changed by hand. This prints each row that the registers would give
+and a text does not have ("new"), and each that a text has and the registers would not give ("only
+here"); then it exits with 1. The order of rows, comments and the width of columns do not count.
 REGISTERS_DIR holds groups.csv, group_elements.csv, elements.csv, types.csv, type_members.csv,
-labels.csv, type_mapping.csv and element_overrides.csv; ROOT is the root of the sources unless
-given. There it writes host/dictionary/smpte/*.dict, the definitions of header metadata (this file),
+labels.csv, type_mapping.csv and element_overrides.csv; ROOT is the root of the sources unless given.
+With --write it makes all texts anew below FOLDER, as a place to take rows from.
+
+The texts are host/dictionary/smpte/*.dict, the definitions of header metadata (this file),
 host/dictionary/registers/*.reg, all entries of the registers (register_texts.py), and
-docs/registers.md, which tells what is covered (register_report.py). What the registers do not tell
-(names of namespaces, types, who must write a property) stands in the tables of these three;
-everything else is derived by rule. The output depends on the input alone.
-
-Where REGISTERS_DIR also holds beyond_groups.csv, beyond_elements.csv and beyond_labels.csv, it
-writes host/dictionary/beyond, what is in use but not registered (beyond_texts.py).
-
-With --compare it writes nothing, shows what would change, and exits with 1 if anything would.
+docs/registers.md, which says what is covered (register_report.py). Where REGISTERS_DIR also holds
+beyond_groups.csv, beyond_elements.csv and beyond_labels.csv, so is host/dictionary/beyond, what is in
+use but not registered (beyond_texts.py). What the registers do not say (names of namespaces, types,
+who must write a property) is in the tables of these; everything else is derived by rule.
 """
 
 import csv
-import difflib
 import heapq
 import sys
-from collections import defaultdict
+from collections import Counter, defaultdict
 from pathlib import Path
 
 sys.dont_write_bytecode = True
@@ -52,7 +53,7 @@ FILES = {
     "ebucore": ("EBUCore (EBU Tech 3293)", ["ebucore"]),
 }
 
-# Register namespace to prefix and URI. The owner of a namespace is told from its last part.
+# Register namespace to prefix and URI. The owner of a namespace is its last part.
 SMPTE_GROUPS = ("s377m", "urn:SMPTE:S377M")
 SMPTE_ELEMENTS = ("rp210", "urn:SMPTE:RP210")
 GROUP_NAMESPACES = {"reg/395/2014": SMPTE_GROUPS, "reg/395/2014/13/1/aaf": SMPTE_GROUPS}
@@ -80,7 +81,7 @@ RENAMED = {"InstanceID": "InstanceUID", "LinkedGenerationID": "GenerationUID"}
 BYTES = "DataStream"
 AS_BYTES = {"none", "DataValue", "Unknown"}
 
-# Who must write or understand a property, where SMPTE ST 377-1 tells more than the register's flag
+# Who must write or understand a property, where SMPTE ST 377-1 says more than the register's flag
 # "optional", by the symbol of the class that lists it.
 STATUS = {
     "required": [
@@ -110,10 +111,9 @@ HEAD = """\
 #   namespace  prefix, URI
 #   set        name, key as in files, name of the set it inherits from or -, concrete or abstract
 #   property   of the set above: name, label, static local tag or -, value type, status, SchemaIndex
-#   use        a property of the set above that stands elsewhere as well: name, status
+#   use        a property of the set above that is elsewhere as well: name, status
 # Status: required, encoder-required, decoder-required, best-effort, optional.
-# Made by tools/make-dictionary.py; to change a row, change that and run it again.
-"""
+""" + register_texts.ORIGIN
 
 
 def read(folder, name):
@@ -133,7 +133,7 @@ def namespace_of(uri, known, suffix):
 
 
 class Registers:
-    """The groups that can stand in header metadata, and their elements."""
+    """The groups that can be in header metadata, and their elements."""
 
     def __init__(self, folder):
         self.groups = [g for g in read(folder, "groups.csv")
@@ -174,7 +174,7 @@ class Registers:
 
     def order(self):
         """One number per property, so that within each set the ancestors' properties come first
-        and each class's own stand as in the register; where that leaves a choice, as there too."""
+        and each class's own are in the register's order; where that leaves a choice, as there too."""
         after, waits = defaultdict(set), defaultdict(int)
 
         def put_in_order(first, then):
@@ -271,15 +271,38 @@ def write(texts):
         path.write_text(text, encoding="utf-8")
 
 
+# Rows that say something of a row above them.
+DETAILS = {".dict": {"property", "use"}, ".reg": {"member", "use", "reason", "deprecated"}}
+
+
+def rows_of(path, text):
+    """How often a text has each row, with the name that it belongs to."""
+    if path.suffix == ".md":
+        return Counter(text.splitlines())
+    rows, owner = Counter(), ""
+    for line in text.splitlines():
+        cells = line.split(" # ")[0].split()
+        if not cells or cells[0].startswith("#"):
+            continue
+        if cells[0] in DETAILS[path.suffix]:
+            cells.append(f"(of {owner})")
+        else:
+            owner = cells[1]
+        rows[" ".join(cells)] += 1
+    return rows
+
+
 def compare(texts):
-    """Prints what writing would change; True if anything."""
-    changes = []
+    """Prints where the texts differ from what the registers give; True if anywhere."""
+    differs = False
     for path, text in texts.items():
         old = path.read_text(encoding="utf-8") if path.exists() else ""
-        changes += difflib.unified_diff(old.splitlines(True), text.splitlines(True),
-                                        str(path), str(path), n=0)
-    sys.stdout.writelines(changes)
-    return bool(changes)
+        here, there = rows_of(path, old), rows_of(path, text)
+        for what, rows in (("new", there - here), ("only here", here - there)):
+            for row in rows.elements():
+                differs = True
+                print(f"{path.name}: {what}: {row}")
+    return differs
 
 
 def definitions(registers):
@@ -348,12 +371,13 @@ def all_texts(folder):
 
 
 def main():
-    arguments = [argument for argument in sys.argv[1:] if argument != "--compare"]
-    if len(arguments) not in (1, 2):
+    arguments = [argument for argument in sys.argv[1:] if argument != "--write"]
+    writes = "--write" in sys.argv
+    if len(arguments) not in ((2,) if writes else (1, 2)):
         sys.exit(__doc__)
     root = Path(arguments[1]) if len(arguments) == 2 else Path(__file__).resolve().parent.parent
     texts = {root / path: text for path, text in all_texts(Path(arguments[0])).items()}
-    if "--compare" not in sys.argv:
+    if writes:
         write(texts)
     elif compare(texts):
         sys.exit(1)
