@@ -301,7 +301,7 @@ def compare(texts):
         for what, rows in (("new", there - here), ("only here", here - there)):
             for row in rows.elements():
                 differs = True
-                print(f"{path.name}: {what}: {row}")
+                print(f"{path.parent.name}/{path.name}: {what}: {row}")
     return differs
 
 

@@ -139,8 +139,13 @@ protected:
 };
 
 TEST_F(DictionaryScript, findsTheTextsEqualToTheRegisters) {
-    // A row that is meant to differ is expected here, with the reason.
-    EXPECT_EQ(differencesOf(sourceDir()), "");
+    // What is in use but not registered may have more than its first tables had. Any other row that is
+    // meant to differ is expected here, with the reason.
+    std::istringstream differences(differencesOf(sourceDir()));
+    for (std::string line; std::getline(differences, line);) {
+        EXPECT_EQ(line.find("beyond/"), 0U) << line;
+        EXPECT_NE(line.find(": only here: "), std::string::npos) << line;
+    }
 }
 
 TEST_F(DictionaryScript, reportsWhatIsNewInTheRegistersAndWhatIsOnlyInTheTexts) {
