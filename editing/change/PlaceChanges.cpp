@@ -1,11 +1,13 @@
 #include "editing/change/PlaceChanges.h"
 
 #include "editing/change/StoredProperties.h"
+#include "editing/values/ValueText.h"
 #include "host/base/Exceptions.h"
 #include "host/base/Hex.h"
 #include "host/base/Shortened.h"
 #include "host/dictionary/MetaElement.h"
 #include "host/metadata/MetadataSet.h"
+#include "host/types/Factories.h"
 
 #include <algorithm>
 
@@ -20,13 +22,23 @@ using Types::ByteView;
 
 constexpr std::size_t collectionHead = 8; ///< number and size of the items, in bytes
 
-std::string valueText(const StoredProperty* property) {
-    constexpr std::size_t shown = 64; // in digits
-    return property == nullptr
-               ? "nothing"
-               : "bytes " + shortened(Hex::encoded<std::string>(property->value.data,
-                                                                property->value.size, Hex::lower),
-                                      shown);
+/// As people read it where its type is known and no collection, else its bytes.
+std::string shownValue(const StoredProperty* property, const MetaMetadata::Dictionary& dictionary) {
+    constexpr std::size_t shown = 64; // characters or digits
+    if (property == nullptr) {
+        return "nothing";
+    }
+    const auto* const definition =
+        property->label ? dictionary.findElement(*property->label) : nullptr;
+    if (definition != nullptr) {
+        if (const auto value =
+                Types::Factories::fromBytes(definition->dataType(), property->value)) {
+            return "'" + shortened(valueText(*value), shown) + "'";
+        }
+    }
+    return "bytes " + shortened(Hex::encoded<std::string>(property->value.data,
+                                                          property->value.size, Hex::lower),
+                                shown);
 }
 
 bool isSame(const StoredProperty* a, const StoredProperty* b) {
@@ -125,8 +137,9 @@ private:
     void requireSame(const ChangedSet& set, const std::string& property, const StoredProperty* own,
                      const StoredProperty* chosen) const {
         if (!isSame(own, chosen)) {
-            refuse(set, "property " + property + ": has " + valueText(own) + ", expected " +
-                            valueText(chosen) + " as in the copy that the edit was made for");
+            refuse(set, "property " + property + ": has " + shownValue(own, dictionary_) +
+                            ", expected " + shownValue(chosen, dictionary_) +
+                            " as in the copy that the edit was made for");
         }
     }
 

@@ -101,9 +101,10 @@ TEST(EditPlan, refusesACopyWhereTheOldValueDiffers) {
     Says other;
     other.trackName = u"Noise";
     const Bytes clip = clipOf(metadata(other));
-    EXPECT_THAT(refusalOf(clip, soundToMusic(clip)),
-                AllOf(HasSubstr("partition 0 (header): set TimelineTrack"),
-                      HasSubstr("property TrackName: has")));
+    EXPECT_THAT(
+        refusalOf(clip, soundToMusic(clip)),
+        AllOf(HasSubstr("partition 0 (header): set TimelineTrack"),
+              HasSubstr("property TrackName: has 'Noise', expected 'Sound' as in the copy")));
 }
 
 TEST(EditPlan, refusesACopyThatIsNotFoundWhereItIsSaidToBe) {
