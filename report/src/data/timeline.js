@@ -203,9 +203,16 @@ export function timeline(model) {
 
 const niceSteps = [0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1, 2, 5, 10, 15, 30, 60, 120, 300, 600, 900, 1800, 3600, 7200, 14400, 43200, 86400];
 
-/** Seconds of the ticks of an axis, at most so many. */
-export function ticks(end, most) {
-  const step = niceSteps.find((each) => end / each <= most) ?? end / most;
+const niceFrames = [1, 2, 5, 10, 20, 50];
+
+/**
+ * Seconds of the ticks of an axis, at most so many. With a rate, those closer than a second are at whole
+ * frames, which have a timecode.
+ */
+export function ticks(end, most, rate) {
+  const nice = niceSteps.find((each) => end / each <= most) ?? end / most;
+  const frames = nice < 1 && rate && niceFrames.find((each) => (end * rate) / each <= most);
+  const step = frames ? frames / rate : nice;
   const result = [];
   for (let i = 0; i * step <= end && result.length <= most; i += 1) result.push(i * step);
   return result;

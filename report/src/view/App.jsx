@@ -176,7 +176,7 @@ export function App({ model }) {
           />
           <Properties model={model} place={chosen ?? model.roots[0]} byte={isBefore ? undefined : byte} onBack={() => history.back()} />
         </section>
-        <Printed model={model} />
+        <Printed model={model} isOnly={isOnly} />
       </main>
       <footer class="quiet">
         {counted(model.sets.length, 'set')}. Written by corvid report.

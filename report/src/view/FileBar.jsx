@@ -1,6 +1,7 @@
 import { useState } from 'preact/hooks';
 import { bytes, count, share } from '../data/numbers.js';
 import { ends, kinds, linear, totals } from '../data/regions.js';
+import { Text } from './Text.jsx';
 
 const mostPieces = 24;
 const mostRows = 200;
@@ -97,7 +98,9 @@ export function FileBar({ data }) {
   if (regions.length === 0) return null;
   return (
     <section class="file" aria-labelledby="file-heading">
-      <h2 id="file-heading">File</h2>
+      <h2 id="file-heading">
+        File{data.comparison && <span class="quiet"> <Text value={clip.name} /></span>}
+      </h2>
       <Strip regions={regions} size={clip.size} />
       <div class="scale">
         <span>0</span>

@@ -2,6 +2,7 @@ import { useEffect, useState } from 'preact/hooks';
 import { count } from '../data/numbers.js';
 import { visibleRows } from '../data/rows.js';
 import { textOf } from '../data/values.js';
+import { Change } from './Change.jsx';
 import { Text } from './Text.jsx';
 
 /** More than these nobody wants on paper. */
@@ -26,41 +27,60 @@ function usePrinting() {
   return isPrinting;
 }
 
-/** The sets with their properties, as many as go into so many rows. */
-function printedSets(model) {
+/** The sets with their properties, as many as go into so many rows, and how many are left. */
+function printedSets(model, isOnly) {
   const sets = [];
   let rows = 0;
+  let left = 0;
   for (const { place, level } of visibleRows(model, () => true)) {
-    const properties = model.propertiesOf(place);
+    const change = model.comparison?.changeOf(place);
+    if (isOnly && change === undefined) continue;
+    const properties = model.comparison?.rowsOf(model, place) ?? model.propertiesOf(place);
     rows += 1 + properties.length;
-    if (rows > mostRows) break;
-    sets.push({ place, level, properties });
+    if (rows > mostRows) left += 1;
+    else sets.push({ place, level, change, properties });
   }
-  return sets;
+  return { sets, left };
 }
 
-/** The tree with all properties, for paper only: what is on the screen are the rows in sight. */
-export function Printed({ model }) {
+function Property({ row: { name, value, change, earlier } }) {
+  return (
+    <p>
+      {change && <Change kind={change} />}{' '}
+      <b>
+        <Text value={name} />
+      </b>{' '}
+      {earlier && (
+        <>
+          <Text value={textOf(earlier.value)} /> {'\u2192'}{' '}
+        </>
+      )}
+      <Text value={textOf(value)} />
+    </p>
+  );
+}
+
+/**
+ * The tree with all properties, for paper only: what is on the screen are the rows in sight.
+ * @param isOnly  only the sets that differ.
+ */
+export function Printed({ model, isOnly }) {
   if (!usePrinting()) return null;
-  const sets = printedSets(model);
+  const { sets, left } = printedSets(model, isOnly);
   return (
     <section class="printed">
-      {sets.map(({ place, level, properties }) => (
+      {sets.map(({ place, level, change, properties }) => (
         <div key={place} style={{ paddingLeft: `${Math.min(level - 1, 8) * 12}px` }}>
           <h3>
-            <Text value={model.classOf(place)} /> <span class="quiet">byte {count(model.sets[place].offset)}</span>
+            {change && <Change kind={change} />} <Text value={model.classOf(place)} />{' '}
+            <span class="quiet">byte {count(model.sets[place].offset)}</span>
           </h3>
-          {properties.map(({ name, value }, i) => (
-            <p key={i}>
-              <b>
-                <Text value={name} />
-              </b>{' '}
-              <Text value={textOf(value)} />
-            </p>
+          {properties.map((row, i) => (
+            <Property key={i} row={row} />
           ))}
         </div>
       ))}
-      {sets.length < model.sets.length && <p>{count(model.sets.length - sets.length)} more sets are not printed.</p>}
+      {left > 0 && <p>{count(left)} more sets are not printed.</p>}
     </section>
   );
 }

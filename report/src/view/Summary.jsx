@@ -7,6 +7,9 @@ import { Text } from './Text.jsx';
 const headings = ['Picture', 'Sound', 'Start', 'Duration'];
 const rank = ({ name }) => headings.indexOf(name);
 
+/** A number stays on the line of its unit, and a width on that of its height. */
+const keepTogether = (line) => line.replace(/(\d) (x |fps|bit|kHz|channel)/g, (_, digit, unit) => `${digit}\u00a0${unit.replace(' ', '\u00a0')}`);
+
 /** A block of a stream says first which tracks it is about, then what is in them. */
 function Fact({ block: { name, lines } }) {
   const hasTracks = lines.length > 1;
@@ -23,7 +26,7 @@ function Fact({ block: { name, lines } }) {
         )}
       </dt>
       <dd class={rank({ name }) < 0 ? '' : 'first'}>
-        <Text value={first} />
+        <Text value={keepTogether(first)} />
       </dd>
       {more.map((line, i) => (
         <dd key={i}>

@@ -25,11 +25,14 @@ function startOf(data) {
   };
 }
 
+/** Whether the words at a tick have room before the end of the axis: always, not on phones, never. */
+const roomOf = (place) => (place > 0.93 ? ' cramped' : place > 0.78 ? ' wide-only' : '');
+
 function Axis({ end, start }) {
   return (
     <div class="axis" aria-hidden="true">
-      {ticks(end, mostTicks).map((second) => (
-        <span key={second} class="tick" style={{ left: `${(100 * second) / end}%` }}>
+      {ticks(end, mostTicks, start?.rate).map((second) => (
+        <span key={second} class={`tick${roomOf(second / end)}`} style={{ left: `${(100 * second) / end}%` }}>
           {clock(second)}
           {start && <small>{timecode(start.first + Math.round(second * start.rate), start)}</small>}
         </span>
@@ -120,7 +123,11 @@ export function Timeline({ model, data }) {
   return (
     <section class="timeline" aria-labelledby="timeline-heading">
       <h2 id="timeline-heading">
-        Timeline <span class="quiet">{shown.isMaterial ? 'of the material package' : `of the ${model.classOf(shown.material)}`}</span>
+        Timeline{' '}
+        <span class="quiet">
+          {shown.isMaterial ? 'of the material package' : `of the ${model.classOf(shown.material)}`}
+          {model.comparison && <> of <Text value={data.clip.name} /></>}
+        </span>
       </h2>
       <div class="lanes">
         {hasTime && (

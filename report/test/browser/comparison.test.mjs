@@ -34,6 +34,16 @@ test('two edits of one clip differ in the sets and properties that were edited',
   }
 });
 
+test('on paper are the sets that differ, with the values before and after', async () => {
+  const { page, close } = await browser.open(work.comparison(...work.edits(), 'paper'));
+  await page.emulateMedia({ media: 'print' });
+  const printed = page.locator('.printed');
+  await eventually(async () => assert.match(await printed.innerText(), /PackageName First \u2192 Second/));
+  assert.equal(await printed.locator('h3').count(), 2);
+  assert.equal(await printed.locator('h3 .change.changed').count(), 2);
+  await close();
+});
+
 test('all sets are there when not only differences are wanted, and the search finds the value before', async () => {
   const { page, close } = await browser.open(work.comparison(...work.edits(), 'all'));
   const only = page.getByLabel('Only differences');

@@ -269,3 +269,28 @@ test('on paper there are as many rows as people may want to print', async () => 
   await eventually(async () => assert.equal(await page.getByRole('searchbox').isVisible(), false));
   await close();
 });
+
+test('on paper sets are left out, and counted, beyond so many rows', async () => {
+  const { page, close } = await browser.open(work.report(work.generated(10_000), 'long paper'));
+  await tree(page).waitFor();
+  await page.emulateMedia({ media: 'print' });
+  const printed = page.locator('.printed');
+  await printed.getByText(/^[\d,]+ more sets are not printed\.$/).waitFor();
+  const rows = await printed.locator('h3, h3 ~ p').count();
+  assert.ok(rows > 4900 && rows <= 5000, `${rows} rows`);
+  await close();
+});
+
+test('with forced colours parts have letters and borders, and the chosen set is outlined', async () => {
+  const { page, close } = await browser.open(work.report(work.sample(), 'forced'), { forcedColors: 'active' });
+  await tree(page).getByRole('treeitem').first().click();
+  const style = (selector, property) =>
+    page.locator(selector).first().evaluate((element, name) => getComputedStyle(element)[name], property);
+  assert.deepEqual(await page.locator('.broken li').allInnerTexts(), ['P', 'F', 'M']);
+  for (const selector of ['.broken li', '.piece', '.segment', '.swatch']) {
+    assert.equal(await style(selector, 'borderTopWidth'), '1px', selector);
+    assert.notEqual(await style(selector, 'borderTopStyle'), 'none', selector);
+  }
+  assert.equal(await style('.row[aria-selected=true]', 'outlineStyle'), 'solid');
+  await close();
+});

@@ -109,6 +109,15 @@ test('an axis has few ticks at round places', () => {
   assert.ok(ticks(1e9, 8).length <= 9);
 });
 
+test('ticks closer than a second are at whole frames', () => {
+  assert.deepEqual(ticks(0.08, 8, 25), [0, 0.04, 0.08]);
+  assert.deepEqual(ticks(0.96, 8, 25), [0, 0.2, 0.4, 0.6000000000000001, 0.8]);
+  for (const second of ticks(1.5, 8, 30000 / 1001)) {
+    assert.ok(Math.abs((second * 30000) / 1001 - Math.round((second * 30000) / 1001)) < 1e-9);
+  }
+  assert.deepEqual(ticks(3600, 8, 25), ticks(3600, 8));
+});
+
 test('the material package is found whatever other packages call themselves', () => {
   const tracks = [['TimelineTrack', rate, [clip(25, 'none')]]];
   const model = clipOf({
