@@ -40,16 +40,20 @@ private:
     bool isFirst_ = true;
 };
 
-Json regionsOf(const PageContent& content) {
-    Json list = Json::array();
+/// Region by region: a file may have very many.
+void writeRegions(const PageContent& content, Members& members) {
+    const char* between = "[";
     for (const auto& region :
          mxf::fileRegions(content.source, content.summary.partitions, content.header)) {
-        list.push_back({{"kind", nameOf(region.kind)},
-                        {"begin", region.begin},
-                        {"end", region.end},
-                        {"partition", region.partition ? Json(*region.partition) : Json(nullptr)}});
+        members.write(between);
+        members.write(
+            jsonLine({{"kind", nameOf(region.kind)},
+                      {"begin", region.begin},
+                      {"end", region.end},
+                      {"partition", region.partition ? Json(*region.partition) : Json(nullptr)}}));
+        between = ",";
     }
-    return list;
+    members.write(*between == '[' ? "[]" : "]");
 }
 
 Json glanceOf(const Inspection::Summary& summary) {
@@ -92,7 +96,8 @@ void writePageData(const PageContent& content, const PageComparison* comparison,
     members.key("summary");
     members.write(toJson(summary, content.warnings, JsonLayout::line));
     members.add("glance", glanceOf(summary));
-    members.add("regions", regionsOf(content));
+    members.key("regions");
+    writeRegions(content, members);
     members.add("rawLimit", content.mostRawBytes ? Json(*content.mostRawBytes) : Json(nullptr));
     members.key("metadata");
     writeMetadata(content, sink);
