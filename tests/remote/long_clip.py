@@ -1,4 +1,4 @@
-"""Makes clips longer in front of their footer partition, with fill that is not written: sparse files."""
+"""Makes clips longer, mostly in front of their footer partition, with fill that is not written: sparse files."""
 
 import struct
 
@@ -7,6 +7,19 @@ FILL = bytes.fromhex("060e2b34010101020301021001000000")
 # In the value of a partition pack, SMPTE ST 377-1.
 THIS, PREVIOUS, FOOTER, METADATA = 8, 16, 24, 32
 ESSENCE_CONTAINERS = 80
+
+
+def unfinished(source, target, gap):
+    """Writes the front of source to target, as a recording that was not ended: its header says that it is open, names
+    no footer, and gap bytes of small fill come last."""
+    with open(source, "rb") as file:
+        clip = bytearray(file.read())
+    footer = _value(clip, 0) + FOOTER
+    (end,) = struct.unpack_from(">Q", clip, footer)
+    clip[14] = 1
+    struct.pack_into(">Q", clip, footer, 0)
+    with open(target, "wb") as file:
+        file.write(clip[:end] + (_fill(8192) + bytes(8192 - 25)) * (gap // 8192))
 
 
 def _value(clip, offset):

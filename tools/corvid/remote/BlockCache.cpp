@@ -1,22 +1,21 @@
 #include "tools/corvid/remote/BlockCache.h"
 
-#include <algorithm>
-
 namespace Corvid::Tool {
 
 const BlockCache::Bytes* BlockCache::find(std::uint64_t block) {
-    const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                    [block](const Entry& entry) { return entry.block == block; });
-    if (found == entries_.end()) {
+    const auto found = places_.find(block);
+    if (found == places_.end()) {
         return nullptr;
     }
-    entries_.splice(entries_.begin(), entries_, found);
-    return &found->bytes;
+    entries_.splice(entries_.begin(), entries_, found->second);
+    return &found->second->bytes;
 }
 
 void BlockCache::add(std::uint64_t block, Bytes bytes) {
     entries_.push_front({block, std::move(bytes)});
+    places_[block] = entries_.begin();
     if (entries_.size() > most) {
+        places_.erase(entries_.back().block);
         entries_.pop_back();
     }
 }

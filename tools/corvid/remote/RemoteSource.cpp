@@ -9,6 +9,13 @@ namespace Corvid::Tool {
 namespace {
 
 constexpr std::size_t blockSize = BlockCache::blockSize;
+/// What a request asks for, in blocks: 256 KiB. Mostly, the next reads are there.
+constexpr std::uint64_t blocksAtOnce = 64;
+/// So many places in a file are read so, then others in single blocks: a file may have hundreds of
+/// partition packs.
+constexpr unsigned mostPlaces = 16;
+/// What is read so close after the last request, in blocks, goes on from there.
+constexpr std::uint64_t nearBy = 16;
 
 /// Cuts bytes into blocks.
 void addBlocks(BlockCache& cache, std::uint64_t number, const BlockCache::Bytes& bytes) {
@@ -29,20 +36,33 @@ RemoteSource::RemoteSource(std::unique_ptr<HttpFile> file)
         first.resize(first.size() / blockSize * blockSize);
     }
     addBlocks(cache_, 0, first);
+    next_ = first.size() / blockSize;
 }
 
 const BlockCache::Bytes& RemoteSource::block(std::uint64_t number, std::uint64_t last) {
     if (const auto* const kept = cache_.find(number)) {
         return *kept;
     }
+    const bool goesOn = number - next_ < nearBy; // unsigned: not before it
+    std::uint64_t begin = number;
+    std::uint64_t wanted = last + 1;
+    if (goesOn || places_ < mostPlaces) {
+        places_ += goesOn ? 0 : 1;
+        const std::uint64_t front = number / blocksAtOnce * blocksAtOnce;
+        while (begin != front && !cache_.has(begin - 1)) {
+            --begin;
+        }
+        wanted = std::max(wanted, front + blocksAtOnce);
+    }
+    wanted = std::min(wanted, begin + BlockCache::most);
     std::uint64_t end = number + 1;
-    const std::uint64_t furthest = std::min(last, number + BlockCache::most - 1);
-    while (end <= furthest && cache_.find(end) == nullptr) {
+    while (end < wanted && !cache_.has(end)) {
         ++end;
     }
-    const std::uint64_t offset = number * blockSize;
+    const std::uint64_t offset = begin * blockSize;
     const std::uint64_t size = std::min(end * blockSize, file_->size()) - offset;
-    addBlocks(cache_, number, file_->read(offset, static_cast<std::size_t>(size)));
+    addBlocks(cache_, begin, file_->read(offset, static_cast<std::size_t>(size)));
+    next_ = end;
     return *cache_.find(number);
 }
 

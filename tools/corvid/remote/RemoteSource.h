@@ -17,11 +17,13 @@ public:
     std::uint64_t size() override { return file_->size(); }
 
 private:
-    /// The bytes of a block, of which it is read with the following ones up to a last one.
+    /// The bytes of a block. It is read with the following ones up to a last one, and mostly more.
     const BlockCache::Bytes& block(std::uint64_t number, std::uint64_t last);
 
     std::unique_ptr<HttpFile> file_;
     BlockCache cache_;
+    std::uint64_t next_ = 0; ///< the block after those that were read last
+    unsigned places_ = 0;    ///< that were read with their neighbours
 };
 
 /// @param address  as isAddress() takes it.

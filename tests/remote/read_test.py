@@ -1,13 +1,8 @@
 """Reads clips on servers of many kinds with the command.
 
-    remote_test.py --corvid PATH CLIP.mxf
-
-Exit status 77 where it or libcurl is not there.
+    read_test.py --corvid PATH CLIP.mxf
 """
 
-import argparse
-import ctypes
-import json
 import os
 import shutil
 import subprocess
@@ -15,62 +10,9 @@ import sys
 import tempfile
 import unittest
 
-from long_clip import lengthen
+from long_clip import lengthen, unfinished
+from on_a_server import OnAServer, clip, main, run
 from server import Server
-
-SECONDS = 120
-CORVID = CLIP = None
-
-
-def run(*arguments, environment=None, **options):
-    return subprocess.run([CORVID, *arguments], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                          timeout=SECONDS, env={**os.environ, **(environment or {})}, text=True,
-                          **options)
-
-
-class OnAServer(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = tempfile.mkdtemp()
-        cls.clip = os.path.join(cls.folder, "clip.mxf")
-        lengthen(CLIP, cls.clip, 3 * 2 ** 20)
-        cls.small = os.path.join(cls.folder, "small.mxf")
-        done = run("to-xml", CLIP, "-o", os.path.join(cls.folder, "clip.xml"))
-        assert done.returncode == 0, done.stderr
-        done = run("from-xml", os.path.join(cls.folder, "clip.xml"), "-o", cls.small)
-        assert done.returncode == 0, done.stderr
-        open(os.path.join(cls.folder, "empty.mxf"), "wb").close()
-        cls.server = Server(cls.folder)
-
-    @classmethod
-    def tearDownClass(cls):
-        cls.server.shutdown()
-        cls.server.server_close()
-        shutil.rmtree(cls.folder)
-
-    def setUp(self):
-        self.server.forget()
-
-    def address(self, mode, name="clip.mxf", **options):
-        return self.server.address(mode, name, **options)
-
-    def read(self, mode, name="clip.mxf", *options):
-        """The document of a remote clip."""
-        return run("to-xml", *options, self.address(mode, name))
-
-    def assert_read(self, mode, name="clip.mxf", *options):
-        remote = self.read(mode, name, *options)
-        local = run("to-xml", os.path.join(self.folder, name))
-        self.assertEqual(remote.returncode, 0, remote.stderr)
-        self.assertEqual(remote.stdout, local.stdout)
-        self.assertNotIn("HEAD", [request.method for request in self.server.requests])
-
-    def assert_refused(self, mode, what, name="clip.mxf", *options):
-        done = self.read(mode, name, *options)
-        self.assertEqual(done.returncode, 3, done.stderr)
-        self.assertEqual(done.stdout, "")
-        self.assertIn(what, done.stderr)
-        self.assertNotIn("SECRET", done.stderr)
 
 
 class Reads(OnAServer):
@@ -133,7 +75,7 @@ class Reads(OnAServer):
 
     def test_little_of_a_long_file(self):
         gap = 20 * 10 ** 9
-        lengthen(CLIP, os.path.join(self.folder, "long.mxf"), gap)
+        lengthen(clip(), os.path.join(self.folder, "long.mxf"), gap)
         local = run("to-xml", os.path.join(self.folder, "long.mxf"))
         self.assertEqual(local.returncode, 0, local.stderr)
         for verb in ("info", "to-xml"):
@@ -144,6 +86,21 @@ class Reads(OnAServer):
             print(f"{verb} of a clip of {gap} bytes: {self.server.sent()} bytes in "
                   f"{len(self.server.requests)} requests", file=sys.stderr)
         self.assertEqual(done.stdout, local.stdout)
+
+    def test_a_clip_of_many_partitions(self):
+        path = os.path.join(self.folder, "wide.mxf")
+        for partitions in (40, 400, 900):
+            lengthen(clip(), path, 2 * 10 ** 9, partitions=partitions)
+            local = run("info", "--json", path)
+            self.assertEqual(local.returncode, 0, local.stderr)
+            self.server.forget()
+            done = run("info", "--json", self.address("plain", "wide.mxf"))
+            self.assertEqual(done.returncode, 0, done.stderr)
+            self.assertEqual(done.stdout.replace(self.address("plain", "wide.mxf"), "X"),
+                             local.stdout.replace(path, "X"))
+            print(f"info of a clip of {partitions} added partitions: {self.server.sent()} bytes in "
+                  f"{len(self.server.requests)} requests", file=sys.stderr)
+            self.assertLess(self.server.sent(), 10 * 2 ** 20 + partitions * 20 * 1024)
 
 
 class Refuses(OnAServer):
@@ -215,14 +172,17 @@ class Refuses(OnAServer):
         self.assertNotIn("SECRET", done.stderr)
 
     def test_to_read_more_than_a_clip_may_need(self):
-        path = os.path.join(self.folder, "wide.mxf")
-        lengthen(CLIP, path, 2 * 10 ** 9, partitions=2000)
-        local = run("info", path)
-        self.assertEqual(local.returncode, 0, local.stderr)
-        for mode, what in (("plain", "more than 67108864 bytes would be needed"),
-                           ("crumbs", "more than 1000 requests would be needed")):
+        wide = os.path.join(self.folder, "wide.mxf")
+        lengthen(clip(), wide, 2 * 10 ** 9, partitions=2000)
+        endless = os.path.join(self.folder, "unfinished.mxf")
+        unfinished(clip(), endless, 80 * 2 ** 20)
+        for mode, path, what in (("plain", endless, "more than 67108864 bytes would be needed"),
+                                 ("plain", wide, "more than 1000 requests would be needed"),
+                                 ("crumbs", wide, "more than 1000 requests would be needed")):
+            local = run("info", path)
+            self.assertEqual(local.returncode, 0, local.stderr)
             self.server.forget()
-            done = run("info", self.address(mode, "wide.mxf"))
+            done = run("info", self.address(mode, os.path.basename(path)))
             self.assertEqual(done.returncode, 3, done.stderr)
             self.assertIn(what + "; fetch the file and read the copy", done.stderr)
             self.assertLess(self.server.sent(), 66 * 2 ** 20)
@@ -286,7 +246,7 @@ class Encrypted(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.mkdtemp()
-        shutil.copy(CLIP, os.path.join(cls.folder, "clip.mxf"))
+        shutil.copy(clip(), os.path.join(cls.folder, "clip.mxf"))
         cls.authority = os.path.join(cls.folder, "authority.pem")
         key = os.path.join(cls.folder, "key.pem")
         subprocess.run(
@@ -331,27 +291,5 @@ class Encrypted(unittest.TestCase):
         self.assertEqual(done.returncode, 0, done.stderr)
 
 
-def has_curl():
-    for name in ("libcurl.so.4", "libcurl-gnutls.so.4"):
-        try:
-            ctypes.CDLL(name)
-            return True
-        except OSError:
-            pass
-    return False
-
-
 if __name__ == "__main__":
-    parser = argparse.ArgumentParser()
-    parser.add_argument("--corvid", required=True)
-    parser.add_argument("clip")
-    given, rest = parser.parse_known_args()
-    if not os.path.exists(given.clip) or not has_curl():
-        print("no clip, or no libcurl")
-        sys.exit(77)
-    CORVID, CLIP = given.corvid, given.clip
-    # A proxy would answer instead, and other certificates be trusted.
-    for variable in list(os.environ):
-        if variable.lower().endswith("_proxy") or variable in ("CURL_CA_BUNDLE", "SSL_CERT_FILE"):
-            del os.environ[variable]
-    unittest.main(argv=[sys.argv[0], *rest])
+    main()
