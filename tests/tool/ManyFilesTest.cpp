@@ -164,6 +164,10 @@ INSTANTIATE_TEST_SUITE_P(
         Wrong{"ShardBeyond", "corvid info --shard 4/3 in/b.mxf", "--shard"},
         Wrong{"ShardWithoutNumber", "corvid info --shard 1/ in/b.mxf", "--shard"},
         Wrong{"NoJobs", "corvid info --jobs 0 in/b.mxf", "--jobs"},
+        Wrong{"EmptyFolder", "corvid info --output-dir '' in/b.mxf",
+              "--output-dir: expected a name"},
+        Wrong{"EmptyLog", "corvid info --log '' in/b.mxf", "--log: expected a name"},
+        Wrong{"EmptyList", "corvid info --files-from '' in/b.mxf", "--files-from: expected a name"},
         Wrong{"DiffOfThree", "corvid diff in/a.MXF in/b.mxf in/sub/c.mxf",
               "--against is required"}),
     [](const auto& each) { return std::string(each.param.name); });

@@ -27,6 +27,15 @@ std::optional<BatchOptions::Shard> shardOf(const std::string& text) {
     return isOne ? std::optional(shard) : std::nullopt;
 }
 
+/// A name that somebody's variable was to give is not left out without a word.
+CLI::Validator someName() {
+    return CLI::Validator(
+        [](const std::string& text) {
+            return text.empty() ? std::string("expected a name, not ''") : std::string();
+        },
+        "");
+}
+
 } // namespace
 
 CLI::Validator oneOf(std::vector<std::string> values) {
@@ -98,6 +107,7 @@ void declareBatch(CLI::App& verb, BatchOptions& batch) {
     verb.add_option("--files-from", batch.list,
                     "File with the names of more files, one a line; - is standard input")
         ->type_name("FILE")
+        ->check(someName())
         ->group(manyFiles);
     verb.add_option_function<std::string>(
             "--shard",
@@ -125,9 +135,11 @@ void declareBatch(CLI::App& verb, BatchOptions& batch) {
     verb.add_option("--output-dir", batch.outputFolder,
                     "Folder for the results, each at the path of its file with a suffix")
         ->type_name("DIR")
+        ->check(someName())
         ->group(manyFiles);
     verb.add_option("--log", batch.log, "File to which a line of JSON is added for each file")
         ->type_name("FILE")
+        ->check(someName())
         ->group(manyFiles);
     verb.add_flag("--resume", batch.resumes, "Leave out the files that the log says are done")
         ->group(manyFiles);

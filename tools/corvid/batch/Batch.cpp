@@ -181,14 +181,14 @@ private:
     void showProgress() {
         const auto total = list_.total();
         progress_.show(finished_, total ? std::optional(*total - summary_.skipped()) : total,
-                       withoutSecrets(atWork_));
+                       shownName(atWork_));
     }
 
     void printed(const FinishedFile& file) {
         if (log_ && options_.outputFolder.empty()) {
             stopAtFailure([&] { log_->add(file, ""); });
         }
-        summary_.add(withoutSecrets(file.file.path), file.result);
+        summary_.add(shownName(file.file.path), file.result);
     }
 
     /// Does what can fail and is no fault of a file: then no other file is begun, but what was begun

@@ -5,6 +5,7 @@
 #include "tools/corvid/terminal/UsageError.h"
 
 #include <filesystem>
+#include <sys/stat.h>
 
 namespace Corvid::Tool {
 
@@ -82,6 +83,10 @@ std::optional<ListedFile> FileList::find() {
         } else if (nextArgument_ != options_.files.size()) {
             found = take(options_.files[nextArgument_++]);
         } else if (auto name = list_ ? list_->next() : std::nullopt) {
+            takeOffReturn(*name);
+            if (name->empty()) {
+                continue;
+            }
             const std::string problem = problemOf(*name, true);
             if (!problem.empty() && !list_->isLive()) {
                 throw UsageError{problem};
@@ -94,6 +99,15 @@ std::optional<ListedFile> FileList::find() {
             ++count_;
             return found;
         }
+    }
+}
+
+/// The lines of some systems end with a carriage return as well. A name may end with one, too, but
+/// then there is a file of that name.
+void FileList::takeOffReturn(std::string& name) const {
+    struct stat status {};
+    if (!options_.listHasZeros && name.back() == '\r' && ::lstat(name.c_str(), &status) != 0) {
+        name.pop_back();
     }
 }
 

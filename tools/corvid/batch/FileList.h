@@ -39,6 +39,7 @@ public:
 private:
     std::optional<ListedFile> find();
     std::optional<ListedFile> take(const std::string& path);
+    void takeOffReturn(std::string& name) const;
     bool isWanted(ListedFile& file);
     /// Why a name can't be meant; empty where it can.
     std::string problemOf(const std::string& path, bool isListed) const;

@@ -199,7 +199,7 @@ std::optional<FileStatus> Log::findDone(const ListedFile& file, const std::strin
 
 void Log::add(const FinishedFile& file, const std::string& output) {
     constexpr double microseconds = 1e6;
-    const std::string path = withoutSecrets(file.file.path);
+    const std::string path = shownName(file.file.path);
     const auto& stamp = file.file.stamp;
     const FileResult::Facts& facts = file.result.facts;
     const std::string& error = file.result.error;

@@ -62,7 +62,7 @@ void Results::print(Waiting& file) {
     printFrames(file);
     const FileResult& result = file.about.result;
     if (file.isErrorUntold) {
-        messages_.error(withoutSecrets(file.about.file.path), result.error);
+        messages_.error(shownName(file.about.file.path), result.error);
     }
     if (work_.count) {
         work_.count(result);

@@ -72,6 +72,12 @@ void warnOfUnfinishedEdit(const std::string& path, mxf::WarningSink& warnings) {
 bool isPartitionChoice(const std::string& text) { return choiceOf(text).has_value(); }
 
 Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options) {
+    if (isMistakenAddress(options.path)) {
+        throw Exceptions::IOError(
+            "can't open " + shownName(options.path) +
+                ": not an address that corvid reads (https:// or http://), and no such file",
+            CORVID_HERE);
+    }
     if (!isAddress(options.path)) {
         return DataIO::openSource(options.path);
     }

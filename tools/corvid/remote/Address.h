@@ -15,6 +15,13 @@ bool isSecure(const std::string& address);
 /// but an address stays.
 std::string withoutSecrets(const std::string& path);
 
+/// Whether people meant an address that is none which corvid reads, such as "ftp://host/clip.mxf" or
+/// "http:/host/clip.mxf". A file of that name is a file.
+bool isMistakenAddress(const std::string& path);
+
+/// A path as messages have it: of an address, also a mistaken one, without what may be secret.
+std::string shownName(const std::string& path);
+
 /// An address that another one leads to, with its user and password where both are on one server
 /// and the new one names none.
 std::string withUserOf(const std::string& from, const std::string& to);

@@ -35,11 +35,11 @@ std::string withoutSecretsIn(std::string_view text) {
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t end = std::min(text.find_first_of(" '\"", at), text.size());
         std::string word(text.substr(at, end - at));
-        const bool hasColon = isAddress(word) && word.back() == ':';
+        const bool hasColon = !word.empty() && word.back() == ':';
         if (hasColon) {
             word.pop_back();
         }
-        shown += withoutSecrets(word) + (hasColon ? ":" : "");
+        shown += shownName(word) + (hasColon ? ":" : "");
         at = std::min(end + 1, text.size());
         shown += text.substr(end, at - end);
     }
@@ -52,14 +52,14 @@ void Messages::setFile(const std::string& path) {
     flush();
     log_ = {};
     written_.clear();
-    file_ = path == "-" ? "standard input" : withoutSecrets(path);
+    file_ = path == "-" ? "standard input" : shownName(path);
 }
 
 void Messages::error(std::string_view text) { error(file_, text); }
 
 void Messages::error(std::string_view file, std::string_view text) {
     flush();
-    const std::string name = withoutSecrets(std::string(file));
+    const std::string name = shownName(std::string(file));
     lastError_ = withoutName(name, withoutSecretsIn(text));
     line(name, red, "", lastError_);
 }
