@@ -171,10 +171,7 @@ private:
             stopAtFailure([&] { log_->add({file, result}, outputOf(file.path)); });
         }
         ++finished_;
-        // A process that has ended, or never began, has said nothing.
-        const bool isUntold =
-            result.facts.status == FileStatus::crashed || !results_.file(number).error.empty();
-        results_.finish(number, result, isUntold);
+        results_.finish(number, result);
         showProgress();
     }
 

@@ -48,7 +48,8 @@ struct FileResult {
         std::uint64_t bytesRead = 0;
         double seconds = 0;
     } facts;
-    std::string error = {}; ///< what went wrong; empty where nothing did
+    std::string error = {};   ///< what went wrong; empty where nothing did
+    bool isErrorTold = false; ///< people have read it among the messages
 };
 
 /// What a verb does with many files.

@@ -46,11 +46,10 @@ std::size_t Results::add(ListedFile file) {
     return number;
 }
 
-void Results::finish(std::size_t file, FileResult result, bool isErrorUntold) {
+void Results::finish(std::size_t file, FileResult result) {
     Waiting& finished = waiting_.at(file);
     finished.about.result = std::move(result);
     finished.isFinished = true;
-    finished.isErrorUntold = isErrorUntold;
     while (!waiting_.empty() && waiting_.begin()->second.isFinished) {
         print(waiting_.begin()->second);
         waiting_.erase(waiting_.begin());
@@ -59,9 +58,9 @@ void Results::finish(std::size_t file, FileResult result, bool isErrorUntold) {
 }
 
 void Results::print(Waiting& file) {
-    printFrames(file);
     const FileResult& result = file.about.result;
-    if (file.isErrorUntold) {
+    printFrames(file);
+    if (!result.error.empty() && !result.isErrorTold) {
         messages_.error(shownName(file.about.file.path), result.error);
     }
     if (work_.count) {

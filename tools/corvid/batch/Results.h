@@ -56,16 +56,14 @@ public:
     void append(std::size_t file, const unsigned char* bytes, std::size_t count) {
         waiting_.at(file).spool.append(bytes, count);
     }
-    /// @param ownError  of which nothing was said.
     /// @throws OutputError  a result can't be printed.
-    void finish(std::size_t file, FileResult result, bool isErrorUntold);
+    void finish(std::size_t file, FileResult result);
 
 private:
     struct Waiting {
         FinishedFile about;
         Spool spool = {};
         bool isFinished = false;
-        bool isErrorUntold = false;
     };
 
     void print(Waiting& file);

@@ -214,6 +214,7 @@ void Workers::finish(Process& process, FileEvents& events) {
     FileResult result;
     std::memcpy(&result.facts, process.end.data(), sizeof result.facts);
     result.error = process.end.substr(sizeof result.facts);
+    result.isErrorTold = true;
     process.end.clear();
     process.isLast = false;
     process.isWorking = false;
