@@ -125,6 +125,13 @@ class Handler(http.server.BaseHTTPRequestHandler):
     def mode_plain(self, name):
         self.part(name)
 
+    def mode_versioned(self, name):
+        """With the tag and time of change that the test has set, after the statuses that it has set."""
+        if self.server.statuses:
+            self.answer(self.server.statuses.pop(0))
+        else:
+            self.part(name, tag=self.server.tag, modified=self.server.modified)
+
     def mode_whole(self, name):
         self.whole(name)
 
@@ -246,6 +253,9 @@ class Server(http.server.ThreadingHTTPServer):
         super().__init__(("127.0.0.1", 0), Handler)
         self.folder = folder
         self.requests = []
+        self.tag = '"one"'
+        self.modified = MODIFIED
+        self.statuses = []
         self._counts = {}
         self._lock = threading.Lock()
         self.scheme = "http"

@@ -169,18 +169,23 @@ TEST_P(ResumedBatch, doesAgainWhatIsNotDone) {
 
 INSTANTIATE_TEST_SUITE_P(
     , ResumedBatch,
-    ::testing::Values(Tear{"Nothing", "true", 0}, Tear{"TornLine", "truncate -s -7 log", 1},
-                      Tear{"LineOfZeros", "head -c 500 /dev/zero >>log; echo >>log", 0},
-                      Tear{"EmptyLog", ": >log", 9}, Tear{"NoLog", "rm log", 9},
-                      Tear{"OneTornLine", "head -c 30 log >cut; mv cut log", 9},
-                      Tear{"ResultLost", "rm out/in/3.mxf.xml", 1},
-                      Tear{"OtherTime",
-                           "cp in/1.mxf x; mv x in/5.mxf; touch -d 1999-01-01 "
-                           "in/5.mxf",
-                           1},
-                      Tear{"Options", "true", 9},
-                      Tear{"TriedAgain",
-                           "sed -n '1s/\"status\":\"ok\"/\"status\":\"crashed\"/p' log >>log", 1}),
+    ::testing::Values(
+        Tear{"Nothing", "true", 0}, Tear{"TornLine", "truncate -s -7 log", 1},
+        Tear{"LineOfZeros", "head -c 500 /dev/zero >>log; echo >>log", 0},
+        Tear{"EmptyLog", ": >log", 9}, Tear{"NoLog", "rm log", 9},
+        Tear{"OneTornLine", "head -c 30 log >cut; mv cut log", 9},
+        Tear{"ResultLost", "rm out/in/3.mxf.xml", 1},
+        Tear{"ResultCut", "truncate -s 99 out/in/3.mxf.xml", 1},
+        Tear{"ResultOfAnother", "corvid to-xml --structural-only in/3.mxf --output-dir out", 1},
+        Tear{"ResultOfTheSameSize", "sed -i s/Preface/Qreface/ out/in/3.mxf.xml", 1},
+        Tear{"LogWithoutStampsOfResults",
+             "sed -i 's/\"outputSize\":[0-9]*,\"outputMtimeNs\":[0-9]*,//' log", 9},
+        Tear{"OtherTime",
+             "cp in/1.mxf x; mv x in/5.mxf; touch -d 1999-01-01 "
+             "in/5.mxf",
+             1},
+        Tear{"Options", "true", 9},
+        Tear{"TriedAgain", "sed -n '1s/\"status\":\"ok\"/\"status\":\"crashed\"/p' log >>log", 1}),
     [](const auto& each) { return std::string(each.param.name); });
 
 TEST_F(InterruptedBatch, aPathThatIsNotUtf8IsFoundAgain) {

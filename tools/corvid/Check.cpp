@@ -27,7 +27,7 @@ struct Leftovers {
 
 void compare(const ClipOptions& clip, const DictionaryPointer& dictionary, std::size_t listed,
              FileTask& task, CheckedFile& checked) {
-    mxf::File file(openCounted(clip, task.bytesRead), dictionary, task.messages);
+    mxf::File file(openCounted(clip, task), dictionary, task.messages);
     const Leftover<Leftovers> work(task.isOneOfMany);
     work->header = readMetadata(file, clip, task.messages);
     checked.cutOffAt = work->header.cutOffAt;

@@ -40,7 +40,7 @@ Side readSide(const std::string& path, const ClipOptions& clips,
               const DictionaryPointer& dictionary, FileTask& task) {
     ClipOptions clip = clips;
     clip.path = path;
-    auto source = openCounted(clip, task.bytesRead);
+    auto source = openCounted(clip, task);
     if (isMxfFile(*source)) {
         mxf::File file(std::move(source), dictionary, task.messages);
         return {std::move(readMetadata(file, clip, task.messages).metadata), std::nullopt};

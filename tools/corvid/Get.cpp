@@ -56,7 +56,7 @@ public:
         Messages& messages = task.messages;
         ClipOptions clip = options_.clip;
         clip.path = task.path;
-        mxf::File file(openCounted(clip, task.bytesRead), dictionary, messages);
+        mxf::File file(openCounted(clip, task), dictionary, messages);
         const mxf::HeaderMetadata header = readMetadata(file, clip, messages);
         Answering answering(file, header, messages);
         if (!std::all_of(requirements_.begin(), requirements_.end(),

@@ -17,7 +17,7 @@ using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
 Inspection::Summary read(const InfoOptions& options, const Dictionary& dictionary, FileTask& task) {
     ClipOptions clip = options.clip;
     clip.path = task.path;
-    mxf::File file(openCounted(clip, task.bytesRead), dictionary, task.messages);
+    mxf::File file(openCounted(clip, task), dictionary, task.messages);
     const mxf::HeaderMetadata header = readMetadata(file, clip, task.messages);
     return readSummary(file, header, task.messages);
 }

@@ -63,7 +63,7 @@ void read(Reported& clip, const std::string& path, const ReportOptions& options,
     ClipOptions choice = options.clip;
     choice.path = path;
     task.messages.setFile(path);
-    auto opened = openCounted(choice, task.bytesRead);
+    auto opened = openCounted(choice, task);
     clip.source = opened.get();
     clip.file.emplace(std::move(opened), dictionary, task.messages);
     clip.header = readMetadata(*clip.file, choice, task.messages);

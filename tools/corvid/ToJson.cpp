@@ -29,7 +29,7 @@ void convert(const ToJsonOptions& options, const StartSet& start,
     ClipOptions clip = options.clip;
     clip.path = task.path;
     const Leftover<Leftovers> work(task.isOneOfMany);
-    mxf::File file(openCounted(clip, task.bytesRead), dictionary, messages);
+    mxf::File file(openCounted(clip, task), dictionary, messages);
     work->header = readMetadata(file, clip, messages);
     noteOrigin(file, work->header, clip, messages);
     auto& metadata = *work->header.metadata;

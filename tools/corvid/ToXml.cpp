@@ -127,7 +127,7 @@ void convert(const ToXmlOptions& options, const StartSet& startSet,
     ClipOptions clip = options.clip;
     clip.path = task.path;
     const Leftover<Leftovers> work(task.isOneOfMany);
-    mxf::File file(openCounted(clip, task.bytesRead), dictionary, messages);
+    mxf::File file(openCounted(clip, task), dictionary, messages);
     work->header = readMetadata(file, clip, messages);
     noteOrigin(file, work->header, clip, messages);
     const auto& start = startSet.in(*work->header.metadata);

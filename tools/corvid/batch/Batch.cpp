@@ -115,15 +115,19 @@ private:
             file->options = optionsOf(file->path);
         }
         if (const auto done = log_ ? log_->findDone(*file, outputOf(file->path)) : std::nullopt) {
-            summary_.skip(*done);
-            return true;
+            if (!done->remote) {
+                summary_.skip(done->status);
+                return true;
+            }
+            file->done = done;
         }
         atWork_ = file->path;
         const std::string error = file->error;
         const std::size_t number = results_.add(std::move(*file));
         if (error.empty()) {
             protectInputs({atWork_});
-            workers_.give(number, atWork_);
+            const auto& done = results_.file(number).done;
+            workers_.give(number, atWork_, done ? &*done->remote : nullptr);
             showProgress();
         } else {
             FileResult result;
@@ -165,6 +169,11 @@ private:
 
     void finished(std::size_t number, const FileResult& result) override {
         isDiskFull_ = isDiskFull_ || result.facts.isDiskFull;
+        if (result.facts.isUnchanged) {
+            summary_.skip(results_.file(number).done->status);
+            results_.finish(number, result);
+            return;
+        }
         // A result in a file of its own is safe now, any other one when it is printed.
         if (log_ && !options_.outputFolder.empty()) {
             const ListedFile& file = results_.file(number);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tools/corvid/batch/FileTask.h"
 #include "tools/corvid/input/Clip.h"
 
 namespace Corvid::Tool {
@@ -28,10 +29,16 @@ private:
     std::uint64_t& count_;
 };
 
-/// Opens the file that the options name, and counts what is read of it.
+/// Opens the file that the options name, and notes in the task what is read of it and, of the task's
+/// own file, the stamp.
 /// @throws UsageError, IOError  as openClip().
-inline CountedSource::Source openCounted(const ClipOptions& clip, std::uint64_t& count) {
-    return CountedSource::Source(new CountedSource(openClip(clip), count));
+inline CountedSource::Source openCounted(const ClipOptions& clip, FileTask& task) {
+    std::optional<RemoteStamp> stamp;
+    auto source = openClip(clip, stamp);
+    if (clip.path == task.path) {
+        task.remote = std::move(stamp);
+    }
+    return CountedSource::Source(new CountedSource(std::move(source), task.bytesRead));
 }
 
 } // namespace Corvid::Tool

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "tools/corvid/remote/RemoteStamp.h"
+
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,7 +20,8 @@ struct FileTask {
     Messages& messages;       ///< about this file
     bool isOneOfMany = false; ///< others follow in this process
     std::uint64_t bytesRead = 0;
-    unsigned char verdict = 0; ///< what the verb's own summary counts
+    std::optional<RemoteStamp> remote = {}; ///< of a file on a server
+    unsigned char verdict = 0;              ///< what the verb's own summary counts
 };
 
 /// What the work on a file ended with. Each is worse than the one before.
@@ -43,13 +47,15 @@ struct FileResult {
         FileStatus status = FileStatus::ok;
         unsigned char verdict = 0; ///< of the task
         bool hasResult = false;    ///< a result was written
+        bool isUnchanged = false;  ///< nothing was done: its server says that it is as it was
         bool isDiskFull = false;   ///< no other file can be written, either
         std::uint64_t warnings = 0;
         std::uint64_t bytesRead = 0;
         double seconds = 0;
     } facts;
-    std::string error = {};   ///< what went wrong; empty where nothing did
-    bool isErrorTold = false; ///< people have read it among the messages
+    std::string error = {};                 ///< what went wrong; empty where nothing did
+    std::optional<RemoteStamp> remote = {}; ///< of a file on a server
+    bool isErrorTold = false;               ///< people have read it among the messages
 };
 
 /// What a verb does with many files.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/dataio/DataSink.h"
+#include "tools/corvid/batch/FileTask.h"
 #include "tools/corvid/output/Output.h"
 
 #include <cstddef>
@@ -13,10 +14,25 @@ struct FrameHead {
     enum Kind : std::uint32_t {
         result,  ///< for standard output
         message, ///< for standard error
-        end,     ///< FileResult::Facts, then its error; the last frame about a file
+        end,     ///< EndHead, version, error; the last frame about a file
     };
     std::uint32_t kind;
     std::uint32_t size;
+};
+
+/// The last frame begins with it.
+struct EndHead {
+    FileResult::Facts facts;
+    std::uint32_t versionSize; ///< bytes of RemoteStamp::version; 0 where there is no stamp
+    std::uint64_t remoteSize;  ///< RemoteStamp::size
+};
+
+/// What a process is to work on: a head, then a path and the version of a file that is done unless
+/// its server has another one.
+struct RequestHead {
+    std::uint32_t pathSize;
+    std::uint32_t versionSize; ///< 0 where it is not done
+    std::uint64_t remoteSize;
 };
 
 /// Writes all bytes to a pipe.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tools/corvid/batch/FileTask.h"
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -18,12 +20,19 @@ struct FileStamp {
     }
 };
 
+/// What an earlier command has done.
+struct DoneFile {
+    FileStatus status;
+    std::optional<RemoteStamp> remote; ///< of a file on a server, as it was then
+};
+
 /// One of many files, or a folder that can't be read.
 struct ListedFile {
     std::string path;
     std::string error = {};              ///< why there is nothing to do; empty for a file
     std::optional<FileStamp> stamp = {}; ///< as it was before the work, where somebody asks
     std::string options = {};            ///< hash of all else that changes its result, likewise
+    std::optional<DoneFile> done = {};   ///< of a file on a server that may have changed since
 };
 
 /// What a file or folder is, whatever its path.

@@ -61,8 +61,10 @@ std::string fromBase64(const std::string& text) {
 struct Line {
     std::string path;
     std::optional<FileStatus> status; ///< nothing where the file is not done
+    std::optional<FileStamp> stamp;
+    std::optional<RemoteStamp> remote;
     bool hasOutput = false;
-    FileStamp stamp;
+    std::optional<FileStamp> output; ///< as it was written
     std::string options;
 };
 
@@ -76,6 +78,15 @@ std::optional<FileStatus> doneStatusOf(const std::string& name) {
     return std::nullopt;
 }
 
+/// Keys are added to logs: an older line may lack one.
+std::optional<FileStamp> stampIn(const nlohmann::json& line, const char* size, const char* time) {
+    return line.value(size, nlohmann::json()).is_null() ||
+                   line.value(time, nlohmann::json()).is_null()
+               ? std::nullopt
+               : std::optional(FileStamp{line.at(size).get<std::uint64_t>(),
+                                         line.at(time).get<std::int64_t>()});
+}
+
 /// Nothing for what is no line of a log, as a power failure may leave it.
 std::optional<Line> parse(const std::string& text) {
     try {
@@ -84,16 +95,18 @@ std::optional<Line> parse(const std::string& text) {
         const auto& bytes = json.at("pathBytes");
         line.path = bytes.is_null() ? json.at("path").get<std::string>()
                                     : fromBase64(bytes.get<std::string>());
-        const bool isFile = !json.at("size").is_null();
         line.options = json.at("options").get<std::string>();
-        if (json.at("schema") == Log::schema && isFile) {
+        line.stamp = stampIn(json, "size", "mtimeNs");
+        // What is not an address is not asked for, whatever a log says.
+        const auto version = json.value("remoteVersion", nlohmann::json());
+        if (version.is_string() && isAddress(line.path)) {
+            line.remote = {json.at("size").get<std::uint64_t>(), version.get<std::string>()};
+        }
+        if (json.at("schema") == Log::schema && (line.stamp || line.remote)) {
             line.status = doneStatusOf(json.at("status").get<std::string>());
         }
         line.hasOutput = !json.at("output").is_null();
-        if (isFile) {
-            line.stamp = {json.at("size").get<std::uint64_t>(),
-                          json.at("mtimeNs").get<std::int64_t>()};
-        }
+        line.output = stampIn(json, "outputSize", "outputMtimeNs");
         return line;
     } catch (const nlohmann::json::exception&) {
         return std::nullopt;
@@ -175,7 +188,11 @@ void Log::readDone() {
     for (std::string text; std::getline(file, text);) {
         const auto line = parse(text);
         if (line && line->status) {
-            done_[line->path] = {line->stamp, *line->status, line->hasOutput, line->options};
+            done_[line->path] = {{*line->status, line->remote},
+                                 line->stamp,
+                                 line->hasOutput,
+                                 line->output,
+                                 line->options};
         } else if (line) {
             done_.erase(line->path);
         }
@@ -185,16 +202,21 @@ void Log::readDone() {
     }
 }
 
-std::optional<FileStatus> Log::findDone(const ListedFile& file, const std::string& output) const {
-    const auto found = done_.find(file.path);
-    if (!file.stamp || found == done_.end() || !(found->second.stamp == *file.stamp) ||
-        found->second.options != file.options) {
+std::optional<DoneFile> Log::findDone(const ListedFile& file, const std::string& output) const {
+    const auto found = done_.find(withoutSecrets(file.path));
+    if (found == done_.end() || found->second.options != file.options) {
         return std::nullopt;
     }
     const Done& done = found->second;
-    const bool isThere = output.empty() || (done.hasOutput ? stampOf(output).has_value()
-                                                           : done.status == FileStatus::refused);
-    return isThere ? std::optional(done.status) : std::nullopt;
+    const bool maybeSame = isAddress(file.path) ? done.file.remote.has_value()
+                                                : file.stamp && done.stamp == file.stamp;
+    if (!maybeSame) {
+        return std::nullopt;
+    }
+    const bool isThere =
+        output.empty() || (done.hasOutput ? done.output && done.output == stampOf(output)
+                                          : done.file.status == FileStatus::refused);
+    return isThere ? std::optional(done.file) : std::nullopt;
 }
 
 void Log::add(const FinishedFile& file, const std::string& output) {
@@ -203,19 +225,27 @@ void Log::add(const FinishedFile& file, const std::string& output) {
     const auto& stamp = file.file.stamp;
     const FileResult::Facts& facts = file.result.facts;
     const std::string& error = file.result.error;
+    const auto& remote = file.result.remote;
+    const bool hasOutput = !output.empty() && facts.hasResult;
+    const auto written = hasOutput ? stampOf(output) : std::nullopt;
     const Json line = {
         {"schema", schema},
         {"verb", verb_},
         {"path", path},
         {"pathBytes", isUtf8(path) ? Json(nullptr) : base64(path)},
-        {"size", stamp ? Json(stamp->size) : Json(nullptr)},
+        {"size", stamp    ? Json(stamp->size)
+                 : remote ? Json(remote->size)
+                          : Json(nullptr)},
         {"mtimeNs", stamp ? Json(stamp->mtimeNs) : Json(nullptr)},
+        {"remoteVersion", remote ? Json(remote->version) : Json(nullptr)},
         {"options", file.file.options},
         {"status", nameOf(facts.status)},
         {"warnings", facts.warnings},
         {"bytesRead", facts.bytesRead},
         {"seconds", std::round(facts.seconds * microseconds) / microseconds},
-        {"output", output.empty() || !facts.hasResult ? Json(nullptr) : Json(output)},
+        {"output", hasOutput ? Json(output) : Json(nullptr)},
+        {"outputSize", written ? Json(written->size) : Json(nullptr)},
+        {"outputMtimeNs", written ? Json(written->mtimeNs) : Json(nullptr)},
         {"error", error.empty() ? Json(nullptr) : Json(error)},
     };
     const std::string text = jsonLine(line) + "\n";

@@ -27,9 +27,10 @@ public:
     explicit Log(const BatchOptions& options);
 
     /// What a line says of a file that is done and has not changed since: ok, different or refused.
-    /// @param output  the file with the result, which has to be there if one was written; empty for
-    ///     standard output.
-    std::optional<FileStatus> findDone(const ListedFile& file, const std::string& output) const;
+    /// Whether a file on a server has changed is to be found out: its stamp is in the result.
+    /// @param output  the file with the result, which has to be as it was written, if it was; empty
+    ///     for standard output.
+    std::optional<DoneFile> findDone(const ListedFile& file, const std::string& output) const;
 
     /// Adds a line. What it says has been done, and the disk has it.
     /// @param output  likewise.
@@ -44,9 +45,10 @@ public:
 
 private:
     struct Done {
-        FileStamp stamp;
-        FileStatus status;
+        DoneFile file;
+        std::optional<FileStamp> stamp;
         bool hasOutput;
+        std::optional<FileStamp> output;
         std::string options;
     };
 

@@ -59,6 +59,9 @@ void Results::finish(std::size_t file, FileResult result) {
 
 void Results::print(Waiting& file) {
     const FileResult& result = file.about.result;
+    if (result.facts.isUnchanged) {
+        return; // an earlier command has said everything
+    }
     printFrames(file);
     if (!result.error.empty() && !result.isErrorTold) {
         messages_.error(shownName(file.about.file.path), result.error);

@@ -4,6 +4,7 @@
 #include "tools/corvid/batch/Frames.h"
 #include "tools/corvid/batch/OutputFolder.h"
 #include "tools/corvid/output/OpenOutput.h"
+#include "tools/corvid/remote/RemoteSource.h"
 #include "tools/corvid/terminal/Messages.h"
 
 #include <cerrno>
@@ -34,13 +35,22 @@ bool readAll(int pipe, void* to, std::size_t count) noexcept {
     return true;
 }
 
-std::optional<std::string> readRequest(int pipe) {
-    std::uint32_t size = 0;
-    if (!readAll(pipe, &size, sizeof size)) {
+struct Request {
+    std::string path;
+    RemoteStamp known; ///< without version where the file is not done
+};
+
+std::optional<Request> readRequest(int pipe) {
+    RequestHead head{};
+    if (!readAll(pipe, &head, sizeof head)) {
         return std::nullopt;
     }
-    std::string path(size, '\0');
-    return readAll(pipe, path.data(), size) ? std::optional(path) : std::nullopt;
+    Request request = {std::string(head.pathSize, '\0'),
+                       {head.remoteSize, std::string(head.versionSize, '\0')}};
+    return readAll(pipe, request.path.data(), head.pathSize) &&
+                   readAll(pipe, request.known.version.data(), head.versionSize)
+               ? std::optional(std::move(request))
+               : std::nullopt;
 }
 
 void limitMemory(std::uint64_t mebibytes) {
@@ -81,13 +91,18 @@ public:
         : options_(options), work_(work), colours_(colours), responses_(responses),
           folder_(options.outputFolder, work.suffix) {}
 
-    FileResult workOn(const std::string& path) {
+    FileResult workOn(const Request& request) {
+        FileResult result;
+        if (!request.known.version.empty() && askForStamp(request.path) == request.known) {
+            result.facts.isUnchanged = true;
+            return result;
+        }
+        const std::string& path = request.path;
         MessageFrames sink(responses_);
         Messages messages(sink, colours_);
         messages.setFile(path);
-        FileResult result;
         const auto begin = std::chrono::steady_clock::now();
-        const int status = guard([&] { workOn(path, messages, result.facts); }, messages);
+        const int status = guard([&] { workOn(path, messages, result); }, messages);
         const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
         auto& facts = result.facts;
         facts.seconds = seconds.count();
@@ -102,7 +117,8 @@ public:
     }
 
 private:
-    void workOn(const std::string& path, Messages& messages, FileResult::Facts& facts) {
+    void workOn(const std::string& path, Messages& messages, FileResult& result) {
+        FileResult::Facts& facts = result.facts;
         std::unique_ptr<Output> target;
         try {
             target = openResult(path);
@@ -111,10 +127,10 @@ private:
             try {
                 work_.work(task);
             } catch (...) {
-                note(task, output, facts);
+                note(task, output, result);
                 throw;
             }
-            note(task, output, facts);
+            note(task, output, result);
         } catch (const EndedWith& end) {
             facts.status = end.cause == EndedWith::Cause::different  ? FileStatus::different
                            : end.cause == EndedWith::Cause::noMemory ? FileStatus::crashed
@@ -129,10 +145,11 @@ private:
         }
     }
 
-    static void note(const FileTask& task, const NotingOutput& output, FileResult::Facts& facts) {
-        facts.verdict = task.verdict;
-        facts.bytesRead = task.bytesRead;
-        facts.hasResult = output.isCommitted();
+    static void note(const FileTask& task, const NotingOutput& output, FileResult& result) {
+        result.facts.verdict = task.verdict;
+        result.facts.bytesRead = task.bytesRead;
+        result.facts.hasResult = output.isCommitted();
+        result.remote = task.remote;
     }
 
     std::unique_ptr<Output> openResult(const std::string& path) const {
@@ -162,9 +179,14 @@ private:
 
 void send(const FileResult& result, int pipe) {
     constexpr std::size_t longestError = 64 * 1024;
-    std::string bytes(sizeof result.facts, '\0');
-    std::memcpy(bytes.data(), &result.facts, sizeof result.facts);
-    bytes += result.error.substr(0, longestError);
+    EndHead head{};
+    head.facts = result.facts;
+    const std::string version = result.remote ? result.remote->version : "";
+    head.versionSize = static_cast<std::uint32_t>(version.size());
+    head.remoteSize = result.remote ? result.remote->size : 0;
+    std::string bytes(sizeof head, '\0');
+    std::memcpy(bytes.data(), &head, sizeof head);
+    bytes += version + result.error.substr(0, longestError);
     sendFrame(pipe, FrameHead::end, reinterpret_cast<const unsigned char*>(bytes.data()),
               bytes.size());
 }
@@ -176,8 +198,8 @@ void workOnFiles(const BatchOptions& options, const BatchWork& work, bool colour
     limitMemory(options.memoryPerJob);
     try {
         Worker worker(options, work, colours, pipes.responses);
-        while (const auto path = readRequest(pipes.requests)) {
-            const FileResult result = worker.workOn(*path);
+        while (const auto request = readRequest(pipes.requests)) {
+            const FileResult result = worker.workOn(*request);
             send(result, pipes.responses);
             if (result.facts.status == FileStatus::crashed) {
                 break; // what memory is left is in pieces

@@ -104,15 +104,20 @@ bool Workers::prepare() {
 }
 
 /// prepare() comes first.
-void Workers::give(std::size_t file, const std::string& path) {
+void Workers::give(std::size_t file, const std::string& path, const RemoteStamp* known) {
     Process& process = *findIdle();
     process.isWorking = true;
     process.file = file;
     ++working_;
-    const auto size = static_cast<std::uint32_t>(path.size());
+    const std::string& version = known == nullptr ? "" : known->version;
+    const RequestHead head = {static_cast<std::uint32_t>(path.size()),
+                              static_cast<std::uint32_t>(version.size()),
+                              known == nullptr ? 0 : known->size};
+    const int pipe = process.requests.number();
     // A process that is gone is noticed when its frames are read.
-    static_cast<void>(writeAll(process.requests.number(), &size, sizeof size) &&
-                      writeAll(process.requests.number(), path.data(), path.size()));
+    static_cast<void>(writeAll(pipe, &head, sizeof head) &&
+                      writeAll(pipe, path.data(), path.size()) &&
+                      writeAll(pipe, version.data(), version.size()));
 }
 
 void Workers::start() {
@@ -212,8 +217,14 @@ void Workers::take(Process& process, const unsigned char* bytes, std::size_t cou
 
 void Workers::finish(Process& process, FileEvents& events) {
     FileResult result;
-    std::memcpy(&result.facts, process.end.data(), sizeof result.facts);
-    result.error = process.end.substr(sizeof result.facts);
+    EndHead head{};
+    std::memcpy(&head, process.end.data(), sizeof head);
+    result.facts = head.facts;
+    if (head.versionSize != 0) {
+        result.remote =
+            RemoteStamp{head.remoteSize, process.end.substr(sizeof head, head.versionSize)};
+    }
+    result.error = process.end.substr(sizeof head + head.versionSize);
     result.isErrorTold = true;
     process.end.clear();
     process.isLast = false;

@@ -40,8 +40,9 @@ public:
     bool areIdle() const noexcept { return working_ == 0; }
 
     /// Gives a file to an idle process.
+    /// @param known  of a file on a server that is done unless it has changed. May be nullptr.
     /// @throws IOError  there is none, and none can be started.
-    void give(std::size_t file, const std::string& path);
+    void give(std::size_t file, const std::string& path, const RemoteStamp* known);
 
     /// Appends what has to be waited for.
     void addTo(std::vector<pollfd>& waiting) const;

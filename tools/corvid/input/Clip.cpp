@@ -71,7 +71,8 @@ void warnOfUnfinishedEdit(const std::string& path, mxf::WarningSink& warnings) {
 
 bool isPartitionChoice(const std::string& text) { return choiceOf(text).has_value(); }
 
-Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options) {
+Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options,
+                                                         std::optional<RemoteStamp>& stamp) {
     if (isMistakenAddress(options.path)) {
         throw Exceptions::IOError(
             "can't open " + shownName(options.path) +
@@ -87,7 +88,7 @@ Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& opti
     }
     RemoteLimits limits;
     limits.mayDownload = options.remote.mayDownload;
-    return openRemote(options.path, limits);
+    return openRemote(options.path, limits, stamp);
 }
 
 mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options,

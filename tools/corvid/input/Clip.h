@@ -2,7 +2,9 @@
 
 #include "host/mxf/File.h"
 #include "tools/corvid/input/DictionaryChoice.h"
+#include "tools/corvid/remote/RemoteStamp.h"
 
+#include <optional>
 #include <string>
 
 namespace Corvid::Tool {
@@ -27,9 +29,15 @@ struct ClipOptions {
 bool isPartitionChoice(const std::string& text);
 
 /// Opens the file that the options name: as DataIO::openSource() does, or on a server.
+/// @param stamp  is given that of a file on a server. Borrowed.
 /// @throws UsageError  it is on a server, and none may be asked.
 /// @throws IOError     it can't be opened.
-Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options);
+Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options,
+                                                         std::optional<RemoteStamp>& stamp);
+inline Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options) {
+    std::optional<RemoteStamp> unused;
+    return openClip(options, unused);
+}
 
 /// Reads the metadata of the partition that the options name.
 /// @param warnings  receives a warning where an edit of the file was interrupted. Borrowed.

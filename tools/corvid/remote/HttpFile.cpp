@@ -15,6 +15,9 @@ namespace Corvid::Tool {
 
 namespace {
 
+/// Of a stamp, in bytes: logs are not filled with what servers send.
+constexpr std::size_t longestVersion = 1024;
+
 constexpr long wholeFile = 200;
 constexpr long partOfFile = 206;
 constexpr long forbidden = 403;
@@ -187,6 +190,15 @@ HttpFile::HttpFile(std::string address, const RemoteLimits& limits)
     }
 }
 
+std::optional<RemoteStamp> HttpFile::stamp() const {
+    const std::string& tag = opened_.entityTag;
+    const std::string& time = opened_.lastModified;
+    if (time.size() + tag.size() > longestVersion || (time.empty() && !hasStrongTag())) {
+        return std::nullopt;
+    }
+    return RemoteStamp{size_, hasStrongTag() ? tag : time + (tag.empty() ? "" : " ") + tag};
+}
+
 HttpFile::Bytes HttpFile::read(std::uint64_t offset, std::size_t count) {
     Bytes all;
     Body body(limits_, false, received_);
@@ -259,8 +271,7 @@ HttpTransfer::Result HttpFile::ask(const std::string& address, std::uint64_t fir
         fail("more than " + std::to_string(limits_.requests) + " requests would be needed; " +
              instead);
     }
-    const bool isStrong = opened_.entityTag.substr(0, 1) == "\"";
-    return transfer_.get(address, first, last, isStrong ? opened_.entityTag : "", body);
+    return transfer_.get(address, first, last, hasStrongTag() ? opened_.entityTag : "", body);
 }
 
 std::string HttpFile::nextAddress(const std::string& from, const std::string& to) const {

@@ -3,6 +3,7 @@
 #include "host/base/Templates.h"
 #include "host/dataio/FileDescriptor.h"
 #include "tools/corvid/remote/HttpTransfer.h"
+#include "tools/corvid/remote/RemoteStamp.h"
 
 #include <chrono>
 #include <string>
@@ -43,6 +44,9 @@ public:
     /// Without secrets.
     const std::string& name() const noexcept { return name_; }
     std::uint64_t size() const noexcept { return size_; }
+    /// By its strong tag; where it has none, by its time of change and a weak tag. Nothing where the
+    /// server gives neither tag nor time.
+    std::optional<RemoteStamp> stamp() const;
     /// From the beginning of the file.
     const Bytes& firstBytes() const noexcept { return firstBytes_; }
     /// The copy of a file that came whole; not open where it comes in parts.
@@ -62,6 +66,7 @@ private:
     std::string nextAddress(const std::string& from, const std::string& to) const;
     /// Whether it is still the file that was opened.
     void compare(const HttpHead& head) const;
+    bool hasStrongTag() const { return opened_.entityTag.substr(0, 1) == "\""; }
     [[noreturn]] void refuse(const HttpTransfer::Result& result, const Body& body) const;
     [[noreturn]] void fail(const std::string& what) const;
 

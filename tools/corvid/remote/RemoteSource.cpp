@@ -1,5 +1,6 @@
 #include "tools/corvid/remote/RemoteSource.h"
 
+#include "host/base/Exceptions.h"
 #include "host/dataio/FileSource.h"
 
 #include <algorithm>
@@ -82,13 +83,26 @@ std::size_t RemoteSource::readAt(std::uint64_t offset, unsigned char* to, std::s
 }
 
 Templates::auto_ptr<DataIO::RandomAccessSource> openRemote(const std::string& address,
-                                                           const RemoteLimits& limits) {
+                                                           const RemoteLimits& limits,
+                                                           std::optional<RemoteStamp>& stamp) {
     using Source = Templates::auto_ptr<DataIO::RandomAccessSource>;
     auto file = std::make_unique<HttpFile>(address, limits);
+    stamp = file->stamp();
     if (file->copy().isOpen()) {
         return Source(new DataIO::FileSource(std::move(file->copy()), file->name()));
     }
     return Source(new RemoteSource(std::move(file)));
+}
+
+std::optional<RemoteStamp> askForStamp(const std::string& address) {
+    RemoteLimits limits;
+    limits.firstRead = 1;
+    limits.repeats = 0; // the reader repeats
+    try {
+        return HttpFile(address, limits).stamp();
+    } catch (const Exceptions::IOError&) {
+        return std::nullopt;
+    }
 }
 
 } // namespace Corvid::Tool

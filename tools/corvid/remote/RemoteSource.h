@@ -5,6 +5,7 @@
 #include "tools/corvid/remote/HttpFile.h"
 
 #include <memory>
+#include <optional>
 
 namespace Corvid::Tool {
 
@@ -27,8 +28,14 @@ private:
 };
 
 /// @param address  as isAddress() takes it.
+/// @param stamp    is given that of the file. Borrowed.
 /// @throws IOError  as HttpFile.
 Templates::auto_ptr<DataIO::RandomAccessSource> openRemote(const std::string& address,
-                                                           const RemoteLimits& limits);
+                                                           const RemoteLimits& limits,
+                                                           std::optional<RemoteStamp>& stamp);
+
+/// Asks a server for one byte of a file. Nothing where the server gives no stamp, sends no parts or
+/// does not answer as it should: the reader of the file then says why.
+std::optional<RemoteStamp> askForStamp(const std::string& address);
 
 } // namespace Corvid::Tool
