@@ -9,7 +9,7 @@ namespace {
 /// The calls that change files, with those that another C library makes instead.
 const char* const changingCalls[] = {
     "pwrite64",        "ftruncate", "fsync",          "rename,renameat,renameat2",
-    "unlink,unlinkat", "fallocate", "copy_file_range"};
+    "unlink,unlinkat", "fallocate", "copy_file_range", "linkat"};
 
 /// A way in which an edit reaches the disk.
 struct Way {

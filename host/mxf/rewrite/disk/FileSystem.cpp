@@ -6,6 +6,10 @@ namespace Corvid::mxf {
 
 FileSystem::~FileSystem() = default;
 
+int FileSystem::openNameless(const std::string& path, Access access) { return open(path, access); }
+
+void FileSystem::giveName(int, const std::string&) {}
+
 void removeIfThere(FileSystem& system, const std::string& path) {
     if (system.find(path)) {
         system.remove(path);

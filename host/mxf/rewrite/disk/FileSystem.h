@@ -57,6 +57,12 @@ public:
 
     /// @return a number for the calls below, until close().
     virtual int open(const std::string& path, Access access) = 0;
+    /// Makes a new file that gets its name with giveName(), so that it goes with the process that
+    /// dies before. Where the system can't do that, it has the name at once.
+    /// @param access  create or share.
+    virtual int openNameless(const std::string& path, Access access);
+    /// Gives a file of openNameless() its name, which no other has.
+    virtual void giveName(int file, const std::string& path);
     virtual void close(int file) noexcept = 0;
     /// Keeps all who ask for this from changing a file that is open to write, until it is closed.
     /// Where a file system has no locks, nothing is kept from it.
@@ -108,12 +114,18 @@ void removeIfThere(FileSystem& system, const std::string& path);
 class CORVID_EXPORT OpenFile {
 public:
     OpenFile(FileSystem& system, const std::string& path, FileSystem::Access access)
-        : system_(system), number_(system.open(path, access)) {}
+        : OpenFile(system, system.open(path, access)) {}
+    /// Makes a file that has no name until giveName().
+    static OpenFile nameless(FileSystem& system, const std::string& path,
+                             FileSystem::Access access) {
+        return {system, system.openNameless(path, access)};
+    }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
     ~OpenFile() { system_.close(number_); }
 
     int number() const noexcept { return number_; }
+    void giveName(const std::string& path) const { system_.giveName(number_, path); }
     void lock() const { system_.lock(number_); }
     void lease() const { system_.lease(number_); }
     FileStatus status() const { return system_.status(number_); }
@@ -126,6 +138,8 @@ public:
     FileSystem& system() const noexcept { return system_; }
 
 private:
+    OpenFile(FileSystem& system, int number) : system_(system), number_(number) {}
+
     FileSystem& system_;
     int number_;
 };

@@ -100,13 +100,16 @@ void write(FileSystem& system, const std::string& from, const std::string& to,
     }
     requireAsPlanned(old, from, planned);
     removeIfThere(system, temporary);
-    const OpenFile file(system, temporary, takesPlace ? Access::create : Access::share);
+    // It may be as long as a clip is: nobody wants to find what is left of it.
+    const OpenFile file =
+        OpenFile::nameless(system, temporary, takesPlace ? Access::create : Access::share);
     try {
         if (takesPlace) {
             system.copyAttributes(old.number(), file.number());
         }
         Copy(system, old, file, rewrite, progress).run();
         requireAsPlanned(old, from, planned);
+        file.giveName(temporary);
         if (!isOwn(file, temporary)) {
             throw Exceptions::IOError("another program writes " + to + " too", CORVID_HERE);
         }

@@ -72,6 +72,23 @@ bool isOpenToWrite(const std::string& path) {
     return file.isOpen() && setLease(file.number(), F_RDLCK) == EAGAIN;
 }
 
+mode_t newFileMode(FileSystem::Access access) {
+    return access == FileSystem::Access::share ? 0666 : 0600;
+}
+
+/// Makes a file without a name in the folder of a path, where the file system can.
+/// @return its number; negative where it can't.
+int nameless(const std::string& path, mode_t mode) {
+    const std::string folder = folderOf(path);
+    return uninterrupted(
+        [&] { return ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, mode); });
+}
+
+bool link(int file, const std::string& path) {
+    const std::string open = "/proc/self/fd/" + std::to_string(file);
+    return ::linkat(AT_FDCWD, open.c_str(), AT_FDCWD, path.c_str(), AT_SYMLINK_FOLLOW) == 0;
+}
+
 /// The names of the extended attributes of a file, each with a zero at its end.
 std::string attributeNames(int file, const std::string& name) {
     std::string names;
@@ -117,17 +134,44 @@ std::optional<FileStatus> SystemFiles::find(const std::string& path) {
 
 int SystemFiles::open(const std::string& path, Access access) {
     const bool creates = access == Access::create || access == Access::share;
-    const mode_t mode = access == Access::share ? 0666 : 0600;
     const int flags = access == Access::read ? O_RDONLY
                       : creates              ? O_RDWR | O_CREAT | O_EXCL
                                              : O_RDWR;
     const bool isWrittenByOther = access == Access::write && isOpenToWrite(path);
-    const int file = uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, mode); });
+    const int file =
+        uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC, newFileMode(access)); });
     if (file < 0) {
         throwSystemError((creates ? "can't make " : "can't open ") + path, errno);
     }
-    open_[file] = {path, isWrittenByOther};
+    open_[file] = {path, isWrittenByOther, false};
     return file;
+}
+
+int SystemFiles::openNameless(const std::string& path, Access access) {
+    {
+        // File systems, systems without /proc and sandboxes refuse one step or the other: only
+        // trying shows it, with a file of its own, because one that had a name gets no other.
+        const auto trial =
+            DataIO::FileDescriptor::owning(nameless(path, newFileMode(Access::create)));
+        if (!trial.isOpen() || !link(trial.number(), path)) {
+            return open(path, access);
+        }
+        remove(path);
+    }
+    const int file = nameless(path, newFileMode(access));
+    if (file < 0) {
+        throwSystemError("can't make " + path, errno);
+    }
+    open_[file] = {path, false, true};
+    return file;
+}
+
+void SystemFiles::giveName(int file, const std::string& path) {
+    bool& isNameless = open_.at(file).isNameless;
+    if (isNameless && !link(file, path)) {
+        throwSystemError("can't make " + path, errno);
+    }
+    isNameless = false;
 }
 
 void SystemFiles::close(int file) noexcept {

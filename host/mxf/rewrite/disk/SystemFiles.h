@@ -10,6 +10,8 @@ public:
     std::string resolve(const std::string& path) override;
     std::optional<FileStatus> find(const std::string& path) override;
     int open(const std::string& path, Access access) override;
+    int openNameless(const std::string& path, Access access) override;
+    void giveName(int file, const std::string& path) override;
     void close(int file) noexcept override;
     void lock(int file) override;
     /// Whether a file system had no locks for a file that was to be locked.
@@ -49,6 +51,7 @@ private:
     struct Open {
         std::string name;              ///< for messages
         bool isWrittenByOther = false; ///< when it was opened to write
+        bool isNameless = false;       ///< the name is the one that it will have
     };
 
     const std::string& nameOf(int file) const;

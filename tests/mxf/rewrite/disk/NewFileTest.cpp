@@ -5,10 +5,12 @@
 #include "tests/mxf/rewrite/disk/ModelFiles.h"
 #include "tests/support/Paths.h"
 
+#include <fcntl.h>
 #include <fstream>
 #include <iterator>
 #include <sys/stat.h>
 #include <sys/xattr.h>
+#include <unistd.h>
 
 namespace Corvid::mxf {
 namespace {
@@ -308,6 +310,22 @@ TEST_F(RealFiles, areWrittenUnderAnotherName) {
     EXPECT_EQ(::stat(path.c_str(), &like), 0);
     EXPECT_EQ(::stat(to.c_str(), &made), 0);
     EXPECT_EQ(like.st_mode, made.st_mode);
+}
+
+TEST_F(RealFiles, leaveNothingWhereTheProcessDiesWhileTheyAreCopied) {
+    const int probe = ::open(folder.path().c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    if (probe < 0) {
+        GTEST_SKIP() << "the file system of temporary files has no files without a name";
+    }
+    ::close(probe);
+    std::size_t reports = 0;
+    const auto onlyTheOld = [&](std::uint64_t, std::uint64_t) {
+        ++reports;
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path()), {}), 1);
+    };
+    replaceFile(files, path, rewrite, *files.find(path), false, onlyTheOld);
+    EXPECT_EQ(contentOf(path), newBytes());
+    EXPECT_GT(reports, 0U);
 }
 
 TEST_F(RealFiles, keepTheirAttributesInTheirPlace) {
