@@ -73,7 +73,21 @@ void JournalFile::appear(const std::string& path, Types::ByteView bytes) const {
     system_.renameToNew(unfinished(path), path);
 }
 
+void JournalFile::removeUnused(const FileStatus& now) const {
+    if (pointer_.empty() || !system_.find(path_)) {
+        return;
+    }
+    if (read().status != now) {
+        throw Exceptions::InvalidFormat(path_ +
+                                            " is there already, the recovery file of an earlier "
+                                            "change to which nothing beside the file points",
+                                        CORVID_HERE);
+    }
+    system_.remove(path_);
+}
+
 void JournalFile::make(const Journal& journal) {
+    removeUnused(journal.status);
     appear(path_, mxf::viewOf(journal.coded()));
     isMade_ = true;
     system_.syncFolderOf(path_);

@@ -39,6 +39,10 @@ private:
     JournalFile(FileSystem& system, std::string path, std::string pointer)
         : system_(system), path_(std::move(path)), pointer_(std::move(pointer)) {}
 
+    /// Removes a journal whose change died before the pointer to it was there.
+    /// @param now  the status of the file, which that change has not touched.
+    /// @throws InvalidFormat  the file has changed since, so the journal may still be needed.
+    void removeUnused(const FileStatus& now) const;
     void write(const std::string& path, Types::ByteView bytes) const;
     void appear(const std::string& path, Types::ByteView bytes) const;
 

@@ -62,6 +62,29 @@ TEST(Recovery, saysWhereTheRecoveryFileShouldBe) {
     EXPECT_EQ(damaged.calls + lost.calls, 0U);
 }
 
+TEST(Recovery, isNotNeededWhereThePointerWasNotMade) {
+    const std::string journal = "elsewhere/.clip.mxf-1.corvid-recovery";
+    const Rewrite rewrite = rewriteOf({{100, Bytes(5, 0xAA)}});
+    ModelFiles files(diskWithClip());
+    files.dieAt = 6; // after the journal has its name
+    EXPECT_TRUE(change(files, rewrite, "elsewhere"));
+    Disk disk = files.now();
+    ASSERT_EQ(disk.names.count(journal), 1U);
+    ASSERT_EQ(disk.names.count(journalName), 0U);
+    ModelFiles again(disk);
+    EXPECT_FALSE(change(again, rewrite, "elsewhere"));
+    EXPECT_EQ(again.now().content(clip), after(oldBytes, rewrite));
+    EXPECT_EQ(again.now().names.size(), 1U);
+    // It may be needed still where the file has changed: its pointer may have been lost.
+    ModelFiles changed(disk);
+    const int file = changed.open(clip, FileSystem::Access::write);
+    changed.writeAt(file, 0, viewOf(Bytes(1, 0xAA)));
+    EXPECT_EQ(messageOf([&] { change(changed, rewrite, "elsewhere"); }),
+              journal + " is there already, the recovery file of an earlier change to which "
+                        "nothing beside the file points");
+    EXPECT_EQ(changed.now().names, disk.names);
+}
+
 TEST(Recovery, waitsForTheProgramThatChangesTheFile) {
     ModelFiles files(halfChanged());
     files.isLocked = true;
