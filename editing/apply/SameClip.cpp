@@ -41,17 +41,26 @@ std::vector<Types::UUID> identificationsOf(const mxf::HeaderLayout& layout,
                                     CORVID_HERE);
 }
 
-void requireKnownSets(const mxf::HeaderLayout& clip, const mxf::HeaderLayout& document) {
-    std::size_t known = 0;
-    std::size_t unknown = 0;
-    for (const mxf::LayoutItem& item : document.items()) {
-        if (item.kind == mxf::LayoutItem::Kind::set) {
-            if (const auto instance = document.instanceUID(item)) {
-                ++(clip.find(*instance) ? known : unknown);
+/// How many sets of a layout another one has too, and how many not.
+struct Sets {
+    Sets(const mxf::HeaderLayout& of, const mxf::HeaderLayout& other) {
+        for (const mxf::LayoutItem& item : of.items()) {
+            if (item.kind == mxf::LayoutItem::Kind::set) {
+                if (const auto instance = of.instanceUID(item)) {
+                    ++(other.find(*instance) ? known : unknown);
+                }
             }
         }
     }
-    if (unknown > known) {
+    bool areMostlyUnknown() const noexcept { return unknown > known; }
+
+    std::size_t known = 0;
+    std::size_t unknown = 0;
+};
+
+/// A document may hold a part of the clip, or add more sets than the clip has; but not both.
+void requireKnownSets(const mxf::HeaderLayout& clip, const mxf::HeaderLayout& document) {
+    if (Sets(document, clip).areMostlyUnknown() && Sets(clip, document).areMostlyUnknown()) {
         refuseOther();
     }
 }

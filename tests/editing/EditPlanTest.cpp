@@ -7,6 +7,7 @@
 #include "tests/editing/EditedClip.h"
 #include "tests/support/Paths.h"
 
+#include <algorithm>
 #include <fstream>
 #include <gmock/gmock.h>
 
@@ -198,6 +199,15 @@ TEST(EditPlan, putsANewSetAfterItsOwnerAndTakesItAwayAgain) {
     const Bytes back = changed.after(changed.editor.plan(*wanted, {}));
     EXPECT_EQ(changesIn(clip.bytes, back, 0), "");
     EXPECT_EQ(changesIn(clip.bytes, back, 1), "");
+}
+
+TEST(EditPlan, addsMoreSetsThanTheClipHas) {
+    EditedClip clip(clipOf());
+    Says more;
+    more.identifications = {3, 11, 12, 13, 14, 15, 16, 17, 18, 19, 20};
+    const auto longer = documentOf(clipOf(metadata(more), metadata(more)));
+    const std::string changes = linesOf(clip.plan(longer).changes);
+    EXPECT_EQ(std::count(changes.begin(), changes.end(), '\n'), 11) << changes;
 }
 
 TEST(EditPlan, keepsWhatADocumentLeavesOutOnPurpose) {
