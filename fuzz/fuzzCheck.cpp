@@ -59,7 +59,7 @@ Tool::CheckedFile check(const std::uint8_t* bytes, std::size_t size, Tool::Messa
     try {
         mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(sourceOf(bytes, size)),
                        MetaMetadata::Dictionary::builtIn(), messages);
-        const mxf::HeaderMetadata header = Tool::readMetadata(file, {}, messages);
+        const mxf::HeaderMetadata header = Tool::readMetadata(file, {});
         checked.cutOffAt = header.cutOffAt;
         Tool::translateXerces(
             [&] { checked.comparison = Editing::compareWithRoundTrip(*header.metadata); });

@@ -65,7 +65,7 @@ std::size_t summarise(const std::uint8_t* bytes, std::size_t size, const char* p
         partitions = file.partitions().size();
         Tool::ClipOptions clip;
         clip.partition = partition;
-        const mxf::HeaderMetadata header = readMetadata(file, clip, messages);
+        const mxf::HeaderMetadata header = readMetadata(file, clip);
         expectSummary(Inspection::summarise(file, header), messages.warnings(), size);
     } catch (const Exceptions::BaseException& error) {
         const std::string text = Platform::toUtf8(error.message());

@@ -318,7 +318,8 @@ TEST_F(Apply, saysSoWhereAnEarlierEditWasNotFinished) {
     const std::string after = shop.read("clip.mxf");
     run("mv undo .clip.mxf.corvid-recovery");
     for (const char* line :
-         {"corvid info --json clip.mxf", "corvid check clip.mxf", "corvid to-xml clip.mxf"}) {
+         {"corvid info clip.mxf", "corvid info --json clip.mxf", "corvid check clip.mxf",
+          "corvid to-xml clip.mxf", "corvid get clip.mxf @title"}) {
         EXPECT_THAT(run(line).err, HasSubstr("[unfinished-edit]")) << line;
     }
     const Outcome refused = run("corvid apply doc.xml clip.mxf --in-place");
@@ -328,6 +329,20 @@ TEST_F(Apply, saysSoWhereAnEarlierEditWasNotFinished) {
     EXPECT_EQ(run("corvid recover clip.mxf").status, 0);
     EXPECT_TRUE(shop.read("clip.mxf") == before);
     EXPECT_THAT(run("corvid info --json clip.mxf").err, Not(HasSubstr("unfinished")));
+}
+
+TEST_F(Apply, saysSoOfAClipThatCannotBeReadMeanwhile) {
+    run("corvid apply edited.xml clip.mxf --in-place --undo undo && "
+        "mv undo .clip.mxf.corvid-recovery");
+    shop.write("clip.mxf", repeat(0, 100000)); // where blocks are inserted, and nothing is written
+    for (const char* line :
+         {"corvid info clip.mxf", "corvid info --json clip.mxf", "corvid check clip.mxf",
+          "corvid to-xml clip.mxf", "corvid to-json clip.mxf", "corvid get clip.mxf @title",
+          "corvid diff clip.mxf clip.mxf", "corvid report clip.mxf -o page.html"}) {
+        const Outcome outcome = run(line);
+        EXPECT_NE(outcome.status, 0) << line;
+        EXPECT_THAT(outcome.err, HasSubstr("[unfinished-edit]")) << line;
+    }
 }
 
 TEST_F(Apply, leavesAClipAloneThatAnotherProgramHasLocked) {

@@ -29,7 +29,7 @@ void compare(const ClipOptions& clip, const DictionaryPointer& dictionary, std::
              FileTask& task, CheckedFile& checked) {
     mxf::File file(openCounted(clip, task), dictionary, task.messages);
     const Leftover<Leftovers> work(task.isOneOfMany);
-    work->header = readMetadata(file, clip, task.messages);
+    work->header = readMetadata(file, clip);
     checked.cutOffAt = work->header.cutOffAt;
     work->trip = Editing::compareWithRoundTrip(*work->header.metadata, listed);
     checked.comparison = std::move(static_cast<Editing::Comparison&>(work->trip));

@@ -43,7 +43,7 @@ Side readSide(const std::string& path, const ClipOptions& clips,
     auto source = openCounted(clip, task);
     if (isMxfFile(*source)) {
         mxf::File file(std::move(source), dictionary, task.messages);
-        return {std::move(readMetadata(file, clip, task.messages).metadata), std::nullopt};
+        return {std::move(readMetadata(file, clip).metadata), std::nullopt};
     }
     DocumentFile file(std::move(source));
     auto document =

@@ -57,7 +57,7 @@ public:
         ClipOptions clip = options_.clip;
         clip.path = task.path;
         mxf::File file(openCounted(clip, task), dictionary, messages);
-        const mxf::HeaderMetadata header = readMetadata(file, clip, messages);
+        const mxf::HeaderMetadata header = readMetadata(file, clip);
         Answering answering(file, header, messages);
         if (!std::all_of(requirements_.begin(), requirements_.end(),
                          [&](const auto& each) { return answering.fulfils(each); })) {

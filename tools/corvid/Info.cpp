@@ -17,8 +17,13 @@ using Dictionary = Templates::SharedPtr<MetaMetadata::Dictionary>;
 Inspection::Summary read(const InfoOptions& options, const Dictionary& dictionary, FileTask& task) {
     ClipOptions clip = options.clip;
     clip.path = task.path;
-    mxf::File file(openCounted(clip, task), dictionary, task.messages);
-    const mxf::HeaderMetadata header = readMetadata(file, clip, task.messages);
+    auto source = openCounted(clip, task);
+    // That an edit was interrupted is no matter for a count in the text.
+    task.messages.flush();
+    // The text has the others; where there is none they are messages.
+    task.messages.holdWarnings(!options.json);
+    mxf::File file(std::move(source), dictionary, task.messages);
+    const mxf::HeaderMetadata header = readMetadata(file, clip);
     return readSummary(file, header, task.messages);
 }
 
@@ -26,8 +31,6 @@ Inspection::Summary read(const InfoOptions& options, const Dictionary& dictionar
 void write(const InfoOptions& options, const Dictionary& dictionary, FileTask& task) {
     Messages& messages = task.messages;
     const JsonLayout layout = task.isOneOfMany ? JsonLayout::line : JsonLayout::indented;
-    // The text has them; where there is none they are messages.
-    messages.holdWarnings(!options.json);
     Inspection::Summary summary;
     try {
         summary = read(options, dictionary, task);

@@ -66,7 +66,7 @@ void read(Reported& clip, const std::string& path, const ReportOptions& options,
     auto opened = openCounted(choice, task);
     clip.source = opened.get();
     clip.file.emplace(std::move(opened), dictionary, task.messages);
-    clip.header = readMetadata(*clip.file, choice, task.messages);
+    clip.header = readMetadata(*clip.file, choice);
     noteOrigin(*clip.file, clip.header, choice, task.messages);
     clip.summary = readSummary(*clip.file, clip.header, task.messages);
     // A page is handed on: what folders it is from is nobody's business.
@@ -97,8 +97,8 @@ mxf::HeaderMetadata readAgain(const std::string& path, const ReportOptions& opti
     ClipOptions choice = options.clip;
     choice.path = path;
     mxf::NoWarnings reported;
-    mxf::File file(openClip(choice), dictionary, reported);
-    return readMetadata(file, choice, reported);
+    mxf::File file(openClip(choice, reported), dictionary, reported);
+    return readMetadata(file, choice);
 }
 
 /// One page of two clips.

@@ -30,7 +30,7 @@ void convert(const ToJsonOptions& options, const StartSet& start,
     clip.path = task.path;
     const Leftover<Leftovers> work(task.isOneOfMany);
     mxf::File file(openCounted(clip, task), dictionary, messages);
-    work->header = readMetadata(file, clip, messages);
+    work->header = readMetadata(file, clip);
     noteOrigin(file, work->header, clip, messages);
     auto& metadata = *work->header.metadata;
     work->plan = std::make_unique<DocumentPlan>(

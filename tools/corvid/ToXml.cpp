@@ -128,7 +128,7 @@ void convert(const ToXmlOptions& options, const StartSet& startSet,
     clip.path = task.path;
     const Leftover<Leftovers> work(task.isOneOfMany);
     mxf::File file(openCounted(clip, task), dictionary, messages);
-    work->header = readMetadata(file, clip, messages);
+    work->header = readMetadata(file, clip);
     noteOrigin(file, work->header, clip, messages);
     const auto& start = startSet.in(*work->header.metadata);
     if (options.referencesAsValues) {

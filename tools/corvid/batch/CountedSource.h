@@ -2,6 +2,7 @@
 
 #include "tools/corvid/batch/FileTask.h"
 #include "tools/corvid/input/Clip.h"
+#include "tools/corvid/terminal/Messages.h"
 
 namespace Corvid::Tool {
 
@@ -34,7 +35,7 @@ private:
 /// @throws UsageError, IOError  as openClip().
 inline CountedSource::Source openCounted(const ClipOptions& clip, FileTask& task) {
     std::optional<RemoteStamp> stamp;
-    auto source = openClip(clip, stamp);
+    auto source = openClip(clip, task.messages, stamp);
     if (clip.path == task.path) {
         task.remote = std::move(stamp);
     }

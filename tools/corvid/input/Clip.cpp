@@ -72,7 +72,9 @@ void warnOfUnfinishedEdit(const std::string& path, mxf::WarningSink& warnings) {
 bool isPartitionChoice(const std::string& text) { return choiceOf(text).has_value(); }
 
 Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options,
+                                                         mxf::WarningSink& warnings,
                                                          std::optional<RemoteStamp>& stamp) {
+    warnOfUnfinishedEdit(options.path, warnings);
     if (isMistakenAddress(options.path)) {
         throw Exceptions::IOError(
             "can't open " + shownName(options.path) +
@@ -91,9 +93,7 @@ Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& opti
     return openRemote(options.path, limits, stamp);
 }
 
-mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options,
-                                 mxf::WarningSink& warnings) {
-    warnOfUnfinishedEdit(options.path, warnings);
+mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options) {
     const auto choice = choiceOf(options.partition);
     if (!choice) {
         throw Exceptions::InvalidArgument("no partition '" + options.partition +

@@ -29,21 +29,23 @@ struct ClipOptions {
 bool isPartitionChoice(const std::string& text);
 
 /// Opens the file that the options name: as DataIO::openSource() does, or on a server.
-/// @param stamp  is given that of a file on a server. Borrowed.
+/// @param warnings  hears where an edit of the file was interrupted: also where it is then too
+///                  damaged to be read. Borrowed.
+/// @param stamp     is given that of a file on a server. Borrowed.
 /// @throws UsageError  it is on a server, and none may be asked.
 /// @throws IOError     it can't be opened.
 Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options,
+                                                         mxf::WarningSink& warnings,
                                                          std::optional<RemoteStamp>& stamp);
-inline Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options) {
+inline Templates::auto_ptr<DataIO::RandomAccessSource> openClip(const ClipOptions& options,
+                                                                mxf::WarningSink& warnings) {
     std::optional<RemoteStamp> unused;
-    return openClip(options, unused);
+    return openClip(options, warnings, unused);
 }
 
 /// Reads the metadata of the partition that the options name.
-/// @param warnings  receives a warning where an edit of the file was interrupted. Borrowed.
 /// @throws InvalidFormat  there is none; names the partitions that have some.
-mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options,
-                                 mxf::WarningSink& warnings);
+mxf::HeaderMetadata readMetadata(mxf::File& file, const ClipOptions& options);
 
 /// Says which partition the metadata is from where people left the choice and it is not the header.
 void noteOrigin(mxf::File& file, const mxf::HeaderMetadata& header, const ClipOptions& options,
