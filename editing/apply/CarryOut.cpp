@@ -173,6 +173,12 @@ EditWay carryOut(FileSystem& system, const std::string& clip,
 
 void undoEdit(FileSystem& system, const std::string& clip, const std::string& undo) {
     const mxf::Journal journal = readJournal(system, undo);
+    // The recovery file of an interrupted edit has the same form.
+    if (journal.newSize != journal.status.size) {
+        throw Exceptions::InvalidFormat(
+            undo + " is of an edit that made the clip longer, which can't be undone with it",
+            CORVID_HERE);
+    }
     mxf::Rewrite rewrite;
     rewrite.writes = journal.before;
     const mxf::FileStatus status = requireEdited(system, clip, undo, journal);

@@ -55,7 +55,8 @@ CORVID_EDITING_EXPORT EditWay carryOut(mxf::FileSystem& system, const std::strin
 
 /// Takes a finished edit back.
 /// @param undo  the file that the edit wrote for this.
-/// @throws InvalidFormat  the clip is another one or has changed since; then nothing changes.
+/// @throws InvalidFormat  the clip is another one or has changed since, or the file is of an edit
+///                        that made it longer; then nothing changes.
 /// @throws IOError        reading or writing fails.
 CORVID_EDITING_EXPORT void undoEdit(mxf::FileSystem& system, const std::string& clip,
                                     const std::string& undo);

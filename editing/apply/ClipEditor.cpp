@@ -15,6 +15,7 @@
 #include "host/dictionary/MetaElement.h"
 #include "host/metadata/MetadataSet.h"
 #include "host/mxf/File.h"
+#include "host/mxf/rewrite/ObjectDirectory.h"
 #include "host/mxf/rewrite/RewritableFile.h"
 
 #include <algorithm>
@@ -73,6 +74,7 @@ struct ClipEditor::Content {
     EditPlan plan(Metadata::PartitionMetadata& before, Metadata::PartitionMetadata& wanted,
                   const EditOptions& options, bool isDocument);
     bool mustCloseHeader();
+    bool hasObjectDirectory();
     void choosePartitions(EditPlan& plan, const CopyChoice& choice);
     mxf::FileEdit place(EditPlan& plan);
     mxf::HeaderEdit placeIn(std::size_t partition, const Changes& changes);
@@ -148,6 +150,7 @@ EditPlan ClipEditor::Content::plan(Metadata::PartitionMetadata& before,
     }
     choosePartitions(plan, options.copies);
     plan.rewrite = file.plan(place(plan), {options.reserve, options.blockSize});
+    plan.movesFixedEssence = !plan.rewrite.insertions.empty() && hasObjectDirectory();
     return plan;
 }
 
@@ -223,6 +226,15 @@ bool ClipEditor::Content::mustCloseHeader() {
                                         CORVID_HERE);
     }
     return true;
+}
+
+bool ClipEditor::Content::hasObjectDirectory() {
+    for (std::size_t i = 0; i != file.partitions().size(); ++i) {
+        if (file.hasMetadata(i) && mxf::ObjectDirectory::find(file.layout(i))) {
+            return true;
+        }
+    }
+    return false;
 }
 
 mxf::HeaderEdit ClipEditor::Content::closeHeader(EditPlan& plan) {

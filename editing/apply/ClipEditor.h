@@ -53,6 +53,9 @@ struct EditPlan {
     std::vector<std::size_t> copies; ///< the partitions whose header metadata changes
     /// Closed partitions whose header metadata stays as it is, unlike that of the others.
     std::vector<std::size_t> left;
+    /// Essence moves in a file with a directory of objects: the systems that make such files may
+    /// expect it where it was.
+    bool movesFixedEssence = false;
 
     bool isEmpty() const noexcept { return changes.empty() && !closesHeader; }
 };

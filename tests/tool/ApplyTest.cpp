@@ -1,4 +1,5 @@
 #include "host/mxf/rewrite/disk/SystemFiles.h"
+#include "tests/mxf/rewrite/ObjectMetadata.h"
 #include "tests/tool/RunCommand.h"
 
 #include <filesystem>
@@ -302,6 +303,53 @@ TEST_F(Apply, growsAClipWhereThereIsNoRoom) {
     EXPECT_TRUE(shop.read("link.mxf") == after) << "it is the same file still";
 }
 
+TEST_F(Apply, isNotUndoneWithTheRecoveryFileOfGrowth) {
+    if (run("strace -V").status != 0) {
+        GTEST_SKIP() << "no strace";
+    }
+    run("strace -qq -o /dev/null -e inject=unlink,unlinkat:signal=KILL:when=1 "
+        "corvid apply long.xml small.mxf --in-place");
+    ASSERT_TRUE(shop.has(".small.mxf.corvid-recovery"));
+    const std::string after = shop.read("small.mxf");
+    run("mv .small.mxf.corvid-recovery undo");
+    const Outcome outcome = run("corvid recover small.mxf --from undo");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("of an edit that made the clip longer"));
+    EXPECT_TRUE(shop.read("small.mxf") == after);
+}
+
+TEST_F(Apply, saysWhereOnlyTheRecordOfTheEditNeedsRoom) {
+    const std::string note = "longer only for the record of the edit";
+    run("sed 's/A company/B company/' small.xml >other.xml");
+    const std::string dry = "corvid apply other.xml small.mxf --dry-run";
+    EXPECT_THAT(run(dry).err, HasSubstr(note));
+    EXPECT_EQ(run(dry + " --no-identification").err, "");
+    EXPECT_EQ(run("corvid apply long.xml small.mxf --dry-run").err, "");
+    EXPECT_EQ(run("corvid apply edited.xml clip.mxf --dry-run").err, "");
+}
+
+TEST_F(Apply, warnsBeforeItMovesEssenceOfAnEditingSystem) {
+    PartitionSpec header = headerPartition(objectMetadata(20 + 88)); // after the pack
+    header.behindMetadata = klv(essenceKey(), repeat(0xEE, 5000));
+    shop.write("objects.mxf",
+               MxfBuilder().add(header).add(footerPartition()).withRandomIndexPack().build());
+    const std::string old = shop.read("objects.mxf");
+    const std::string schemes = "\"Preface/DescriptiveSchemes=$(for i in $(seq COUNT); do echo "
+                                "06.0e.2b.34.04.01.01.01.0d.01.04.01.01.01.01.00; done)\"";
+    const auto line = [&](const char* count) {
+        return "corvid set objects.mxf --no-identification --warnings-as-errors " +
+               std::string(schemes).replace(schemes.find("COUNT"), 5, count);
+    };
+    const Outcome refused = run(line("40"));
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr("[essence-moves]"));
+    EXPECT_TRUE(shop.read("objects.mxf") == old);
+    const Outcome fits = run(line("1"));
+    EXPECT_EQ(fits.status, 0) << fits.err;
+    EXPECT_EQ(fits.err, "");
+    EXPECT_FALSE(shop.read("objects.mxf") == old);
+}
+
 TEST_F(Apply, keepsTheTimeWhereAsked) {
     const auto clip = shop.path() / "clip.mxf";
     const auto time = std::filesystem::file_time_type::clock::now() - std::chrono::hours(1000);
@@ -499,6 +547,11 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{"OneFileForUndoAndLog",
                 "corvid apply edited.xml clip.mxf --in-place --undo undo --log undo", 2,
                 "a file each"},
+        Refused{"OneFileForUndoAndLogByOtherPaths",
+                "corvid apply edited.xml clip.mxf --in-place --undo undo --log ./undo", 2,
+                "a file each"},
+        Refused{"OneFileForOutputAndLog",
+                "corvid apply edited.xml clip.mxf -o new.mxf --log ./new.mxf", 2, "a file each"},
         Refused{"AFolderAsClip", "corvid apply edited.xml . --in-place", 3,
                 "not a file that can be changed"},
         Refused{"APipeAsClip", "mkfifo pipe; corvid apply edited.xml pipe --in-place", 3,

@@ -50,6 +50,16 @@ bool isSameFile(const std::string& a, const std::string& b) {
     return std::filesystem::equivalent(a, b, nothing);
 }
 
+/// Whether two files to be written would be one, by whatever paths.
+bool isOnePlace(const std::string& a, const std::string& b) {
+    namespace fs = std::filesystem;
+    std::error_code nothing;
+    const auto placeOf = [&](const std::string& path) {
+        return fs::weakly_canonical(fs::absolute(path, nothing), nothing);
+    };
+    return !a.empty() && !b.empty() && (isSameFile(a, b) || placeOf(a) == placeOf(b));
+}
+
 /// Refuses what can't be meant, and files that would never end.
 void checkOptions(const ClipEdit& options, const std::vector<std::string>& inputs) {
     const std::string& output = options.target.newFile;
@@ -69,8 +79,11 @@ void checkOptions(const ClipEdit& options, const std::vector<std::string>& input
     if (output == "-") {
         throw UsageError{"an edited clip goes to a file, not to standard output"};
     }
-    if (!options.target.undo.empty() && options.target.undo == options.log) {
+    if (isOnePlace(options.target.undo, options.log)) {
         throw UsageError{"--undo and --log need a file each"};
+    }
+    if (isOnePlace(output, options.log)) {
+        throw UsageError{"-o and --log need a file each"};
     }
     for (const std::string& file : inputs) {
         if (!output.empty() && isSameFile(output, file)) {
@@ -112,6 +125,24 @@ void warnOfCopies(const EditPlan& plan, const mxf::Partitions& partitions, Messa
     for (const std::string& copy : namesOf(plan.left, partitions)) {
         messages.warn({CommandWarnings::copiesDiffer,
                        copy + " keeps its header metadata, so closed copies differ"});
+    }
+}
+
+/// Says before anything is written what growth means for the clip, and what it is for.
+void warnOfGrowth(const EditPlan& plan, const ClipEdit& options, const MakePlan& makePlan,
+                  ClipEditor& editor, Editing::EditOptions edit, Messages& messages) {
+    if (plan.movesFixedEssence) {
+        messages.warn({CommandWarnings::essenceMoves,
+                       "the clip becomes longer, and its essence moves from where the editing "
+                       "system that made it may expect it"});
+    }
+    if (!options.dryRun || !edit.modification || plan.rewrite.insertions.empty()) {
+        return;
+    }
+    edit.modification.reset();
+    if (makePlan(editor, edit).rewrite.insertions.empty()) {
+        messages.note("the clip becomes longer only for the record of the edit, which "
+                      "--no-identification leaves out");
     }
 }
 
@@ -236,6 +267,7 @@ void editClip(const ClipEdit& options, const WantedEdit& wanted, Messages& messa
     edit.blockSize = Editing::blockSizeOf(clip.files, options.clip);
     const EditPlan plan = makePlan(editor, edit);
     warnOfCopies(plan, editor.partitions(), messages);
+    warnOfGrowth(plan, options, makePlan, editor, edit, messages);
     refuseWarnings(options.warningsAsErrors, messages);
     EditReport report{messages.file(), plan, Editing::EditWay::nothing,
                       namesOf(plan.copies, editor.partitions()), *dictionary};
@@ -247,6 +279,7 @@ void editClip(const ClipEdit& options, const WantedEdit& wanted, Messages& messa
             messages.showProgress("");
         }
     } else {
+        messages.flush(); // it may be a reason to stop the edit
         makeEdit(options, wanted, inputs, clip, editor, report, messages);
     }
     if (options.target.newFile.empty() && !plan.rewrite.isEmpty()) {
