@@ -131,12 +131,14 @@ def with_open_header(data):
 
 
 class Edit:
-    def __init__(self, name, what, by, shown=(), seen=(), base=None, options=()):
+    def __init__(self, name, what, by, shown=(), seen=(), traced=None, base=None, options=()):
         self.name = name
         self.what = re.compile(what, re.S)
         self.by = by
         self.shown = re.compile("|".join(shown) or "(?!)")  # keys of programs that show it
         self.seen = seen  # (key, value) after the edit; the key begins with the program's name
+        # A line of mediainfo's trace of the bytes, for what no program has in its summary.
+        self.traced = traced and re.compile(traced)
         self.base = base
         self.options = list(options)
 
@@ -152,12 +154,20 @@ EDITS = [
         [("mediainfo.*Language", "fr-CA")],
         base=with_labels,
     ),
-    Edit("MCA tag symbol", r"(<rp210:MCATagSymbol>)[^<]*", r"\1sgST", SOUND, base=with_labels),
+    Edit(
+        "MCA tag symbol",
+        r"(<rp210:MCATagSymbol>)[^<]*",
+        r"\1sgST",
+        SOUND,
+        traced="MCA Tag Symbol - sgST ",
+        base=with_labels,
+    ),
     Edit(
         "MCA label",
         r"(<rp210:MCALabelDictionaryID>)[^<]*",
         r"\g<1>06.0e.2b.34.04.01.01.0d.03.02.02.02.00.00.00.00",
         SOUND,
+        traced="MCA Label Dictionary ID - 060E2B34-0401-010D-0302-020200000000 ",
         base=with_labels,
     ),
     Edit(
@@ -234,6 +244,7 @@ EDITS = [
         r"(<rp210:VideoLineMap>\s*<rp210:Element>)\d+",
         r"\g<1>21",
         ["field_order", "ScanOrder"],
+        traced="VideoLineMapEntry: +21 ",
     ),
     Edit(
         "active format",

@@ -5,8 +5,9 @@ result with other programs.
 
 Each edit is made in place; in place where the metadata must grow; and in a grown copy. Each time
 everything beside header metadata must be as before (partitions.py), ffprobe and mediainfo must say
-the same but for the edit, sizes and bit rates, and see the edit where they show it, and all frames
-that ffmpeg decodes, after a seek too, must be the same. A program that is not given is left out.
+the same but for the edit, sizes and bit rates, and see the edit: in their summaries or, where no
+summary has it, in the trace of the bytes that mediainfo prints. All frames that ffmpeg decodes,
+after a seek too, must be the same. A program that is not given is left out.
 Exit status 77 without files.
 """
 import argparse
@@ -68,6 +69,11 @@ def shown_by(programs, path):
         out = run([programs.mediainfo, "--Output=JSON", path])[1]
         said.update(flat(json.loads(out)["media"]["track"], "mediainfo"))
     return said
+
+
+def is_traced(programs, path, line):
+    """Whether mediainfo's trace of a file has a line."""
+    return line.search(run([programs.mediainfo, "--Details=1", path])[1]) is not None
 
 
 def frames(programs, path):
@@ -157,6 +163,11 @@ def complaints_about(programs, edit, before, folder):
                 re.search(key, k) and str(v).startswith(value) for k, v in now.items()
             ):
                 yield "%s: %s is not seen in %s" % (way, value, key)
+        if edit.traced and programs.mediainfo:
+            if is_traced(programs, before.path, edit.traced):
+                yield "%s: the trace has '%s' before" % (way, edit.traced.pattern)
+            if not is_traced(programs, target, edit.traced):
+                yield "%s: the trace lacks '%s'" % (way, edit.traced.pattern)
         if frames(programs, target) != before.frames:
             yield "%s: ffmpeg decodes other frames" % way
 
@@ -193,6 +204,10 @@ def main():
     if not files:
         print("there are no files to edit")
         return 77
+    unseen = [edit.name for edit in EDITS if not edit.seen and not edit.traced]
+    if unseen:
+        failed = True
+        print("no other program looks at: " + ", ".join(unseen))
     missing = {edit.name for edit in EDITS} - made
     if missing:
         failed = True
