@@ -375,6 +375,14 @@ TEST_F(ManyFiles, resumeDoesWhatHasNoResultInTheFolder) {
     EXPECT_TRUE(shop.has("out/in/b.mxf.json"));
 }
 
+TEST_F(ManyFiles, resumeLeavesOutWhatHadNoResult) {
+    const std::string line = "corvid get -q @file --if @codec=none in/b.mxf in/a.MXF "
+                             "--output-dir out --log log ";
+    EXPECT_EQ(shop.run(line).status, 0);
+    EXPECT_FALSE(shop.has("out/in/b.mxf.txt"));
+    EXPECT_EQ(shop.run(line + "--resume").err, "corvid: 0 files; 2 done before\n");
+}
+
 TEST_F(ManyFiles, resumeComparesAgainWhereTheOtherFileHasChanged) {
     shop.run("mkdir -p old/in; cp in/b.mxf old/in");
     const std::string line = "corvid diff --against old --log log --resume in/b.mxf";

@@ -220,7 +220,9 @@ private:
     std::string optionsOf(const std::string& path) const {
         const std::string other = work_.other ? work_.other(path) : "";
         const auto stamp = other.empty() ? std::nullopt : stampOf(other);
-        return hashOf(options_.fingerprint + dictionaries_ +
+        // A line without a result means that there was none (get --if) only if results are files.
+        const std::string where = options_.outputFolder.empty() ? "" : "files";
+        return hashOf(options_.fingerprint + where + '\0' + dictionaries_ +
                       (stamp ? other + ":" + std::to_string(stamp->size) + ":" +
                                    std::to_string(stamp->mtimeNs)
                              : ""));

@@ -214,8 +214,7 @@ std::optional<DoneFile> Log::findDone(const ListedFile& file, const std::string&
         return std::nullopt;
     }
     const bool isThere =
-        output.empty() || (done.hasOutput ? done.output && done.output == stampOf(output)
-                                          : done.file.status == FileStatus::refused);
+        output.empty() || !done.hasOutput || (done.output && done.output == stampOf(output));
     return isThere ? std::optional(done.file) : std::nullopt;
 }
 
