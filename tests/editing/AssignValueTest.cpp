@@ -3,8 +3,8 @@
 #include "host/dictionary/DefinitionNames.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "tests/editing/EditedClip.h"
+#include "tests/editing/OtherValues.h"
 #include "tests/support/Model.h"
-#include "tests/support/Paths.h"
 
 #include <fstream>
 #include <gmock/gmock.h>
@@ -234,77 +234,8 @@ TEST(AssignValue, keepsATerminator) {
     EXPECT_EQ(hexOf(element), "00620000");
 }
 
-/// The samples, and the clip of the project.
-std::vector<std::filesystem::path> clips() {
-    std::vector<std::filesystem::path> paths{sourceDir() / "examples" / "sample.mxf"};
-    if (!samplesDir().empty()) {
-        for (const auto& entry : std::filesystem::directory_iterator(samplesDir())) {
-            if (entry.path().extension() == ".mxf") {
-                paths.push_back(entry.path());
-            }
-        }
-    }
-    return paths;
-}
-
-/// Each property that has a name, in the order of the file.
-std::vector<Metadata::Element*> elementsOf(const Metadata::PartitionMetadata& metadata) {
-    std::vector<Metadata::Element*> elements;
-    for (const auto* const set : metadata) {
-        for (const auto& [label, element] : set->made()) {
-            if (!element->isSkipped()) {
-                elements.push_back(element);
-            }
-        }
-        std::copy_if(
-            set->invalidBegin(), set->invalidEnd(), std::back_inserter(elements),
-            [](const auto* each) { return !each->isSkipped() && each->definition() != nullptr; });
-    }
-    return elements;
-}
-
-/// What has no other value of the same length that a test could guess: identifiers of sets and
-/// references to them, unknown times, text that is empty or not ASCII. The packs of one file do not
-/// repeat the essence containers, so there they can't change.
-bool mayStay(const Metadata::Element& element) {
-    namespace Identifiers = Types::Identifiers;
-    const auto& definition = *element.definition();
-    const auto texts = textsOf(element);
-    const auto type =
-        definition.isCollection()
-            ? static_cast<const MetaMetadata::MetaCollectionElement&>(definition).dataSubType()
-            : definition.dataType();
-    const std::string name = MetaMetadata::tagName(definition);
-    return texts.empty() || texts.front().empty() ||
-           static_cast<unsigned char>(texts.front().back()) >= 0x80 ||
-           type == Identifiers::StrongReference || type == Identifiers::WeakReference ||
-           type == Identifiers::Timestamp || name == "InstanceUID" || name == "EssenceContainers";
-}
-
-/// Tries values of the same length until one fits.
-bool assignAnother(Metadata::PartitionMetadata& metadata, Metadata::Element& element) {
-    Strings texts = textsOf(element);
-    if (texts.empty() || texts.front().empty() ||
-        static_cast<unsigned char>(texts.front().back()) >= 0x80 ||
-        MetaMetadata::tagName(*element.definition()) == "EssenceContainers") {
-        return false;
-    }
-    for (const char last : {'1', '2', '0', '4'}) {
-        texts.front().back() = last;
-        try {
-            if (assignValue(metadata, element, texts)) {
-                EXPECT_EQ(textsOf(element), texts);
-                return true;
-            }
-        } catch (const Exceptions::InvalidFormat&) {
-            // Another digit may do.
-        }
-    }
-    return false;
-}
-
 TEST(AssignValue, changesNothingOfRealFilesWhereItIsTheSame) {
-    for (const auto& path : clips()) {
+    for (const auto& path : realClips()) {
         std::ifstream file(path, std::ios::binary);
         EditedClip clip(Bytes(std::istreambuf_iterator<char>(file), {}));
         const auto metadata = clip.editor.readMetadata();
@@ -318,7 +249,7 @@ TEST(AssignValue, changesNothingOfRealFilesWhereItIsTheSame) {
 /// All properties of a file at once get other values, which are then in it.
 TEST(AssignValue, changesWhateverRealFilesHave) {
     std::size_t changed = 0;
-    for (const auto& path : clips()) {
+    for (const auto& path : realClips()) {
         std::ifstream file(path, std::ios::binary);
         EditedClip clip(Bytes(std::istreambuf_iterator<char>(file), {}));
         const auto metadata = clip.editor.readMetadata();
