@@ -408,6 +408,16 @@ TEST_F(Apply, leavesAClipAloneThatAnotherProgramHasLocked) {
     EXPECT_EQ(run("corvid apply edited.xml clip.mxf -o new.mxf").status, 0);
 }
 
+TEST_F(Apply, doesNotTakeAClipForDamagedThatChangesWhileItIsRead) {
+    // The document is opened when the clip is.
+    const Outcome outcome =
+        run("mkfifo document; corvid apply document clip.mxf --in-place & exec 3>document; "
+            "head -c 100000 /dev/zero >clip.mxf; cat edited.xml >&3; exec 3>&-; wait $!");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("clip.mxf has changed while it was read"));
+    EXPECT_EQ(shop.read("clip.mxf"), std::string(100000, '\0'));
+}
+
 TEST_F(Apply, leavesAClipAloneThatIsBeingWritten) {
     Corvid::mxf::SystemFiles files;
     const auto path = (shop.path() / "clip.mxf").string();

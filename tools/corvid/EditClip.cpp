@@ -2,11 +2,10 @@
 
 #include "host/dataio/OpenSource.h"
 #include "host/mxf/rewrite/RewritableFile.h"
-#include "host/mxf/rewrite/disk/InPlace.h"
-#include "host/mxf/rewrite/disk/SystemFiles.h"
 #include "tools/corvid/CommandWarnings.h"
 #include "tools/corvid/ExitStatus.h"
 #include "tools/corvid/input/Clip.h"
+#include "tools/corvid/input/ClipToEdit.h"
 #include "tools/corvid/input/StaleFiles.h"
 #include "tools/corvid/output/OpenOutput.h"
 #include "tools/corvid/reports/ChangeReport.h"
@@ -19,6 +18,7 @@
 #include <charconv>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 namespace Corvid::Tool {
 
@@ -178,20 +178,6 @@ mxf::CopyProgress progressOn(Messages& messages, const std::string& path) {
     };
 }
 
-/// A clip that is read to be edited.
-struct OpenClip {
-    explicit OpenClip(const std::string& path)
-        : status(files.find(path)), source(DataIO::openSource(path)) {
-        mxf::requireFinished(files, path);
-    }
-
-    mxf::SystemFiles files;
-    /// From before the source was opened: a file that takes the place of the clip in between is
-    /// noticed then.
-    std::optional<mxf::FileStatus> status;
-    Templates::auto_ptr<DataIO::RandomAccessSource> source;
-};
-
 /// Says what is not known of other programs that could have been at the clip during the edit.
 void warnOfOthers(const mxf::SystemFiles& files, Messages& messages) {
     using Lease = mxf::SystemFiles::Lease;
@@ -226,7 +212,7 @@ void hashEdited(const ClipEdit& options, bool hashesHeaders, EditReport& report,
 
 /// Carries an edit out and records it.
 void makeEdit(const ClipEdit& options, const WantedEdit& wanted,
-              const std::vector<std::string>& inputs, OpenClip& clip, ClipEditor& editor,
+              const std::vector<std::string>& inputs, ClipToEdit& clip, ClipEditor& editor,
               EditReport& report, Messages& messages) {
     const auto log = openLog(options, inputs);
     const bool isRecorded = log || options.json;
@@ -260,12 +246,14 @@ void editClip(const ClipEdit& options, const WantedEdit& wanted, Messages& messa
     inputs = inputsOf(std::move(inputs), options.dictionaries);
     checkOptions(options, inputs);
     const auto dictionary = loadDictionary(options.dictionaries);
-    OpenClip clip(options.clip);
+    ClipToEdit clip(options.clip);
     const MakePlan makePlan = wanted.read(dictionary);
-    ClipEditor editor(*clip.source, dictionary, messages);
+    std::optional<ClipEditor> read;
+    clip.whole([&] { read.emplace(*clip.source, dictionary, messages); });
+    ClipEditor& editor = *read;
     Editing::EditOptions edit = editOptionsOf(options);
     edit.blockSize = Editing::blockSizeOf(clip.files, options.clip);
-    const EditPlan plan = makePlan(editor, edit);
+    const EditPlan plan = clip.whole([&] { return makePlan(editor, edit); });
     warnOfCopies(plan, editor.partitions(), messages);
     warnOfGrowth(plan, options, makePlan, editor, edit, messages);
     refuseWarnings(options.warningsAsErrors, messages);
