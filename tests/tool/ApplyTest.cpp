@@ -187,6 +187,7 @@ TEST_F(Apply, namesPackingListsBesideTheClip) {
         const std::string messages = run(line).err;
         EXPECT_THAT(messages,
                     AllOf(HasSubstr("note: the packing list PKL_1.xml is beside"),
+                          HasSubstr("has changed under the same identifier"),
                           HasSubstr("the packing list b.xml"), HasSubstr("the playlist CPL.xml"),
                           Not(HasSubstr("packing list CPL"))));
     }

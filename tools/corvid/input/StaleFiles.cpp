@@ -25,7 +25,7 @@ struct Kind {
 };
 
 // clang-format off
-constexpr Kind packingList{"packing list",      "if it lists the clip, the hash and size there are those of the clip before the edit", false};
+constexpr Kind packingList{"packing list",      "if it lists the clip, the hash and size there are those of the clip before the edit, and the clip has changed under the same identifier", false};
 constexpr Kind playlist   {"playlist",          "if it plays the clip, what it repeats of descriptors and hash is of the clip before the edit", false};
 constexpr Kind assetMap   {"asset map",         "if it lists the clip, the size there is that of the clip before the edit", true};
 constexpr Kind checksums  {"list of checksums", "if it has that of the clip, it is that of the clip before the edit", false};
