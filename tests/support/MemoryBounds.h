@@ -10,6 +10,8 @@ namespace Corvid::Testing::MemoryBounds {
 inline constexpr std::size_t fileToMetadata = 64;
 inline constexpr std::size_t fileToText = 320;
 inline constexpr std::size_t fileToJson = 96;
+inline constexpr std::size_t fileToPage = 128;
+inline constexpr std::size_t fileToAnswers = 192;
 inline constexpr std::size_t fileToDocument = 640;
 inline constexpr std::size_t check = 560;
 inline constexpr std::size_t documentToMetadata = 96;

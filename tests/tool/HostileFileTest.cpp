@@ -12,7 +12,12 @@
 #include "tests/support/PeakMemory.h"
 #include "tests/support/Sanitizers.h"
 #include "tests/support/SmallStack.h"
+#include "tools/corvid/get/AnswerText.h"
+#include "tools/corvid/get/Question.h"
+#include "tools/corvid/input/ReadSummary.h"
+#include "tools/corvid/page/WritePage.h"
 #include "tools/corvid/reports/CheckJson.h"
+#include "tools/corvid/terminal/Messages.h"
 
 #include <functional>
 #include <gmock/gmock.h>
@@ -147,6 +152,40 @@ void toJson(const Bytes& bytes) {
     }
 }
 
+/// A file as the verbs that report on it read it.
+struct Reported {
+    explicit Reported(const Bytes& bytes)
+        : source(new DataIO::MemorySource(bytes.data(), bytes.size())),
+          file(Templates::auto_ptr<DataIO::RandomAccessSource>(source),
+               MetaMetadata::Dictionary::builtIn(), messages),
+          header(file.readMetadata()) {}
+
+    Nowhere sink;
+    Tool::Messages messages{sink, false};
+    DataIO::MemorySource* source;
+    mxf::File file;
+    mxf::HeaderMetadata header;
+};
+
+void toPage(const Bytes& bytes) {
+    Reported read(bytes);
+    const auto prefaces =
+        read.header.metadata->find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (!prefaces.empty()) {
+        const auto summary = Tool::readSummary(read.file, read.header, read.messages);
+        const XMLBuilder::DocumentPlan plan(*read.header.metadata, *prefaces.front(), {});
+        Tool::writePage({*read.source, read.header, plan, summary, read.messages.warnings(), {}},
+                        nullptr, read.sink);
+    }
+}
+
+void askForEverything(const Bytes& bytes) {
+    Reported read(bytes);
+    Tool::Answering answering(read.file, read.header, read.messages);
+    const auto all = Tool::parseQuery("**/*", *MetaMetadata::Dictionary::builtIn());
+    Tool::answerLines({answering.answer(all)}, "", '\n');
+}
+
 void thereAndBack(const Bytes& bytes) {
     const auto read = readFile(bytes);
     Editing::compareWithRoundTrip(*read.metadata);
@@ -162,6 +201,14 @@ TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsText) {
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsJson) {
     expectPeak(MemoryBounds::fileToJson, toJson);
+}
+
+TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsPage) {
+    expectPeak(MemoryBounds::fileToPage, toPage);
+}
+
+TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsAnswers) {
+    expectPeak(MemoryBounds::fileToAnswers, askForEverything);
 }
 
 TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeAsDocument) {
@@ -180,6 +227,8 @@ TEST_P(HostileFiles, takeMemoryInProportionToTheirSizeHoweverSmallTheyAre) {
                                                              std::min(size, whole.size())));
         expectPeak(bytes, MemoryBounds::fileToMetadata, [](const Bytes& each) { readFile(each); });
         expectPeak(bytes, MemoryBounds::fileToText, toText);
+        expectPeak(bytes, MemoryBounds::fileToPage, toPage);
+        expectPeak(bytes, MemoryBounds::fileToAnswers, askForEverything);
         expectPeak(bytes, MemoryBounds::fileToDocument, toDocument);
         expectPeak(bytes, MemoryBounds::check, thereAndBack);
     }

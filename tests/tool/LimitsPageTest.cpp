@@ -134,6 +134,8 @@ TEST(LimitsPage, tellsTheBoundsThatAreTested) {
     EXPECT_TRUE(tells("file to metadata", MemoryBounds::fileToMetadata));
     EXPECT_TRUE(tells("file to document, as `to-xml`", MemoryBounds::fileToText));
     EXPECT_TRUE(tells("file to JSON, as `to-json`", MemoryBounds::fileToJson));
+    EXPECT_TRUE(tells("file to page, as `report`", MemoryBounds::fileToPage));
+    EXPECT_TRUE(tells("file to all its values, as `get '**/*'`", MemoryBounds::fileToAnswers));
     EXPECT_TRUE(tells("file to nodes, as `partition2XML`", MemoryBounds::fileToDocument));
     EXPECT_TRUE(tells("file to document and back, as `check`", MemoryBounds::check));
     EXPECT_TRUE(
