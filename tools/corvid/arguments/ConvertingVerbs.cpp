@@ -49,6 +49,7 @@ template <class Options>
 void declareOutput(CLI::App& verb, const std::shared_ptr<Options>& options) {
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->type_name("FILE")
+        ->check(someName())
         ->capture_default_str()
         ->group(output);
     declareForce(verb, options->force, "Write also where an MXF file is, which is lost");
@@ -125,6 +126,7 @@ Work declareFromXml(CLI::App& verb) {
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->required()
         ->type_name("FILE")
+        ->check(someName())
         ->group(output);
     declareForce(
         verb, options->force,
@@ -144,6 +146,7 @@ Work declareSchema(CLI::App& verb) {
     verb.add_option("-o,--output", options->folder,
                     "Folder for the schemas, one file per namespace")
         ->type_name("DIR")
+        ->check(someName())
         ->capture_default_str()
         ->group(output);
     declareForce(verb, options->force, "Write also where an MXF file is, which is lost");

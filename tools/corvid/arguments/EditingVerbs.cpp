@@ -50,6 +50,7 @@ void declareEdit(CLI::App& verb, const std::shared_ptr<ClipEdit>& options) {
                       "Write nothing and exit with status 1 if there are warnings");
     verb.add_option("-o,--output", options->target.newFile, "File to write the edited clip to")
         ->type_name("FILE")
+        ->check(someName())
         ->group(output);
     verb.add_flag("--in-place", options->inPlace, "Change the clip itself")->group(output);
     verb.add_flag("--dry-run", options->dryRun,
@@ -59,6 +60,7 @@ void declareEdit(CLI::App& verb, const std::shared_ptr<ClipEdit>& options) {
     verb.add_flag("--json", options->json, "Print JSON for programs")->group(output);
     verb.add_option("--log", options->log, "File for a record of the edit in JSON")
         ->type_name("FILE")
+        ->check(someName())
         ->group(output);
     verb.add_flag("--hash", options->hashesEssence,
                   "Print the hash of essence and index tables after the edit; reads the whole file")
@@ -66,6 +68,7 @@ void declareEdit(CLI::App& verb, const std::shared_ptr<ClipEdit>& options) {
     verb.add_option("--undo", options->target.undo,
                     "File for what takes the edit back: corvid recover CLIP.mxf --from FILE")
         ->type_name("FILE")
+        ->check(someName())
         ->group(output);
     verb.add_option("--recovery-dir", options->target.recoveryFolder,
                     "Folder for the recovery file while the clip changes, instead of its own")
@@ -122,6 +125,7 @@ Work declareRecover(CLI::App& verb) {
     verb.add_option("--from", options->from,
                     "Take back a finished edit, with the file that apply --undo wrote")
         ->type_name("FILE")
+        ->check(someName())
         ->group(input);
     verb.add_flag_function(
             "--complete", [options](std::int64_t) { options->goal = mxf::RecoveryGoal::after; },

@@ -121,6 +121,7 @@ Work declareReport(CLI::App& verb) {
                       "Write nothing and exit with status 1 if there are warnings");
     verb.add_option("-o,--output", options->output, "File to write; - is standard output")
         ->type_name("FILE")
+        ->check(someName())
         ->capture_default_str()
         ->group(output);
     declareForce(verb, options->force, "Write also where an MXF file is, which is lost");

@@ -27,7 +27,8 @@ std::optional<BatchOptions::Shard> shardOf(const std::string& text) {
     return isOne ? std::optional(shard) : std::nullopt;
 }
 
-/// A name that somebody's variable was to give is not left out without a word.
+} // namespace
+
 CLI::Validator someName() {
     return CLI::Validator(
         [](const std::string& text) {
@@ -35,8 +36,6 @@ CLI::Validator someName() {
         },
         "");
 }
-
-} // namespace
 
 CLI::Validator oneOf(std::vector<std::string> values) {
     return CLI::Validator(

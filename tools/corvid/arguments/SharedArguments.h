@@ -19,6 +19,8 @@ constexpr const char* manyFiles = "Many files";
 
 /// Unlike the library's own, it adds nothing to the help: the type's name shows the values.
 CLI::Validator oneOf(std::vector<std::string> values);
+/// A name that somebody's empty variable was to give is refused, not passed over.
+CLI::Validator someName();
 CLI::Validator numberFromOne(std::uint32_t greatest);
 
 void declareDictionaries(CLI::App& verb, DictionaryChoice& choice);
