@@ -40,7 +40,7 @@ function segment(model, place, start, rate) {
   const name = model.classOf(place);
   return {
     place,
-    kind: componentKinds[name] ?? (name === 'SourceClip' ? 'clip' : 'other'),
+    kind: componentKinds[name] ?? (name === 'SourceClip' ? 'clip' : 'component'),
     name,
     start,
     end: length === null ? null : R.add(start, length),

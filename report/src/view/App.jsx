@@ -119,6 +119,8 @@ export function App({ model }) {
   const { rows, found, toggleFound } = useRows(model, wanted, differing, open);
   const explorer = useRef(null);
   const chosen = byte === undefined ? undefined : isBefore ? model.comparison?.at(byte) : model.at(byte);
+  // Of two clips the first set that differs is shown, else the root.
+  const first = useMemo(() => rows.find(({ place }) => differing?.[place])?.place ?? model.roots[0], [model, differing]);
   const isNarrow = () => matchMedia('(max-width: 760px)').matches;
 
   useEffect(() => {
@@ -174,7 +176,7 @@ export function App({ model }) {
             isOnly={isOnly}
             onOnly={setOnly}
           />
-          <Properties model={model} place={chosen ?? model.roots[0]} byte={isBefore ? undefined : byte} onBack={() => history.back()} />
+          <Properties model={model} place={chosen ?? first} byte={isBefore ? undefined : byte} onBack={() => history.back()} />
         </section>
         <Printed model={model} isOnly={isOnly} />
       </main>

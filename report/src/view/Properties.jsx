@@ -56,16 +56,17 @@ function Registered({ definition, label }) {
   );
 }
 
-function Facts({ definition, label, raw }) {
+/** @param isTagOnly  place and bytes are said with the values. */
+function Facts({ definition, label, raw, isTagOnly }) {
   const unit = definition && units[definition.valueType];
   return (
     <div class="about">
       <Registered definition={definition} label={label} />
       {definition && <span>{definition.valueType}</span>}
       {unit && <span>{unit}</span>}
-      {raw && (
+      {raw && <span>tag {raw.tag}</span>}
+      {raw && !isTagOnly && (
         <>
-          <span>tag {raw.tag}</span>
           <span>byte {count(raw.offset)}</span>
           <span>{bytes(raw.length)}</span>
           <Raw hex={raw.hex} length={raw.length} />
@@ -78,23 +79,29 @@ function Facts({ definition, label, raw }) {
 /** The bytes of tag and length, as nearly all files have them. */
 const head = 4;
 
+function Place({ raw }) {
+  return (
+    raw && (
+      <p class="about">
+        <span>byte {count(raw.offset)}</span> <span>{bytes(raw.length)}</span> <Raw hex={raw.hex} length={raw.length} />
+      </p>
+    )
+  );
+}
+
 /** A value before and after, side by side. */
-function Both({ model, value, earlier }) {
+function Both({ model, value, raw, earlier }) {
   return (
     <div class="both">
       <div>
         <h3>Before</h3>
         <Value model={model.comparison.earlier} value={earlier.value} />
-        {earlier.raw && (
-          <p class="about">
-            <span>byte {count(earlier.raw.offset)}</span>
-            <Raw hex={earlier.raw.hex} length={earlier.raw.length} />
-          </p>
-        )}
+        <Place raw={earlier.raw} />
       </div>
       <div>
         <h3>After</h3>
         <Value model={model} value={value} />
+        <Place raw={raw} />
       </div>
     </div>
   );
@@ -112,13 +119,13 @@ function Property({ model, byte, name, value, definition, raw, why, label, chang
         </span>
         <div class="value">
           {earlier ? (
-            <Both model={model} value={value} earlier={earlier} />
+            <Both model={model} value={value} raw={raw} earlier={earlier} />
           ) : (
             <Value model={change === 'removed' ? model.comparison.earlier : model} value={value} />
           )}
         </div>
       </div>
-      <Facts definition={definition} label={label} raw={raw} />
+      <Facts definition={definition} label={label} raw={raw} isTagOnly={earlier !== undefined} />
     </li>
   );
 }

@@ -13,7 +13,8 @@ const keepTogether = (line) => line.replace(/(\d) (x |fps|bit|kHz|channel)/g, (_
 /** A block of a stream says first which tracks it is about, then what is in them. */
 function Fact({ block: { name, lines } }) {
   const hasTracks = lines.length > 1;
-  const [first, ...more] = hasTracks ? lines.slice(1) : lines;
+  // What a terminal needs to indent lines is no part of them.
+  const [first, ...more] = (hasTracks ? lines.slice(1) : lines).map((line) => line.trimStart());
   return (
     <div>
       <dt>
@@ -93,10 +94,16 @@ const words = { error: 'Error', warning: 'Warning', note: 'Note' };
 const mostNotices = 5;
 
 export function Notices({ model, list }) {
+  const { comparison, data } = model;
   const [isWhole, setWhole] = useState(false);
   if (list.length === 0) return null;
   return (
     <section class="notices" aria-label="Warnings">
+      {comparison && (
+        <p class="quiet">
+          About <Text value={data.clip.name} />
+        </p>
+      )}
       <ul>
         {(isWhole ? list : list.slice(0, mostNotices)).map((notice, i) => (
           <li key={i} class={notice.level}>

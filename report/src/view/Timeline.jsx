@@ -108,6 +108,7 @@ function Lane({ model, lane, end }) {
         {lane.segments.map((piece, i) => (
           <Segment key={i} model={model} piece={piece} end={end} />
         ))}
+        {lane.segments.length === 0 && <span class="quiet">Its components are not in the file</span>}
         {lane.left > 0 && <span class="left">and {count(lane.left)} more</span>}
       </div>
     </div>

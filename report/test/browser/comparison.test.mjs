@@ -44,6 +44,23 @@ test('on paper are the sets that differ, with the values before and after', asyn
   await close();
 });
 
+test('the first set that differs is shown, with place and bytes of both values', async () => {
+  const { page, close } = await browser.open(work.comparison(...work.edits(), 'first difference'));
+  await eventually(async () => assert.match(await page.locator('.properties h2').innerText(), /^MaterialPackage/));
+  const sides = page.locator('.property.changed .both > div');
+  await eventually(async () => assert.equal(await sides.count(), 2));
+  const texts = await sides.allInnerTexts();
+  assert.match(texts[0], /First[\s\S]*byte [\d,]+[\s\S]*12 bytes[\s\S]*00 46 00 69/);
+  assert.match(texts[1], /Second[\s\S]*byte [\d,]+[\s\S]*14 bytes[\s\S]*00 53 00 65/);
+  await close();
+});
+
+test('warnings of a comparison say whose they are', async () => {
+  const { page, close } = await browser.open(work.comparison(work.sample(), work.damaged(), 'whose'));
+  await eventually(async () => assert.match(await page.locator('.notices').innerText(), /^About damaged\.mxf/));
+  await close();
+});
+
 test('all sets are there when not only differences are wanted, and the search finds the value before', async () => {
   const { page, close } = await browser.open(work.comparison(...work.edits(), 'all'));
   const only = page.getByLabel('Only differences');

@@ -294,3 +294,40 @@ test('with forced colours parts have letters and borders, and the chosen set is 
   assert.equal(await style('.row[aria-selected=true]', 'outlineStyle'), 'solid');
   await close();
 });
+
+test('lines keep their blanks, and bytes keep off the button after them', async () => {
+  const { page, close } = await browser.open(work.report(work.sample(), 'room'));
+  await tree(page).waitFor();
+  assert.equal(await page.locator('.facts dd').first().evaluate((each) => getComputedStyle(each).whiteSpace), 'pre-wrap');
+  for (const line of await page.locator('.facts dd').allTextContents()) assert.equal(line, line.trimStart());
+  const button = page.locator('.raw button').first();
+  const gap = await button.evaluate((each) => parseFloat(getComputedStyle(each).marginLeft));
+  assert.ok(gap >= 4, `${gap} pixels`);
+  await close();
+});
+
+test('a timecode is drawn as a clip is, without the second border of unknown parts of a file', async () => {
+  const { page, close } = await browser.open(work.report(work.sample(), 'borders'));
+  const shadow = (name) => page.locator('.segment', { hasText: name }).first().evaluate((each) => getComputedStyle(each).boxShadow);
+  assert.equal(await shadow('Timecode'), await shadow('SourceClip'));
+  await close();
+});
+
+test('a track whose components are lost says so', async () => {
+  const { page, close } = await browser.open(work.report(work.damaged(), 'damaged'));
+  await page.getByText('Its components are not in the file').waitFor();
+  await close();
+});
+
+test('the plain text is not laid out where scripts run', async () => {
+  const { page, close } = await browser.open(work.report(work.sample(), 'plain'));
+  await tree(page).waitFor();
+  const display = await page.evaluate(() => {
+    const plain = document.createElement('div');
+    plain.className = 'plain';
+    document.body.append(plain);
+    return getComputedStyle(plain).display;
+  });
+  assert.equal(display, 'none');
+  await close();
+});

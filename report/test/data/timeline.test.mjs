@@ -32,7 +32,7 @@ test('what a clip plays is shown within the time of the clip, with its whole len
     tape: { tracks: [['TimelineTrack', { EditRate: { numerator: 50, denominator: 1 }, Origin: 0 }, [['Timecode', { ComponentLength: 432000 * 50 }]]]] },
   });
   const [[, tape]] = timeline(model).tracks;
-  assert.deepEqual(shape(tape), [['other', 0, 2]]);
+  assert.deepEqual(shape(tape), [['component', 0, 2]]);
   assert.equal(tape.segments[0].isCut, true);
   assert.equal(toNumber(tape.segments[0].end) - toNumber(tape.segments[0].start), 432000);
 });
