@@ -1,8 +1,13 @@
+#include "host/dictionary/DefinitionNames.h"
+#include "host/dictionary/Dictionary.h"
 #include "tests/tool/RunCommand.h"
 
 #include <gmock/gmock.h>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 
+using namespace Corvid;
 using namespace Corvid::Testing;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -50,6 +55,50 @@ TEST_F(SchemaCommand, writesOneFileForJson) {
     const auto& track = schema["$defs"]["class.TimelineTrack"]["properties"];
     EXPECT_EQ(track["EditRate"]["$ref"], "#/$defs/Rational");
     EXPECT_FALSE(track.contains("StoredWidth"));
+}
+
+/// A symbol may be that of several properties, as MaxGOP is. Its class says which one it is: no two
+/// classes have one name, and no two properties of a class one key.
+TEST_F(SchemaCommand, hasAKeyForEachPropertyOfAClass) {
+    ASSERT_EQ(shop.run("corvid schema --json").status, 0);
+    auto definitions = nlohmann::json::parse(shop.read("corvid-metadata.schema.json"))["$defs"];
+    const auto dictionary = MetaMetadata::Dictionary::builtIn();
+    std::set<std::string> classes;
+    std::map<std::string, std::set<const MetaMetadata::MetaElement*>> bySymbol;
+    for (auto set = dictionary->metaMetadataSetBegin(); set != dictionary->metaMetadataSetEnd();
+         ++set) {
+        const std::string name = MetaMetadata::tagName(**set);
+        EXPECT_TRUE(classes.insert(name).second) << name;
+        std::multiset<std::string> wanted;
+        for (const auto& attribute : (*set)->attributes()) {
+            const auto& property = *attribute->facts().definition;
+            wanted.insert(MetaMetadata::tagName(property));
+            bySymbol[MetaMetadata::tagName(property)].insert(&property);
+        }
+        std::multiset<std::string> found;
+        for (const auto& [key, type] : definitions["class." + name]["properties"].items()) {
+            found.insert(key.substr(key.find(':') + 1));
+        }
+        EXPECT_EQ(found, wanted) << name;
+    }
+    EXPECT_EQ(bySymbol["MaxGOP"].size(), 2U);
+    const auto typeOf = [&](const char* name, const char* key) {
+        return definitions[std::string("class.") + name]["properties"][key]["$ref"];
+    };
+    EXPECT_EQ(typeOf("CDCIDescriptor", "MaxGOP"), "#/$defs/Int32");
+    EXPECT_EQ(typeOf("MPEGVideoDescriptor", "MaxGOP"), "#/$defs/UInt16");
+    EXPECT_EQ(typeOf("MPEGVideoDescriptor", "avidEl:MaxGOP"), "#/$defs/Int32");
+}
+
+TEST_F(SchemaCommand, refusesASetWithTheNameOfAnother) {
+    shop.write("house.dict",
+               std::string("namespace s377m urn:SMPTE:S377M\n"
+                           "namespace house urn:test:House\n"
+                           "set house:Preface 06.0e.2b.34.02.53.01.01.0e.7f.01.00.00.00.00.00 "
+                           "s377m:InterchangeObject concrete\n"));
+    const Outcome outcome = shop.run("corvid schema --json --dictionary house.dict");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_THAT(outcome.err, HasSubstr("its tag name is taken already by s377m:Preface"));
 }
 
 TEST_F(SchemaCommand, describesInJsonWhatADictionaryAdds) {

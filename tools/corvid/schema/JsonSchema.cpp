@@ -101,8 +101,7 @@ private:
     }
 
     void addClass(const MetaMetadataSet& set) {
-        // Classes of one name, which only dictionaries of other owners bring about, share a
-        // description.
+        // No two classes of a dictionary have one name.
         auto& properties = classes_[MetaMetadata::tagName(set)];
         for (const auto& attribute : set.attributes()) {
             const MetaElement& property = *attribute->facts().definition;
