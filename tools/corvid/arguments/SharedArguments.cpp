@@ -156,7 +156,7 @@ void completeBatch(const CLI::App& verb, BatchOptions& batch) {
             continue;
         }
         for (const std::string& value : option->results()) {
-            batch.fingerprint += name + '=' + value + '\0';
+            batch.fingerprint.append(name).append(1, '=').append(value).append(1, '\0');
         }
     }
 }
