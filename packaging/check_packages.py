@@ -16,7 +16,7 @@ LIBRARY = r"usr/lib/[^/]+/"
 # files match but for those that every package has.
 PACKAGES = {
     "corvid": (
-        {"libc6", "libcorvid0.1", "libexpat1", "libgcc-s1", "libstdc++6",
+        {"libc6", "libcorvid0.1", "libexpat1", "libgcc-s1", "libsodium23", "libstdc++6",
          "libxerces-c3.2"},
         {"libcurl4", "libcurl3-gnutls"},
         ["usr/bin/corvid", LIBRARY + "corvid/corvid-xml.so",

@@ -5,16 +5,19 @@
 #include <array>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 namespace Corvid::Types {
 
+/// Bytes as a big-endian number; compilers see one load in it, which they don't in a loop.
+template <std::size_t... At>
+u64 joinBigEndian(const u8* bytes, std::index_sequence<At...> /*places*/) noexcept {
+    return ((u64{bytes[At]} << (8 * (sizeof...(At) - 1 - At))) | ...);
+}
+
 /// Reads a big-endian number of the type's size.
 template <class Number> Number readBigEndian(const u8* bytes) noexcept {
-    std::make_unsigned_t<Number> number = 0;
-    for (std::size_t i = 0; i != sizeof(Number); ++i) {
-        number = static_cast<std::make_unsigned_t<Number>>((u64{number} << 8) | bytes[i]);
-    }
-    return static_cast<Number>(number);
+    return static_cast<Number>(joinBigEndian(bytes, std::make_index_sequence<sizeof(Number)>()));
 }
 
 /// Writes a number big-endian into as many bytes as its type has.

@@ -9,8 +9,10 @@
 #include "tools/corvid/terminal/UsageError.h"
 #include "tools/corvid/terminal/UsageHelp.h"
 
+#include <algorithm>
 #include <memory>
 #include <sstream>
+#include <string_view>
 
 namespace Corvid::Tool {
 
@@ -38,9 +40,18 @@ Command parseCommandLine(int argc, const char* const* argv, bool colours) {
     const CLI::Option* const described =
         app.add_flag("--describe", "Print the verbs and their options as JSON and exit")->group("");
 
+    // To declare the options of all verbs takes as long as to read a small file.
+    const auto mayNeed = [&](std::string_view verb) {
+        return std::any_of(argv + 1, argv + argc, [verb](std::string_view argument) {
+            return argument == verb || argument == "--describe";
+        });
+    };
     Work chosen;
     const auto add = [&](const char* name, const char* what, const auto& declare) {
         CLI::App* const verb = app.add_subcommand(name, what)->group("Verbs");
+        if (!mayNeed(name)) {
+            return;
+        }
         Work work = declare(*verb);
         verb->callback([&chosen, work = std::move(work)] { chosen = work; });
     };
