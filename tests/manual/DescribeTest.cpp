@@ -4,6 +4,8 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <regex>
 #include <set>
 
@@ -75,6 +77,24 @@ TEST(Describe, saysWhatEachStatusMeans) {
     const auto command = description();
     EXPECT_EQ(command["exitStatuses"].size(), 4U);
     EXPECT_EQ(find(command["exitStatuses"], "meaning", "wrong command line")["status"], 2);
+}
+
+std::string textOf(const char* page) {
+    std::ifstream file(sourceDir() / page);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(Describe, namesVerbsThatTheFirstPagesHave) {
+    const std::string readme = textOf("README.md");
+    const std::string index = textOf("docs/index.md");
+    const auto command = description();
+    for (const auto& verb : command["verbs"]) {
+        const std::string name = verb["name"];
+        EXPECT_NE(readme.find("    corvid " + name + " "), std::string::npos) << name;
+        EXPECT_TRUE(index.find("(" + name + ".md)") != std::string::npos ||
+                    index.find("`corvid " + name) != std::string::npos)
+            << name;
+    }
 }
 
 struct Case {
