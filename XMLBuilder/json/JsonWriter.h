@@ -66,6 +66,16 @@ public:
     }
     /// A text, or null where it is empty.
     void memberOrNull(std::string_view name, std::string_view text);
+    /// An identifier, or null.
+    /// @param value  a pointer to a type of identifier, or an optional one.
+    template <class Maybe> void identifierMember(std::string_view name, const Maybe& value) {
+        key(name);
+        if (value) {
+            identifier(value->rawBuffer(), value->serializedSize());
+        } else {
+            null();
+        }
+    }
     template <class Number> void numberMember(std::string_view name, Number number) {
         key(name);
         this->number(number);

@@ -24,6 +24,12 @@ const MetaMetadata::AttributeFacts& factsOf(const Element& element) {
     return element.metaAttribute()->facts();
 }
 
+/// Nothing where there is no set, or where it has none.
+std::optional<Types::UUID> identifierOf(const MetadataSet* set) {
+    return set != nullptr && set->hasInstanceUID() ? std::optional(set->instanceUID())
+                                                   : std::nullopt;
+}
+
 /// Whether the element is the one by which the set is known.
 bool identifies(const MetadataSet& set, const Element& element) {
     return set.hasInstanceUID() &&
@@ -106,12 +112,7 @@ void ToJsonSetVisitor::write(const MetadataSet& set, const WriterPass& pass) {
 
     to_.beginObject();
     to_.member("class", MetaMetadata::tagName(*set.metaMetadataSet()));
-    to_.key("id");
-    if (set.hasInstanceUID()) {
-        to_.identifier(set.instanceUID().rawBuffer(), Types::UUID::fixedSize);
-    } else {
-        to_.null();
-    }
+    to_.identifierMember("id", identifierOf(&set));
     std::optional<SetBytes> bytes;
     if (places_) {
         bytes.emplace(set, plan_.partition().partitionDictionary());
@@ -131,12 +132,7 @@ void ToJsonSetVisitor::write(const DocumentPlan::Floating& dark) {
     to_.beginObject();
     to_.key("class");
     to_.null();
-    to_.key("id");
-    if (dark.group != nullptr && dark.group->hasInstanceUID()) {
-        to_.identifier(dark.group->instanceUID().rawBuffer(), Types::UUID::fixedSize);
-    } else {
-        to_.null();
-    }
+    to_.identifierMember("id", identifierOf(dark.group));
     to_.key("key");
     to_.identifier(dark.key->bytes().data(), dark.key->bytes().size());
     to_.memberOrNull("name",
@@ -206,18 +202,8 @@ void ToJsonSetVisitor::writeOther(const MetadataSet& set, const Element& element
     to_.memberOrNull("property", facts.definition != nullptr
                                      ? MetaMetadata::tagName(*facts.definition)
                                      : symbolOf(*primer.dictionary(), label));
-    to_.key("tag");
-    if (tag.value() != 0) {
-        to_.identifier(tag.rawBuffer(), tag.serializedSize());
-    } else {
-        to_.null();
-    }
-    to_.key("label");
-    if (label != nullptr) {
-        to_.identifier(label->rawBuffer(), label->serializedSize());
-    } else {
-        to_.null();
-    }
+    to_.identifierMember("tag", tag.value() != 0 ? &tag : nullptr);
+    to_.identifierMember("label", label);
     if (const auto* const bytes =
             facts.definition == nullptr ? Metadata::simpleValue(&element) : nullptr) {
         writeHex(to_, {bytes->rawBuffer(), bytes->byteCount()}, plain_.mostBytes);
@@ -280,8 +266,7 @@ void ToJsonSetVisitor::writeItem(const Element& element, std::uint32_t item,
 void ToJsonSetVisitor::writeReference(const Types::UUID& identifier, const MetadataSet* target,
                                       bool isAmbiguous) {
     to_.beginShortObject();
-    to_.key("ref");
-    to_.identifier(identifier.rawBuffer(), Types::UUID::fixedSize);
+    to_.identifierMember("ref", &identifier);
     const auto* const definition = target == nullptr ? nullptr : target->metaMetadataSet();
     to_.memberOrNull("class", definition == nullptr ? "" : MetaMetadata::tagName(*definition));
     if (isAmbiguous) {
@@ -299,8 +284,7 @@ void ToJsonSetVisitor::writeDefinitions() {
         const auto type = registered ? registered->type() : std::nullopt;
         to_.key(key);
         to_.beginShortObject();
-        to_.key("label");
-        to_.identifier(definition->label().rawBuffer(), definition->label().serializedSize());
+        to_.identifierMember("label", &definition->label());
         to_.memberOrNull("name", registered ? registered->name() : "");
         to_.memberOrNull("document", registered ? registered->document() : "");
         to_.memberOrNull("type", type ? type->symbol() : "");
