@@ -63,6 +63,7 @@ TEST(Sinks, writeTheSameTextForRandomMetadata) {
             return;
         }
     }
+    RecordProperty("documents", static_cast<int>(documents));
     EXPECT_GT(documents, 400U);
 }
 
