@@ -1,4 +1,5 @@
 // Makes a document of a file's header metadata and prints what an XPath expression finds in it:
+// (in a build of Corvid with XQilla)
 //   queryDocument clip.mxf '//s377m:TimelineTrack[rp210:Origin = 0]/rp210:TrackID'
 
 #include "XMLBuilder/XMLBuilder.h"

@@ -1,5 +1,6 @@
 #include "inspection/Summary.h"
 
+#include "host/base/Exceptions.h"
 #include "host/base/Shortened.h"
 #include "host/metadata/Names.h"
 #include "inspection/Walk.h"
@@ -233,6 +234,10 @@ void countSets(const PartitionMetadata& metadata, Summary& summary) {
 } // namespace
 
 Summary summarise(mxf::File& file, const mxf::HeaderMetadata& header) {
+    if (!header.metadata) {
+        throw Exceptions::InvalidArgument("no metadata to summarise, expected that of the file",
+                                          CORVID_HERE);
+    }
     Summary summary;
     summary.file = file.source().name();
     summary.runIn = file.runIn();

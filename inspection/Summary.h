@@ -98,6 +98,7 @@ constexpr std::size_t longestKind = 100;
 /// @param file      borrowed; its partitions are read where they have not been.
 /// @param metadata  of a partition of the file. Borrowed.
 /// @throws IOError, InvalidFormat  the partitions can't be read.
+/// @throws InvalidArgument  there is no metadata.
 CORVID_INSPECTION_EXPORT Summary summarise(mxf::File& file, const mxf::HeaderMetadata& metadata);
 
 } // namespace Corvid::Inspection

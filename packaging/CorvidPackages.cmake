@@ -19,8 +19,9 @@ set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SOURCE corvid)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# Before 1.0 each version may need the libraries of the very same version.
+# Programs that others build run with each later patch version (docs/compatibility.md).
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 # The libraries of a package that is being made are not installed where dpkg-shlibdeps looks.
 foreach(library IN LISTS CORVID_LIBRARIES)
@@ -58,7 +59,6 @@ corvid_package(Runtime libcorvid${soversion} libs
 .
 This package has the shared libraries.")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_MULTIARCH same)
 # The folder has no postinst and postrm: CPack writes scripts that call ldconfig unless it is given
 # others, and the triggers do the same.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
@@ -73,15 +73,13 @@ corvid_package(Development libcorvid-dev libdevel
 .
 This package has the headers, and what CMake and pkg-config need.")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS libxerces-c-dev)
-set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_MULTIARCH same)
 set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS Runtime)
 
 corvid_package(Documentation corvid-doc doc
   SUMMARY "header metadata of MXF files - documentation"
   DESCRIPTION "A page for each verb of the command corvid, the form of the documents, limits
-and warnings, and an example for programs that use the libraries.")
+and warnings, and example programs that use the libraries.")
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
-set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_MULTIARCH foreign)
 
 set(CORVID_PACKAGE_VERSION ${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE})
 configure_file(packaging/debian/changelog.in ${PROJECT_BINARY_DIR}/packaging/changelog.Debian @ONLY)

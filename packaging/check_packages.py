@@ -114,7 +114,7 @@ def problems(package, version):
             yield f"should not have a {member}"
     if has_libraries:
         shlibs = output("dpkg-deb", "-I", package, "shlibs")
-        if len(shlibs.splitlines()) != 5 or "libCorvid 0.1 libcorvid0.1 " not in shlibs:
+        if len(shlibs.splitlines()) != 5 or "libCorvid 0.1 libcorvid0.1 (>= " not in shlibs:
             yield f"has other shlibs than one line for each library: {shlibs}"
         if "ldconfig" not in output("dpkg-deb", "-I", package, "triggers"):
             yield "does not trigger ldconfig"

@@ -1,5 +1,6 @@
 #include "host/dataio/FileSink.h"
 
+#include "host/base/Exceptions.h"
 #include "host/dataio/BufferedSink.h"
 #include "host/dataio/FileDescriptor.h"
 
@@ -32,6 +33,9 @@ std::filesystem::path targetOf(const std::string& path) {
 class FileSink::Unfinished : public DataSink {
 public:
     explicit Unfinished(const std::string& path) : path_(path), target_(targetOf(path)) {
+        if (path.empty()) {
+            throw Exceptions::InvalidArgument("empty name of a file, expected a path", CORVID_HERE);
+        }
         struct stat replaced {};
         const bool isThere = ::stat(target_.c_str(), &replaced) == 0;
         if (isThere && !S_ISREG(replaced.st_mode)) {
@@ -60,6 +64,13 @@ public:
             const auto done = static_cast<std::size_t>(written < 0 ? 0 : written);
             bytes += done;
             count -= done;
+        }
+    }
+
+    void checkUnfinished() const {
+        if (name_.empty()) {
+            throw Exceptions::InvalidArgument(path_ + " is written, expected commit() at the end",
+                                              CORVID_HERE);
         }
     }
 
@@ -101,9 +112,13 @@ FileSink::FileSink(const std::string& path) : file_(new Unfinished(path)) {}
 FileSink::~FileSink() = default;
 
 void FileSink::write(const unsigned char* bytes, std::size_t count) {
+    file_->checkUnfinished();
     file_->buffer.write(bytes, count);
 }
 
-void FileSink::commit() { file_->commit(); }
+void FileSink::commit() {
+    file_->checkUnfinished();
+    file_->commit();
+}
 
 } // namespace Corvid::DataIO

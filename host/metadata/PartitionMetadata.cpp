@@ -7,6 +7,7 @@
 #include "host/types/UID.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_set>
 #include <vector>
 
@@ -148,11 +149,11 @@ PartitionMetadata::DarkSets::const_iterator PartitionMetadata::removeDark(
 }
 
 void PartitionMetadata::remove(const Templates::vector<const MetadataSet*>& sets) {
-    const std::unordered_set<const MetadataSet*> doomed(sets.begin(), sets.end());
-    const auto end = std::remove_if(sets_.begin(), sets_.end(), [&doomed](const MetadataSet* set) {
-        return doomed.count(set) != 0;
-    });
-    sets_.erase(end, sets_.end());
+    const std::unordered_set<const MetadataSet*> named(sets.begin(), sets.end());
+    const auto isNamed = [&named](const MetadataSet* set) { return named.count(set) != 0; };
+    std::vector<const MetadataSet*> doomed;
+    std::copy_if(sets_.begin(), sets_.end(), std::back_inserter(doomed), isNamed);
+    sets_.erase(std::remove_if(sets_.begin(), sets_.end(), isNamed), sets_.end());
     for (std::size_t place = 0; place != sets_.size(); ++place) {
         sets_[place]->place_ = place;
     }

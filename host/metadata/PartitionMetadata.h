@@ -76,7 +76,8 @@ public:
     /// @return the dark set after it.
     DarkSets::const_iterator removeDark(DarkSets::const_iterator set);
 
-    /// Takes some of the sets away, in whatever order they are named. The others stay in theirs.
+    /// Takes some of the sets away, in whatever order they are named. The others stay in theirs, and
+    /// sets of another partition are left alone.
     void remove(const Templates::vector<const MetadataSet*>& sets);
     /// Takes the last set away again, which must be this one.
     void removeLast(const MetadataSet& set) noexcept;

@@ -36,15 +36,20 @@ Nodes evaluate(xercesc::DOMDocument& document, xercesc::DOMNode& from, const Utf
     return nodes;
 }
 
+constexpr const char* noXPath =
+#ifdef CORVID_WITH_XQILLA
+    "the document has no XPath: expected one that is made after "
+    "XMLUtils::Initializer::domImplementation() was called";
+#else
+    "the document has no XPath: this build of Corvid is one without XQilla";
+#endif
+
 } // namespace
 
 Nodes findNodes(xercesc::DOMNode& from, const std::string& xpath) {
     xercesc::DOMDocument& document = documentOf(from);
     if (!document.getImplementation()->hasFeature(u"XPath2", u"3.0")) {
-        throw Exceptions::InvalidArgument(
-            "the document has no XPath: expected one that is made after "
-            "XMLUtils::Initializer::domImplementation() was called, in a build with XQilla",
-            CORVID_HERE);
+        throw Exceptions::InvalidArgument(noXPath, CORVID_HERE);
     }
     try {
         return evaluate(document, from, Platform::fromUtf8(xpath));

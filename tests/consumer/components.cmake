@@ -27,11 +27,18 @@ set(cmake_arguments)
 use_components(with-xerces "XMLBuilder" Corvid XMLUtils)
 use_components(all "Corvid;XMLUtils;XMLBuilder;Editing;Inspection")
 
-execute_process(
-  COMMAND ${CMAKE_COMMAND} -S ${projects} -B ${work}/refused -G Ninja
-    -DCMAKE_PREFIX_PATH=${WORK_DIR}/moved -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
-    -DCMAKE_DISABLE_FIND_PACKAGE_XercesC=ON -DCOMPONENTS=XMLUtils
-  RESULT_VARIABLE result OUTPUT_QUIET ERROR_VARIABLE errors)
-if(result EQUAL 0 OR NOT errors MATCHES "XercesC")
-  message(FATAL_ERROR "XMLUtils was found without Xerces-C:\n${errors}")
-endif()
+# refuse_component(<name> <pattern of the error> [<argument of CMake>...])
+function(refuse_component name pattern)
+  file(REMOVE_RECURSE ${work}/refused)
+  execute_process(
+    COMMAND ${CMAKE_COMMAND} -S ${projects} -B ${work}/refused -G Ninja
+      -DCMAKE_PREFIX_PATH=${WORK_DIR}/moved -DCMAKE_CXX_COMPILER=${CXX_COMPILER}
+      -DCOMPONENTS=${name} ${ARGN}
+    RESULT_VARIABLE result OUTPUT_QUIET ERROR_VARIABLE errors)
+  if(result EQUAL 0 OR NOT errors MATCHES "${pattern}")
+    message(FATAL_ERROR "${name} is not refused for ${pattern}:\n${errors}")
+  endif()
+endfunction()
+
+refuse_component(XMLUtils "XercesC" -DCMAKE_DISABLE_FIND_PACKAGE_XercesC=ON)
+refuse_component(Nonsense "no component.*Nonsense.*Inspection")

@@ -88,6 +88,17 @@ TEST_F(FileSinks, canBeSeveralForOneFile) {
     EXPECT_EQ(count(), 1U);
 }
 
+TEST_F(FileSinks, takeNothingMoreWhenTheyAreWritten) {
+    FileSink sink(pathOf("new"));
+    write(sink, "all");
+    sink.commit();
+    EXPECT_THROW(write(sink, "more"), Exceptions::InvalidArgument);
+    EXPECT_THROW(sink.commit(), Exceptions::InvalidArgument);
+    EXPECT_EQ(read("new"), "all");
+}
+
+TEST_F(FileSinks, refuseAnEmptyName) { EXPECT_THROW(FileSink(""), Exceptions::InvalidArgument); }
+
 TEST_F(FileSinks, refuseWhatIsNoFile) {
     std::filesystem::create_directory(pathOf("folder"));
     for (const std::string& path :

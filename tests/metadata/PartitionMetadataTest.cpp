@@ -146,6 +146,16 @@ TEST_F(PartitionMetadataTest, takesSetsAwayInAnyOrder) {
     EXPECT_TRUE(partition.find(prefaceKey()).empty());
 }
 
+TEST_F(PartitionMetadataTest, leavesSetsOfAnotherPartitionAlone) {
+    const auto& own = makeSet(otherKey(), 1);
+    PartitionMetadata other(dictionaryOf(dictionaryText));
+    const auto& foreign = other.createMetadataSet(otherKey());
+    partition.remove({&foreign, nullptr, &own, &own});
+    EXPECT_EQ(partition.size(), 0U);
+    ASSERT_EQ(other.size(), 1U);
+    EXPECT_EQ(*other.begin(), &foreign);
+}
+
 TEST_F(PartitionMetadataTest, takesDarkSetsAway) {
     for (const auto last : {u8{1}, u8{2}, u8{3}}) {
         KLV::Value value(&last, 1);

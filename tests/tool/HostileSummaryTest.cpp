@@ -1,3 +1,4 @@
+#include "host/base/Exceptions.h"
 #include "host/dataio/MemorySource.h"
 #include "inspection/Summary.h"
 #include "tests/support/MxfBuilder.h"
@@ -42,6 +43,15 @@ Inspection::Summary summaryOf(const Bytes& bytes) {
                        new DataIO::MemorySource(bytes.data(), bytes.size())),
                    MetaMetadata::Dictionary::builtIn(), warnings);
     return Inspection::summarise(file, file.readMetadata());
+}
+
+TEST(HostileSummary, isRefusedWithoutMetadata) {
+    mxf::NoWarnings warnings;
+    const Bytes bytes = fileWithTracks(1, u"Subtitles");
+    mxf::File file(Templates::auto_ptr<DataIO::RandomAccessSource>(
+                       new DataIO::MemorySource(bytes.data(), bytes.size())),
+                   MetaMetadata::Dictionary::builtIn(), warnings);
+    EXPECT_THROW(Inspection::summarise(file, mxf::HeaderMetadata{}), Exceptions::InvalidArgument);
 }
 
 Tool::SummaryText everything() {
