@@ -271,6 +271,12 @@ class Encrypted(unittest.TestCase):
         done = self.info(self.server.address("plain", "clip.mxf", host="localhost"))
         self.assertEqual(done.returncode, 0, done.stderr)
 
+    def test_needs_certificates_to_trust(self):
+        done = run("info", self.server.address("plain", "clip.mxf", host="localhost"),
+                   environment={"SSL_CERT_FILE": self.folder + "/none"})
+        self.assertEqual(done.returncode, 3)
+        self.assertIn("install ca-certificates", done.stderr)
+
     def test_is_refused_from_any_other(self):
         done = run("info", self.server.address("plain", "clip.mxf", host="localhost"))
         self.assertEqual(done.returncode, 3)

@@ -324,6 +324,10 @@ void HttpFile::refuse(const HttpTransfer::Result& result, const Body& body) cons
     if (head.status != 0 && head.status != wholeFile && head.status != partOfFile) {
         fail(meaningOf(head.status));
     }
+    if (result.code == CURLE_SSL_CACERT_BADFILE) {
+        fail("no certificates to trust are found; install ca-certificates, or name a file of some "
+             "in SSL_CERT_FILE");
+    }
     // libcurl's longer texts may have the address with its secrets.
     fail(result.code == CURLE_OK ? "the answer was cut off" : curl().describe(result.code));
 }
