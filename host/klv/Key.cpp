@@ -55,7 +55,7 @@ bool isLocalSet(const Key& key) noexcept {
 }
 
 bool hasBerLengths(const Key& key) noexcept {
-    return isLocalSet(key) && key[codingByte] == berLengths;
+    return key[codingByte] == berLengths && isLocalSet(key);
 }
 
 } // namespace Corvid::KLV

@@ -2,39 +2,20 @@
 
 #include "host/dictionary/AbstractMetaAttribute.h"
 #include "host/dictionary/MetaElement.h"
+#include "host/metadata/ElementItems.h"
 #include "host/metadata/MetadataSet.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace Corvid::Metadata {
 
 namespace {
 
-class Collector : public Visitors::ElementVisitor {
-public:
-    explicit Collector(Templates::vector<const Types::Reference*>& references)
-        : references_(references) {}
-
-    void visit(const ReferenceBatchElement& element) override { addAll(element); }
-    void visit(const ReferenceArrayElement& element) override { addAll(element); }
-    void visit(const ReferenceElement& element) override {
-        if (element.value() != nullptr) {
-            references_.push_back(element.value());
-        }
-    }
-    void visit(const BatchElement&) override {}
-    void visit(const ArrayElement&) override {}
-    void visit(const SimpleElement&) override {}
-
-private:
-    void addAll(const ReferenceCollectionElement& element) {
-        for (Types::u32 i = 0; i != element.size(); ++i) {
-            references_.push_back(&element.at(i));
-        }
-    }
-
-    Templates::vector<const Types::Reference*>& references_;
-};
+bool refers(const Element& element) {
+    const ElementItems items(&element);
+    return items.size() != 0 && items.reference(0) != nullptr;
+}
 
 bool hasPlaceInDocuments(const Element& element) {
     const auto& facts = element.metaAttribute()->facts();
@@ -51,16 +32,20 @@ void appendFollowedReferences(const MetadataSet& set,
     }
     Templates::vector<const Element*> elements;
     for (const auto& entry : set.made()) {
-        if (hasPlaceInDocuments(*entry.second)) {
+        // Few elements refer to sets, and to ask for the place costs more.
+        if (refers(*entry.second) && hasPlaceInDocuments(*entry.second)) {
             elements.push_back(entry.second);
         }
     }
-    elements.insert(elements.end(), set.invalidBegin(), set.invalidEnd());
+    std::copy_if(set.invalidBegin(), set.invalidEnd(), std::back_inserter(elements),
+                 [](const Element* element) { return refers(*element); });
     std::sort(elements.begin(), elements.end(),
               [](const Element* a, const Element* b) { return a->position() < b->position(); });
-    Collector collector(references);
     for (const Element* element : elements) {
-        element->accept(collector);
+        const ElementItems items(element);
+        for (Types::u32 i = 0; i != items.size(); ++i) {
+            references.push_back(items.reference(i));
+        }
     }
 }
 

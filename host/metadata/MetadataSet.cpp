@@ -243,7 +243,11 @@ std::size_t MetadataSet::countValues() const noexcept {
 
 void MetadataSet::assignTags(PartitionDictionary& primer) const {
     for (const auto& [label, element] : inStoredOrder()) {
-        primer.addStatic(tagOf(label, *element, primer));
+        const Types::LocalTag tag = tagOf(label, *element, primer);
+        // A tag that the primer gives to a label has its entry.
+        if (element->localTag() != 0 || element->definition() == nullptr) {
+            primer.addStatic(tag);
+        }
     }
 }
 
