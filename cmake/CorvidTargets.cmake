@@ -68,7 +68,13 @@ if(CMAKE_CXX_COMPILER_ID MATCHES "GNU|Clang")
   # Names of source files in messages are relative to the project.
   add_compile_options(
     -ffile-prefix-map=${PROJECT_SOURCE_DIR}/=
-    -ffile-prefix-map=${PROJECT_BINARY_DIR}/=build/)
+    -ffile-prefix-map=${PROJECT_BINARY_DIR}/=build/
+    # No program puts a function of its own in the place of one of the libraries': what they call of
+    # their own can be inlined, and needs no look-up of its name.
+    -fno-semantic-interposition)
+  if(UNIX AND NOT APPLE)
+    add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:LINKER:-Bsymbolic-functions>)
+  endif()
 endif()
 
 include(cmake/CorvidHardening.cmake)
