@@ -139,27 +139,27 @@ private:
     }
 
     void wait() {
-        std::vector<pollfd> waiting;
-        workers_.addTo(waiting);
-        const std::size_t processes = waiting.size();
+        waiting_.clear();
+        workers_.addTo(waiting_);
+        const std::size_t processes = waiting_.size();
         if (interruption_.signal() == 0) {
-            waiting.push_back({interruption_.number(), POLLIN, 0});
+            waiting_.push_back({interruption_.number(), POLLIN, 0});
         }
         const auto list = isHandingOut() ? list_.awaited() : std::nullopt;
         if (list) {
-            waiting.push_back({*list, POLLIN, 0});
+            waiting_.push_back({*list, POLLIN, 0});
         }
-        if (::poll(waiting.data(), waiting.size(), -1) < 0) {
+        if (::poll(waiting_.data(), waiting_.size(), -1) < 0) {
             if (errno != EINTR) {
                 DataIO::throwSystemError("can't wait for processes", errno);
             }
             return;
         }
-        if (list && waiting.back().revents != 0) {
+        if (list && waiting_.back().revents != 0) {
             stopAtFailure([this] { list_.readMore(); });
         }
         for (std::size_t i = 0; i != processes; ++i) {
-            workers_.read(waiting[i], *this);
+            workers_.read(waiting_[i], *this);
         }
     }
 
@@ -264,6 +264,7 @@ private:
     std::size_t finished_ = 0;
     bool isDiskFull_ = false;
     std::exception_ptr failure_;
+    std::vector<pollfd> waiting_; ///< room for wait()
     Workers workers_;
 };
 
