@@ -1,9 +1,12 @@
 #include "XMLBuilder/format/DictionaryNames.h"
 
 #include "XMLBuilder/format/DefinitionName.h"
+#include "XMLBuilder/format/HashedName.h"
 #include "host/dictionary/Dictionary.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstring>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -15,7 +18,8 @@ namespace {
 using MetaMetadata::MetaElement;
 using MetaMetadata::MetaMetadataSet;
 
-/// Names are found by comparing them and not by a hash, for a dictionary may be anybody's.
+/// Entries are in the order of a hash, and of the names that share one: a dictionary may be
+/// anybody's, so the hash makes a search quicker and never longer than one by names.
 template <class Definition> class Index final : public Platform::Attached::Content {
 public:
     using Key = std::pair<std::u16string_view, std::u16string_view>; // local name, URI
@@ -26,18 +30,46 @@ public:
             entries_.emplace_back(keyOf(**begin), *begin);
         }
         std::stable_sort(entries_.begin(), entries_.end(),
-                         [](const auto& a, const auto& b) { return a.first < b.first; });
+                         [](const Entry& a, const Entry& b) { return a.name < b.name; });
     }
 
     const Definition* find(const Key& key) const {
+        const HashedKey name(key);
         const auto entry =
-            std::lower_bound(entries_.begin(), entries_.end(), key,
-                             [](const auto& a, const Key& b) { return a.first < b; });
-        return entry == entries_.end() || entry->first != key ? nullptr : entry->second;
+            std::lower_bound(entries_.begin(), entries_.end(), name,
+                             [](const Entry& a, const HashedKey& b) { return a.name < b; });
+        return entry == entries_.end() || name < entry->name ? nullptr : entry->definition;
     }
 
 private:
-    std::vector<std::pair<Key, const Definition*>> entries_;
+    struct HashedKey {
+        explicit HashedKey(const Key& of) noexcept : key(of), hash(HashedName::of(of.first)) {}
+
+        friend bool operator<(const HashedKey& a, const HashedKey& b) noexcept {
+            if (a.hash != b.hash) {
+                return a.hash < b.hash;
+            }
+            const int local = compare(a.key.first, b.key.first);
+            return local != 0 ? local < 0 : compare(a.key.second, b.key.second) < 0;
+        }
+        /// Any order does.
+        static int compare(std::u16string_view a, std::u16string_view b) noexcept {
+            return a.size() != b.size()
+                       ? (a.size() < b.size() ? -1 : 1)
+                       : std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t));
+        }
+
+        Key key;
+        std::uint32_t hash;
+    };
+    struct Entry {
+        Entry(const Key& key, const Definition* of) noexcept : name(key), definition(of) {}
+
+        HashedKey name;
+        const Definition* definition;
+    };
+
+    std::vector<Entry> entries_;
 };
 
 template <class Definition> typename Index<Definition>::Key expandedName(const Definition& of) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 namespace Corvid::XMLBuilder {
 
@@ -12,10 +13,10 @@ struct HashedName {
     explicit constexpr HashedName(const char16_t* name) noexcept : text(name), hash(of(name)) {}
 
     /// FNV-1a.
-    static constexpr std::uint32_t of(const char16_t* text) noexcept {
+    static constexpr std::uint32_t of(std::u16string_view text) noexcept {
         std::uint32_t hash = 2166136261U;
-        for (; *text != 0; ++text) {
-            hash = (hash ^ *text) * 16777619U;
+        for (const char16_t unit : text) {
+            hash = (hash ^ unit) * 16777619U;
         }
         return hash;
     }

@@ -17,8 +17,9 @@ bool isDottedHex(std::u16string_view text, std::size_t bytes) noexcept {
     if (bytes == 0 || text.size() != 3 * bytes - 1) {
         return false;
     }
-    for (std::size_t i = 0; i != text.size(); ++i) {
-        if (i % 3 == 2 ? text[i] != u'.' : !isHexDigit(text[i])) {
+    const char16_t* at = text.data();
+    for (std::size_t i = 0; i != bytes; ++i, at += 3) {
+        if ((i != 0 && at[-1] != u'.') || !isHexDigit(at[0]) || !isHexDigit(at[1])) {
             return false;
         }
     }

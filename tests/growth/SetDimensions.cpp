@@ -69,11 +69,11 @@ std::string circlesOfOne(std::size_t n) {
 
 std::string itemsThatReferToNothing(std::size_t n) { return owning(n).file(); }
 
-/// Parents with the same children: n references in all, of at least sqrt(n) parents.
+/// Parents with the same children: about n references in all, of sqrt(n) parents to as many.
 std::string parentsAndChildren(std::size_t n) {
     std::size_t parentCount = 1;
     while (parentCount * parentCount < n) {
-        parentCount *= 2;
+        ++parentCount;
     }
     const std::size_t childCount = n / parentCount;
     MetadataText text = owning(parentCount);

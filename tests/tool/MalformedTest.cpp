@@ -76,6 +76,70 @@ INSTANTIATE_TEST_SUITE_P(
                   "line 5, column 19: the document ends in the element 'rp210:TrackName'"}),
     [](const auto& each) { return std::string(each.param.name); });
 
+/// A document of one element in its root, which declares one namespace.
+std::string inRoot(const std::string& element, const std::string& declarations = "") {
+    return "<s377m:MetadataSets xmlns:s377m=\"urn:SMPTE:S377M\"" + declarations + ">\n" + element +
+           "</s377m:MetadataSets>";
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Namespaces, MalformedDocument,
+    ::testing::Values(
+        Malformed{"UndeclaredPrefix", inRoot("<a:B/>"),
+                  "line 2, column 1: the prefix of 'a:B' is declared nowhere, expected an "
+                  "attribute 'xmlns:a' here or around it"},
+        Malformed{"UndeclaredPrefixOfAnAttribute", inRoot("<s377m:B a:b=\"\"/>"),
+                  "line 2, column 1: the prefix of 'a:b' is declared nowhere, expected an "
+                  "attribute 'xmlns:a' here or around it"},
+        Malformed{"PrefixOfAnElementThatHasEnded", inRoot("<a:B xmlns:a=\"urn:a\"/><a:C/>"),
+                  "line 2, column 23: the prefix of 'a:C' is declared nowhere, expected an "
+                  "attribute 'xmlns:a' here or around it"},
+        Malformed{"PrefixKeptForDeclarations", inRoot("<xmlns:a/>"),
+                  "line 2, column 1: the prefix of 'xmlns:a' is declared nowhere, expected "
+                  "another: xmlns is for declarations"},
+        Malformed{"TwoColons", inRoot("<s377m:a:b/>"),
+                  "line 2, column 1: 's377m:a:b', expected a name with at most one colon, and a "
+                  "name on both sides"},
+        Malformed{"NothingBeforeTheColon", inRoot("<:a/>"),
+                  "line 2, column 1: ':a', expected a name with at most one colon, and a name on "
+                  "both sides"},
+        Malformed{"NothingAfterTheColon", inRoot("<s377m:/>"),
+                  "line 2, column 1: 's377m:', expected a name with at most one colon, and a name "
+                  "on both sides"},
+        Malformed{"DigitAfterTheColon", inRoot("<s377m:1/>"),
+                  "line 2, column 1: 's377m:1', expected a name with at most one colon, and a name "
+                  "on both sides"},
+        Malformed{"AccentAfterTheColon", inRoot("<s377m:\xCC\x81/>"),
+                  "line 2, column 1: 's377m:\xCC\x81', expected a name with at most one colon, and "
+                  "a name on both sides"},
+        Malformed{"ColonInAnInstruction", inRoot("<?a:b?>"),
+                  "line 2, column 1: processing instruction 'a:b', expected a name without colon"},
+        Malformed{"TwoAttributesOfOneName",
+                  inRoot("<a b:c=\"\" d:c=\"\"/>", " xmlns:b=\"urn:b\" xmlns:d=\"urn:b\""),
+                  "line 2, column 1: the attributes 'b:c' and 'd:c' of element a are the same, "
+                  "expected one of them"},
+        Malformed{"DeclarationOfXmlns", inRoot("", " xmlns:xmlns=\"urn:a\""),
+                  "line 1, column 1: 'xmlns:xmlns' declares 'urn:a', expected the prefixes xml and "
+                  "xmlns and their namespaces to be left alone"},
+        Malformed{"DeclarationOfXml", inRoot("", " xmlns:xml=\"urn:a\""),
+                  "line 1, column 1: 'xmlns:xml' declares 'urn:a', expected the prefixes xml and "
+                  "xmlns and their namespaces to be left alone"},
+        Malformed{"NamespaceOfXml", inRoot("", " xmlns:a=\"http://www.w3.org/XML/1998/namespace\""),
+                  "line 1, column 1: 'xmlns:a' declares 'http://www.w3.org/XML/1998/namespace', "
+                  "expected the prefixes xml and xmlns and their namespaces to be left alone"},
+        Malformed{"NamespaceOfXmlns", inRoot("", " xmlns=\"http://www.w3.org/2000/xmlns/\""),
+                  "line 1, column 1: 'xmlns' declares 'http://www.w3.org/2000/xmlns/', expected "
+                  "the prefixes xml and xmlns and their namespaces to be left alone"},
+        Malformed{"EmptyNamespace", inRoot("", " xmlns:a=\"\""),
+                  "line 1, column 1: 'xmlns:a' is empty, expected a namespace"},
+        Malformed{"DeclarationOfNothing", inRoot("", " xmlns:=\"urn:a\""),
+                  "line 1, column 1: 'xmlns:' declares no prefix, expected a name without colon "
+                  "after 'xmlns:'"},
+        Malformed{"DeclarationOfTwo", inRoot("", " xmlns:a:b=\"urn:a\""),
+                  "line 1, column 1: 'xmlns:a:b' declares no prefix, expected a name without colon "
+                  "after 'xmlns:'"}),
+    [](const auto& each) { return std::string(each.param.name); });
+
 struct Encoded {
     const char* name;
     std::string document;

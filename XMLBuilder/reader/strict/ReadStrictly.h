@@ -1,7 +1,7 @@
 #pragma once
 
+#include "XMLBuilder/reader/stream/StreamParser.h"
 #include "XMLBuilder/reader/strict/Mistakes.h"
-#include "XMLBuilder/reader/strict/StreamParser.h"
 
 #include <functional>
 #include <string>

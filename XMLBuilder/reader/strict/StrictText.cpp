@@ -2,6 +2,9 @@
 
 #include "host/base/Text.h"
 
+#include <cstdint>
+#include <cstring>
+
 namespace Corvid::XMLBuilder {
 
 namespace {
@@ -11,6 +14,49 @@ const DocumentNode* textFrom(const DocumentNode* node) {
         node = node->next;
     }
     return node;
+}
+
+/// The bytes at the start that are ASCII, eight at a time, widened.
+/// @return how many.
+std::size_t widenAscii(std::string_view utf8, char16_t* to) {
+    std::size_t done = 0;
+    for (std::uint64_t eight = 0; utf8.size() - done >= sizeof eight; done += sizeof eight) {
+        std::memcpy(&eight, utf8.data() + done, sizeof eight);
+        if ((eight & 0x8080808080808080U) != 0) {
+            break;
+        }
+        for (std::size_t k = done; k != done + sizeof eight; ++k) {
+            to[k] = static_cast<char16_t>(utf8[k]);
+        }
+    }
+    return done;
+}
+
+/// @param to  has room for as many units as there are bytes.
+/// @return the end.
+char16_t* toUtf16(std::string_view utf8, char16_t* to) {
+    const std::size_t ascii = widenAscii(utf8, to);
+    to += ascii;
+    auto at = utf8.begin() + ascii;
+    while (at != utf8.end()) {
+        const auto first = static_cast<unsigned char>(*at++);
+        if (first < 0x80) {
+            *to++ = static_cast<char16_t>(first);
+            continue;
+        }
+        const int more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
+        char32_t code = first & (0x3FU >> more);
+        for (int k = 0; k != more; ++k) {
+            code = code << 6 | (static_cast<unsigned char>(*at++) & 0x3FU);
+        }
+        if (code > 0xFFFF) {
+            *to++ = static_cast<char16_t>(0xD800 + ((code - 0x10000) >> 10));
+            *to++ = static_cast<char16_t>(0xDC00 + ((code - 0x10000) & 0x3FF));
+        } else {
+            *to++ = static_cast<char16_t>(code);
+        }
+    }
+    return to;
 }
 
 } // namespace
@@ -34,6 +80,12 @@ Content::Content(const DocumentNode& node) {
         joined_ += next->value;
     }
     text_ = joined_;
+}
+
+const char16_t* addUtf8(NodePool& pool, std::string_view utf8) {
+    char16_t* const text = pool.addText(utf8.size());
+    *toUtf16(utf8, text) = 0;
+    return text;
 }
 
 std::string narrow(std::u16string_view text) {

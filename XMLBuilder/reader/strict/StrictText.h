@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/reader/nodes/DocumentNode.h"
+#include "XMLBuilder/reader/nodes/NodePool.h"
 
 #include <string>
 
@@ -15,11 +15,16 @@ public:
     Content& operator=(const Content&) = delete;
 
     std::u16string_view text() const noexcept { return text_; }
+    /// Whether the text is that of one node as it is, so that a zero follows it.
+    bool isOfOneNode() const noexcept { return joined_.empty(); }
 
 private:
     std::u16string joined_; ///< where it is the text of several nodes
-    std::u16string_view text_;
+    std::u16string_view text_ = u"";
 };
+
+/// Text that is well-formed UTF-8, as UTF-16 with a terminator.
+const char16_t* addUtf8(NodePool& pool, std::string_view utf8);
 
 /// The text as UTF-8, for messages.
 std::string narrow(std::u16string_view text);

@@ -25,11 +25,12 @@ void checkAttributes(const DocumentNode& element, const char16_t* uri,
     static constexpr std::u16string_view xmlns = u"http://www.w3.org/2000/xmlns/";
     static constexpr std::u16string_view xsi = u"http://www.w3.org/2001/XMLSchema-instance";
     for (const auto* each = element.firstAttribute; each != nullptr; each = each->next) {
+        if ((uri == nullptr || isSameNamespace(each->uri, uri)) &&
+            std::find(locals.begin(), locals.end(), each->local) != locals.end()) {
+            continue;
+        }
         const std::u16string_view own = each->uri == nullptr ? std::u16string_view() : each->uri;
-        const bool isExpected =
-            (uri == nullptr || own == uri) &&
-            std::find(locals.begin(), locals.end(), each->local) != locals.end();
-        if (!isExpected && own != xml && own != xmlns && own != xsi) {
+        if (own != xml && own != xmlns && own != xsi) {
             std::string expected;
             for (const auto local : locals) {
                 expected += (expected.empty() ? ", expected " : " and ") + narrow(local);

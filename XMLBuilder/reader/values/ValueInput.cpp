@@ -38,14 +38,23 @@ const char16_t* ValueInput::text() {
     if (!isStrict()) {
         return wholeText();
     }
-    text_ = trimmed(Content(node_).text());
+    const Content content(node_);
+    return terminated(content, trimmed(content.text()));
+}
+
+/// @param text  of the content, or a part of it.
+const char16_t* ValueInput::terminated(const Content& content, std::u16string_view text) {
+    if (content.isOfOneNode() && *(text.data() + text.size()) == 0) {
+        return text.data();
+    }
+    text_ = text;
     return text_.c_str();
 }
 
 const char16_t* ValueInput::wholeText() {
     if (isStrict()) {
-        text_ = Content(node_).text();
-        return text_.c_str();
+        const Content content(node_);
+        return terminated(content, content.text());
     }
     const bool isAttribute = node_.kind == DocumentNode::Kind::attribute;
     const DocumentNode& from = isAttribute ? node_ : *node_.firstChild;

@@ -6,11 +6,13 @@
 #include "host/types/DataType.h"
 
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 
 namespace Corvid::XMLBuilder {
 
+class Content;
 class Reading;
 
 /// A value that was read; null where there is none.
@@ -46,6 +48,8 @@ public:
     const char16_t* uriOf(const Names::Namespace& parts) const;
 
 private:
+    const char16_t* terminated(const Content& content, std::u16string_view text);
+
     Reading& reading_;
     const DocumentNode& node_;
     EmptyParts empty_;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "XMLBuilder/reader/strict/SurrogateCheck.h"
+#include "XMLBuilder/reader/stream/SurrogateCheck.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -18,13 +18,13 @@ class DataSource;
 
 namespace Corvid::XMLBuilder {
 
-/// Gets what expat finds in a document, in its order. Texts are UTF-8; names are as NameTable takes
-/// them.
+/// Gets what expat finds in a document, in its order. Texts are UTF-8; names are as
+/// the document has them.
 class XmlEvents {
 public:
     virtual ~XmlEvents() = default;
 
-    /// @param attributes  name and value by turns, then null.
+    /// @param attributes  name and value by turns, then null; namespace declarations included.
     virtual void startElement(const char* name, const char** attributes) = 0;
     virtual void endElement() = 0;
     virtual void characters(std::string_view text) = 0;
@@ -60,7 +60,6 @@ private:
 
     void start(const char* encoding);
     void feed(std::basic_string_view<unsigned char> front, DataIO::DataSource& source);
-    void checkUri(const char* uri) const;
     [[noreturn]] void refuseSyntax() const;
     [[noreturn]] static void refuseAt(std::size_t line, std::size_t column,
                                       const std::string& what);

@@ -1,6 +1,5 @@
-#include "XMLBuilder/reader/strict/ExpatReader.h"
+#include "XMLBuilder/reader/stream/ExpatReader.h"
 
-#include "XMLBuilder/reader/strict/NameTable.h"
 #include "host/base/Exceptions.h"
 #include "host/base/KeyedHash.h"
 #include "host/dataio/DataSource.h"
@@ -18,8 +17,6 @@ namespace {
 
 constexpr std::size_t blockSize = std::size_t{64} * 1024;
 constexpr std::size_t greatestBlock = std::size_t{256} * 1024 * 1024;
-
-constexpr std::size_t longestUri = 1024; // as in a dictionary
 
 constexpr std::size_t longestDeclaration = 256; // of those that anybody writes
 
@@ -97,7 +94,7 @@ template <class Body> void ExpatReader::guarded(Body body) noexcept {
 }
 
 void ExpatReader::start(const char* encoding) {
-    parser_.reset(XML_ParserCreateNS(encoding, NameTable::separator));
+    parser_.reset(XML_ParserCreate(encoding));
     if (parser_ == nullptr) {
         throw std::bad_alloc();
     }
@@ -106,7 +103,6 @@ void ExpatReader::start(const char* encoding) {
     const auto key = KeyedHash::randomKey();
     std::memcpy(&salt, key.data(), sizeof salt);
     XML_SetHashSalt(parser, salt);
-    XML_SetReturnNSTriplet(parser, XML_TRUE);
     XML_SetUserData(parser, this);
     XML_SetElementHandler(
         parser,
@@ -125,9 +121,6 @@ void ExpatReader::start(const char* encoding) {
         parser, [](void* data, const XML_Char* target, const XML_Char* text) {
             self(data).guarded([&] { self(data).events_.instruction(target, text); });
         });
-    XML_SetStartNamespaceDeclHandler(parser, [](void* data, const XML_Char*, const XML_Char* uri) {
-        self(data).guarded([&] { self(data).checkUri(uri); });
-    });
     XML_SetStartDoctypeDeclHandler(
         parser, [](void* data, const XML_Char*, const XML_Char*, const XML_Char*, int) {
             self(data).guarded([&] {
@@ -144,15 +137,6 @@ void ExpatReader::start(const char* encoding) {
             return 0;
         },
         this);
-}
-
-/// expat repeats the URI with each name.
-void ExpatReader::checkUri(const char* uri) const {
-    const std::size_t size = uri == nullptr ? 0 : std::strlen(uri);
-    if (size > longestUri) {
-        refuse("namespace URI of " + std::to_string(size) + " bytes, expected at most " +
-               std::to_string(longestUri));
-    }
 }
 
 std::size_t ExpatReader::line() const { return XML_GetCurrentLineNumber(parser_.get()); }

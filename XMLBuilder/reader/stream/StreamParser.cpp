@@ -1,13 +1,16 @@
-#include "XMLBuilder/reader/strict/StreamParser.h"
+#include "XMLBuilder/reader/stream/StreamParser.h"
 
 #include "XMLBuilder/reader/nodes/NodeList.h"
 #include "XMLBuilder/reader/nodes/NodePool.h"
-#include "XMLBuilder/reader/strict/ExpatReader.h"
-#include "XMLBuilder/reader/strict/NameTable.h"
+#include "XMLBuilder/reader/stream/ExpatReader.h"
+#include "XMLBuilder/reader/stream/NameTable.h"
 #include "XMLBuilder/reader/strict/StrictText.h"
 #include "host/xmlutils/ElementLimits.h"
 
+#include <algorithm>
+#include <cstring>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace Corvid::XMLBuilder {
@@ -42,7 +45,9 @@ private:
         bool hasElements;
     };
 
-    void giveName(DocumentNode& node, const char* expanded);
+    void giveName(DocumentNode& node, const char* qualified, NameTable::Of what);
+    std::size_t declareNamespaces(const char** attributes);
+    void checkTwins(const DocumentNode& element);
     DocumentNode& addElement(NodePool& pool, const char* name, const char** attributes,
                              const DocumentNode* parent);
     void flushText(bool isLast);
@@ -59,42 +64,91 @@ private:
     NodePool ofPiece_;
     DocumentNode* root_ = nullptr;
     DocumentNode* container_ = nullptr;
-    std::vector<Level> open_; ///< all open elements
-    std::string text_;        ///< that is not part of a node yet, as UTF-8
-    std::size_t textLine_ = 0;
-    std::size_t textColumn_ = 0;
+    std::vector<Level> open_;                ///< all open elements
+    std::vector<const DocumentNode*> twins_; ///< room for checkTwins()
+    std::string text_;                       ///< that is not part of a node yet, as UTF-8
+    bool hasWords_ = false;                  ///< whether that is more than white space
+    std::size_t wordLine_ = 0;
+    std::size_t wordColumn_ = 0;
 };
 
-void Pieces::giveName(DocumentNode& node, const char* expanded) {
-    const Name& name = names_.find(expanded);
-    node.name = name.qualified;
-    node.local = name.local;
-    node.uri = name.uri;
+void Pieces::giveName(DocumentNode& node, const char* qualified, NameTable::Of what) {
+    const Name* const name = names_.find(qualified, what);
+    if (name == nullptr) {
+        reader_.refuse(NameTable::problem(qualified));
+    }
+    node.name = name->qualified;
+    node.local = name->local;
+    node.uri = name->uri;
+}
+
+/// Takes the namespace declarations of an element.
+/// @return how many there are.
+std::size_t Pieces::declareNamespaces(const char** attributes) {
+    names_.namespaces().open();
+    std::size_t count = 0;
+    for (; *attributes != nullptr; attributes += 2) {
+        if (NamespaceScopes::isDeclaration(attributes[0])) {
+            ++count;
+            const std::string problem = names_.namespaces().declare(attributes[0], attributes[1]);
+            if (!problem.empty()) {
+                reader_.refuse(problem);
+            }
+        }
+    }
+    return count;
+}
+
+/// expat has seen to it that no two attributes of an element are written the same.
+void Pieces::checkTwins(const DocumentNode& element) {
+    twins_.clear();
+    for (const auto* each = element.firstAttribute; each != nullptr; each = each->next) {
+        if (each->uri != nullptr) {
+            twins_.push_back(each);
+        }
+    }
+    using Text = std::u16string_view;
+    const auto isBefore = [](const DocumentNode* a, const DocumentNode* b) {
+        return std::pair(Text(a->local), Text(a->uri)) < std::pair(Text(b->local), Text(b->uri));
+    };
+    std::sort(twins_.begin(), twins_.end(), isBefore);
+    for (std::size_t k = 1; k < twins_.size(); ++k) {
+        if (!isBefore(twins_[k - 1], twins_[k])) {
+            reader_.refuse("the attributes '" + narrow(twins_[k - 1]->name) + "' and '" +
+                           narrow(twins_[k]->name) + "' of element " + narrow(element.name) +
+                           " are the same, expected one of them");
+        }
+    }
 }
 
 DocumentNode& Pieces::addElement(NodePool& pool, const char* name, const char** attributes,
                                  const DocumentNode* parent) {
     DocumentNode& element = pool.add();
-    giveName(element, name);
     element.line = reader_.line();
     element.column = reader_.column();
     element.parent = parent;
+    std::size_t count = declareNamespaces(attributes);
+    giveName(element, name, NameTable::Of::element);
     NodeList list(element.firstAttribute);
-    std::size_t count = 0;
-    for (; *attributes != nullptr; attributes += 2, ++count) {
+    for (; *attributes != nullptr; attributes += 2) {
+        if (NamespaceScopes::isDeclaration(attributes[0])) {
+            continue;
+        }
         DocumentNode& attribute = pool.add();
         attribute.kind = DocumentNode::Kind::attribute;
-        giveName(attribute, attributes[0]);
+        giveName(attribute, attributes[0], NameTable::Of::attribute);
         attribute.value = addUtf8(pool, attributes[1]);
         attribute.line = element.line;
         attribute.column = element.column;
         attribute.parent = &element;
         list.append(attribute);
+        ++count;
     }
     const std::string problem = limits_.startElement(count, true);
     if (!problem.empty()) {
         reader_.refuse("element " + narrow(element.name) + problem);
     }
+    checkTwins(element);
     return element;
 }
 
@@ -128,6 +182,7 @@ void Pieces::endElement() {
     flushText(true);
     const DocumentNode* const closed = open_.back().element;
     open_.pop_back();
+    names_.namespaces().close();
     limits_.endElement();
     if (closed == container_) {
         container_ = nullptr;
@@ -141,9 +196,14 @@ void Pieces::endElement() {
 }
 
 void Pieces::characters(std::string_view text) {
-    if (text_.empty()) {
-        textLine_ = reader_.line();
-        textColumn_ = reader_.column();
+    if (!hasWords_) {
+        const auto isSpace = [](char each) { return isXmlSpace(static_cast<unsigned char>(each)); };
+        const auto word = std::find_if_not(text.begin(), text.end(), isSpace);
+        if (word != text.end()) {
+            hasWords_ = true;
+            wordLine_ = reader_.line();
+            wordColumn_ = reader_.column() + static_cast<std::size_t>(word - text.begin());
+        }
     }
     text_ += text;
 }
@@ -156,14 +216,14 @@ void Pieces::flushText(bool isLast) {
     }
     Level& level = open_.back();
     const bool mayBeLayout = level.hasElements || !isLast;
-    if (!mayBeLayout || text_.find_first_not_of(" \t\r\n") != std::string::npos) {
+    if (hasWords_ || !mayBeLayout) {
         const bool isOuter = open_.size() <= outer();
         DocumentNode& node = ofPiece_.add();
         node.kind = DocumentNode::Kind::text;
         node.value = addUtf8(ofPiece_, text_);
         node.parent = level.element;
-        node.line = textLine_;
-        node.column = textColumn_;
+        node.line = hasWords_ ? wordLine_ : level.element->line;
+        node.column = hasWords_ ? wordColumn_ : level.element->column;
         if (isOuter) {
             handler_.strayText(node);
         } else {
@@ -171,9 +231,14 @@ void Pieces::flushText(bool isLast) {
         }
     }
     text_.clear();
+    hasWords_ = false;
 }
 
 void Pieces::instruction(const char* target, const char* data) {
+    if (std::strchr(target, ':') != nullptr) {
+        reader_.refuse("processing instruction '" + std::string(target) +
+                       "', expected a name without colon");
+    }
     handler_.instruction({target, data, reader_.line(), reader_.column()});
 }
 
