@@ -203,6 +203,8 @@ void Pieces::characters(std::string_view text) {
             hasWords_ = true;
             wordLine_ = reader_.line();
             wordColumn_ = reader_.column() + static_cast<std::size_t>(word - text.begin());
+        } else if (open_.back().hasElements) {
+            return; // layout, or in front of words that are refused
         }
     }
     text_ += text;
