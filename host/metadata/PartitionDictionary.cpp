@@ -13,12 +13,6 @@ namespace {
 
 constexpr Types::u16 firstDynamicTag = 0x8000;
 
-std::pair<std::uint64_t, std::uint64_t> halvesOf(const Types::UniversalLabel& label) {
-    const auto bytes = label.withoutVersion();
-    return {Types::readBigEndian<std::uint64_t>(bytes.data()),
-            Types::readBigEndian<std::uint64_t>(bytes.data() + bytes.size() / 2)};
-}
-
 } // namespace
 
 PartitionDictionary::PartitionDictionary(Templates::SharedPtr<MetaMetadata::Dictionary> dictionary)
@@ -44,12 +38,12 @@ const Types::UniversalLabel* PartitionDictionary::find(const Types::LocalTag& ta
 }
 
 const Types::UniversalLabel* PartitionDictionary::find(const Types::UniversalLabel& label) const {
-    const auto entry = byLabel_.find(halvesOf(label));
+    const auto entry = byLabel_.find(label.withoutVersion());
     return entry == byLabel_.end() ? nullptr : &entries_[entry->second].second;
 }
 
 Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel& label) {
-    if (const auto entry = byLabel_.find(halvesOf(label)); entry != byLabel_.end()) {
+    if (const auto entry = byLabel_.find(label.withoutVersion()); entry != byLabel_.end()) {
         return entries_[entry->second].first;
     }
     const auto* definition = dictionary_->findElement(label);
@@ -115,7 +109,7 @@ void PartitionDictionary::add(const Types::LocalTag& tag, const Types::Universal
     if (const auto place = byTag_.emplace(tag.value(), index).first; place->second == kept) {
         place->second = index;
     }
-    byLabel_.emplace(halvesOf(label), index);
+    byLabel_.emplace(label.withoutVersion(), index);
 }
 
 } // namespace Corvid::Metadata

@@ -3,7 +3,7 @@
 #include "host/dictionary/Dictionary.h"
 #include "host/types/IdentifierTypes.h"
 
-#include <cstdint>
+#include <array>
 #include <utility>
 
 namespace Corvid::Metadata {
@@ -71,8 +71,7 @@ private:
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
     Templates::vector<Entry> entries_;
     Templates::map<Types::u16, std::size_t> byTag_; ///< `kept` for one without entry
-    /// By the halves of the label, without its version: they are compared for each property.
-    Templates::map<std::pair<std::uint64_t, std::uint64_t>, std::size_t> byLabel_;
+    Templates::map<std::array<Types::u8, 16>, std::size_t> byLabel_;
     Templates::vector<Types::u16> generated_; ///< the dynamic tags made here, the highest first
     Types::u16 nextDynamicTag_ = 0xFFFF;
 };
