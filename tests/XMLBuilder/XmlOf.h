@@ -41,7 +41,7 @@ inline std::string xmlOf(Model& model, Flags flags = {},
                          XMLUtils::Layout layout = XMLUtils::Layout::indented) {
     const auto document = XMLBuilder::partition2XML(&model.partition, flags.referencesAsValues,
                                                     flags.skipNonStructural);
-    const std::string text = toText(document.get(), layout);
+    std::string text = toText(document.get(), layout);
     if (!text.empty()) {
         EXPECT_EQ(validityErrors(model.dictionary(), text), "") << text;
     }

@@ -69,9 +69,11 @@ protected:
     /// @param how  what happens in the call.
     template <class Check>
     void inEach(const std::string& calls, const std::string& how, Check check) const {
+        std::string options = " -e trace=";
+        options.append(calls).append(" -e inject=").append(calls).append(":").append(how);
+        options += ":when=";
         for (std::size_t number = 1;; ++number) {
-            const Outcome outcome = edit(" -e trace=" + calls + " -e inject=" + calls + ":" + how +
-                                         ":when=" + std::to_string(number));
+            const Outcome outcome = edit(options + std::to_string(number));
             if (outcome.status == 0) {
                 EXPECT_TRUE(clip() == wanted) << outcome.err;
                 return;
