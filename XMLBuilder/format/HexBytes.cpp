@@ -28,18 +28,11 @@ bool isDottedHex(std::u16string_view text, std::size_t bytes) noexcept {
 
 std::optional<Types::UUID> parseUuid(std::u16string_view text) noexcept {
     std::array<Types::u8, Types::UUID::fixedSize> bytes;
-    if (text.size() != 3 * bytes.size() - 1) {
+    if (text.size() != 3 * bytes.size() - 1 ||
+        !Hex::decodeDotted(text.data(), bytes.data(), bytes.size())) {
         return std::nullopt;
     }
-    // Each set and each link has one: all of it is read before it is judged.
-    unsigned wrong = 0;
-    const char16_t* at = text.data();
-    for (std::size_t i = 0; i != bytes.size(); ++i, at += 3) {
-        const unsigned high = Hex::valueOf(at[0]), low = Hex::valueOf(at[1]);
-        wrong |= ((high | low) & Hex::none) | (i == 0 ? 0U : unsigned{at[-1]} ^ u'.');
-        bytes[i] = static_cast<Types::u8>(high << 4 | low);
-    }
-    return wrong == 0 ? std::optional(Types::UUID(bytes)) : std::nullopt;
+    return Types::UUID(bytes);
 }
 
 FieldBytes decodeHex(const char16_t* text) {

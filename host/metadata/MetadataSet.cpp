@@ -243,11 +243,7 @@ std::size_t MetadataSet::countValues() const noexcept {
 
 void MetadataSet::assignTags(PartitionDictionary& primer) const {
     for (const auto& [label, element] : inStoredOrder()) {
-        const Types::LocalTag tag = tagOf(label, *element, primer);
-        // A tag that the primer gives to a label has its entry.
-        if (element->localTag() != 0 || element->definition() == nullptr) {
-            primer.addStatic(tag);
-        }
+        primer.addStatic(tagOf(label, *element, primer));
     }
 }
 

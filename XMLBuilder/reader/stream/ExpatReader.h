@@ -18,8 +18,8 @@ class DataSource;
 
 namespace Corvid::XMLBuilder {
 
-/// Gets what expat finds in a document, in its order. Texts are UTF-8; names are as
-/// the document has them.
+/// Gets what expat finds in a document, in its order. Texts are UTF-8; names are as the document has
+/// them.
 class XmlEvents {
 public:
     virtual ~XmlEvents() = default;
