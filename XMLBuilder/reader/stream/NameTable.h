@@ -39,9 +39,9 @@ private:
             return a.uri == b.uri && a.qualified == b.qualified;
         }
     };
-    struct Hash : SecretHash {
+    struct Hash : TextHash {
         std::size_t operator()(const Key& key) const noexcept {
-            return SecretHash::operator()(key.qualified) ^ std::hash<const void*>()(key.uri);
+            return TextHash::operator()(key.qualified) ^ std::hash<const void*>()(key.uri);
         }
     };
     using Entry = std::pair<const Key, Name>;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/reader/nodes/NodePool.h"
-#include "host/base/KeyedHash.h"
+#include "host/base/TextHash.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -12,15 +12,6 @@
 #include <vector>
 
 namespace Corvid::XMLBuilder {
-
-/// Hashes what a document chooses, under a secret key.
-struct SecretHash {
-    KeyedHash hash{KeyedHash::randomKey()};
-    std::size_t operator()(std::string_view text) const noexcept {
-        return static_cast<std::size_t>(
-            hash(reinterpret_cast<const unsigned char*>(text.data()), text.size()));
-    }
-};
 
 /// The texts of a document that stay while it is read, each kept once by who asks.
 class KeptTexts {
@@ -62,7 +53,7 @@ public:
     std::uint64_t scope() const noexcept { return levels_.empty() ? 0 : levels_.back().scope; }
 
 private:
-    using Bindings = std::unordered_map<std::string_view, const char16_t*, SecretHash>;
+    using Bindings = std::unordered_map<std::string_view, const char16_t*, TextHash>;
 
     struct Change {
         const char16_t** binding;
@@ -77,8 +68,8 @@ private:
 
     const char16_t* kept(std::string_view uri);
 
-    Bindings bindings_{16, SecretHash()}; ///< by prefix; null once the declaration has ended
-    Bindings uris_{16, SecretHash()};     ///< each namespace, as it is kept
+    Bindings bindings_{16, TextHash()}; ///< by prefix; null once the declaration has ended
+    Bindings uris_{16, TextHash()};     ///< each namespace, as it is kept
     std::vector<Change> changes_;
     std::vector<Level> levels_;
     std::size_t depth_ = 0;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "host/base/TextHash.h"
 #include "tools/corvid/batch/BatchOptions.h"
 #include "tools/corvid/batch/FolderWalk.h"
 #include "tools/corvid/batch/NameList.h"
-#include "tools/corvid/batch/PathHash.h"
 
 #include <deque>
 #include <unordered_set>
@@ -49,7 +49,7 @@ private:
     std::size_t nextArgument_ = 0;
     std::optional<NameList> list_;
     std::optional<FolderWalk> walk_;
-    std::unordered_set<std::string, PathHash> known_; ///< what all files so far are known by
+    std::unordered_set<std::string, TextHash> known_; ///< what all files so far are known by
     std::deque<ListedFile> collected_;
     std::size_t count_ = 0;
 };

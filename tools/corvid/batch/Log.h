@@ -1,7 +1,7 @@
 #pragma once
 
+#include "host/base/TextHash.h"
 #include "tools/corvid/batch/BatchOptions.h"
-#include "tools/corvid/batch/PathHash.h"
 #include "tools/corvid/batch/Results.h"
 #include "tools/corvid/output/Output.h"
 
@@ -58,7 +58,7 @@ private:
     std::string path_;
     std::string verb_;
     DataIO::FileDescriptor file_;
-    std::unordered_map<std::string, Done, PathHash> done_;
+    std::unordered_map<std::string, Done, TextHash> done_;
 };
 
 } // namespace Corvid::Tool
