@@ -54,9 +54,10 @@ private:
         }
         /// Any order does.
         static int compare(std::u16string_view a, std::u16string_view b) noexcept {
-            return a.size() != b.size()
-                       ? (a.size() < b.size() ? -1 : 1)
-                       : std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t));
+            if (a.size() != b.size() || a.empty()) { // an empty one may point nowhere
+                return a.size() < b.size() ? -1 : a.size() != b.size();
+            }
+            return std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t));
         }
 
         Key key;
