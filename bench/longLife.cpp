@@ -26,6 +26,24 @@ using namespace Corvid;
 constexpr unsigned threadCount = 4;
 constexpr double mebi = 1024.0 * 1024.0;
 
+std::size_t countEntries(const char* folder) {
+    const std::filesystem::directory_iterator entries(folder);
+    return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
+}
+
+/// How many threads there are, once those that were joined are gone: the system lists them for a
+/// moment more.
+std::size_t countThreads() {
+    using namespace std::chrono_literals;
+    const auto end = std::chrono::steady_clock::now() + 2s;
+    std::size_t count = countEntries("/proc/self/task");
+    while (count != 1 && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(1ms);
+        count = countEntries("/proc/self/task");
+    }
+    return count;
+}
+
 /// What the process holds at a moment.
 struct State {
     double resident = 0; ///< MiB of memory
@@ -38,15 +56,11 @@ struct State {
         const struct mallinfo2 info = mallinfo2();
         std::size_t pages = 0;
         std::ifstream("/proc/self/statm") >> pages >> pages;
-        const auto count = [](const char* folder) {
-            const std::filesystem::directory_iterator entries(folder);
-            return static_cast<std::size_t>(std::distance(begin(entries), end(entries)));
-        };
         return {static_cast<double>(pages) * static_cast<double>(sysconf(_SC_PAGESIZE)) / mebi,
                 static_cast<double>(info.uordblks + info.hblkhd) / mebi,
                 static_cast<double>(info.fordblks) / mebi,
-                count("/proc/self/fd") - 1, // without the one that looks
-                count("/proc/self/task")};
+                countEntries("/proc/self/fd") - 1, // without the one that looks
+                countThreads()};
     }
 };
 
