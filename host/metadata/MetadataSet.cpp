@@ -52,8 +52,13 @@ Types::LocalTag tagOf(const Types::UniversalLabel* label, const Element& element
     if (element.localTag() != 0) {
         return Types::LocalTag(element.localTag());
     }
-    return label != nullptr ? primer.findOrGenerate(*label)
-                            : primer.tagOf(*element.metaAttribute());
+    if (label == nullptr) {
+        return primer.tagOf(*element.metaAttribute());
+    }
+    const auto* const definition = element.metaAttribute()->facts().definition;
+    return definition == nullptr
+               ? primer.findOrGenerate(*label)
+               : primer.findOrGenerate(*label, Types::LocalTag(definition->staticLocalTag()));
 }
 
 } // namespace

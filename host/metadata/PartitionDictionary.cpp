@@ -56,6 +56,15 @@ Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel&
     return Types::LocalTag(tag);
 }
 
+Types::LocalTag PartitionDictionary::findOrGenerate(const Types::UniversalLabel& label,
+                                                    const Types::LocalTag& likely) {
+    const bool areLabelsUnique = byLabel_.size() == entries_.size();
+    const Types::UniversalLabel* const found = areLabelsUnique ? find(likely, false) : nullptr;
+    return found != nullptr && found->withoutVersion() == label.withoutVersion()
+               ? likely
+               : findOrGenerate(label);
+}
+
 Types::u16 PartitionDictionary::freeDynamicTag() {
     while (nextDynamicTag_ >= firstDynamicTag && byTag_.count(nextDynamicTag_) != 0) {
         --nextDynamicTag_;

@@ -33,6 +33,9 @@ public:
     /// tag, if that is free, or else the highest dynamic one that is.
     /// @throws LimitExceeded  all dynamic tags are in use.
     Types::LocalTag findOrGenerate(const Types::UniversalLabel& label);
+    /// The same, sooner where it is the likely one.
+    Types::LocalTag findOrGenerate(const Types::UniversalLabel& label,
+                                   const Types::LocalTag& likely);
 
     /// The local tag for an element with that attribute: an unknown one names it itself.
     Types::LocalTag tagOf(const MetaMetadata::AbstractMetaAttribute& attribute);

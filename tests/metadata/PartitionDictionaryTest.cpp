@@ -1,5 +1,7 @@
 #include "tests/metadata/MetadataSupport.h"
 
+#include <initializer_list>
+#include <random>
 #include <set>
 
 namespace Corvid::Testing {
@@ -36,6 +38,32 @@ TEST_F(PartitionDictionaryTest, keepsDuplicatesAndTakesTheFirst) {
     ASSERT_EQ(entries.size(), 3U);
     EXPECT_EQ(entries[1].second, labelOf(2));
     EXPECT_EQ(entries[2].second, labelOf(1, 9));
+}
+
+TEST_F(PartitionDictionaryTest, givesTheSameTagWhicheverIsCalledLikely) {
+    std::minstd_rand random(11);
+    const auto anyOf = [&](std::initializer_list<u16> tags) {
+        return LocalTag(*(tags.begin() + random() % tags.size()));
+    };
+    const auto anyLabel = [&] {
+        return labelOf(static_cast<u8>(1 + random() % 3), static_cast<u8>(1 + random() % 2));
+    };
+    for (int round = 0; round != 500; ++round) {
+        PartitionDictionary asked(dictionary);
+        PartitionDictionary told(dictionary);
+        for (auto entries = random() % 5; entries != 0; --entries) {
+            const LocalTag tag = anyOf({0x1101, 0x1102, 0x9001, 0x9002});
+            const auto label = anyLabel();
+            asked.add(tag, label);
+            told.add(tag, label);
+        }
+        for (int k = 0; k != 6; ++k) {
+            const auto label = anyLabel();
+            const LocalTag likely = anyOf({0, 0x1101, 0x1102, 0x9001, 0x9002, 0xFFFF});
+            ASSERT_EQ(told.findOrGenerate(label, likely), asked.findOrGenerate(label));
+        }
+        ASSERT_EQ(told.end() - told.begin(), asked.end() - asked.begin());
+    }
 }
 
 TEST_F(PartitionDictionaryTest, findsALabelInTheVersionThatThePrimerHas) {
