@@ -233,7 +233,6 @@ private:
     }
 
     void addGroup(const MetadataSet& group) {
-        plan_.hasContainer_ = true;
         plan_.namespaces_.insert(Names::types);
         plan_.namespaces_.insert(Names::groups);
         const std::string& value =
@@ -259,12 +258,11 @@ DocumentPlan::DocumentPlan(Metadata::PartitionMetadata& partition, const Metadat
     mainPass_.places.reserve(partition.size());
     Walk(*this, mainPass_, false).from(start);
     planDarkSets();
-    planFloatingSets();
+    planFloatingSets(start);
 }
 
 void DocumentPlan::planDarkSets() {
     for (auto set = partition_.darkBegin(); set != partition_.darkEnd(); ++set) {
-        hasContainer_ = true;
         const DataIO::Slice* const value = (*set)->value();
         addBytes((*set)->key(), (*set)->berLength(), value != nullptr,
                  value == nullptr ? Types::ByteView{}
@@ -273,9 +271,14 @@ void DocumentPlan::planDarkSets() {
     }
 }
 
-void DocumentPlan::planFloatingSets() {
-    auto& [order, outside] = fileOrder_;
-    outside = partition_.calculateSerializationOrder(order, true, false);
+void DocumentPlan::planFloatingSets(const MetadataSet& start) {
+    const auto prefaces = partition_.find(Metadata::Structural::StructuralMetadataKeys::preface());
+    if (!prefaces.empty() && prefaces.front() == &start &&
+        mainPass_.places.size() == partition_.size()) {
+        return; // the file's order follows every reference that the walk has followed
+    }
+    Templates::vector<const MetadataSet*> order;
+    const std::size_t outside = partition_.calculateSerializationOrder(order, true, false);
     Walk walk(*this, floatingPass_, true);
     for (auto set = order.end() - static_cast<std::ptrdiff_t>(outside); set != order.end(); ++set) {
         if (floatingPass_.places.count(*set) == 0) {
@@ -287,6 +290,7 @@ void DocumentPlan::planFloatingSets() {
 
 DocumentPlan::Floating& DocumentPlan::addBytes(const KLV::Key& key, unsigned char berLength,
                                                bool hasValue, Types::ByteView value) {
+    hasContainer_ = true;
     namespaces_.insertUnlessPrefixInUse(Names::groups);
     floating_.push_back({nullptr, nullptr, nullptr, &key, berLength, hasValue, value,
                          namespaces_.uriOf(Names::groups.prefix).data()});

@@ -74,13 +74,6 @@ public:
         const char16_t* uri = nullptr; ///< of the names for it
     };
 
-    /// All sets of the partition as a file has them, for those who need them too: see
-    /// PartitionMetadata::calculateSerializationOrder().
-    struct FileOrder {
-        Templates::vector<const Metadata::MetadataSet*> sets;
-        std::size_t outside = 0; ///< how many of them, the last ones, the Preface does not reach
-    };
-
     /// @param partition  borrowed, not to change; afterwards as it was, but for entries that its
     ///                   primer lacked.
     /// @param start      the set to begin with. Borrowed.
@@ -90,7 +83,6 @@ public:
 
     Metadata::PartitionMetadata& partition() const noexcept { return partition_; }
     Manner manner() const noexcept { return manner_; }
-    const FileOrder& fileOrder() const noexcept { return fileOrder_; }
     const NamespaceMap& namespaces() const noexcept { return namespaces_; }
 
     /// The sets in the root, in order; those of the main pass.
@@ -109,11 +101,10 @@ private:
     Floating& addBytes(const KLV::Key& key, unsigned char berLength, bool hasValue,
                        Types::ByteView value);
     void planDarkSets();
-    void planFloatingSets();
+    void planFloatingSets(const Metadata::MetadataSet& start);
 
     Metadata::PartitionMetadata& partition_;
     Manner manner_;
-    FileOrder fileOrder_;
     NamespaceMap namespaces_;
     std::vector<const Metadata::MetadataSet*> sets_;
     std::vector<Floating> floating_;

@@ -68,15 +68,16 @@ KeyForm formOf(const MetadataSet& set) { return {set.key(), set.propertyBerLengt
 class Collector {
 public:
     Collector(const XMLBuilder::DocumentPlan& plan, const std::optional<DocumentPart>& part)
-        : metadata_(plan.partition()), order_(plan.fileOrder()),
-          tags_(metadata_.partitionDictionary()), part_(part) {}
+        : metadata_(plan.partition()), tags_(metadata_.partitionDictionary()), part_(part) {}
 
     DocumentSupplement collect() {
         findWhatIsUsual();
         // As a document has them, so that the same document always has the same instructions.
-        copyNumbers_ = numberCopies(metadata_, order_.sets, order_.outside, part_);
+        Templates::vector<const MetadataSet*> order;
+        const std::size_t outside = metadata_.calculateSerializationOrder(order, true, false);
+        copyNumbers_ = numberCopies(metadata_, order, outside, part_);
         const bool mayHaveNamesakes = metadata_.isAmbiguous();
-        for (const MetadataSet* set : order_.sets) {
+        for (const MetadataSet* set : order) {
             if (part_ && !part_->isWritten(*set)) {
                 continue;
             }
@@ -127,7 +128,6 @@ private:
     };
 
     const Metadata::PartitionMetadata& metadata_;
-    const XMLBuilder::DocumentPlan::FileOrder& order_;
     const Metadata::PartitionDictionary& tags_;
     const std::optional<DocumentPart>& part_;
     DocumentSupplement result_;

@@ -1,6 +1,6 @@
 #include "editing/supplement/ToldValue.h"
 
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "editing/StoredBytes.h"
 #include "host/dictionary/MetaCollectionElement.h"
 #include "host/metadata/Elements.h"
