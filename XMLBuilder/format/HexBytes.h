@@ -10,6 +10,22 @@
 
 namespace Corvid::XMLBuilder {
 
+/// An identifier in dotted hexadecimal, zero-terminated.
+template <std::size_t Size> class DottedText {
+public:
+    explicit DottedText(const Types::IdentifierBytes<Size>& identifier) noexcept {
+        Hex::encodeDotted(identifier.bytes().data(), Size, text_, Hex::lower);
+        text_[length] = 0;
+    }
+
+    operator std::u16string_view() const noexcept { return {text_, length}; }
+
+private:
+    static constexpr std::size_t length = 3 * Size - 1;
+
+    char16_t text_[length + 1];
+};
+
 /// True for a digit of either case.
 constexpr bool isHexDigit(char16_t unit) noexcept { return Hex::valueOf(unit) != Hex::none; }
 

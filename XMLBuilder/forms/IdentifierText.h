@@ -1,6 +1,7 @@
 #pragma once
 
 #include "XMLBuilder/format/As.h"
+#include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/reader/strict/ValueCheck.h"
 #include "XMLBuilder/reader/values/ValueInput.h"
 #include "XMLBuilder/schema/TypeDescription.h"
@@ -17,7 +18,7 @@ struct IdentifierText {
     static constexpr bool fitsAttributes = false;
 
     template <class T> static void write(DocumentSink& to, const T& value) {
-        to.text(XMLUtils::toXml(value.toString(Types::dottedHexadecimal)));
+        to.text(DottedText(value));
     }
 
     template <class T> static ParsedValue parse(ValueInput& from, As<T>) {
@@ -48,9 +49,7 @@ private:
 struct AttributeIdentifier : IdentifierText {
     static constexpr bool fitsAttributes = true;
 
-    static std::u16string attribute(const Types::UUID& value) {
-        return XMLUtils::toXml(value.toString(Types::dottedHexadecimal));
-    }
+    static auto attribute(const Types::UUID& value) noexcept { return DottedText(value); }
 };
 
 } // namespace Corvid::XMLBuilder::ValueForms

@@ -1,11 +1,11 @@
 #pragma once
 
 #include "XMLBuilder/format/As.h"
+#include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/reader/values/ValueInput.h"
 #include "XMLBuilder/schema/TypeDescription.h"
 #include "XMLBuilder/writer/sinks/DocumentSink.h"
 #include "host/types/Types.h"
-#include "host/xmlutils/XmlText.h"
 
 namespace Corvid::XMLBuilder {
 
@@ -19,10 +19,10 @@ struct ReferenceText {
     static constexpr bool fitsAttributes = true;
 
     static void write(DocumentSink& to, const Types::Reference& value) {
-        to.text(attribute(value));
+        to.text(DottedText(value.uuid()));
     }
-    static std::u16string attribute(const Types::Reference& value) {
-        return XMLUtils::toXml(value.toString());
+    static auto attribute(const Types::Reference& value) noexcept {
+        return DottedText(value.uuid());
     }
 
     template <class T> static ParsedValue parse(ValueInput&, As<T>) { return {}; }

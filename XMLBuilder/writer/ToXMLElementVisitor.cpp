@@ -1,6 +1,7 @@
 #include "XMLBuilder/writer/ToXMLElementVisitor.h"
 
 #include "XMLBuilder/format/DefinitionName.h"
+#include "XMLBuilder/writer/ToXMLBaseTypeVisitor.h"
 #include "XMLBuilder/writer/ToXMLMetadataSetVisitor.h"
 #include "XMLBuilder/writer/ToXMLReferenceVisitor.h"
 #include "XMLBuilder/writer/writeLink.h"

@@ -44,7 +44,19 @@ void encode(const Byte* bytes, std::size_t size, Unit* to, const char* digits) n
     }
 }
 
-/// The same as a text.
+/// The same with full stops between the pairs.
+template <class Byte, class Unit>
+void encodeDotted(const Byte* bytes, std::size_t size, Unit* to, const char* digits) noexcept {
+    for (std::size_t i = 0; i != size; ++i) {
+        if (i != 0) {
+            *to++ = '.';
+        }
+        encode(bytes + i, 1, to, digits);
+        to += 2;
+    }
+}
+
+/// Writes two digits for each byte, as a text.
 template <class Text, class Byte>
 Text encoded(const Byte* bytes, std::size_t size, const char* digits) {
     Text text(2 * size, '0');

@@ -27,11 +27,8 @@ Utf16Text toDottedHexadecimal(const unsigned char* bytes, std::size_t size) {
     if (size == 0) {
         return text;
     }
-    text.resize(size * 3 - 1, '.');
-    Utf16Unit* to = text.data();
-    for (std::size_t i = 0; i != size; ++i, to += 3) {
-        Hex::encode(bytes + i, 1, to, Hex::lower);
-    }
+    text.resize(size * 3 - 1);
+    Hex::encodeDotted(bytes, size, text.data(), Hex::lower);
     return text;
 }
 

@@ -3,6 +3,7 @@
 #include "XMLBuilder/writer/sinks/DocumentSink.h"
 #include "host/base/Templates.h"
 
+#include <vector>
 #include <xercesc/dom/DOM.hpp>
 
 namespace Corvid::XMLBuilder {
@@ -29,7 +30,9 @@ private:
     void createDocument(const Name& root);
 
     xercesc::DOMDocument* document_ = nullptr;
-    xercesc::DOMElement* open_ = nullptr;
+    /// From the outermost element to the one that is written. A node knows its parent, but Xerces
+    /// casts twice to tell it.
+    std::vector<xercesc::DOMElement*> open_;
 };
 
 } // namespace Corvid::XMLBuilder
