@@ -4,7 +4,7 @@
 #include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/NumberInput.h"
 #include "XMLBuilder/reader/ReadSet.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
@@ -30,7 +30,7 @@ const char16_t* requiredAttribute(const DocumentNode& element, const char16_t* n
                 Platform::toUtf8(XMLUtils::fromXml(name)) + "', expected one",
             File::reader, __LINE__);
     }
-    return attribute->value;
+    return attribute->value.data();
 }
 
 void checkDarkValueText(std::u16string_view text, const std::string& keyText) {

@@ -2,7 +2,7 @@
 
 #include "XMLBuilder/Errors.h"
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/base/Exceptions.h"
 #include "host/dictionary/MetaCollectionElement.h"

@@ -44,11 +44,12 @@ EmptyParts FromXMLMetadataSetVisitor::emptyPartsOf(const Element& element) const
 void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
     OpenSet open(reading_, element_);
     const ReadingPlace outer = std::exchange(reading_.place(), {&element_, nullptr});
+    identifier_ = reading_.attribute(element_, Names::rp210, Names::instanceUID);
     if (reading_.strictness() != nullptr) {
         checkSet(*set.metaMetadataSet());
     }
     if (reading_.supplement() != nullptr) {
-        supplemented_ = reading_.supplement()->enter(set, identifierText());
+        supplemented_ = reading_.supplement()->enter(set, reading_.textOf(identifier_));
     }
     const auto& properties = nameOf(*set.metaMetadataSet()).properties().byLabel;
     const auto written = open.children().count() + attributeCount(element_);
@@ -71,16 +72,10 @@ void FromXMLMetadataSetVisitor::visit(Metadata::MetadataSet& set) {
 
 void FromXMLMetadataSetVisitor::checkSet(const MetaMetadata::MetaMetadataSet& setClass) {
     Strictness& strictness = *reading_.strictness();
-    strictness.enterSet(element_, setClass,
-                        reading_.attribute(element_, Names::rp210, Names::instanceUID));
+    instanceUID_ = strictness.enterSet(element_, setClass, identifier_);
     strictness.checkAttributes(
         element_, Names::rp210.uri,
         {Names::localPart(Names::instanceUID), Names::localPart(Names::generationUID)});
-}
-
-/// The set's identifier as the document has it; empty for none.
-std::u16string_view FromXMLMetadataSetVisitor::identifierText() const {
-    return reading_.attributeText(element_, Names::rp210, Names::instanceUID);
 }
 
 void FromXMLMetadataSetVisitor::leaveOutTheRest(const MetaMetadata::MetaMetadataSet& setClass) {
@@ -118,18 +113,22 @@ void FromXMLMetadataSetVisitor::readProperty(Metadata::MetadataSet& set,
 
 void FromXMLMetadataSetVisitor::readAttribute(Metadata::MetadataSet& set,
                                               const PropertyName& property) {
-    const auto* attribute = reading_.attribute(element_, Names::rp210, property.attribute);
+    const bool identifies = property.place == PropertyName::Place::instanceAttribute;
+    const auto* const attribute =
+        identifies ? identifier_ : reading_.attribute(element_, Names::rp210, property.attribute);
     if (attribute == nullptr) {
         return;
     }
     Element& element = *set.find(property.definition.label());
-    if (property.place == PropertyName::Place::otherAttribute) {
+    if (!identifies) {
         fill(element, *attribute, &property.definition);
         return;
     }
     // The set keeps the identifier that it was made with, unless the document has named it before.
     const Types::UUID identifier =
-        reading_.identifierOf(identifierText(), [&set] { return set.instanceUID(); });
+        reading_.strictness() != nullptr
+            ? instanceUID_.value_or(Types::UUID())
+            : reading_.identifierOf(identifier_->value, [&set] { return set.instanceUID(); });
     if (auto* simple = dynamic_cast<Metadata::SimpleElement*>(&element)) {
         simple->set(identifier.clone(), false);
     }

@@ -5,6 +5,7 @@
 #include "XMLBuilder/reader/values/ValueParser.h"
 #include "host/metadata/Visitors.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -40,11 +41,12 @@ private:
     void readExtensions(Metadata::MetadataSet& set, OpenSet& open);
 
     void checkSet(const MetaMetadata::MetaMetadataSet& setClass);
-    std::u16string_view identifierText() const;
     void leaveOutTheRest(const MetaMetadata::MetaMetadataSet& setClass);
 
     const DocumentNode& element_;
-    std::vector<const DocumentNode*> read_; ///< the child elements that something is read from
+    const DocumentNode* identifier_ = nullptr; ///< the attribute; null where there is none
+    std::optional<Types::UUID> instanceUID_;   ///< what it says, where it is read strictly
+    std::vector<const DocumentNode*> read_;    ///< the child elements that something is read from
     /// Which properties are read as they are; null for none.
     const Supplement::Properties* supplemented_ = nullptr;
     Reading& reading_;

@@ -2,7 +2,7 @@
 
 #include "XMLBuilder/format/InlineDepth.h"
 #include "XMLBuilder/reader/FromXMLMetadataSetVisitor.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "host/base/Exceptions.h"
 #include "host/metadata/PartitionMetadata.h"
 #include "host/xmlutils/XmlText.h"
@@ -87,8 +87,12 @@ const DocumentNode* Reading::attribute(const DocumentNode& element, const Names:
 std::u16string_view Reading::attributeText(const DocumentNode& element,
                                            const Names::Namespace& names,
                                            const char16_t* qualified) const {
-    const DocumentNode* const found = attribute(element, names, qualified);
-    const std::u16string_view text = found == nullptr ? u"" : found->value;
+    return textOf(attribute(element, names, qualified));
+}
+
+std::u16string_view Reading::textOf(const DocumentNode* attribute) const {
+    const std::u16string_view text =
+        attribute == nullptr ? std::u16string_view(u"") : attribute->value;
     return strictness_ == nullptr ? text : trimmed(text);
 }
 

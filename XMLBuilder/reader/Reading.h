@@ -1,7 +1,6 @@
 #pragma once
 
 #include "XMLBuilder/format/DictionaryNames.h"
-#include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/reader/ExtensionTags.h"
 #include "XMLBuilder/reader/InstanceNameTable.h"
@@ -76,6 +75,7 @@ public:
     /// Its value, strictly without white space around it; empty where there is none.
     std::u16string_view attributeText(const DocumentNode& element, const Names::Namespace& names,
                                       const char16_t* qualified) const;
+    std::u16string_view textOf(const DocumentNode* attribute) const;
 
     /// The property that an extension element is named after, or null: by its expanded name, for
     /// which only the declarations of the root count unless the document is read strictly.
@@ -100,12 +100,11 @@ public:
     /// says which.
     Metadata::MetadataSet& makeSet(const MetaMetadata::MetaMetadataSet& definition,
                                    const DocumentNode& element);
-    /// The InstanceUID that a written identifier has in the partition.
-    /// @param make  gives one for what comes up for the first time; not asked where the document
-    ///              is read strictly.
+    /// The InstanceUID that a written identifier has in the partition, where the document is read
+    /// leniently.
+    /// @param make  gives one for what comes up for the first time.
     template <class Make> Types::UUID identifierOf(std::u16string_view written, Make make) {
-        return names_ == nullptr ? parseUuid(written).value_or(Types::UUID())
-                                 : names_->findOrAdd(written, make);
+        return names_->findOrAdd(written, make);
     }
 
     /// Whether an element is a dark set, which may be in another namespace under the prefix.

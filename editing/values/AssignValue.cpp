@@ -4,7 +4,7 @@
 #include "XMLBuilder/forms/JoinedForm.h"
 #include "XMLBuilder/reader/FromXMLElementVisitor.h"
 #include "XMLBuilder/reader/nodes/NodeList.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
 #include "editing/StoredBytes.h"
 #include "editing/supplement/Filling.h"

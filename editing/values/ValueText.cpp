@@ -1,7 +1,7 @@
 #include "editing/values/ValueText.h"
 
 #include "XMLBuilder/forms/JoinedForm.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "XMLBuilder/writer/ToXMLBaseTypeVisitor.h"
 #include "XMLBuilder/writer/sinks/DocumentSink.h"
 

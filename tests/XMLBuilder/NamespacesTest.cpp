@@ -1,5 +1,5 @@
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "XMLBuilder/reader/stream/StreamParser.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
 #include "host/base/Exceptions.h"
 #include "host/dataio/Memory.h"
 

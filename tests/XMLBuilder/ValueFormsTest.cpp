@@ -29,7 +29,7 @@ public:
         for (const auto& names : {Names::types, Names::s422mTypes}) {
             DocumentNode& declaration = pool_.add();
             declaration.kind = DocumentNode::Kind::attribute;
-            declaration.name = pool_.addText(u"xmlns:" + std::u16string(names.prefix));
+            declaration.name = pool_.addText(u"xmlns:" + std::u16string(names.prefix)).data();
             declaration.value = names.uri;
             declarations.append(declaration);
         }

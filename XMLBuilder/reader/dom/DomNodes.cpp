@@ -1,5 +1,6 @@
 #include "XMLBuilder/reader/dom/DomNodes.h"
 
+#include "XMLBuilder/format/HashedName.h"
 #include "XMLBuilder/format/Namespaces.h"
 #include "XMLBuilder/reader/ExtensionTags.h"
 #include "XMLBuilder/reader/nodes/NodeList.h"
@@ -45,6 +46,7 @@ DocumentNode& addNode(NodePool& pool, const DOMNode& node, const DocumentNode* p
     if (copy.kind == DocumentNode::Kind::element || copy.kind == DocumentNode::Kind::attribute) {
         copy.name = orEmpty(node.getNodeName());
         copy.local = orEmpty(node.getLocalName());
+        copy.localHash = HashedName::of(copy.local);
         copy.uri = node.getNamespaceURI();
     }
     if (copy.kind != DocumentNode::Kind::element) {

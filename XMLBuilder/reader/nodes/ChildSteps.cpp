@@ -21,7 +21,7 @@ void ChildSteps::reset(const DocumentNode& context) {
     entries_.clear();
     hashes_ = 0;
     for (const auto* child = firstElement(context); child != nullptr; child = nextElement(*child)) {
-        const std::uint32_t hash = HashedName::of(child->local);
+        const std::uint32_t hash = child->localHash;
         entries_.push_back({hash, static_cast<std::uint32_t>(entries_.size()), child});
         hashes_ |= bitOf(hash);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string_view>
 
 namespace Corvid::XMLBuilder {
@@ -16,10 +17,11 @@ struct DocumentNode {
     };
 
     Kind kind = Kind::element;
-    const char16_t* name = u"";      ///< with its prefix; of an element or attribute
-    const char16_t* local = u"";     ///< the name without prefix
-    const char16_t* uri = nullptr;   ///< the namespace of the name; null for none
-    const char16_t* value = nullptr; ///< null for an element
+    std::uint32_t localHash = 0;   ///< of an element's local name, see HashedName
+    const char16_t* name = u"";    ///< with its prefix; of an element or attribute
+    const char16_t* local = u"";   ///< the name without prefix
+    const char16_t* uri = nullptr; ///< the namespace of the name; null for none
+    std::u16string_view value;     ///< points nowhere for an element
 
     const DocumentNode* parent = nullptr;         ///< the element around it; null for the root
     const DocumentNode* next = nullptr;           ///< the next sibling, or the next attribute
@@ -50,7 +52,7 @@ inline const DocumentNode* nextElement(const DocumentNode& element) noexcept {
 /// The value of the first child; empty where there is none or it is an element.
 inline const char16_t* firstValue(const DocumentNode& element) noexcept {
     const DocumentNode* const content = element.firstChild;
-    return content == nullptr || content->value == nullptr ? u"" : content->value;
+    return content == nullptr || content->value.data() == nullptr ? u"" : content->value.data();
 }
 
 /// The attribute with a name as written, or null.
@@ -67,7 +69,7 @@ inline const DocumentNode* findAttribute(const DocumentNode& element,
 inline const char16_t* attributeValue(const DocumentNode& element,
                                       std::u16string_view name) noexcept {
     const DocumentNode* const attribute = findAttribute(element, name);
-    return attribute == nullptr ? u"" : attribute->value;
+    return attribute == nullptr ? u"" : attribute->value.data();
 }
 
 inline std::size_t attributeCount(const DocumentNode& element) noexcept {

@@ -5,16 +5,15 @@
 namespace Corvid::XMLBuilder {
 
 DocumentNode& NodePool::addShallowCopy(const DocumentNode& node, const DocumentNode* parent) {
-    const auto copied = [this](const char16_t* text) {
-        return text == nullptr ? nullptr : addText(std::u16string_view(text));
-    };
     DocumentNode& copy = add();
     copy = node;
     copy.parent = parent;
     copy.next = nullptr;
     copy.firstChild = nullptr;
     copy.firstAttribute = nullptr;
-    copy.value = copied(node.value);
+    if (node.value.data() != nullptr) {
+        copy.value = addText(node.value);
+    }
     NodeList attributes(copy.firstAttribute);
     for (const auto* each = node.firstAttribute; each != nullptr; each = each->next) {
         attributes.append(addShallowCopy(*each, &copy));

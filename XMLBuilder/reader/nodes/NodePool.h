@@ -27,10 +27,10 @@ public:
     }
 
     /// A copy with a terminator.
-    const char16_t* addText(std::u16string_view text) {
+    std::u16string_view addText(std::u16string_view text) {
         char16_t* const copy = addText(text.size());
         *std::copy(text.begin(), text.end(), copy) = 0;
-        return copy;
+        return {copy, text.size()};
     }
 
     /// A copy of an element with all that it holds. The elements right around it, up to two, are

@@ -56,7 +56,7 @@ const char16_t* PrefixScope::uriOf(const char16_t* prefix) {
         const bool found = name.size() > declaration.size() && name[declaration.size()] == u':' &&
                            name.substr(declaration.size() + 1) == prefix;
         if (found) {
-            uri = attribute.value;
+            uri = attribute.value.data();
         }
         return found;
     };

@@ -1,6 +1,7 @@
 #include "XMLBuilder/reader/stream/NameTable.h"
 
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/format/HashedName.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 
 #include <algorithm>
 #include <cstring>
@@ -59,10 +60,13 @@ const NameTable::Entry* NameTable::entryOf(std::string_view qualified, Of what) 
     if (known != names_.end()) {
         return &*known;
     }
-    const char16_t* const text = addUtf8(texts_, qualified);
+    const char16_t* const text = addUtf8(texts_, qualified).data();
     const char16_t* const local =
         hasPrefix ? text + std::u16string_view(text).find(u':') + 1 : text;
-    return &*names_.emplace(Key{uri, keys_.keep(qualified)}, Name{text, local, uri}).first;
+    return &*names_
+                 .emplace(Key{uri, keys_.keep(qualified)},
+                          Name{text, local, HashedName::of(local), uri})
+                 .first;
 }
 
 } // namespace Corvid::XMLBuilder

@@ -15,7 +15,8 @@ namespace Corvid::XMLBuilder {
 struct Name {
     const char16_t* qualified;
     const char16_t* local;
-    const char16_t* uri; ///< null for none
+    std::uint32_t localHash; ///< see HashedName
+    const char16_t* uri;     ///< null for none
 };
 
 /// The names of a document, each once. What a document chooses is found under a secret key.

@@ -1,7 +1,7 @@
 #include "XMLBuilder/reader/stream/NamespaceScopes.h"
 
 #include "XMLBuilder/format/Namespaces.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 
 namespace Corvid::XMLBuilder {
 
@@ -60,7 +60,7 @@ bool NamespaceScopes::isDeclaration(std::string_view attribute) noexcept {
 const char16_t* NamespaceScopes::kept(std::string_view uri) {
     auto known = uris_.find(uri);
     if (known == uris_.end()) {
-        known = uris_.emplace(keys_.keep(uri), Names::sharedUri(addUtf8(texts_, uri))).first;
+        known = uris_.emplace(keys_.keep(uri), Names::sharedUri(addUtf8(texts_, uri).data())).first;
     }
     return known->second;
 }

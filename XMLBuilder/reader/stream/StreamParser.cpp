@@ -2,9 +2,9 @@
 
 #include "XMLBuilder/reader/nodes/NodeList.h"
 #include "XMLBuilder/reader/nodes/NodePool.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "XMLBuilder/reader/stream/ExpatReader.h"
 #include "XMLBuilder/reader/stream/NameTable.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
 #include "host/xmlutils/ElementLimits.h"
 
 #include <algorithm>
@@ -79,6 +79,7 @@ void Pieces::giveName(DocumentNode& node, const char* qualified, NameTable::Of w
     }
     node.name = name->qualified;
     node.local = name->local;
+    node.localHash = name->localHash;
     node.uri = name->uri;
 }
 

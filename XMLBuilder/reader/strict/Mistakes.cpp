@@ -1,6 +1,6 @@
 #include "XMLBuilder/reader/strict/Mistakes.h"
 
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 
 namespace Corvid::XMLBuilder {
 

@@ -3,7 +3,7 @@
 #include "XMLBuilder/format/DefinitionName.h"
 #include "XMLBuilder/format/HexBytes.h"
 #include "XMLBuilder/format/Namespaces.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "XMLBuilder/reader/strict/ValueRules.h"
 #include "host/base/NearNames.h"
 #include "host/base/Text.h"
@@ -152,32 +152,45 @@ bool Strictness::checkDarkElement(const DocumentNode& element) {
 }
 
 void Strictness::checkAttributes(const DocumentNode& element, const char16_t* uri,
-                                 std::initializer_list<std::u16string_view> locals) {
+                                 std::initializer_list<const char16_t*> locals) {
     XMLBuilder::checkAttributes(element, uri, locals, mistakes_);
 }
 
-void Strictness::enterSet(const DocumentNode& element,
-                          const MetaMetadata::MetaMetadataSet& setClass,
-                          const DocumentNode* identifier) {
+std::optional<Types::UUID> Strictness::enterSet(const DocumentNode& element,
+                                                const MetaMetadata::MetaMetadataSet& setClass,
+                                                const DocumentNode* identifier) {
     refuseText(element, mistakes_);
     hasSetsAsValues_ = hasSetsAsValues_ || isInSet(element);
     if (identifier == nullptr) {
         if (supplement_ == nullptr || !supplement_->mayBeNameless(setClass)) {
             mistakes_.add(element, "has no " + narrow(Names::instanceUID) + ", expected one");
         }
-        return;
+        return std::nullopt;
     }
-    if (const auto parsed = parseUuid(trimmed(identifier->value))) {
+    const auto parsed = parseUuid(trimmed(identifier->value));
+    if (parsed) {
         named_.push_back({*parsed, element.line, element.column});
     } else {
         mistakes_.add(*identifier, quoted(identifier->value) +
                                        ", expected 16 pairs of hexadecimal digits with full stops "
                                        "between them");
     }
+    return parsed;
+}
+
+bool Strictness::isKnownLink(const DocumentNode& link) {
+    if (link.local != knownLocal_ || link.uri != knownUri_) {
+        if (!hasNameOfLink(link)) {
+            return false;
+        }
+        knownLocal_ = link.local;
+        knownUri_ = link.uri;
+    }
+    return true;
 }
 
 /// Whether a link has a name that a link can have.
-bool Strictness::isKnownLink(const DocumentNode& link) const {
+bool Strictness::hasNameOfLink(const DocumentNode& link) const {
     const std::u16string_view local = link.local;
     const std::u16string_view suffix = Names::linkSuffix;
     if (local == Names::ambiguousLink) {

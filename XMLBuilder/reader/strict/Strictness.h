@@ -51,12 +51,14 @@ public:
 
     /// Reports the attributes but those of the given local names in a namespace, see ValueRules.h.
     void checkAttributes(const DocumentNode& element, const char16_t* uri,
-                         std::initializer_list<std::u16string_view> locals);
+                         std::initializer_list<const char16_t*> locals);
 
     /// A set begins; it has to have an identifier of its own.
     /// @param identifier  null where it has none.
-    void enterSet(const DocumentNode& element, const MetaMetadata::MetaMetadataSet& setClass,
-                  const DocumentNode* identifier);
+    /// @return what that is; nothing where it is reported.
+    std::optional<Types::UUID> enterSet(const DocumentNode& element,
+                                        const MetaMetadata::MetaMetadataSet& setClass,
+                                        const DocumentNode* identifier);
     /// Whether a set was inside the property that owns it.
     bool hasSetsAsValues() const noexcept { return hasSetsAsValues_; }
     /// Checks the name and the attributes of a link.
@@ -92,7 +94,8 @@ private:
         const char16_t* name;     //
     };
 
-    bool isKnownLink(const DocumentNode& link) const;
+    bool isKnownLink(const DocumentNode& link);
+    bool hasNameOfLink(const DocumentNode& link) const;
     bool checkDarkElement(const DocumentNode& element);
     std::string nearest(const DocumentNode& element, bool isSet) const;
 
@@ -103,6 +106,10 @@ private:
     std::vector<Mistakes::Entry> darkSets_; ///< without text
     std::vector<Named> named_;
     std::vector<Link> links_;
+    /// The name of the last link that was known: those of a document have few names, which keep
+    /// their places.
+    const char16_t* knownLocal_ = nullptr;
+    const char16_t* knownUri_ = nullptr;
     bool isSorted_ = false; ///< named_ is, by identifier; only messages need that
     bool hasSetsAsValues_ = false;
 };

@@ -3,8 +3,8 @@
 #include "XMLBuilder/format/EmptyParts.h"
 #include "XMLBuilder/format/IntegerRange.h"
 #include "XMLBuilder/reader/nodes/DocumentNode.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "XMLBuilder/reader/strict/Mistakes.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
 
 #include <cstddef>
 #include <string>

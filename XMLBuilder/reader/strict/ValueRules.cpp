@@ -20,19 +20,20 @@ bool hasRightForm(Types::Identifiers::Identifier type, const DocumentNode& node,
 }
 
 void checkAttributes(const DocumentNode& element, const char16_t* uri,
-                     std::initializer_list<std::u16string_view> locals, Mistakes& mistakes) {
+                     std::initializer_list<const char16_t*> locals, Mistakes& mistakes) {
     static constexpr std::u16string_view xml = u"http://www.w3.org/XML/1998/namespace";
     static constexpr std::u16string_view xmlns = u"http://www.w3.org/2000/xmlns/";
     static constexpr std::u16string_view xsi = u"http://www.w3.org/2001/XMLSchema-instance";
     for (const auto* each = element.firstAttribute; each != nullptr; each = each->next) {
         if ((uri == nullptr || isSameNamespace(each->uri, uri)) &&
-            std::find(locals.begin(), locals.end(), each->local) != locals.end()) {
+            std::any_of(locals.begin(), locals.end(),
+                        [each](const char16_t* local) { return isSameText(local, each->local); })) {
             continue;
         }
         const std::u16string_view own = each->uri == nullptr ? std::u16string_view() : each->uri;
         if (own != xml && own != xmlns && own != xsi) {
             std::string expected;
-            for (const auto local : locals) {
+            for (const char16_t* const local : locals) {
                 expected += (expected.empty() ? ", expected " : " and ") + narrow(local);
             }
             mistakes.add(*each, "is no attribute of this element" +

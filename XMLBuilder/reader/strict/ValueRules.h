@@ -27,7 +27,7 @@ bool hasRightForm(Types::Identifiers::Identifier type, const DocumentNode& node,
 /// Declarations and attributes of the namespaces of XML itself are nobody's business.
 /// @param uri  null for any.
 void checkAttributes(const DocumentNode& element, const char16_t* uri,
-                     std::initializer_list<std::u16string_view> locals, Mistakes& mistakes);
+                     std::initializer_list<const char16_t*> locals, Mistakes& mistakes);
 /// Adds a mistake for each element in one that holds text only.
 bool holdsTextOnly(const DocumentNode& node, Mistakes& mistakes);
 /// Adds a mistake for text in an element that holds elements only.

@@ -1,7 +1,7 @@
 #include "XMLBuilder/reader/values/Parts.h"
 
 #include "XMLBuilder/reader/nodes/ChildSteps.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 
 namespace Corvid::XMLBuilder {
 

@@ -1,7 +1,7 @@
 #include "XMLBuilder/reader/values/ValueInput.h"
 
 #include "XMLBuilder/reader/Reading.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 
 #include <vector>
 
@@ -62,7 +62,7 @@ const char16_t* ValueInput::wholeText() {
         text_ = textBelow(from);
         return text_.c_str();
     }
-    return from.value;
+    return from.value.data();
 }
 
 const char16_t* ValueInput::uriOf(const Names::Namespace& parts) const {

@@ -2,7 +2,7 @@
 
 #include "XMLBuilder/Errors.h"
 #include "XMLBuilder/forms/ValueForms.h"
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 #include "host/base/Exceptions.h"
 #include "host/types/Factories.h"
 

@@ -24,14 +24,15 @@ private:
 };
 
 /// Text that is well-formed UTF-8, as UTF-16 with a terminator.
-const char16_t* addUtf8(NodePool& pool, std::string_view utf8);
+std::u16string_view addUtf8(NodePool& pool, std::string_view utf8);
 
 /// The text as UTF-8, for messages.
 std::string narrow(std::u16string_view text);
 
 /// White space as XML has it.
 constexpr bool isXmlSpace(char16_t unit) noexcept {
-    return unit == u' ' || unit == u'\t' || unit == u'\n' || unit == u'\r';
+    constexpr std::uint64_t all = 1ULL << u' ' | 1ULL << u'\t' | 1ULL << u'\n' | 1ULL << u'\r';
+    return unit <= u' ' && (all >> unit & 1) != 0;
 }
 
 /// Whether no character of XML 1.0 has such a code unit. Surrogates are halves of one.

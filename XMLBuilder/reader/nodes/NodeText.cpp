@@ -1,4 +1,4 @@
-#include "XMLBuilder/reader/strict/StrictText.h"
+#include "XMLBuilder/reader/nodes/NodeText.h"
 
 #include "host/base/Text.h"
 
@@ -25,8 +25,11 @@ std::size_t widenAscii(std::string_view utf8, char16_t* to) {
         if ((eight & 0x8080808080808080U) != 0) {
             break;
         }
-        for (std::size_t k = done; k != done + sizeof eight; ++k) {
-            to[k] = static_cast<char16_t>(utf8[k]);
+        // A copy, which is known not to change with what is written.
+        unsigned char bytes[sizeof eight];
+        std::memcpy(bytes, &eight, sizeof eight);
+        for (std::size_t k = 0; k != sizeof eight; ++k) {
+            to[done + k] = bytes[k];
         }
     }
     return done;
@@ -82,10 +85,11 @@ Content::Content(const DocumentNode& node) {
     text_ = joined_;
 }
 
-const char16_t* addUtf8(NodePool& pool, std::string_view utf8) {
+std::u16string_view addUtf8(NodePool& pool, std::string_view utf8) {
     char16_t* const text = pool.addText(utf8.size());
-    *toUtf16(utf8, text) = 0;
-    return text;
+    char16_t* const end = toUtf16(utf8, text);
+    *end = 0;
+    return {text, static_cast<std::size_t>(end - text)};
 }
 
 std::string narrow(std::u16string_view text) {
