@@ -286,7 +286,7 @@ std::vector<Dimension> setDimensions() {
         {"owners of one set", mxf, 32, ownersOfOneSet},
         {"owners of nothing", mxf, 32, referencesToNothing},
         {"references to nothing in an array", mxf, 128, itemsThatReferToNothing},
-        {"parents times children", mxf, 64, parentsAndChildren},
+        {"parents times children", mxf, 50, parentsAndChildren},
         {"chain of sets", mxf, 30, ownedChain, 250},
         {"chain that nothing owns", mxf, 30, chainThatNothingOwns, 250},
         {"chain of twofold references", mxf, 30, chainOfTwofoldReferences, 250},
