@@ -1,7 +1,6 @@
 #pragma once
 
 #include "XMLBuilder/writer/NamespaceMap.h"
-#include "host/base/Templates.h"
 #include "host/klv/Key.h"
 #include "host/types/DataType.h"
 

@@ -49,20 +49,20 @@ TEST_F(PartitionDictionaryTest, givesTheSameTagWhicheverIsCalledLikely) {
         return labelOf(static_cast<u8>(1 + random() % 3), static_cast<u8>(1 + random() % 2));
     };
     for (int round = 0; round != 500; ++round) {
-        PartitionDictionary asked(dictionary);
-        PartitionDictionary told(dictionary);
+        PartitionDictionary plain(dictionary);
+        PartitionDictionary hinted(dictionary);
         for (auto entries = random() % 5; entries != 0; --entries) {
             const LocalTag tag = anyOf({0x1101, 0x1102, 0x9001, 0x9002});
             const auto label = anyLabel();
-            asked.add(tag, label);
-            told.add(tag, label);
+            plain.add(tag, label);
+            hinted.add(tag, label);
         }
         for (int k = 0; k != 6; ++k) {
             const auto label = anyLabel();
             const LocalTag likely = anyOf({0, 0x1101, 0x1102, 0x9001, 0x9002, 0xFFFF});
-            ASSERT_EQ(told.findOrGenerate(label, likely), asked.findOrGenerate(label));
+            ASSERT_EQ(hinted.findOrGenerate(label, likely), plain.findOrGenerate(label));
         }
-        ASSERT_EQ(told.end() - told.begin(), asked.end() - asked.begin());
+        ASSERT_EQ(hinted.end() - hinted.begin(), plain.end() - plain.begin());
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "XMLBuilder/reader/nodes/NodePool.h"
 
+#include <cstdint>
 #include <string>
 
 namespace Corvid::XMLBuilder {

@@ -167,7 +167,7 @@ std::optional<Types::UUID> Strictness::enterSet(const DocumentNode& element,
         }
         return std::nullopt;
     }
-    const auto parsed = parseUuid(trimmed(identifier->value));
+    auto parsed = parseUuid(trimmed(identifier->value));
     if (parsed) {
         named_.push_back({*parsed, element.line, element.column});
     } else {

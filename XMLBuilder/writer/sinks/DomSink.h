@@ -13,7 +13,8 @@ class DomSink final : public DocumentSink {
 public:
     using DocumentSink::startElement;
 
-    /// @param element  what comes becomes its content; null for a new document. Borrowed.
+    /// @param element  what comes becomes its content, and it is not ended itself; null for a new
+    ///                 document. Borrowed.
     explicit DomSink(xercesc::DOMElement* element = nullptr);
 
     /// The document, which nobody owns until it is asked for: what an exception leaves unfinished
