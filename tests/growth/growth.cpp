@@ -2,6 +2,7 @@
 #include "tests/growth/Instructions.h"
 #include "tests/growth/KnownGrowth.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -14,6 +15,7 @@ namespace {
 struct Arguments {
     unsigned processes = 1;
     std::size_t multiple = 1;
+    std::size_t first = 0;
     std::vector<Dimension> wanted;
 };
 
@@ -27,7 +29,9 @@ std::vector<Dimension> dimensionsWith(const std::string& part) {
     return found;
 }
 
-/// growth [--processes N] [--multiple N] [--folder FOLDER] [PART-OF-A-NAME...]
+/// growth [--processes N] [--multiple N] [--first N] [--folder FOLDER] [PART-OF-A-NAME...]
+/// Where the time does not suffice for all rows, --first lets others come first: it counts them
+/// round and round.
 Arguments argumentsOf(int argc, char** argv) {
     Arguments arguments;
     for (int i = 1; i < argc; ++i) {
@@ -40,10 +44,19 @@ Arguments argumentsOf(int argc, char** argv) {
             arguments.processes = static_cast<unsigned>(std::strtoul(argv[++i], nullptr, 10));
         } else if (option == "--multiple") {
             arguments.multiple = std::strtoul(argv[++i], nullptr, 10);
+        } else if (option == "--first") {
+            arguments.first = std::strtoul(argv[++i], nullptr, 10);
         } else {
             Instructions::useFolder(argv[++i]);
         }
     }
+    if (arguments.wanted.empty()) {
+        arguments.wanted = dimensions();
+    }
+    const auto first = arguments.first % arguments.wanted.size();
+    std::rotate(arguments.wanted.begin(),
+                arguments.wanted.begin() + static_cast<std::ptrdiff_t>(first),
+                arguments.wanted.end());
     return arguments;
 }
 
@@ -55,7 +68,7 @@ int main(int argc, char** argv) {
     const bool isComplete = Instructions::areCounted() && arguments.multiple == 1;
     std::optional<InputKind> kind;
     bool isSound = true;
-    for (const Dimension& dimension : arguments.wanted.empty() ? dimensions() : arguments.wanted) {
+    for (const Dimension& dimension : arguments.wanted) {
         if (kind != dimension.kind) {
             std::printf("%s%s", kind ? "\n" : "", tableHead(dimension.kind).c_str());
             kind = dimension.kind;
