@@ -9,6 +9,7 @@
 #include "host/types/ByteRuns.h"
 
 #include <algorithm>
+#include <boost/container/small_vector.hpp>
 
 namespace Corvid::Metadata {
 
@@ -94,6 +95,11 @@ const KLV::Key& StructuralMetadataKeys::preface() {
 }
 
 } // namespace Structural
+
+/// As many as nearly every set has need no memory of their own.
+struct MetadataSet::Stored
+    : boost::container::small_vector<std::pair<const Types::UniversalLabel*, const Element*>, 16> {
+};
 
 MetadataSet::MetadataSet(PartitionMetadata& partition, const KLV::Key& key,
                          const MetaMetadata::MetaMetadataSet* definition)

@@ -139,7 +139,7 @@ private:
     Element& make(const Types::UniversalLabel& label, Element::Attribute attribute,
                   std::size_t position) const;
 
-    using Stored = Templates::vector<std::pair<const Types::UniversalLabel*, const Element*>>;
+    struct Stored;
 
     /// Every element with a value and its label (null for an invalid one), in stored order.
     Stored inStoredOrder() const;

@@ -4,6 +4,7 @@
 #include "host/types/IdentifierTypes.h"
 
 #include <array>
+#include <unordered_map>
 #include <utility>
 
 namespace Corvid::Metadata {
@@ -73,7 +74,7 @@ private:
 
     Templates::SharedPtr<MetaMetadata::Dictionary> dictionary_;
     Templates::vector<Entry> entries_;
-    Templates::map<Types::u16, std::size_t> byTag_; ///< `kept` for one without entry
+    std::unordered_map<Types::u16, std::size_t> byTag_; ///< `kept` for one without entry
     Templates::map<std::array<Types::u8, 16>, std::size_t> byLabel_;
     Templates::vector<Types::u16> generated_; ///< the dynamic tags made here, the highest first
     Types::u16 nextDynamicTag_ = 0xFFFF;
