@@ -257,7 +257,7 @@ std::vector<Dimension> propertyDimensions() {
         {"items of a batch", mxf, 256, itemsOfABatch, 4000},
         {"dark sets", mxf, 64, darkSets},
         {"equal dark sets", mxf, 64, equalDarkSets},
-        {"bytes of a dark set", mxf, 16384, darkBytes},
+        {"bytes of a dark set", mxf, 65536, darkBytes},
         {"dark groups", mxf, 32, darkGroups},
         {"references to dark groups", mxf, 32, referencesToDarkGroups},
         {"dark groups with one InstanceUID", mxf, 32, darkGroupsOfOneIdentifier},
