@@ -14,33 +14,15 @@ namespace Corvid::MetaMetadata {
 
 namespace {
 
-/// Rows of a table, to be found by a key of theirs.
-template <class Key, class Less> class SortedIndex {
-public:
-    void reserve(std::size_t size) { entries_.reserve(size); }
-    void add(const Key& key, std::size_t row) {
-        entries_.emplace_back(key, static_cast<std::uint32_t>(row));
-    }
-    void finish() {
-        std::sort(entries_.begin(), entries_.end(),
-                  [](const auto& a, const auto& b) { return Less()(a.first, b.first); });
-    }
-
-    /// The row, or noRow.
-    std::uint32_t find(const Key& key) const noexcept {
-        const auto place = std::lower_bound(
-            entries_.begin(), entries_.end(), key,
-            [](const auto& entry, const Key& wanted) { return Less()(entry.first, wanted); });
-        return place == entries_.end() || Less()(key, place->first) ? noRow : place->second;
-    }
-
-private:
-    std::vector<std::pair<Key, std::uint32_t>> entries_;
-};
-
-LabelMatch matchOf(LabelMatch bytes) noexcept {
-    bytes[7] = 0;
-    return bytes;
+/// The row of a table, found in the order of a member by its value; or noRow.
+template <class Row, class Member, class Less>
+std::uint32_t findRow(const Rows<std::uint32_t>& order, const Rows<Row>& table, Member Row::*member,
+                      const Member& wanted, Less less) noexcept {
+    const auto* const place =
+        std::lower_bound(order.begin(), order.end(), wanted, [&](auto row, const Member& value) {
+            return less(table[row].*member, value);
+        });
+    return place == order.end() || less(wanted, table[*place].*member) ? noRow : *place;
 }
 
 } // namespace
@@ -62,9 +44,6 @@ struct Dictionary::Content {
     std::vector<std::unique_ptr<MetaElement>> ownedElements;
     std::vector<const MetaMetadataSet*> sets; // in the order of their rows
     std::vector<const MetaElement*> elements; // in the order of their rows
-    SortedIndex<LabelMatch, LabelMatchLess> setsByKey;
-    SortedIndex<LabelMatch, LabelMatchLess> elementsByLabel;
-    SortedIndex<unsigned short, std::less<unsigned short>> elementsByTag;
     Platform::Attached documentNames;
 };
 
@@ -83,20 +62,13 @@ std::unique_ptr<MetaElement> Dictionary::Content::makeElement(const ElementRow& 
 void Dictionary::Content::build() {
     ownedElements.reserve(tables.elements.size());
     elements.reserve(tables.elements.size());
-    elementsByLabel.reserve(tables.elements.size());
     for (const ElementRow& row : tables.elements) {
-        elementsByLabel.add(matchOf(row.label), elements.size());
-        if (row.staticTag != 0) {
-            elementsByTag.add(row.staticTag, elements.size());
-        }
         ownedElements.push_back(makeElement(row));
         elements.push_back(ownedElements.back().get());
     }
     ownedSets.reserve(tables.sets.size());
     sets.reserve(tables.sets.size());
-    setsByKey.reserve(tables.sets.size());
     for (const SetRow& row : tables.sets) {
-        setsByKey.add(KLV::Key(row.key).forMatching(), sets.size());
         ownedSets.push_back(std::make_unique<MetaMetadataSet>(
             names(row.space, row.tagName), KLV::Key(row.key), row.concrete != 0));
         sets.push_back(ownedSets.back().get());
@@ -106,15 +78,13 @@ void Dictionary::Content::build() {
         if (row.parent != noRow) {
             ownedSets[i]->inheritFrom(*sets[row.parent]);
         }
+        ownedSets[i]->reserve(row.useCount);
         for (std::uint32_t use = row.firstUse; use != row.firstUse + row.useCount; ++use) {
             ownedSets[i]->add(
                 *elements[tables.uses[use].element],
                 static_cast<AttributeRequiredStatus::Status>(tables.uses[use].status));
         }
     }
-    setsByKey.finish();
-    elementsByLabel.finish();
-    elementsByTag.finish();
 }
 
 Dictionary::Dictionary(std::unique_ptr<Content> content) noexcept : content_(std::move(content)) {}
@@ -162,17 +132,23 @@ Dictionary::ElementIterator Dictionary::metaElementEnd() const noexcept {
 }
 
 const MetaMetadataSet* Dictionary::findSet(const KLV::Key& key) const noexcept {
-    const std::uint32_t row = content_->setsByKey.find(key.forMatching());
+    const TablesView& tables = content_->tables;
+    const std::uint32_t row =
+        findRow(tables.setsByKey, tables.sets, &SetRow::key, key.forMatching(), LabelMatchLess());
     return row == noRow ? nullptr : content_->sets[row];
 }
 
 const MetaElement* Dictionary::findElement(const Types::UniversalLabel& label) const noexcept {
-    const std::uint32_t row = content_->elementsByLabel.find(label.withoutVersion());
+    const TablesView& tables = content_->tables;
+    const std::uint32_t row = findRow(tables.elementsByLabel, tables.elements, &ElementRow::label,
+                                      label.bytes(), LabelMatchLess());
     return row == noRow ? nullptr : content_->elements[row];
 }
 
 const MetaElement* Dictionary::findElementByStaticTag(unsigned short tag) const noexcept {
-    const std::uint32_t row = content_->elementsByTag.find(tag);
+    const TablesView& tables = content_->tables;
+    const std::uint32_t row =
+        findRow(tables.elementsByTag, tables.elements, &ElementRow::staticTag, tag, std::less<>());
     return row == noRow ? nullptr : content_->elements[row];
 }
 

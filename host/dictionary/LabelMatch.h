@@ -7,20 +7,21 @@
 
 namespace Corvid::MetaMetadata {
 
-/// What of a label or key takes part in matching: all but the version byte.
-using LabelMatch = std::array<unsigned char, 16>;
+/// Of a label or a key.
+using LabelBytes = std::array<unsigned char, 16>;
 
-/// In the order of the bytes. A dictionary is sorted at each start, and a call for each two labels
-/// would be most of that.
+/// The order of the bytes that take part in matching: all but the version, which is the last one of
+/// the first half (SMPTE ST 298).
 struct LabelMatchLess {
-    bool operator()(const LabelMatch& a, const LabelMatch& b) const noexcept {
-        const auto first = half(a, 0);
-        const auto second = half(b, 0);
+    bool operator()(const LabelBytes& a, const LabelBytes& b) const noexcept {
+        const auto first = half(a, 0) | version;
+        const auto second = half(b, 0) | version;
         return first != second ? first < second : half(a, 8) < half(b, 8);
     }
 
 private:
-    static std::uint64_t half(const LabelMatch& label, std::size_t from) noexcept {
+    static constexpr std::uint64_t version = 0xFF;
+    static std::uint64_t half(const LabelBytes& label, std::size_t from) noexcept {
         return Types::readBigEndian<std::uint64_t>(label.data() + from);
     }
 };

@@ -2,8 +2,10 @@
 
 #include "host/base/Text.h"
 #include "host/dictionary/Collector.h"
+#include "host/dictionary/LabelMatch.h"
 
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <numeric>
 
@@ -49,6 +51,26 @@ template <class Entry, class Member> struct Sorted {
     }
 };
 
+/// The rows of a table, sorted by a member.
+template <class Row, class Member, class Less>
+std::vector<std::uint32_t> sortedRows(const std::vector<Row>& table, Member Row::*key, Less less) {
+    std::vector<std::uint32_t> rows(table.size());
+    std::iota(rows.begin(), rows.end(), std::uint32_t{0});
+    std::sort(rows.begin(), rows.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return less(table[a].*key, table[b].*key); });
+    return rows;
+}
+
+void sortForLookup(Tables& tables) {
+    tables.setsByKey = sortedRows(tables.sets, &SetRow::key, LabelMatchLess());
+    tables.elementsByLabel = sortedRows(tables.elements, &ElementRow::label, LabelMatchLess());
+    auto& byTag = tables.elementsByTag;
+    byTag = sortedRows(tables.elements, &ElementRow::staticTag, std::less<>());
+    byTag.erase(byTag.begin(), std::find_if(byTag.begin(), byTag.end(), [&](std::uint32_t row) {
+                    return tables.elements[row].staticTag != 0;
+                }));
+}
+
 Tables compile(const Definitions& definitions) {
     Tables result;
     TextPool texts(result.texts);
@@ -80,6 +102,7 @@ Tables compile(const Definitions& definitions) {
             result.uses.push_back({elements.place[use.element], use.status});
         }
     }
+    sortForLookup(result);
     return result;
 }
 

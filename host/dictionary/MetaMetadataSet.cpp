@@ -14,7 +14,7 @@ namespace Corvid::MetaMetadata {
 /// The properties with those of the ancestors, and the way to find one.
 struct MetaMetadataSet::Inherited {
     Attributes all;
-    std::vector<std::pair<LabelMatch, std::uint32_t>> byLabel; // sorted; second: place in all
+    std::vector<std::pair<LabelBytes, std::uint32_t>> byLabel; // sorted; second: place in all
 };
 
 MetaMetadataSet::MetaMetadataSet(const Names& names, const KLV::Key& key, bool concrete)
@@ -23,9 +23,10 @@ MetaMetadataSet::MetaMetadataSet(const Names& names, const KLV::Key& key, bool c
 MetaMetadataSet::~MetaMetadataSet() { const std::unique_ptr<Inherited> owned(inherited_.load()); }
 
 void MetaMetadataSet::add(const MetaElement& element, AttributeRequiredStatus::Status status) {
-    own_.push_back(Attribute(
-        Templates::auto_ptr<const AbstractMetaAttribute>(new MetaAttribute(element, status))));
+    own_.emplace_back(&element, status);
 }
+
+void MetaMetadataSet::reserve(std::size_t properties) { own_.reserve(properties); }
 
 const MetaMetadataSet::Inherited& MetaMetadataSet::inherited() const {
     // No std::call_once: an exception that passes it needs memory, or it ends the process.
@@ -54,12 +55,10 @@ std::unique_ptr<MetaMetadataSet::Inherited> MetaMetadataSet::makeInherited() con
                                    : std::make_unique<Inherited>(parent_->inherited());
     auto& [all, byLabel] = *made;
     const auto before = static_cast<std::ptrdiff_t>(byLabel.size());
-    for (const Attribute& attribute : own_) {
-        // A set's own list holds nothing but MetaAttributes: add() makes them.
-        const auto& known = static_cast<const MetaAttribute&>(*attribute);
-        byLabel.emplace_back(known.metaElement().label().withoutVersion(),
-                             static_cast<std::uint32_t>(all.size()));
-        all.push_back(attribute);
+    for (const auto& [element, status] : own_) {
+        byLabel.emplace_back(element->label().bytes(), static_cast<std::uint32_t>(all.size()));
+        all.push_back(Attribute(
+            Templates::auto_ptr<const AbstractMetaAttribute>(new MetaAttribute(*element, status))));
     }
     const auto less = [](const auto& a, const auto& b) {
         return LabelMatchLess()(a.first, b.first);
@@ -73,12 +72,12 @@ const MetaMetadataSet::Attributes& MetaMetadataSet::attributes() const { return 
 
 const MetaMetadataSet::Attribute* MetaMetadataSet::find(const Types::UniversalLabel& label) const {
     const Inherited& known = inherited();
-    const LabelMatch wanted = label.withoutVersion();
-    const auto place = std::lower_bound(known.byLabel.begin(), known.byLabel.end(), wanted,
-                                        [](const auto& entry, const LabelMatch& match) {
-                                            return LabelMatchLess()(entry.first, match);
-                                        });
-    if (place == known.byLabel.end() || place->first != wanted) {
+    const LabelBytes& wanted = label.bytes();
+    const LabelMatchLess less;
+    const auto place = std::lower_bound(
+        known.byLabel.begin(), known.byLabel.end(), wanted,
+        [&less](const auto& entry, const LabelBytes& bytes) { return less(entry.first, bytes); });
+    if (place == known.byLabel.end() || less(wanted, place->first)) {
         return nullptr;
     }
     return &known.all[place->second];

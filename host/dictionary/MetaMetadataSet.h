@@ -8,7 +8,9 @@
 #include "host/types/IdentifierTypes.h"
 
 #include <atomic>
+#include <cstddef>
 #include <memory>
+#include <utility>
 
 namespace Corvid::MetaMetadata {
 
@@ -43,11 +45,14 @@ public:
     const Attribute* find(const Types::UniversalLabel& label) const;
 
     /// Sets the parent, which must outlive the object. Only its dictionary calls this, while it is
-    /// built; so with add().
+    /// built; so with add() and reserve().
     void inheritFrom(const MetaMetadataSet& parent) noexcept { parent_ = &parent; }
 
-    /// Adds a property of the set's own.
+    /// Adds a property of the set's own, which must outlive the object.
     void add(const MetaElement& element, AttributeRequiredStatus::Status status);
+
+    /// Makes room for so many properties of the set's own.
+    void reserve(std::size_t properties);
 
 private:
     struct Inherited;
@@ -57,7 +62,7 @@ private:
     KLV::Key key_;
     const MetaMetadataSet* parent_ = nullptr;
     bool concrete_;
-    Attributes own_;
+    Templates::vector<std::pair<const MetaElement*, AttributeRequiredStatus::Status>> own_;
     // Owned; made on first use, for most sets of a dictionary never occur in a file.
     mutable std::atomic<Inherited*> inherited_{nullptr};
 };

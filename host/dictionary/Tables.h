@@ -59,13 +59,17 @@ template <class T> struct Rows {
     const T& operator[](std::size_t row) const noexcept { return first[row]; }
 };
 
-/// A compiled dictionary, borrowed.
+/// A compiled dictionary, borrowed. The last three are orders: they name the rows of a table, sorted
+/// by what a row is looked up by.
 struct TablesView {
     Rows<unsigned short> texts;
     Rows<NamespaceRow> namespaces;
     Rows<SetRow> sets;
     Rows<UseRow> uses;
     Rows<ElementRow> elements;
+    Rows<std::uint32_t> setsByKey;       ///< as LabelMatchLess sorts
+    Rows<std::uint32_t> elementsByLabel; ///< as LabelMatchLess sorts
+    Rows<std::uint32_t> elementsByTag;   ///< those that have a static tag
 
     const unsigned short* text(std::uint32_t place) const noexcept { return texts.first + place; }
 };
@@ -77,13 +81,19 @@ struct Tables {
     std::vector<SetRow> sets;
     std::vector<UseRow> uses;
     std::vector<ElementRow> elements;
+    std::vector<std::uint32_t> setsByKey;
+    std::vector<std::uint32_t> elementsByLabel;
+    std::vector<std::uint32_t> elementsByTag;
 
     TablesView view() const noexcept {
-        return {{texts.data(), texts.size()},
-                {namespaces.data(), namespaces.size()},
-                {sets.data(), sets.size()},
-                {uses.data(), uses.size()},
-                {elements.data(), elements.size()}};
+        return {
+            rows(texts),     rows(namespaces),      rows(sets),         rows(uses), rows(elements),
+            rows(setsByKey), rows(elementsByLabel), rows(elementsByTag)};
+    }
+
+private:
+    template <class T> static Rows<T> rows(const std::vector<T>& table) noexcept {
+        return {table.data(), table.size()};
     }
 };
 

@@ -2,12 +2,15 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <ostream>
 #include <vector>
 
 namespace Corvid::MetaMetadata {
 
 inline void write(std::ostream& out, const unsigned short& unit) { out << unit << ','; }
+
+inline void write(std::ostream& out, const std::uint32_t& row) { out << row << ','; }
 
 template <std::size_t Size>
 void write(std::ostream& out, const std::array<unsigned char, Size>& bytes) {

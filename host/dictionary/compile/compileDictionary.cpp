@@ -41,6 +41,9 @@ void writeTables(std::ostream& out, const char* space, const Tables& tables) {
     writeTable(out, "SetRow", "sets", tables.sets);
     writeTable(out, "UseRow", "uses", tables.uses);
     writeTable(out, "ElementRow", "elements", tables.elements);
+    writeTable(out, "std::uint32_t", "setsByKey", tables.setsByKey);
+    writeTable(out, "std::uint32_t", "elementsByLabel", tables.elementsByLabel);
+    writeTable(out, "std::uint32_t", "elementsByTag", tables.elementsByTag);
     out << "} // namespace " << space << "\n\n";
 }
 
@@ -49,12 +52,14 @@ bool isRegistered(const DictionaryText& text) { return text.name.substr(0, 6) ==
 
 constexpr const char* functions = R"(TablesView registeredTables() noexcept {
     using namespace registered;
-    return {rows(texts), rows(namespaces), rows(sets), rows(uses), rows(elements)};
+    return {rows(texts),    rows(namespaces), rows(sets),            rows(uses),
+            rows(elements), rows(setsByKey),  rows(elementsByLabel), rows(elementsByTag)};
 }
 
 TablesView builtInTables() noexcept {
     using namespace builtIn;
-    return {rows(texts), rows(namespaces), rows(sets), rows(uses), rows(elements)};
+    return {rows(texts),    rows(namespaces), rows(sets),            rows(uses),
+            rows(elements), rows(setsByKey),  rows(elementsByLabel), rows(elementsByTag)};
 }
 )";
 
